@@ -1,0 +1,53 @@
+# The libraries that the system stands on. `./dev setup` installs the packages; what the distribution carries as
+# source only is fetched by fetch-sources.sh into a cache outside the build folder.
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/fetch-sources.sh
+                OUTPUT_VARIABLE QUILLON_SOURCES OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+
+# Duktape, with a check of the native stack that the distribution's build lacks: without it two small scripts kill a
+# process on a thread with a small stack. The check itself is quillon_native_stack_is_low of src/platform.
+set(duktape_dir ${PROJECT_BINARY_DIR}/duktape)
+file(READ ${QUILLON_SOURCES}/duktape/duk_config.h duk_config)
+string(APPEND duk_config "\n#undef DUK_USE_NATIVE_STACK_CHECK\n#ifdef __cplusplus\nextern \"C\"\n#endif\n"
+       "int quillon_native_stack_is_low(void);\n#define DUK_USE_NATIVE_STACK_CHECK() quillon_native_stack_is_low()\n")
+file(CONFIGURE OUTPUT ${duktape_dir}/duk_config.h CONTENT "${duk_config}" @ONLY)
+configure_file(${QUILLON_SOURCES}/duktape/duktape.h ${duktape_dir}/duktape.h COPYONLY)
+configure_file(${QUILLON_SOURCES}/duktape/duktape.c ${duktape_dir}/duktape.c COPYONLY)
+add_library(duktape STATIC ${duktape_dir}/duktape.c)
+target_link_libraries(duktape INTERFACE $<LINK_ONLY:quillon_platform>)
+target_include_directories(duktape SYSTEM PUBLIC ${duktape_dir})
+target_compile_options(duktape PRIVATE -w)
+if(QUILLON_SANITIZE)
+    target_compile_options(duktape PRIVATE -fno-sanitize=pointer-overflow)
+endif()
+
+# miniz, for reading archives from memory and for writing them.
+add_library(miniz STATIC ${QUILLON_SOURCES}/miniz/miniz.c)
+target_include_directories(miniz SYSTEM PUBLIC ${QUILLON_SOURCES}/miniz)
+target_compile_options(miniz PRIVATE -w)
+
+# Header-only libraries live in the system's include folder.
+find_path(RAPIDXML_INCLUDE rapidxml/rapidxml.hpp REQUIRED)
+find_path(STB_INCLUDE stb/stb_image.h REQUIRED)
+find_path(CLI11_INCLUDE CLI/CLI.hpp REQUIRED)
+
+# OpenGL without a window, and its entry points. GLEW is linked statically: its table of pointers is a part of the
+# module's state.
+find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
+find_library(GLEW_STATIC_LIBRARY libGLEW.a REQUIRED)
+add_library(glew_static INTERFACE)
+target_link_libraries(glew_static INTERFACE ${GLEW_STATIC_LIBRARY} OpenGL::GL)
+
+# Picture files of the tool.
+find_package(nlohmann_json REQUIRED)
+# By its .pc file: the distribution's CMake files name a Python library that is not installed with it.
+pkg_check_modules(OPENEXR REQUIRED IMPORTED_TARGET GLOBAL OpenEXR)
+add_library(OpenEXR::OpenEXR ALIAS PkgConfig::OPENEXR)
+find_package(fmt REQUIRED)
+find_path(LODEPNG_INCLUDE lodepng.h REQUIRED)
+find_library(LODEPNG_LIBRARY lodepng REQUIRED)
+
+find_package(GTest REQUIRED)
