@@ -1,0 +1,88 @@
+#include "packer/Archive.h"
+
+#include <miniz.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+
+#include "package/KeySchedule.h"
+#include "packer/PackageError.h"
+#include "packer/PackageNames.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t kMostFiles = 0xFFFF;
+constexpr std::size_t kTooLarge = 0xFFFFFFFF;
+
+struct Writer {
+    mz_zip_archive zip{};
+
+    ~Writer() { mz_zip_writer_end(&zip); }
+};
+
+std::uint32_t word(const std::byte* bytes, int count) {
+    std::uint32_t value = 0;
+    for (int i = 0; i < count; ++i) value |= std::to_integer<std::uint32_t>(bytes[i]) << (8 * i);
+    return value;
+}
+
+// The library stamps each file with the present moment, in its local header and in the central directory.
+void eraseDates(std::span<std::byte> archive) {
+    constexpr std::size_t endBytes = 22, entryBytes = 46;
+    const std::byte* const end = archive.data() + archive.size() - endBytes;
+    std::byte* entry = archive.data() + word(end + 16, 4);
+    for (std::uint32_t count = word(end + 10, 2); count > 0; --count) {
+        std::byte* const local = archive.data() + word(entry + 42, 4);
+        std::fill_n(local + 10, 4, std::byte{});
+        std::fill_n(entry + 12, 4, std::byte{});
+        entry += entryBytes + word(entry + 28, 2) + word(entry + 30, 2) + word(entry + 32, 2);
+    }
+}
+
+[[noreturn]] void failForSize() {
+    throw PackageError("the package is too large; it must stay below 4 GiB");
+}
+
+}  // namespace
+
+std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files) {
+    CheckPackageNames(files);
+    if (files.size() > kMostFiles)
+        throw PackageError(std::to_string(files.size()) + " files; a package holds at most 65535");
+
+    Writer writer;
+    if (!mz_zip_writer_init_heap(&writer.zip, 0, 0)) throw std::bad_alloc();
+    for (const PackageFile& file : files) {
+        if (file.bytes.size() >= kTooLarge) failForSize();
+        if (!mz_zip_writer_add_mem(&writer.zip, file.name.c_str(), file.bytes.data(), file.bytes.size(),
+                                   MZ_DEFAULT_LEVEL) ||
+            mz_zip_is_zip64(&writer.zip))
+            failForSize();
+    }
+    void* content = nullptr;
+    std::size_t size = 0;
+    if (!mz_zip_writer_finalize_heap_archive(&writer.zip, &content, &size)) failForSize();
+    const std::unique_ptr<void, decltype(&mz_free)> owner(content, &mz_free);
+    const auto* const bytes = static_cast<const std::byte*>(content);
+    std::vector<std::byte> archive(bytes, bytes + size);
+    eraseDates(archive);
+    return archive;
+}
+
+std::vector<std::byte> Scramble(std::span<const std::byte> archive) {
+    std::vector<std::byte> scrambled(archive.begin(), archive.end());
+    KeySchedule schedule;
+    for (std::size_t at = 0; at < archive.size(); at += 4) {
+        // The last word may be a part of one, with zeros for the rest.
+        const std::size_t count = std::min<std::size_t>(4, archive.size() - at);
+        const std::uint32_t plain = word(archive.data() + at, static_cast<int>(count));
+        for (std::size_t i = 0; i < count; ++i) scrambled[at + i] ^= static_cast<std::byte>(schedule.key >> (8 * i));
+        schedule.advance(plain);
+    }
+    return scrambled;
+}
+
+}  // namespace quillon

@@ -1,0 +1,72 @@
+#include "packer/ModuleWriter.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "packer/PackageError.h"
+#include "packer/WholeFile.h"
+#include "platform/ModuleTrailer.h"
+
+namespace quillon {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Takes off the package that the module carries, if it does.
+void removePackage(std::vector<std::byte>& module) {
+    if (module.size() < kModuleTrailerBytes) return;
+    ModuleTrailer trailer;
+    std::copy(module.end() - kModuleTrailerBytes, module.end(), trailer.begin());
+    if (const auto packageBytes = PackageBytesBefore(trailer, module.size()))
+        module.resize(module.size() - kModuleTrailerBytes - *packageBytes);
+}
+
+void write(std::ofstream& file, const void* bytes, std::size_t size) {
+    file.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(size));
+}
+
+// A file beside the output, gone again unless it takes the output's place.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const fs::path& output)
+        : path(output.parent_path() /
+               ("." + output.filename().string() + "." + std::to_string(std::random_device{}()) + ".tmp")) {}
+    ~TemporaryFile() {
+        std::error_code ignored;
+        fs::remove(path, ignored);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    const fs::path path;
+};
+
+}  // namespace
+
+void WriteModule(const fs::path& output, const fs::path& templateModule, std::span<const std::byte> scrambledPackage) {
+    if (scrambledPackage.size() > 0xFFFFFFFF) throw PackageError("the package is too large; it must stay below 4 GiB");
+    std::vector<std::byte> image = ReadWholeFile(templateModule);
+    removePackage(image);
+    const ModuleTrailer trailer = MakeModuleTrailer(static_cast<std::uint32_t>(scrambledPackage.size()));
+
+    const TemporaryFile temporary(output);
+    std::ofstream file(temporary.path, std::ios::binary);
+    write(file, image.data(), image.size());
+    write(file, scrambledPackage.data(), scrambledPackage.size());
+    write(file, trailer.data(), trailer.size());
+    file.close();
+    if (!file) throw PackageError(output.string() + ": cannot be written; see the folder and the space left");
+    try {
+        fs::permissions(temporary.path, fs::status(templateModule).permissions());
+        fs::rename(temporary.path, output);
+    } catch (const fs::filesystem_error& error) {
+        throw PackageError(output.string() + ": cannot be written; " + error.code().message());
+    }
+}
+
+}  // namespace quillon

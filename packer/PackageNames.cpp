@@ -1,0 +1,36 @@
+#include "packer/PackageNames.h"
+
+#include <map>
+#include <string_view>
+
+#include "packer/PackageError.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t kLongestName = 0xFFFF;
+
+std::string foldAsciiCase(std::string name) {
+    for (char& character : name)
+        if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
+    return name;
+}
+
+}  // namespace
+
+void CheckPackageNames(const std::vector<PackageFile>& files) {
+    std::map<std::string, const std::string*> seen;
+    for (const auto& [name, bytes] : files) {
+        if (name.empty() || name.size() > kLongestName)
+            throw PackageError("a file's name has " + std::to_string(name.size()) + " bytes; it needs 1 to 65535");
+        if (name.find_first_of(std::string_view("/\\:\0", 4)) != std::string::npos)
+            throw PackageError("'" + name +
+                               "': a name in a package cannot hold '/', '\\', ':' or zero; rename the file");
+        if (const auto [other, isNew] = seen.emplace(foldAsciiCase(name), &name); !isNew)
+            throw PackageError("'" + *other->second + "' and '" + name +
+                               "' are the same name in a package, where case does not count; rename one");
+    }
+}
+
+}  // namespace quillon

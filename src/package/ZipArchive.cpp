@@ -1,0 +1,44 @@
+#include "package/ZipArchive.h"
+
+#include <miniz.h>
+
+#include <cstring>
+
+#include "package/ArchiveLimits.h"
+
+namespace quillon {
+
+struct ZipArchive::Reader {
+    mz_zip_archive zip{};
+
+    ~Reader() { mz_zip_reader_end(&zip); }
+};
+
+ZipArchive::ZipArchive() : reader(std::make_unique<Reader>()) {}
+ZipArchive::~ZipArchive() = default;
+
+std::unique_ptr<ZipArchive> ZipArchive::Open(std::span<const std::byte> data) {
+    const auto length = LengthOfSoundArchive(data);
+    if (!length) return nullptr;
+    std::unique_ptr<ZipArchive> archive(new ZipArchive);
+    if (!mz_zip_reader_init_mem(&archive->reader->zip, data.data(), *length, 0)) return nullptr;
+    return archive;
+}
+
+std::vector<std::byte> ZipArchive::Read(const std::string& name) {
+    mz_zip_archive& zip = reader->zip;
+    const int found = mz_zip_reader_locate_file(&zip, name.c_str(), nullptr, 0);
+    if (found < 0) return {};
+    const auto index = static_cast<mz_uint>(found);
+    // For an entry that is marked as a directory the library hands out memory that it has not filled.
+    if (mz_zip_reader_is_file_a_directory(&zip, index)) return {};
+
+    std::size_t size = 0;
+    const std::unique_ptr<void, decltype(&mz_free)> content(mz_zip_reader_extract_to_heap(&zip, index, &size, 0),
+                                                            &mz_free);
+    std::vector<std::byte> bytes(content ? size : 0);
+    if (!bytes.empty()) std::memcpy(bytes.data(), content.get(), bytes.size());
+    return bytes;
+}
+
+}  // namespace quillon
