@@ -1,0 +1,17 @@
+// The code of the image decoder, in a translation unit of its own so that nobody else sees its macros.
+
+#include <cstdlib>
+
+// No assertion may end the host's process, and no memory is read that a damaged file has left unfilled.
+#define STBI_ASSERT(condition) static_cast<void>(0)
+#define STBI_MALLOC(bytes) std::calloc(1, (bytes))
+#define STBI_REALLOC(block, bytes) std::realloc((block), (bytes))
+#define STBI_FREE(block) std::free(block)
+
+#define STBI_NO_STDIO
+#define STBI_NO_FAILURE_STRINGS
+#define STBI_NO_PIC
+#define STBI_NO_PNM
+
+#define STB_IMAGE_IMPLEMENTATION
+#include <stb/stb_image.h>
