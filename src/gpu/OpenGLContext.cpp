@@ -1,0 +1,72 @@
+#include "gpu/OpenGLContext.h"
+
+#include <array>
+#include <cstdlib>
+#include <cwchar>
+
+#include "platform/Clock.h"
+
+namespace quillon {
+
+namespace {
+
+// The window is never shown, and all rendering goes to framebuffers: its size has no effect.
+constexpr int kWindowWidth = 640;
+constexpr int kWindowHeight = 360;
+
+constexpr std::int32_t kWindowFault = 1;
+constexpr std::int32_t kDeleteFault = 2;
+constexpr int kNoDisplay = 1;
+
+// Four hex digits: some systems draw from a wider range than the 15 bits that are meant.
+std::wstring randomSuffix() {
+    std::array<wchar_t, 8> digits{};
+    std::swprintf(digits.data(), digits.size(), L"%04x", static_cast<unsigned>(std::rand() & 0x7FFF));
+    return digits.data();
+}
+
+}  // namespace
+
+int OpenGLContext::create() {
+    std::srand(TickMilliseconds());
+    className = L"Quillon2_Class" + randomSuffix();
+    windowName = L"OpenGL_WND" + randomSuffix();
+    mutexName = L"OpenGL_MTX" + randomSuffix();
+
+    switch (window.open(className, windowName, kWindowWidth, kWindowHeight)) {
+        case GLWindow::OpenResult::opened:
+            return 0;
+        case GLWindow::OpenResult::windowFailed:
+            throw OpenGLFault{kWindowFault};
+        case GLWindow::OpenResult::noDisplay:
+            break;
+    }
+    return kNoDisplay;
+}
+
+int OpenGLContext::destroy() {
+    if (!window.close()) throw OpenGLFault{kDeleteFault};
+    return 0;
+}
+
+int OpenGLContext::makeCurrent() {
+    return window.makeCurrent() ? 0 : kMakeCurrentFailed;
+}
+
+void OpenGLContext::clearCurrent() {
+    window.clearCurrent();
+}
+
+bool OpenGLContext::waitLock() {
+    return mutex.lock();
+}
+
+void OpenGLContext::releaseLock() {
+    mutex.unlock();
+}
+
+void OpenGLContext::swapBuffers() {
+    window.swapBuffers();
+}
+
+}  // namespace quillon

@@ -1,0 +1,191 @@
+#include "gpu/Texture.h"
+
+#include <GL/glew.h>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "imagelib/HostRange.h"
+#include "imagelib/ImageDecoder.h"
+#include "imagelib/Surface.h"
+#include "package/FileAccess.h"
+#include "platform/WideText.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr GLint kHostOrder[] = {GL_RED, GL_GREEN, GL_BLUE, GL_ALPHA};
+constexpr GLint kRgbaOrder[] = {GL_ALPHA, GL_RED, GL_GREEN, GL_BLUE};
+
+GLint internalFormat(std::uint32_t bitDepth) {
+    return bitDepth > 8 ? GL_RGBA32F : GL_RGBA;
+}
+
+// Bytes of a pixel as GL reads it.
+std::size_t pixelBytes(std::uint32_t bitDepth) {
+    switch (GLChannelType(bitDepth)) {
+        case GL_FLOAT:
+            return 16;
+        case GL_UNSIGNED_SHORT:
+            return 8;
+        default:
+            return 4;
+    }
+}
+
+// GL_UNPACK_ROW_LENGTH in pixels. Integer arithmetic with a surprise that is meant: 15 bits count as one byte, which
+// doubles the row length. A depth below 8 has none, and rows then follow each other tightly.
+GLint unpackRowLength(const PixelLayout& layout) {
+    const std::int64_t channelBytes = layout.bitDepth >> 3;
+    if (channelBytes == 0) return 0;
+    return static_cast<GLint>(
+        std::min<std::int64_t>(layout.rowBytes / channelBytes / 4, std::numeric_limits<GLint>::max()));
+}
+
+// The bytes of the caller's memory that the layout names: all rows, the last one no further than its width.
+std::size_t sourceBytes(const PixelLayout& layout) {
+    if (layout.height == 0) return 0;
+    const std::size_t lastRow = std::min<std::size_t>(layout.width * pixelBytes(layout.bitDepth), layout.rowBytes);
+    return (std::size_t{layout.height} - 1) * layout.rowBytes + lastRow;
+}
+
+// The bytes that GL reads for an upload with this row length.
+std::size_t bytesReadByGL(const PixelLayout& layout, GLint rowLength) {
+    if (layout.height == 0 || layout.width == 0) return 0;
+    const std::size_t rowPixels = rowLength > 0 ? static_cast<std::size_t>(rowLength) : layout.width;
+    return ((std::size_t{layout.height} - 1) * rowPixels + layout.width) * pixelBytes(layout.bitDepth);
+}
+
+// Rows that lie upwards in memory, copied to lie tightly downwards.
+std::vector<std::byte> repackDownwards(const std::byte* source, PixelLayout& layout) {
+    const std::size_t rowBytes = layout.width * pixelBytes(layout.bitDepth);
+    std::vector<std::byte> rows(rowBytes * layout.height);
+    const std::size_t readable = std::min<std::size_t>(rowBytes, static_cast<std::size_t>(-layout.rowBytes));
+    for (std::uint32_t y = 0; y < layout.height; ++y)
+        std::memcpy(rows.data() + y * rowBytes, source + y * layout.rowBytes, readable);
+    layout.rowBytes = static_cast<std::int64_t>(rowBytes);
+    return rows;
+}
+
+// Host range to GL's, row by row at the stride of the source.
+void expandTo16(const std::byte* source, const PixelLayout& layout, std::vector<std::byte>& widened) {
+    const std::size_t channels = std::min<std::size_t>(std::size_t{layout.width} * 4, layout.rowBytes / 2);
+    for (std::uint32_t y = 0; y < layout.height; ++y)
+        WidenHostRow(source + y * layout.rowBytes, widened.data() + y * layout.rowBytes, channels);
+}
+
+}  // namespace
+
+std::uint32_t GLChannelType(std::uint32_t bitDepth) {
+    switch (bitDepth) {
+        case 15:
+        case 16:
+            return GL_UNSIGNED_SHORT;
+        case 32:
+            return GL_FLOAT;
+        default:
+            return GL_UNSIGNED_BYTE;
+    }
+}
+
+bool Texture::initTexture(std::uint32_t columns, std::uint32_t rows, std::uint32_t bits, bool argbOrdered) {
+    if (textureName) releaseGL();
+    GLuint fresh = 0;
+    glGenTextures(1, &fresh);
+    textureName.reset(fresh);
+    uploadPixels(nullptr, {columns, rows, bits, (columns * bits) >> 3}, argbOrdered, /*expand15=*/false);
+    rowBytes = 0;
+    return true;
+}
+
+void Texture::releaseGL() {
+    textureName.reset();
+}
+
+void Texture::uploadPixels(const void* source, const PixelLayout& given, bool argbOrdered, bool expand15) {
+    PixelLayout layout = given;
+    const auto* memory = static_cast<const std::byte*>(source);
+    std::vector<std::byte> repacked;
+    if (memory && layout.rowBytes < 0) {
+        repacked = repackDownwards(memory, layout);
+        memory = repacked.data();
+    }
+
+    const GLint rowLength = unpackRowLength(layout);
+    glBindTexture(GL_TEXTURE_2D, textureName.get());
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, rowLength);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
+    glTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_SWIZZLE_RGBA, argbOrdered ? kHostOrder : kRgbaOrder);
+
+    std::vector<std::byte> padded;
+    if (memory) {
+        const std::size_t readable = sourceBytes(layout);
+        const std::size_t kept = layout.height * static_cast<std::size_t>(layout.rowBytes);
+        // A surface that shares the copy keeps it as it is; the texture then starts another.
+        if (!pixelCopy || pixelCopy.use_count() > 1) pixelCopy = std::make_shared<std::vector<std::byte>>();
+        pixelCopy->resize(kept);
+        if (layout.bitDepth == 16 && expand15) {
+            expandTo16(memory, layout, *pixelCopy);
+            memory = pixelCopy->data();
+        } else {
+            std::memcpy(pixelCopy->data(), memory, readable);
+            std::fill(pixelCopy->begin() + static_cast<std::ptrdiff_t>(readable), pixelCopy->end(), std::byte{0});
+        }
+        // A row length that disagrees with the rows makes GL read on past the caller's memory.
+        if (const std::size_t read = bytesReadByGL(layout, rowLength); read > readable) {
+            padded.resize(read);
+            std::memcpy(padded.data(), memory, readable);
+            memory = padded.data();
+        }
+    }
+    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat(layout.bitDepth), static_cast<GLsizei>(layout.width),
+                 static_cast<GLsizei>(layout.height), 0, GL_RGBA, GLChannelType(layout.bitDepth), memory);
+
+    isArgbOrdered = argbOrdered;
+    width = layout.width;
+    height = layout.height;
+    bitDepth = layout.bitDepth;
+    rowBytes = layout.rowBytes;
+}
+
+int Texture::loadImage(const std::string& fileName) {
+    const std::vector<std::byte> file = ReadFileBytes(WidenBytes(fileName));
+    if (file.empty()) return 0;
+    name = fileName;
+    const DecodedImage image = DecodeImage(file);
+    width = image.width;
+    height = image.height;
+    if (!image) return 0;
+    // The storage starts in host order as every texture's; the upload then tells the file's.
+    initTexture(image.width, image.height, image.bitDepth, /*isArgbOrdered=*/true);
+    const PixelLayout layout{image.width, image.height, image.bitDepth, (image.width * image.bitDepth) >> 1};
+    uploadPixels(image.pixels.get(), layout, /*argbOrdered=*/false, /*expand15=*/false);
+    return 1;
+}
+
+void Texture::loadFromSurface(Surface& surface, bool flip) {
+    const PixelLayout layout{surface.width, surface.height, surface.bitDepth,
+                             static_cast<std::int64_t>(surface.rowBytes)};
+    const std::byte* source = surface.pixelAddress();
+    std::vector<std::byte> flipped;
+    if (source && flip) {
+        flipped.resize(surface.height * surface.rowBytes);
+        for (std::uint32_t y = 0; y < surface.height; ++y)
+            std::memcpy(flipped.data() + (surface.height - 1 - y) * surface.rowBytes, source + y * surface.rowBytes,
+                        surface.rowBytes);
+        source = flipped.data();
+    }
+    uploadPixels(source, layout, /*argbOrdered=*/true, /*expand15=*/false);
+}
+
+void Texture::setParameter(std::uint32_t parameterName, std::int32_t value) {
+    glBindTexture(GL_TEXTURE_2D, textureName.get());
+    glTexParameteri(GL_TEXTURE_2D, parameterName, value);
+}
+
+}  // namespace quillon
