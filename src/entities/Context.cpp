@@ -1,0 +1,87 @@
+#include "entities/Context.h"
+
+#include <utility>
+
+#include "platform/EndProcess.h"
+#include "platform/WideText.h"
+
+namespace quillon {
+
+Context& Context::Instance() {
+    static Context context;
+    return context;
+}
+
+Context::~Context() {
+    // The process is ending, and its GL driver with it.
+    AbandonGLObjects();
+    Clear();
+}
+
+void Context::Setup() {
+    const auto add = [this]<class KindFactory>(std::unique_ptr<KindFactory> factory) {
+        factories[KindFactory::kTag] = std::move(factory);
+    };
+    add(std::make_unique<Parameter::Factory>());
+    add(std::make_unique<RenderTarget::Factory>());
+    add(std::make_unique<Texture::Factory>());
+    add(std::make_unique<Shader::Factory>());
+    add(std::make_unique<Surface::Factory>());
+    ++generation;
+    current = 0;
+    NewSequence();
+    ready = true;
+}
+
+void Context::Clear() {
+    if (!ready) return;
+    sequences.clear();
+    while (!factories.empty()) factories.erase(factories.begin());
+    ready = false;
+}
+
+std::uint32_t Context::NewSequence() {
+    auto sequence = std::make_unique<Sequence>(this);
+    sequence->CopyFrom(*this);
+    for (std::uint32_t slot = 0; slot < sequences.size(); ++slot) {
+        if (sequences[slot]) continue;
+        sequences[slot] = std::move(sequence);
+        return slot;
+    }
+    sequences.push_back(std::move(sequence));
+    return static_cast<std::uint32_t>(sequences.size() - 1);
+}
+
+void Context::DeleteSequence(std::uint32_t index) {
+    if (index < sequences.size()) sequences[index].reset();
+}
+
+Sequence& Context::CurrentSequence() {
+    static Sequence null(nullptr);
+    return current < sequences.size() && sequences[current] ? *sequences[current] : null;
+}
+
+void Context::Release(std::uint32_t id) {
+    const auto found = factories.find(TagOf(id));
+    if (found == factories.end()) EndProcess("an id of no kind was released");
+    found->second->Erase(id);
+}
+
+std::string Context::ShaderErrors() {
+    std::string errors;
+    if (auto* factory = FactoryOf<Shader>()) {
+        for (const auto& [id, shader] : factory->All()) {
+            if (shader.errorText.empty()) continue;
+            errors += "Shader \"" + NarrowToBytes(shader.name) + "\"\n" + shader.errorText + "\n";
+        }
+    }
+    return errors;
+}
+
+void Context::SetExtent(std::uint32_t compositionWidth, std::uint32_t compositionHeight, float pixelAspect) {
+    width = compositionWidth;
+    height = compositionHeight;
+    scale = pixelAspect >= 0.01f && pixelAspect <= 4.0f ? pixelAspect : 1.0f;
+}
+
+}  // namespace quillon

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <set>
+
+#include "entities/Factory.h"
+
+namespace quillon {
+
+// The factory of one entity type. Entities live by value in the map's nodes, so that an address holds as long as its
+// entity does.
+template <class T, std::uint32_t tag>
+class EntityFactory : public Factory {
+public:
+    using Entity = T;
+    static constexpr std::uint32_t kTag = tag;
+
+    std::uint32_t Allocate() override {
+        const std::uint32_t id = freed.empty() ? next : *freed.begin();
+        entities.try_emplace(id);
+        if (freed.empty())
+            ++next;
+        else
+            freed.erase(freed.begin());
+        return id;
+    }
+
+    void Erase(std::uint32_t id) override {
+        const auto found = entities.find(id);
+        if (found == entities.end()) return;
+        freed.insert(id);
+        entities.erase(found);
+    }
+
+    // Null when the id names nothing here.
+    T* Find(std::uint32_t id) {
+        const auto found = entities.find(id);
+        return found != entities.end() ? &found->second : nullptr;
+    }
+
+    // In ascending id order, and for walking over all of them.
+    std::map<std::uint32_t, T>& All() { return entities; }
+
+private:
+    std::map<std::uint32_t, T> entities;
+    std::set<std::uint32_t> freed;  // ids below `next` that name nothing now
+    std::uint32_t next = tag + 1;
+};
+
+}  // namespace quillon
