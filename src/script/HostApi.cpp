@@ -1,0 +1,59 @@
+// What the script learns of the host, and how it states an output size and ends entities.
+
+#include "script/NativeArguments.h"
+#include "script/Natives.h"
+
+namespace quillon {
+
+namespace {
+
+duk_ret_t getTime(duk_context* ctx) {
+    return PushNumber(ctx, Context::Instance().CurrentSequence().time);
+}
+
+duk_ret_t release(duk_context* ctx) {
+    constexpr std::uint32_t kLastOrdinal = 0xFFFFFF;
+    const std::uint32_t id = ToUnsigned(ctx, 0);
+    if (id > kLastOrdinal) Context::Instance().Release(id);
+    return PushBool(ctx, true);
+}
+
+duk_ret_t setOutputExtent(duk_context* ctx) {
+    const std::uint32_t width = ToUnsigned(ctx, 0);
+    const std::uint32_t height = ToUnsigned(ctx, 1);
+    Sequence& sequence = Context::Instance().CurrentSequence();
+    if (sequence.exists()) {
+        sequence.outputWidth = width;
+        sequence.outputHeight = height;
+    }
+    return PushBool(ctx, true);
+}
+
+duk_ret_t getContextExtent(duk_context* ctx) {
+    const Context& context = Context::Instance();
+    const double numbers[] = {static_cast<double>(context.width), static_cast<double>(context.height), context.scale};
+    return PushNumbers(ctx, numbers);
+}
+
+duk_ret_t getInputOrigin(duk_context* ctx) {
+    const Sequence& sequence = Context::Instance().CurrentSequence();
+    const double numbers[] = {static_cast<double>(static_cast<std::int32_t>(sequence.originX)),
+                              static_cast<double>(static_cast<std::int32_t>(sequence.originY))};
+    return PushNumbers(ctx, numbers);
+}
+
+constexpr Native kNatives[] = {
+    {"QL_getTime", Guarded<getTime>, 0},
+    {"QL_release", Guarded<release>, 1},
+    {"QL_setOutputExtent", Guarded<setOutputExtent>, 2},
+    {"QL_getContextExtent", Guarded<getContextExtent>, 0},
+    {"QL_getInputOrigin", Guarded<getInputOrigin>, 0},
+};
+
+}  // namespace
+
+std::span<const Native> HostNatives() {
+    return kNatives;
+}
+
+}  // namespace quillon

@@ -1,0 +1,103 @@
+// Pictures on their way between the GPU and the CPU.
+
+#include <cstring>
+
+#include "script/NativeArguments.h"
+#include "script/Natives.h"
+
+namespace quillon {
+
+namespace {
+
+duk_ret_t initSurface(duk_context* ctx) {
+    // Without three arguments the coercion of a missing one raises an error, before anything is made.
+    const std::uint32_t width = ToUnsigned(ctx, 0);
+    const std::uint32_t height = ToUnsigned(ctx, 1);
+    const std::uint32_t bits = ToUnsigned(ctx, 2);
+    return PushNumber(ctx, Context::Instance().NewSurface(width, height, bits));
+}
+
+// Reads a target back into the surface, rows in GL's order; the surface stays empty when nothing could be mapped.
+void readBack(RenderTarget& target, Surface& surface) {
+    surface.rowBytes = (std::uint64_t{target.bitDepth} * target.width * 4) >> 3;
+    if (!target.isUsable()) return;
+    if (const void* mapped = target.mapPixels()) {
+        surface.pixels.resize(surface.height * surface.rowBytes);
+        std::memcpy(surface.pixels.data(), mapped, surface.pixels.size());
+    }
+    RenderTarget::unmapPixels();
+}
+
+duk_ret_t textureToSurface(duk_context* ctx) {
+    const std::uint32_t id = ToUnsigned(ctx, 0);
+    if (id == 0) return PushNumber(ctx, 0);
+    Context& context = Context::Instance();
+    const std::uint32_t surfaceId = context.NewSurface(2, 2, 8);
+    Surface& surface = context.FindSurface(surfaceId);
+    Texture& source = TextureOfId(id);
+    surface.width = source.width;
+    surface.height = source.height;
+    surface.bitDepth = source.bitDepth;
+    if (IsIdOf<RenderTarget>(id)) {
+        readBack(context.FindRenderTarget(id), surface);
+    } else {
+        surface.rowBytes = static_cast<std::uint64_t>(source.rowBytes);
+        surface.borrowedPixels = source.pixelCopy;
+    }
+    return PushNumber(ctx, surfaceId);
+}
+
+duk_ret_t surfaceToTexture(duk_context* ctx) {
+    const std::uint32_t id = ToUnsigned(ctx, 0);
+    if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);
+    Context& context = Context::Instance();
+    const std::uint32_t texture = context.NewTexture(2, 2, 8);
+    context.FindTexture(texture).loadFromSurface(context.FindSurface(id), /*flip=*/false);
+    return PushNumber(ctx, texture);
+}
+
+// Refuses what it has to refuse. The colour reduction itself is not there yet: the pixels stay as they are.
+duk_ret_t surfaceQuantize(duk_context* ctx) {
+    const std::uint32_t id = ToUnsigned(ctx, 0);
+    if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);
+    duk_to_boolean(ctx, 1);
+    duk_to_int(ctx, 2);
+    duk_to_int(ctx, 3);
+    duk_to_number(ctx, 4);
+    duk_to_boolean(ctx, 5);
+    const Surface& surface = Context::Instance().FindSurface(id);
+    return PushBool(ctx, surface.width != 0 && surface.height != 0);
+}
+
+duk_ret_t surfaceCopyTo(duk_context* ctx) {
+    const std::uint32_t id = ToUnsigned(ctx, 0);
+    const std::uint32_t targetId = ToUnsigned(ctx, 1);
+    const bool flip = duk_to_boolean(ctx, 2) != 0;
+    Context& context = Context::Instance();
+    if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);
+    Surface& surface = context.FindSurface(id);
+    if (surface.width == 0 || surface.height == 0) return PushBool(ctx, false);
+    if (IsIdOf<RenderTarget>(targetId)) {
+        if (!context.FindRenderTarget(targetId).framebufferName) return PushBool(ctx, false);
+    } else if (!IsIdOf<Texture>(targetId)) {
+        return PushBool(ctx, false);
+    }
+    Texture& target = TextureOfId(targetId);
+    if (!target.textureName) return PushBool(ctx, false);
+    target.loadFromSurface(surface, flip);
+    return PushBool(ctx, true);
+}
+
+constexpr Native kNatives[] = {
+    {"QL_initSurface", Guarded<initSurface>, DUK_VARARGS}, {"QL_textureToSurface", Guarded<textureToSurface>, 1},
+    {"QL_surfaceToTexture", Guarded<surfaceToTexture>, 1}, {"QL_surfaceQuantize", Guarded<surfaceQuantize>, 6},
+    {"QL_surfaceCopyTo", Guarded<surfaceCopyTo>, 3},
+};
+
+}  // namespace
+
+std::span<const Native> SurfaceNatives() {
+    return kNatives;
+}
+
+}  // namespace quillon
