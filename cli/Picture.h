@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace quillon::cli {
+
+// How one channel is stored, and what number full scale is.
+enum class SampleFormat {
+    byte,      // 0 to 255
+    word,      // 0 to 65535: 16 bits in a file
+    hostWord,  // 0 to 32768: 16 bits as a host has them
+    real,      // 32-bit float, 1.0 is full scale, not clamped
+};
+
+enum class ChannelOrder { rgba, argb };
+
+// A picture in memory: rows tight, the first row on top, four channels in this order, alpha straight. The numbers of
+// the channels are as the file or the host gives them: colour spaces are the artist's matter, and nothing here
+// linearises an sRGB file or encodes a linear one.
+struct Picture {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    SampleFormat format = SampleFormat::byte;
+    ChannelOrder order = ChannelOrder::rgba;
+    std::vector<std::byte> pixels;
+
+    // No pixels yet, zeroed. Throws std::bad_alloc.
+    static Picture Make(std::uint32_t width, std::uint32_t height, SampleFormat format, ChannelOrder order);
+
+    std::size_t rowBytes() const;
+    template <class T>
+    T* row(std::uint32_t y) {
+        return reinterpret_cast<T*>(pixels.data() + y * rowBytes());
+    }
+    template <class T>
+    const T* row(std::uint32_t y) const {
+        return reinterpret_cast<const T*>(pixels.data() + y * rowBytes());
+    }
+};
+
+// Bytes of one channel, and bits per channel as a host counts them: 8, 16 or 32.
+std::size_t SampleBytes(SampleFormat format);
+std::uint32_t BitDepth(SampleFormat format);
+
+// The format of a host's buffers at 8, 16 or 32 bits per channel.
+SampleFormat HostFormat(std::uint32_t bitDepth);
+
+// The picture in another form. Full scale goes to full scale and values are rounded to the nearest, halves upwards;
+// formats with an end of scale cut what lies outside, NaN to 0. The same format keeps every channel as it is.
+Picture Convert(const Picture& picture, SampleFormat format, ChannelOrder order);
+
+}  // namespace quillon::cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+
+namespace quillon::cli {
+
+// A line on standard error that fills up, when that is a terminal and there is more than one step; else nothing.
+// The line is gone when the object is.
+class ProgressBar {
+public:
+    explicit ProgressBar(std::size_t stepCount);
+    ~ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+
+    void advance();
+    // Takes the line away for something else to be printed; the next advance() brings it back.
+    void clear();
+
+private:
+    void show() const;
+
+    std::size_t steps;
+    std::size_t done = 0;
+    bool isShown;
+};
+
+}  // namespace quillon::cli
