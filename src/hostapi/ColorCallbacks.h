@@ -1,0 +1,13 @@
+#pragma once
+
+// Conversions between colour spaces, by value inside PF_UtilCallbacks; none is used.
+struct PF_ColorCallbacks {
+    void* RGBtoHLS;
+    void* HLStoRGB;
+    void* RGBtoYIQ;
+    void* YIQtoRGB;
+    void* Luminance;
+    void* Hue;
+    void* Lightness;
+    void* Saturation;
+};
