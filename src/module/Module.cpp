@@ -1,0 +1,1 @@
+// The module's code is that of the libraries it is linked of; EntryPointFunc draws it in.

@@ -1,0 +1,121 @@
+// The module's one exported function: selectors come in one at a time, and no exception goes out.
+
+#include <exception>
+#include <iterator>
+#include <mutex>
+
+#include "shell/EventGate.h"
+#include "shell/Selectors.h"
+
+namespace quillon {
+
+namespace {
+
+struct SelectorCall {
+    PF_InData* in;
+    PF_OutData* out;
+    PF_ParamDef** params;
+    PF_LayerDef* output;
+    void* extra;
+};
+
+using Handler = PF_Err (*)(const SelectorCall&);
+
+PF_Err nothing(const SelectorCall&) {
+    return PF_Err_NONE;
+}
+
+PF_Err event(const SelectorCall& call) {
+    if (!call.extra) return PF_Err_NONE;
+    auto& extra = *static_cast<PF_EventExtra*>(call.extra);
+    const EventVerdict verdict = judgeEvent(extra);
+    if (verdict == EventVerdict::ignored) return PF_Err_NONE;
+    const PF_Err error = verdict == EventVerdict::wanted ? colorWheelEvent(*call.in, *call.out, call.params, extra)
+                                                         : PF_Err{PF_Err_NONE};
+    extra.evt_out_flags = PF_EO_HANDLED_EVENT;
+    return error;
+}
+
+constexpr Handler kHandlers[] = {
+    /* ABOUT */ [](const SelectorCall& call) { return about(*call.in, *call.out); },
+    /* GLOBAL_SETUP */ [](const SelectorCall& call) { return globalSetup(*call.in, *call.out); },
+    /* UNUSED_0 */ nothing,
+    /* GLOBAL_SETDOWN: the engine outlives it */ nothing,
+    /* PARAMS_SETUP */ [](const SelectorCall& call) { return registerParameters(*call.in, *call.out); },
+    /* SEQUENCE_SETUP */ [](const SelectorCall& call) { return sequenceSetup(*call.in, *call.out); },
+    /* SEQUENCE_RESETUP */ [](const SelectorCall& call) { return sequenceResetup(*call.in, *call.out); },
+    /* SEQUENCE_FLATTEN */ [](const SelectorCall& call) { return sequenceFlatten(*call.in, *call.out); },
+    /* SEQUENCE_SETDOWN */ [](const SelectorCall& call) { return sequenceSetdown(*call.in); },
+    /* DO_DIALOG */ nothing,
+    /* FRAME_SETUP */ [](const SelectorCall& call) { return frameSetup(*call.in, *call.out, call.params); },
+    /* RENDER */ [](const SelectorCall& call) { return render(*call.in, *call.out, call.params, *call.output); },
+    /* FRAME_SETDOWN */ [](const SelectorCall& call) { return frameSetdown(*call.in, call.out); },
+    /* USER_CHANGED_PARAM */
+    [](const SelectorCall& call) {
+        return userChangedParam(*call.in, *call.out, call.params,
+                                *static_cast<const PF_UserChangedParamExtra*>(call.extra));
+    },
+    /* UPDATE_PARAMS_UI */ [](const SelectorCall& call) { return updateParamsUI(*call.in, *call.out, call.params); },
+    /* EVENT */ event,
+    /* GET_EXTERNAL_DEPENDENCIES */ nothing,
+    /* COMPLETELY_GENERAL */ nothing,
+    /* QUERY_DYNAMIC_FLAGS */ nothing,
+    /* AUDIO_RENDER */ nothing,
+    /* AUDIO_SETUP */ nothing,
+    /* AUDIO_SETDOWN */ nothing,
+    /* ARBITRARY_CALLBACK */ nothing,
+    /* SMART_PRE_RENDER */
+    [](const SelectorCall& call) { return smartPreRender(*call.in, *static_cast<PF_PreRenderExtra*>(call.extra)); },
+    /* SMART_RENDER */
+    [](const SelectorCall& call) {
+        return smartRender(*call.in, *call.out, call.params, *static_cast<PF_SmartRenderExtra*>(call.extra));
+    },
+};
+static_assert(std::size(kHandlers) == PF_Cmd_SMART_RENDER + 1);
+
+// Held for the whole of every selector, by one thread as often as it comes back in. Lives in a cell that is never
+// freed: a host thread may still be inside when the process ends.
+std::recursive_mutex& entryGate() {
+    static auto* const gate = new std::recursive_mutex;
+    return *gate;
+}
+
+// The host's code for what a handler threw. Only an int is a code of its own.
+PF_Err codeOf(const std::exception_ptr& thrown) {
+    try {
+        std::rethrow_exception(thrown);
+    } catch (int code) {
+        return code;
+    } catch (...) {
+        return PF_Err_INVALID_CALLBACK;
+    }
+}
+
+PF_Err runGuarded(Handler handler, const SelectorCall& call) {
+    std::exception_ptr thrown;
+    try {
+        return handler(call);
+    } catch (...) {
+        thrown = std::current_exception();
+    }
+    return codeOf(thrown);
+}
+
+}  // namespace
+
+}  // namespace quillon
+
+#if defined(_WIN32)
+#define QUILLON_EXPORT __declspec(dllexport)
+#else
+#define QUILLON_EXPORT __attribute__((visibility("default")))
+#endif
+
+extern "C" QUILLON_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data,
+                                                PF_ParamDef* params[], PF_LayerDef* output, void* extra) {
+    using namespace quillon;
+    const std::lock_guard gate(entryGate());
+    const auto selector = static_cast<A_u_long>(cmd);
+    if (selector >= std::size(kHandlers)) return PF_Err_NONE;
+    return runGuarded(kHandlers[selector], {in_data, out_data, params, output, extra});
+}

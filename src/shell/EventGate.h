@@ -1,0 +1,17 @@
+#pragma once
+
+#include "hostapi/HostApi.h"
+
+namespace quillon {
+
+enum class EventVerdict {
+    ignored,  // not ours: the event stays as it is
+    handled,  // ours by its place, with nothing to do
+    wanted,   // for the colour wheel
+};
+
+// Whether an event is for the effect: by its control's host index, which lies from the first COLOR up to the first
+// POINT, and wants a wheel when it is listed. Without a POINT no index lies there.
+EventVerdict judgeEvent(const PF_EventExtra& extra);
+
+}  // namespace quillon

@@ -1,0 +1,69 @@
+#include "shell/OutputTransfer.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "imagelib/HostRange.h"
+#include "shell/HostTests.h"
+#include "shell/Worlds.h"
+
+namespace quillon {
+
+namespace {
+
+// Where a frame goes: the destination's first pixel may lie outside of the world on any side.
+struct Destination {
+    std::byte* pixels;
+    std::uint32_t bitDepth;
+    std::int64_t left;
+    std::int64_t top;
+};
+
+void copyChannels(const std::byte* source, std::byte* destination, std::size_t bytes, std::uint32_t bitDepth) {
+    if (bitDepth == 16)
+        FoldToHostRow(source, destination, bytes / 2);
+    else
+        std::memcpy(destination, source, bytes);
+}
+
+void writeRows(const MappedFrame& frame, PF_EffectWorld& world, const Destination& to) {
+    const std::size_t pixel = pixelBytes(to.bitDepth);
+    if (pixel == 0) return;
+    const std::size_t sourceRow = frame.extent.width * pixel;
+    const std::size_t sourceBytes = std::size_t{frame.extent.width} * frame.extent.height * pixelBytes(frame.bitDepth);
+
+    const std::int64_t firstColumn = std::max<std::int64_t>(0, -to.left);
+    const std::int64_t lastColumn = std::min<std::int64_t>(frame.extent.width, world.width - to.left);
+    if (lastColumn <= firstColumn) return;
+    for (std::int64_t y = 0; y < frame.extent.height; ++y) {
+        const std::int64_t row = to.top + frame.extent.height - 1 - y;
+        if (row < 0 || row >= world.height) continue;
+        const std::size_t start =
+            static_cast<std::size_t>(y) * sourceRow + static_cast<std::size_t>(firstColumn) * pixel;
+        if (start >= sourceBytes) return;
+        const std::size_t bytes =
+            std::min(static_cast<std::size_t>(lastColumn - firstColumn) * pixel, sourceBytes - start);
+        std::byte* destination =
+            to.pixels + row * world.rowbytes + (to.left + firstColumn) * static_cast<std::int64_t>(pixel);
+        copyChannels(frame.pixels + start, destination, bytes, to.bitDepth);
+    }
+}
+
+A_long centred(A_long outer, std::uint32_t inner) {
+    return static_cast<A_long>(static_cast<std::uint32_t>(outer) - inner) >> 1;
+}
+
+}  // namespace
+
+void writeOutput(PF_InData& in, PF_EffectWorld& output, const MappedFrame& frame) {
+    if (isPremiere(in)) {
+        const Destination to{reinterpret_cast<std::byte*>(output.data), frame.bitDepth,
+                             centred(output.width, frame.extent.width), centred(output.height, frame.extent.height)};
+        if (to.pixels) writeRows(frame, output, to);
+        return;
+    }
+    const WorldPixels found = pixelsOf(in, output);
+    if (found.pixels) writeRows(frame, output, {found.pixels, found.bitDepth, 0, 0});
+}
+
+}  // namespace quillon

@@ -1,0 +1,63 @@
+#include "shell/SmartExtents.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace quillon {
+
+namespace {
+
+bool isEmpty(const PF_LRect& rect) {
+    return rect.left >= rect.right || rect.top >= rect.bottom;
+}
+
+// Sums in 32 bits that wrap, as the extents of a script may be anything.
+A_long plus(A_long a, std::uint32_t b) {
+    return static_cast<A_long>(static_cast<std::uint32_t>(a) + b);
+}
+
+}  // namespace
+
+FrameExtent extentOf(const PF_LRect& rect) {
+    return {static_cast<std::uint32_t>(rect.right) - static_cast<std::uint32_t>(rect.left),
+            static_cast<std::uint32_t>(rect.bottom) - static_cast<std::uint32_t>(rect.top)};
+}
+
+PF_LRect unionOf(const PF_LRect& a, const PF_LRect& b) {
+    if (isEmpty(a)) return b;
+    if (isEmpty(b)) return a;
+    PF_LRect both{};
+    both.left = std::min(a.left, b.left);
+    both.top = std::min(a.top, b.top);
+    both.right = std::max(a.right, b.right);
+    both.bottom = std::max(a.bottom, b.bottom);
+    return both;
+}
+
+void answerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked) {
+    // The flags may be 32 bits wide on some hosts: all bytes that they could have are cleared.
+    output.solid = 0;
+    output.reserved = 0;
+    std::memset(&output.flags, 0, offsetof(PF_PreRenderOutput, pre_render_data) - offsetof(PF_PreRenderOutput, flags));
+
+    const FrameExtent input = extentOf(layer);
+    if (asked != input) {
+        PF_LRect& result = output.result_rect;
+        result.left = plus(layer.left, (input.width >> 1) - (asked.width >> 1));
+        result.right = plus(result.left, asked.width);
+        result.top = plus(layer.top, (input.height >> 1) - (asked.height >> 1));
+        result.bottom = plus(result.top, asked.height);
+        output.max_result_rect = unionOf(output.max_result_rect, result);
+        output.flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
+        return;
+    }
+    output.result_rect = unionOf(output.result_rect, layer);
+    output.max_result_rect = unionOf(output.max_result_rect, layer);
+    // At the right and at the bottom equality counts as reaching past the request. It is meant so.
+    const bool reachesPast = layer.left < requested.left || layer.top < requested.top ||
+                             layer.right >= requested.right || layer.bottom >= requested.bottom;
+    if (reachesPast) output.flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
+}
+
+}  // namespace quillon

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "shell/FramePhases.h"
+
+namespace quillon {
+
+// The rectangles of the smart route's size phase.
+
+FrameExtent extentOf(const PF_LRect& rect);
+
+// The smallest rectangle around both. An empty one is left out of account.
+PF_LRect unionOf(const PF_LRect& a, const PF_LRect& b);
+
+// Tells the host what it will get. `layer` is the input's largest rectangle, `asked` the script's output. Another
+// extent than the layer's stands centred on the layer; the flag for extra pixels says that more may come back than
+// was requested.
+void answerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked);
+
+}  // namespace quillon
