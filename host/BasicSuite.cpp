@@ -1,0 +1,66 @@
+// The suite that hands out all others.
+
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "host/HostSession.h"
+#include "host/HostTables.h"
+
+namespace quillon::host {
+
+namespace {
+
+// The hosts' own code is not one of the effect API's, so that an effect that passes it on is seen.
+constexpr SPErr kSuiteNotFound = 0x5375;
+
+const SuiteOffer* findOffer(const std::string& name, bool isPremiere) {
+    for (const auto offers :
+         {effectSuites(), aegpProjectSuites(), aegpRenderSuites(), premiereSuites(), drawbotSuites()})
+        for (const SuiteOffer& offer : offers)
+            if (name == offer.name && (isPremiere ? offer.isInPremiere : offer.isInAfterEffects)) return &offer;
+    return nullptr;
+}
+
+bool isOffered(const SuiteOffer& offer, std::int32_t version, const Faults& faults) {
+    if (faults.isRefused(offer.name)) return false;
+    if (const std::optional<std::int32_t> only = faults.onlyVersion(offer.name)) return version == *only;
+    return version >= offer.lowestVersion && version <= offer.highestVersion;
+}
+
+SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {
+    const std::string text = name ? name : "";
+    const Visit visit(Callback::acquireSuite, version, text);
+    if (!visit) return visit.error();
+    if (!suite) return visit.refuse("a suite is acquired into nowhere");
+    HostSession& session = visit->session;
+    const SuiteOffer* const offer = findOffer(text, session.settings().kind == HostKind::premiere);
+    if (!offer || !isOffered(*offer, version, session.faults())) return kSuiteNotFound;
+    *suite = session.faults().isNull(text) ? nullptr : offer->table;
+    if (*suite) visit->books.suiteAcquired(text, version);
+    return PF_Err_NONE;
+}
+
+SPErr releaseSuite(const char* name, std::int32_t version) {
+    const std::string text = name ? name : "";
+    const Visit visit(Callback::releaseSuite, version, text);
+    if (!visit.isInCall()) return visit.error();
+    if (!visit->books.suiteReleased(text, version))
+        return visit.refuse("suite \"" + text + "\" " + std::to_string(version) +
+                            " is released but not held in this version");
+    return visit.error();
+}
+
+}  // namespace
+
+SPBasicSuite* basicSuite() {
+    static SPBasicSuite table = [] {
+        SPBasicSuite made{};
+        made.AcquireSuite = acquireSuite;
+        made.ReleaseSuite = releaseSuite;
+        return made;
+    }();
+    return &table;
+}
+
+}  // namespace quillon::host

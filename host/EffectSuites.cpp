@@ -1,0 +1,109 @@
+// The effect side's suites.
+
+#include <cstring>
+
+#include "host/HostSession.h"
+#include "host/HostTables.h"
+
+namespace quillon::host {
+
+namespace {
+
+PF_Err updateParamUI(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDef* def) {
+    const Visit visit(effectRef, Callback::updateParamUI, index);
+    if (!visit.isInCall()) return visit.error();
+    if (!def) return visit.refuse("PF_UpdateParamUI gets no control");
+    HostInstance* const instance = visit->selector.instance;
+    PF_Err error = visit.error();
+    if (error == PF_Err_NONE && (!instance || !instance->hasParam(index))) error = PF_Err_INVALID_INDEX;
+    visit->session.record([&](Records& records) { records.paramUIUpdates.push_back({index, *def, error}); });
+    if (error != PF_Err_NONE) return error;
+    // Its look alone: hosts take no value from here.
+    PF_ParamDef& own = instance->param(index);
+    own.ui_flags = def->ui_flags;
+    std::memcpy(own.PF_DEF_NAME, def->PF_DEF_NAME, sizeof(own.PF_DEF_NAME));
+    own.PF_DEF_NAME[sizeof(own.PF_DEF_NAME) - 1] = 0;
+    return PF_Err_NONE;
+}
+
+PF_Err setOptionsButtonName(PF_ProgPtr effectRef, const A_char* name) {
+    const Visit visit(effectRef, Callback::setOptionsButtonName, 0, name ? name : "");
+    if (!visit) return visit.error();
+    if (!name) return visit.refuse("PF_SetOptionsButtonName gets no name");
+    visit->session.record([&](Records& records) { records.optionsButtonNames.emplace_back(name); });
+    return PF_Err_NONE;
+}
+
+PF_Err floatingPointColor(PF_ProgPtr effectRef, const PF_ParamDef* def, PF_PixelFloat* out) {
+    const PF_ParamIndex index = def ? def->unused : 0;
+    const Visit visit(effectRef, Callback::floatingPointColor, index);
+    if (!visit) return visit.error();
+    const HostInstance* const instance = visit->selector.instance;
+    if (!out || !instance || !instance->hasParam(index) || def->param_type != PF_Param_COLOR)
+        return visit.refuse("a colour is asked of what is no COLOR control of this instance");
+    *out = instance->color(index);
+    return PF_Err_NONE;
+}
+
+template <class Pixel>
+PF_Err pixelData(Callback which, int depth, const PF_EffectWorld* world, PF_PixelPtr pixels, Pixel** out) {
+    const Visit visit(which);
+    if (!visit) return visit.error();
+    if (!world || !out) return visit.refuse("pixels are asked of no world");
+    *out = nullptr;
+    const PF_PixelPtr asked = pixels ? pixels : world->data;
+    if (!asked) return PF_Err_NONE;
+    const int depthThere = World::depthOf(asked);
+    if (depthThere == 0) return visit.refuse("pixels are asked of a world that no host made");
+    if (depthThere == depth) *out = reinterpret_cast<Pixel*>(asked);
+    return PF_Err_NONE;
+}
+
+PF_Err pixelData8(PF_EffectWorld* world, PF_PixelPtr pixels, PF_Pixel8** out) {
+    return pixelData(Callback::pixelData8, 8, world, pixels, out);
+}
+
+PF_Err pixelData16(PF_EffectWorld* world, PF_PixelPtr pixels, PF_Pixel16** out) {
+    return pixelData(Callback::pixelData16, 16, world, pixels, out);
+}
+
+PF_Err pixelDataFloat(PF_EffectWorld* world, PF_PixelPtr pixels, PF_PixelFloat** out) {
+    return pixelData(Callback::pixelDataFloat, 32, world, pixels, out);
+}
+
+// A layer without pixels has no format: an error, and `out` stays.
+PF_Err worldFormat(const PF_EffectWorld* world, PF_PixelFormat* out) {
+    const Visit visit(Callback::worldFormat);
+    if (!visit) return visit.error();
+    if (!world || !out) return visit.refuse("the format of no world is asked for");
+    const int depth = World::depthOf(world->data);
+    if (depth == 0) return PF_Err_BAD_CALLBACK_PARAM;
+    *out = depth == 8 ? PF_PixelFormat_ARGB32 : depth == 16 ? PF_PixelFormat_ARGB64 : PF_PixelFormat_ARGB128;
+    return PF_Err_NONE;
+}
+
+PF_Err setExtendedTool(PF_ExtendedSuiteTool tool) {
+    return Visit(Callback::setExtendedTool, tool).error();
+}
+
+}  // namespace
+
+std::span<const SuiteOffer> effectSuites() {
+    static const PF_HandleSuite1 handle{newHandle, lockHandle, unlockHandle, disposeHandle};
+    static const PF_ParamUtilsSuite3 paramUtils{updateParamUI};
+    static const PF_EffectUISuite1 effectUI{setOptionsButtonName};
+    static const PF_ColorParamSuite1 colorParam{floatingPointColor};
+    static const PF_PixelDataSuite1 pixels{pixelData8, pixelData16, pixelDataFloat};
+    static const auto world = makeTable<PF_WorldSuite2>([](auto& table) { table.PF_GetPixelFormat = worldFormat; });
+    static const auto helper =
+        makeTable<PF_HelperSuite2>([](auto& table) { table.PF_SetCurrentExtendedTool = setExtendedTool; });
+    static const SuiteOffer offers[] = {
+        offerOf(suites::kHandle, true, true, handle),      {suites::kParamUtils.name, 1, 3, true, true, &paramUtils},
+        offerOf(suites::kEffectUI, true, false, effectUI), offerOf(suites::kColorParam, true, true, colorParam),
+        offerOf(suites::kPixelData, true, true, pixels),   offerOf(suites::kWorld, true, false, world),
+        offerOf(suites::kHelper, true, true, helper),
+    };
+    return offers;
+}
+
+}  // namespace quillon::host

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "hostapi/HostApi.h"
+
+namespace quillon::host {
+
+// The host's memory handles. What is done wrong with one is told in words through `fault`, which is left alone
+// otherwise; nothing an effect does with a handle, known or not, damages the book. Any thread may call.
+class HandleBook {
+public:
+    // Fresh bytes are not zero. Never fails.
+    PF_Handle make(std::size_t bytes);
+    PF_Handle makeWith(std::span<const std::byte> bytes);
+
+    void* lock(PF_Handle handle, std::string& fault);
+    void unlock(PF_Handle handle, std::string& fault);
+    void dispose(PF_Handle handle, std::string& fault);
+
+    // The host's own end of a handle: nothing happens when it is disposed already.
+    void disposeIfAlive(PF_Handle handle);
+
+    bool isAlive(PF_Handle handle) const;
+    int lockCount(PF_Handle handle) const;  // 0 when it is not alive
+    std::size_t size(PF_Handle handle) const;
+    std::vector<std::byte> bytes(PF_Handle handle) const;  // empty when it is not alive
+    std::size_t aliveCount() const;
+
+private:
+    struct Block {
+        char* data;  // first: a handle is the address of this field
+        std::size_t size;
+        int locks;
+        std::unique_ptr<char[]> memory;
+    };
+
+    Block* find(PF_Handle handle) const;
+    void end(Block& block);
+
+    mutable std::mutex mutex;
+    std::map<PF_Handle, std::unique_ptr<Block>> blocks;
+    std::deque<PF_Handle> ended;  // kept for a while, so that a second disposal is told from a stranger's
+};
+
+}  // namespace quillon::host

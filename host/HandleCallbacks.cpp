@@ -1,0 +1,54 @@
+// The host's memory, as the utilities and the handle suite offer it.
+
+#include "host/HostSession.h"
+#include "host/HostTables.h"
+
+namespace quillon::host {
+
+namespace {
+
+void complain(const Visit& visit, const std::string& fault) {
+    if (!fault.empty()) visit->violation(fault);
+}
+
+}  // namespace
+
+PF_Handle newHandle(A_HandleSize size) {
+    const Visit visit(Callback::newHandle, static_cast<std::int64_t>(size));
+    // Far beyond what an effect keeps: a size that went wrong.
+    constexpr A_HandleSize kLargest = A_HandleSize{1} << 30;
+    if (!visit || size > kLargest) return nullptr;
+    const PF_Handle handle = visit->session.handles().make(size);
+    visit->books.handleMade(handle);
+    return handle;
+}
+
+void* lockHandle(PF_Handle handle) {
+    const Visit visit(Callback::lockHandle);
+    if (!visit) return nullptr;
+    std::string fault;
+    void* const memory = visit->session.handles().lock(handle, fault);
+    if (memory) visit->books.handleLocked(handle);
+    complain(visit, fault);
+    return memory;
+}
+
+void unlockHandle(PF_Handle handle) {
+    const Visit visit(Callback::unlockHandle);
+    if (!visit.isInCall()) return;
+    std::string fault;
+    visit->session.handles().unlock(handle, fault);
+    if (fault.empty()) visit->books.handleUnlocked(handle);
+    complain(visit, fault);
+}
+
+void disposeHandle(PF_Handle handle) {
+    const Visit visit(Callback::disposeHandle);
+    if (!visit.isInCall()) return;
+    std::string fault;
+    visit->session.handles().dispose(handle, fault);
+    visit->books.handleDisposed(handle);
+    complain(visit, fault);
+}
+
+}  // namespace quillon::host

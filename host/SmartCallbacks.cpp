@@ -1,0 +1,106 @@
+// The callbacks of the smart route.
+
+#include "host/HostSession.h"
+#include "host/HostTables.h"
+#include "host/Rectangles.h"
+#include "host/SmartFrame.h"
+
+namespace quillon::host {
+
+namespace {
+
+PF_Err checkOut(const Visit& visit, PF_ParamIndex index, A_long id, const PF_RenderRequest& request,
+                PF_CheckoutResult& result) {
+    if (!visit) return visit.error();
+    SmartWorlds* const worlds = visit->selector.smart;
+    if (!worlds || worlds->output) return visit.refuse("checkout_layer outside of the size phase");
+    const HostInstance& instance = *visit->selector.instance;
+    const bool isLayer = index == 0 || (instance.hasParam(index) && instance.param(index).param_type == PF_Param_LAYER);
+    if (!isLayer) return PF_Err_INVALID_INDEX;
+    if (worlds->checkouts.contains(id)) return visit.refuse("two checkouts have the same id");
+
+    const PF_LRect layer = worlds->layerRect(instance, index);
+    const std::shared_ptr<World> pixels = worlds->layerPixels(instance, index);
+    result = {};
+    result.max_result_rect = layer;
+    result.result_rect = intersection(request.rect, layer);
+    result.par = pixels ? pixels->pixelAspect : visit->session.settings().layerPixelAspect;
+    result.ref_width = layer.right - layer.left;
+    result.ref_height = layer.bottom - layer.top;
+    worlds->checkouts[id] = {.index = index, .resultRect = result.result_rect};
+    return PF_Err_NONE;
+}
+
+PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, A_long id, const PF_RenderRequest* request, A_long time,
+                     A_long timeStep, A_u_long timeScale, PF_CheckoutResult* result) {
+    const Visit visit(effectRef, Callback::checkoutLayer, id);
+    if (!visit.isInCall()) return visit.error();
+    if (!request || !result) return visit.refuse("checkout_layer without request or result");
+    const PF_Err error = checkOut(visit, index, id, *request, *result);
+    const PF_CheckoutResult answered = error == PF_Err_NONE ? *result : PF_CheckoutResult{};
+    visit->session.record([&](Records& records) {
+        records.layerCheckouts.push_back(
+            {index, id, *request, time, timeStep, timeScale, error, answered.result_rect, answered.max_result_rect});
+    });
+    return error;
+}
+
+// The part of the layer that was checked out, as a world of its own where it is not the whole layer.
+void makePixels(SmartWorlds& worlds, SmartWorlds::Checkout& checkout, const SelectorCall& call) {
+    const HostInstance& instance = *call.selector.instance;
+    const std::shared_ptr<World> layer = worlds.layerPixels(instance, checkout.index);
+    const PF_LRect whole = worlds.layerRect(instance, checkout.index);
+    const PF_LRect& part = checkout.resultRect;
+    const bool isWhole = isInside(whole, part);
+    checkout.pixels =
+        isWhole ? layer : layer->cut(offset(part, -whole.left, -whole.top), call.session.settings().rowPaddingPixels);
+    checkout.record = checkout.pixels->record();
+    checkout.record.origin_x = whole.left - part.left;
+    checkout.record.origin_y = whole.top - part.top;
+}
+
+PF_Err checkoutPixels(PF_ProgPtr effectRef, A_long id, PF_EffectWorld** pixels) {
+    const Visit visit(effectRef, Callback::checkoutPixels, id);
+    if (!visit) return visit.error();
+    SmartWorlds* const worlds = visit->selector.smart;
+    if (!worlds || visit->selector.cmd != PF_Cmd_SMART_RENDER || !pixels)
+        return visit.refuse("checkout_layer_pixels outside of the render phase");
+    const auto found = worlds->checkouts.find(id);
+    if (found == worlds->checkouts.end()) return visit.refuse("pixels are asked for that were not checked out");
+    SmartWorlds::Checkout& checkout = found->second;
+    *pixels = nullptr;
+    if (isEmpty(checkout.resultRect)) return PF_Err_NONE;
+    if (!checkout.pixels) makePixels(*worlds, checkout, *visit);
+    visit->books.worldShown(checkout.pixels);
+    *pixels = &checkout.record;
+    return PF_Err_NONE;
+}
+
+PF_Err checkinPixels(PF_ProgPtr effectRef, A_long id) {
+    const Visit visit(effectRef, Callback::checkinPixels, id);
+    return visit.error();
+}
+
+PF_Err checkoutOutput(PF_ProgPtr effectRef, PF_EffectWorld** output) {
+    const Visit visit(effectRef, Callback::checkoutOutput);
+    if (!visit) return visit.error();
+    SmartWorlds* const worlds = visit->selector.smart;
+    if (!worlds || !worlds->output || !output) return visit.refuse("checkout_output outside of the render phase");
+    visit->books.worldShown(worlds->output);
+    *output = &worlds->outputRecord;
+    return PF_Err_NONE;
+}
+
+}  // namespace
+
+PF_PreRenderCallbacks* preRenderCallbacks() {
+    static PF_PreRenderCallbacks table{checkoutLayer, nullptr};
+    return &table;
+}
+
+PF_SmartRenderCallbacks* smartRenderCallbacks() {
+    static PF_SmartRenderCallbacks table{checkoutPixels, checkinPixels, checkoutOutput};
+    return &table;
+}
+
+}  // namespace quillon::host

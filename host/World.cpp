@@ -1,0 +1,127 @@
+#include "host/World.h"
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <mutex>
+#include <stdexcept>
+
+namespace quillon::host {
+
+namespace {
+
+constexpr std::size_t kStripBytes = 64;
+constexpr std::byte kGuardByte{0xC3};
+
+struct LivingWorlds {
+    std::mutex mutex;
+    std::map<const void*, int> depthByPixels;
+};
+
+// Never destroyed: worlds may outlive it at the end of the process.
+LivingWorlds& livingWorlds() {
+    static auto* const worlds = new LivingWorlds;
+    return *worlds;
+}
+
+bool allGuards(const std::byte* bytes, std::size_t count) {
+    return std::all_of(bytes, bytes + count, [](std::byte byte) { return byte == kGuardByte; });
+}
+
+}  // namespace
+
+std::size_t World::bytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels) {
+    const std::size_t row = (static_cast<std::size_t>(width) + static_cast<std::size_t>(rowPaddingPixels)) *
+                            static_cast<std::size_t>(bitDepth) / 2;
+    return row * static_cast<std::size_t>(height) + 2 * kStripBytes;
+}
+
+World::World(A_long width, A_long height, int bitDepth, int rowPaddingPixels)
+    : widthPixels(width), heightPixels(height), depth(bitDepth) {
+    if (width < 0 || height < 0 || rowPaddingPixels < 0) throw std::invalid_argument("a world of negative size");
+    if (depth != 8 && depth != 16 && depth != 32) throw std::invalid_argument("a world's depth is 8, 16 or 32");
+    usedRowBytes = static_cast<std::size_t>(width) * pixelBytes();
+    strideBytes = usedRowBytes + static_cast<std::size_t>(rowPaddingPixels) * pixelBytes();
+    const std::size_t size = bytesNeeded(width, height, depth, rowPaddingPixels);
+    memory = std::make_unique_for_overwrite<std::byte[]>(size);
+    std::fill_n(memory.get(), size, kGuardByte);
+    for (A_long y = 0; y < height; ++y) std::ranges::fill(row(y), kUnwrittenByte);
+    const std::lock_guard lock(livingWorlds().mutex);
+    livingWorlds().depthByPixels[rowStart(0)] = depth;
+}
+
+World::~World() {
+    const std::lock_guard lock(livingWorlds().mutex);
+    livingWorlds().depthByPixels.erase(rowStart(0));
+}
+
+int World::depthOf(const void* pixels) {
+    const std::lock_guard lock(livingWorlds().mutex);
+    const auto found = livingWorlds().depthByPixels.find(pixels);
+    return found == livingWorlds().depthByPixels.end() ? 0 : found->second;
+}
+
+std::byte* World::rowStart(A_long y) const {
+    return memory.get() + kStripBytes + static_cast<std::size_t>(y) * strideBytes;
+}
+
+std::span<std::byte> World::row(A_long y) {
+    return {rowStart(y), usedRowBytes};
+}
+std::span<const std::byte> World::row(A_long y) const {
+    return {rowStart(y), usedRowBytes};
+}
+
+std::vector<std::byte> World::tightBytes() const {
+    std::vector<std::byte> tight;
+    tight.reserve(usedRowBytes * static_cast<std::size_t>(heightPixels));
+    for (A_long y = 0; y < heightPixels; ++y) tight.insert(tight.end(), row(y).begin(), row(y).end());
+    return tight;
+}
+
+void World::write(std::span<const std::byte> tight) {
+    if (tight.size() != usedRowBytes * static_cast<std::size_t>(heightPixels))
+        throw std::invalid_argument("the pixels are not as many as the world has");
+    for (A_long y = 0; y < heightPixels; ++y)
+        std::ranges::copy(tight.subspan(static_cast<std::size_t>(y) * usedRowBytes, usedRowBytes), row(y).begin());
+}
+
+std::shared_ptr<World> World::cut(const PF_LRect& area, int rowPaddingPixels) const {
+    auto part = std::make_shared<World>(std::max(0, area.right - area.left), std::max(0, area.bottom - area.top), depth,
+                                        rowPaddingPixels);
+    part->pixelAspect = pixelAspect;
+    const A_long left = std::max(0, area.left);
+    const A_long right = std::min(widthPixels, area.right);
+    for (A_long y = 0; y < part->height(); ++y) {
+        std::ranges::fill(part->row(y), std::byte{0});
+        const A_long from = y + area.top;
+        if (from < 0 || from >= heightPixels || left >= right) continue;
+        std::memcpy(part->row(y).data() + static_cast<std::size_t>(left - area.left) * pixelBytes(),
+                    row(from).data() + static_cast<std::size_t>(left) * pixelBytes(),
+                    static_cast<std::size_t>(right - left) * pixelBytes());
+    }
+    return part;
+}
+
+PF_EffectWorld World::record() const {
+    PF_EffectWorld world{};
+    world.world_flags = PF_WorldFlag_WRITEABLE | (depth == 8 ? 0 : PF_WorldFlag_DEEP);
+    world.data = reinterpret_cast<PF_PixelPtr>(rowStart(0));
+    world.rowbytes = static_cast<A_long>(strideBytes);
+    world.width = widthPixels;
+    world.height = heightPixels;
+    world.extent_hint = {0, 0, widthPixels, heightPixels};
+    world.pix_aspect_ratio = pixelAspect;
+    world.origin_x = origin.h;
+    world.origin_y = origin.v;
+    return world;
+}
+
+bool World::areGuardsIntact() const {
+    if (!allGuards(memory.get(), kStripBytes) || !allGuards(rowStart(heightPixels), kStripBytes)) return false;
+    for (A_long y = 0; y < heightPixels; ++y)
+        if (!allGuards(rowStart(y) + usedRowBytes, strideBytes - usedRowBytes)) return false;
+    return true;
+}
+
+}  // namespace quillon::host

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "hostapi/HostApi.h"
+
+namespace quillon::host {
+
+// A picture in the host's memory: rows from the top, padded, pixels A, R, G, B at 8, 16 (0 to 32768) or 32 (float) bits
+// a channel. Padding and a strip before and behind the rows hold guard bytes that nobody may change. Fresh pixels
+// consist of kUnwrittenByte, so that what an effect did not write can be told.
+//
+// Several threads may use different worlds, or read the same one.
+class World {
+public:
+    static constexpr std::byte kUnwrittenByte{0xA5};
+
+    World(A_long width, A_long height, int bitDepth, int rowPaddingPixels = 3);
+    ~World();
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+
+    A_long width() const { return widthPixels; }
+    A_long height() const { return heightPixels; }
+    int bitDepth() const { return depth; }
+    std::size_t pixelBytes() const { return static_cast<std::size_t>(depth) / 2; }
+    std::size_t rowBytes() const { return strideBytes; }
+
+    // The pixels of a row without its padding.
+    std::span<std::byte> row(A_long y);
+    std::span<const std::byte> row(A_long y) const;
+
+    // All rows without padding, the top one first.
+    std::vector<std::byte> tightBytes() const;
+    // The reverse; the length must be that of tightBytes().
+    void write(std::span<const std::byte> tight);
+
+    // Part of it as a world of its own: pixels outside of this one are 0.
+    std::shared_ptr<World> cut(const PF_LRect& area, int rowPaddingPixels) const;
+
+    // As an effect is told of it. Valid as long as the world lives.
+    PF_EffectWorld record() const;
+
+    bool areGuardsIntact() const;
+
+    // The depth of the living world with these pixels; 0 when no world has them. An effect hands copies of records
+    // around, so a world is known by its pixels alone.
+    static int depthOf(const void* pixels);
+
+    static std::size_t bytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels);
+
+    PF_RationalScale pixelAspect{1, 1};
+    PF_Point origin{};  // the input layer's top left corner, as seen from this world's own
+
+private:
+    std::byte* rowStart(A_long y) const;
+
+    A_long widthPixels;
+    A_long heightPixels;
+    int depth;
+    std::size_t strideBytes;
+    std::size_t usedRowBytes;
+    std::unique_ptr<std::byte[]> memory;
+};
+
+}  // namespace quillon::host
