@@ -8,14 +8,23 @@ execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/fetch-sources.sh
                 OUTPUT_VARIABLE QUILLON_SOURCES OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 
 # Duktape, with a check of the native stack that the distribution's build lacks: without it two small scripts kill a
-# process on a thread with a small stack. The check itself is quillon_native_stack_is_low of src/platform.
+# process on a thread with a small stack. The check itself is quillon_native_stack_is_low of src/platform. The compiler
+# of scripts is the one recursion that does not ask for it by itself.
 set(duktape_dir ${PROJECT_BINARY_DIR}/duktape)
 file(READ ${QUILLON_SOURCES}/duktape/duk_config.h duk_config)
 string(APPEND duk_config "\n#undef DUK_USE_NATIVE_STACK_CHECK\n#ifdef __cplusplus\nextern \"C\"\n#endif\n"
        "int quillon_native_stack_is_low(void);\n#define DUK_USE_NATIVE_STACK_CHECK() quillon_native_stack_is_low()\n")
 file(CONFIGURE OUTPUT ${duktape_dir}/duk_config.h CONTENT "${duk_config}" @ONLY)
 configure_file(${QUILLON_SOURCES}/duktape/duktape.h ${duktape_dir}/duktape.h COPYONLY)
-configure_file(${QUILLON_SOURCES}/duktape/duktape.c ${duktape_dir}/duktape.c COPYONLY)
+file(READ ${QUILLON_SOURCES}/duktape/duktape.c duktape_source)
+set(unchecked_recursion "comp_ctx->recursion_depth++;")
+string(FIND "${duktape_source}" "${unchecked_recursion}" found)
+if(found EQUAL -1)
+    message(FATAL_ERROR "duktape.c has changed: its compiler's recursion is not where it was")
+endif()
+string(REPLACE "${unchecked_recursion}" "duk_native_stack_check(comp_ctx->thr);\n\t${unchecked_recursion}"
+       duktape_source "${duktape_source}")
+file(CONFIGURE OUTPUT ${duktape_dir}/duktape.c CONTENT "${duktape_source}" @ONLY)
 add_library(duktape STATIC ${duktape_dir}/duktape.c)
 target_link_libraries(duktape INTERFACE $<LINK_ONLY:quillon_platform>)
 target_include_directories(duktape SYSTEM PUBLIC ${duktape_dir})

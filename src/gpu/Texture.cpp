@@ -23,6 +23,10 @@ GLint internalFormat(std::uint32_t bitDepth) {
     return bitDepth > 8 ? GL_RGBA32F : GL_RGBA;
 }
 
+// GL and the CPU copy take a picture up in bands of rows, small enough to stay in the processor's cache between the
+// two.
+constexpr std::size_t kBandBytes = 256 * 1024;
+
 // Bytes of a pixel as GL reads it.
 std::size_t pixelBytes(std::uint32_t bitDepth) {
     switch (GLChannelType(bitDepth)) {
@@ -70,10 +74,15 @@ std::vector<std::byte> repackDownwards(const std::byte* source, PixelLayout& lay
 }
 
 // Host range to GL's, row by row at the stride of the source.
-void expandTo16(const std::byte* source, const PixelLayout& layout, std::vector<std::byte>& widened) {
+void expandTo16(const std::byte* source, const PixelLayout& layout, std::byte* widened) {
     const std::size_t channels = std::min<std::size_t>(std::size_t{layout.width} * 4, layout.rowBytes / 2);
     for (std::uint32_t y = 0; y < layout.height; ++y)
-        WidenHostRow(source + y * layout.rowBytes, widened.data() + y * layout.rowBytes, channels);
+        WidenHostRow(source + y * layout.rowBytes, widened + y * layout.rowBytes, channels);
+}
+
+void specifyStorage(const PixelLayout& layout, const void* pixels) {
+    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat(layout.bitDepth), static_cast<GLsizei>(layout.width),
+                 static_cast<GLsizei>(layout.height), 0, GL_RGBA, GLChannelType(layout.bitDepth), pixels);
 }
 
 }  // namespace
@@ -87,6 +96,43 @@ std::uint32_t GLChannelType(std::uint32_t bitDepth) {
             return GL_FLOAT;
         default:
             return GL_UNSIGNED_BYTE;
+    }
+}
+
+void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand) {
+    const std::size_t rowStride = static_cast<std::size_t>(layout.rowBytes);
+    const std::size_t readable = sourceBytes(layout);
+    // A surface that shares the copy keeps it as it is; the texture then starts another.
+    if (!pixelCopy || pixelCopy.use_count() > 1) pixelCopy = std::make_shared<std::vector<std::byte>>();
+    pixelCopy->resize(layout.height * rowStride);
+    std::byte* const copy = pixelCopy->data();
+
+    // A row length that disagrees with the rows makes GL read on past the caller's memory.
+    const std::size_t read = bytesReadByGL(layout, rowLength);
+    const bool isRegular = read <= readable && rowStride != 0;
+    if (isRegular) specifyStorage(layout, nullptr);
+    const std::uint32_t rowsPerBand =
+        isRegular ? static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / rowStride)) : layout.height;
+    for (std::uint32_t first = 0; first < layout.height; first += rowsPerBand) {
+        PixelLayout band = layout;
+        band.height = std::min(rowsPerBand, layout.height - first);
+        const std::byte* pixels = memory + first * rowStride;
+        std::byte* const kept = copy + first * rowStride;
+        if (expand) {
+            expandTo16(pixels, band, kept);
+            pixels = kept;
+        } else {
+            std::memcpy(kept, pixels, std::min(band.height * rowStride, readable - first * rowStride));
+        }
+        if (isRegular)
+            glTexSubImage2D(GL_TEXTURE_2D, 0, 0, static_cast<GLint>(first), static_cast<GLsizei>(band.width),
+                            static_cast<GLsizei>(band.height), GL_RGBA, GLChannelType(band.bitDepth), pixels);
+    }
+    if (!expand) std::fill(copy + readable, copy + pixelCopy->size(), std::byte{0});
+    if (!isRegular) {
+        std::vector<std::byte> padded(std::max(read, readable));
+        std::memcpy(padded.data(), copy, readable);
+        specifyStorage(layout, padded.data());
     }
 }
 
@@ -122,29 +168,10 @@ void Texture::uploadPixels(const void* source, const PixelLayout& given, bool ar
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
     glTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_SWIZZLE_RGBA, argbOrdered ? kHostOrder : kRgbaOrder);
 
-    std::vector<std::byte> padded;
-    if (memory) {
-        const std::size_t readable = sourceBytes(layout);
-        const std::size_t kept = layout.height * static_cast<std::size_t>(layout.rowBytes);
-        // A surface that shares the copy keeps it as it is; the texture then starts another.
-        if (!pixelCopy || pixelCopy.use_count() > 1) pixelCopy = std::make_shared<std::vector<std::byte>>();
-        pixelCopy->resize(kept);
-        if (layout.bitDepth == 16 && expand15) {
-            expandTo16(memory, layout, *pixelCopy);
-            memory = pixelCopy->data();
-        } else {
-            std::memcpy(pixelCopy->data(), memory, readable);
-            std::fill(pixelCopy->begin() + static_cast<std::ptrdiff_t>(readable), pixelCopy->end(), std::byte{0});
-        }
-        // A row length that disagrees with the rows makes GL read on past the caller's memory.
-        if (const std::size_t read = bytesReadByGL(layout, rowLength); read > readable) {
-            padded.resize(read);
-            std::memcpy(padded.data(), memory, readable);
-            memory = padded.data();
-        }
-    }
-    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat(layout.bitDepth), static_cast<GLsizei>(layout.width),
-                 static_cast<GLsizei>(layout.height), 0, GL_RGBA, GLChannelType(layout.bitDepth), memory);
+    if (memory)
+        takeUp(memory, layout, rowLength, layout.bitDepth == 16 && expand15);
+    else
+        specifyStorage(layout, nullptr);
 
     isArgbOrdered = argbOrdered;
     width = layout.width;

@@ -67,6 +67,10 @@ public:
     std::int64_t rowBytes = 0;   // of the last upload; 0 after initTexture
     bool isArgbOrdered = false;  // false: the data is R, G, B, A and swizzled
     PixelBuffer pixelCopy;       // height * rowBytes bytes of the last upload that had data; null before that
+
+private:
+    // Makes the CPU copy and fills new storage with the rows, which GL reads `rowLength` pixels apart.
+    void takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand);
 };
 
 // The type constant of GL for the channels of an upload or read-back at this depth.

@@ -1,0 +1,147 @@
+// Measures, each as a multiple of the bare GL calls of that frame in the same run:
+//
+//   frame/identity/DEPTH/WIDTHxHEIGHT   one frame of an identity effect through IPlugin: lock, input, draw, read-back
+//
+// Both sides render the same picture, and their results are compared byte for byte. Rounds of the two alternate, so
+// that whatever else the machine does falls on both alike; the ratio is that of the medians.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <vector>
+
+#include "BareFrame.h"
+#include "engine/AEQuillon2.h"
+#include "imagelib/HostRange.h"
+#include "support/TestEffect.h"
+
+namespace quillon::bench {
+
+namespace {
+
+constexpr const char* kScript =
+    "var copy;\n"
+    "function setup() { copy = QL_initShader('copy'); }\n"
+    "function draw() {\n"
+    "  var input = QL_getSequenceTexture();\n"
+    "  QL_setTextureParam(input, QL_GL.TEXTURE_MIN_FILTER, QL_GL.NEAREST);\n"
+    "  QL_setTextureParam(input, QL_GL.TEXTURE_MAG_FILTER, QL_GL.NEAREST);\n"
+    "  QL_setShaderParamVal(copy, 'picture', input);\n"
+    "  QL_renderShader(copy, QL_getSequenceRT(), false);\n"
+    "}\n";
+constexpr const char* kFragment =
+    "uniform sampler2D picture;\n"
+    "void main() { gl_FragColor = texture2D(picture, gl_TexCoord[0].st); }\n";
+
+struct Case {
+    FrameSize size;
+    double aim;  // the most that the ratio should be; 0: none is set
+    int rounds;
+};
+
+constexpr Case kCases[] = {
+    {{1920, 1080, 8}, 1.08, 40}, {{1920, 1080, 16}, 0.95, 30}, {{1920, 1080, 32}, 1.08, 30},
+    {{480, 270, 8}, 1.20, 300},  {{480, 270, 16}, 0, 200},     {{480, 270, 32}, 1.20, 200},
+};
+
+void renderThroughEngine(IPlugin& engine, const FrameSize& size, const std::byte* input, std::byte* output) {
+    engine.lockGL();
+    engine.setLayerPixels(kInputLayer, input, size.width, size.height, size.bitDepth, size.rowBytes());
+    engine.draw(0, size.width, size.height, size.bitDepth, 1.0f);
+    const auto* mapped = static_cast<const std::byte*>(engine.mapResult());
+    for (std::uint32_t y = 0; y < size.height; ++y) {
+        const std::byte* from = mapped + y * size.rowBytes();
+        std::byte* to = output + (size.height - 1 - y) * size.rowBytes();
+        if (size.bitDepth == 16)
+            FoldToHostRow(from, to, size.width * std::size_t{4});
+        else
+            std::memcpy(to, from, size.rowBytes());
+    }
+    engine.unmapResult(mapped);
+    engine.unlockGL();
+}
+
+std::vector<std::byte> makePicture(const FrameSize& size) {
+    std::vector<std::byte> picture(size.bytes());
+    std::uint32_t state = 1;
+    for (std::size_t channel = 0; channel < picture.size() / (size.bitDepth / 8); ++channel) {
+        state = state * 1664525 + 1013904223;
+        const std::uint32_t random = state >> 16;
+        const auto byte = static_cast<std::uint8_t>(random);
+        const auto word = static_cast<std::uint16_t>(random % 32769);
+        const auto real = static_cast<float>(random) / 65536.0f;
+        const void* value = size.bitDepth == 8    ? static_cast<const void*>(&byte)
+                            : size.bitDepth == 16 ? static_cast<const void*>(&word)
+                                                  : static_cast<const void*>(&real);
+        std::memcpy(picture.data() + channel * (size.bitDepth / 8), value, size.bitDepth / 8);
+    }
+    return picture;
+}
+
+template <class Work>
+double milliseconds(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+double median(std::vector<double> values) {
+    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+    return values[values.size() / 2];
+}
+
+// False when the two sides disagree about the picture.
+bool measure(IPlugin& engine, const Case& entry) {
+    const FrameSize& size = entry.size;
+    const std::vector<std::byte> input = makePicture(size);
+    std::vector<std::byte> expected(size.bytes());
+    std::vector<std::byte> actual(size.bytes());
+    engine.lockGL();
+    auto bare = std::make_unique<BareFrame>(size);
+    engine.unlockGL();
+
+    std::vector<double> floor;
+    std::vector<double> through;
+    for (int round = -3; round < entry.rounds; ++round) {  // three rounds to warm up
+        engine.lockGL();
+        const double bareTime = milliseconds([&] { bare->render(input.data(), expected.data()); });
+        engine.unlockGL();
+        const double engineTime = milliseconds([&] { renderThroughEngine(engine, size, input.data(), actual.data()); });
+        if (round < 0) continue;
+        floor.push_back(bareTime);
+        through.push_back(engineTime);
+    }
+    engine.lockGL();
+    bare.reset();
+    engine.unlockGL();
+
+    const double ratio = median(through) / median(floor);
+    std::printf("frame/identity/%-2u/%ux%-5u  %8.3f ms, floor %8.3f ms, ratio %.3f", size.bitDepth, size.width,
+                size.height, median(through), median(floor), ratio);
+    if (entry.aim != 0) std::printf("  (aim %.2f)", entry.aim);
+    std::printf("\n");
+    return expected == actual;
+}
+
+}  // namespace
+
+}  // namespace quillon::bench
+
+int main() {
+    using namespace quillon;
+    const test::TestEffect effect(
+        {{"fx.js", bench::kScript}, {"copy.frag", bench::kFragment}, {"config.xml", "<FLAGS>0</FLAGS>"}});
+    IPlugin& engine = AEQuillon2::instance();
+    if (!engine.init(effect.module(), nullptr)) {
+        std::fputs("bench_frame: this system offers no OpenGL\n", stderr);
+        return 1;
+    }
+    SequenceHandle* instance = engine.createSequence();
+    engine.selectSequence(instance);
+    bool isEqual = true;
+    for (const bench::Case& entry : bench::kCases) isEqual = bench::measure(engine, entry) && isEqual;
+    engine.destroySequence(instance);
+    if (!isEqual) std::fputs("bench_frame: the two sides render different pictures\n", stderr);
+    return isEqual ? 0 : 1;
+}

@@ -1,0 +1,142 @@
+#include <ostream>
+
+#include "ToolTest.h"
+
+// What the tool says of an effect that its author got wrong: the words are compared in full.
+
+namespace quillon::test {
+
+namespace {
+
+const std::string kSetup = "var copy;\nfunction setup() { copy = QL_initShader('copy'); }\n";
+const std::string kDraw =
+    "function draw() {\n"
+    "  QL_setShaderParamVal(copy, 'sInput0', QL_getSequenceTexture());\n"
+    "  QL_renderShader(copy, QL_getSequenceRT(), true);\n"
+    "}\n";
+const std::string kGood = kSetup + kDraw;
+
+// The words of a shader compiler, and the largest extent, are those of Mesa's software renderer.
+const char* const kSoftwareRenderer = "LIBGL_ALWAYS_SOFTWARE=1";
+
+struct FaultCase {
+    const char* name;
+    std::string script;
+    std::string fragment;
+    std::string words;
+    std::string config = kConfig;
+};
+
+void PrintTo(const FaultCase& faultCase, std::ostream* out) {
+    *out << faultCase.name;
+}
+
+const FaultCase kCases[] = {
+    {"config_that_ends_early", kGood, kCopyFragment,
+     "fx/config.xml:2: error: not XML as effects need it: unexpected end of data [config]\n", "<A>1</A>\n<B>2\n"},
+    {"config_with_a_broken_tag_behind_changed_text", kGood, kCopyFragment,
+     "fx/config.xml:3: error: not XML as effects need it: expected > [config]\n",
+     "<A>&lt;&lt;</A>\n\n<B /C>\n<D></D>\n"},
+    {"byte_that_is_not_utf8", "// ok: \xC3\xA9\nvar a = '\xC3\xA9\xE9';\n" + kGood, kCopyFragment,
+     "fx/fx.js:2:11: error: byte 0xE9 is not UTF-8 text; save the file as UTF-8 [script]\n"},
+    {"overlong_form", "\xC0\xAF", kCopyFragment,
+     "fx/fx.js:1:1: error: byte 0xC0 is not UTF-8 text; save the file as UTF-8 [script]\n"},
+    {"sequence_that_the_end_cuts", kGood + "// \xE2\x82", kCopyFragment,
+     "fx/fx.js:7:4: error: byte 0xE2 is not UTF-8 text; save the file as UTF-8 [script]\n"},
+    {"zero_byte", "var a;" + std::string(1, '\0') + kGood, kCopyFragment,
+     "fx/fx.js:1:7: error: byte 0x00 ends the program here; save the file as UTF-8 [script]\n"},
+    {"syntax_error", kGood + "var a = ;\n", kCopyFragment,
+     "fx/fx.js:7: error: SyntaxError: empty expression not allowed [script]\n"},
+    {"newer_language", "let a = 1;\n" + kGood, kCopyFragment,
+     "fx/fx.js:1: error: SyntaxError: unterminated statement; the script language is ECMAScript 5: var and function, "
+     "no let, =>, class or `text` [script]\n"},
+    {"bracket_that_is_not_closed", kGood + "function f() {\n", kCopyFragment,
+     "fx/fx.js: error: SyntaxError: parse error at the end of the file [script]\n"},
+    {"error_in_setup", "function setup() {\n  foo.bar();\n}\n" + kDraw, kCopyFragment,
+     "fx/fx.js:2: error: setup: ReferenceError: identifier 'foo' undefined [script]\n"},
+    {"thrown_text_in_draw", kSetup + "function draw() {\n  throw 'two\\nlines';\n}\n", kCopyFragment,
+     "fx/fx.js: error: draw: two lines [script]\n"},
+    {"all_errors_of_a_frame", kSetup + "function preRender(w, h) { a(); }\nfunction draw() {\n  b();\n}\n",
+     kCopyFragment,
+     "fx/fx.js:3: error: preRender: ReferenceError: identifier 'a' undefined [script]\n"
+     "fx/fx.js:5: error: draw: ReferenceError: identifier 'b' undefined [script]\n"},
+    {"no_setup", kDraw, kCopyFragment, "fx/fx.js: error: no setup(); every effect needs one [script]\n"},
+    {"no_draw", kSetup, kCopyFragment, "fx/fx.js: error: no draw(); every effect needs one [script]\n"},
+    {"entry_point_that_is_only_named", kGood + "// no preRender here\n", kCopyFragment,
+     "fx/fx.js: error: no preRender(), though its name stands in the file, so that none is supplied; define it, or do "
+     "not name it [script]\n"},
+    {"output_beyond_the_driver", kGood + "function preRender() { QL_setOutputExtent(-1, 1); }\n", kCopyFragment,
+     "fx/fx.js: error: preRender: asks for an output of -1x1 pixels; the graphics driver takes 1 to 16384 in each "
+     "direction [render]\n"},
+    {"frame_without_a_target", kSetup + "function draw() { QL_release(QL_getSequenceRT()); }\n", kCopyFragment,
+     "fx: error: the frame of 1x1 at 8 bits was not rendered: the script released its target, or the graphics driver "
+     "gave no pixels; look at draw(), or render it smaller [render]\n"},
+    {"empty_shader_file", kGood, "", "fx/copy.frag: error: the file is empty [shader]\n"},
+    {"shader_without_a_file", "function setup() { QL_initShader('Blur'); }\n" + kDraw, kCopyFragment,
+     "fx/Blur.frag: error: no such file; QL_initShader(\"Blur\") needs it, or a text [shader]\n"},
+    {"shader_line_behind_added_lines", kGood,
+     "uniform sampler2D sInput0;\nvoid main() {\n  vec4 c = texture2D(sInput0, gl_TexCoord[0].st);\n"
+     "  gl_FragColor = b;\n}\n",
+     "fx/copy.frag:4: error: `b' undeclared [shader]\n"},
+    {"shader_line_without_added_lines", kGood, "void main() {\n  int i = 1.5;\n}",
+     "fx/copy.frag:2: error: initializer of type float cannot be assigned to variable of type int [shader]\n"},
+    {"candidates_stay_with_their_error", kGood, "void main() { gl_FragColor = vec4(1.0) * ceil(true); }",
+     "fx/copy.frag:1: error: no matching function for call to `ceil(bool)'; candidates are: float ceil(float) vec2 "
+     "ceil(vec2) vec3 ceil(vec3) vec4 ceil(vec4) [shader]\n"
+     "fx/copy.frag:1: error: operands to arithmetic operators must be numeric [shader]\n"},
+    {"shader_that_does_not_link", kGood, "void f();\nvoid main() { f(); }",
+     "fx/copy.frag: error: unresolved reference to function `f' [shader]\n"},
+    {"second_main_in_a_line_nobody_wrote", kGood, "// main (here)\nvoid main() {}\n",
+     "fx/copy.frag: error: function `main' redefined [shader]\n"
+     "fx/copy.frag: error: no function with name 'repl_main' [shader]\n"},
+    {"shader_text_in_the_script", "function setup() {\n  QL_initShader('x', 'void main() { y; }');\n}\n" + kDraw,
+     kCopyFragment, "fx/fx.js: error: shader \"x\": `y' undeclared [shader]\n"},
+};
+
+class Faults : public ToolTest, public ::testing::WithParamInterface<FaultCase> {};
+
+TEST_P(Faults, AreToldWithTheAuthorsOwnLine) {
+    const FaultCase& faultCase = GetParam();
+    addEffect("fx", {{"fx.js", faultCase.script}, {"copy.frag", faultCase.fragment}, {"config.xml", faultCase.config}});
+    writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
+    const ToolRun result = run("render fx -i in.argb --size 1x1 --depth 8 -o out.png", kSoftwareRenderer);
+    EXPECT_EQ(result.err, faultCase.words);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(list(), (std::vector<std::string>{"fx", "in.argb"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Effects, Faults, ::testing::ValuesIn(kCases),
+                         [](const auto& test) { return test.param.name; });
+
+class FolderFaults : public ToolTest {};
+
+TEST_F(FolderFaults, AreToldForFilesThatAreMissingOrDoNotFit) {
+    writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
+    const std::string render = " -i in.argb --size 1x1 --depth 8 -o out.png";
+    EXPECT_EQ(run("render nowhere" + render).err,
+              "quillon: error: nowhere: no such effect; give the folder that holds its fx.js and config.xml\n");
+    std::filesystem::create_directory(pathOf("fx"));
+    EXPECT_EQ(run("render ./fx/" + render).err,
+              "./fx/config.xml: error: no such file; every effect needs one [config]\n"
+              "./fx/fx.js: error: no such file; every effect needs one [script]\n");
+    addEffect("fx", {{"FX.js", "var a;"}});
+    EXPECT_EQ(run("render fx" + render).err, "fx/FX.js: error: no setup(); every effect needs one [script]\n");
+    std::filesystem::create_directory(pathOf("fx/more"));
+    const ToolRun result = run("render fx" + render);
+    EXPECT_EQ(result.err.substr(0, result.err.find(';')), "fx/more: error: a folder");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST_F(FolderFaults, ASystemWithoutOpenGLIsNamed) {
+    addCopyEffect();
+    writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
+    const ToolRun result = run("render copy -i in.argb --size 1x1 --depth 8 -o out.png", "LIBGL_DRIVERS_PATH=none");
+    EXPECT_EQ(result.err.rfind("quillon: error: no OpenGL", 0), 0u) << result.err;
+    EXPECT_EQ(result.status, 1);
+    EXPECT_FALSE(exists("out.png"));
+}
+
+}  // namespace
+
+}  // namespace quillon::test

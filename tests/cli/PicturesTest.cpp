@@ -1,0 +1,228 @@
+#include <ImfChannelList.h>
+#include <ImfFrameBuffer.h>
+#include <ImfHeader.h>
+#include <ImfInputFile.h>
+#include <ImfTiledOutputFile.h>
+#include <half.h>
+#include <lodepng.h>
+
+#include <cmath>
+#include <limits>
+
+#include "ToolTest.h"
+
+// Pictures in all their forms, through an effect that hands its input on. What is in the files is checked with the
+// formats' own libraries.
+
+namespace quillon::test {
+
+namespace {
+
+class Pictures : public ToolTest {
+protected:
+    void SetUp() override { addCopyEffect(); }
+
+    // Renders and expects that all is well.
+    void render(const std::string& input, const std::string& output, const std::string& options = "") {
+        const ToolRun result = run("render copy -i " + input + " -o " + output + " " + options);
+        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(result.out, output + "\n");
+        EXPECT_EQ(result.status, 0);
+    }
+
+    // 8- or 16-bit PNG with alpha, of one row; its words have the machine's order here.
+    void writePng(const std::string& name, const std::vector<std::uint16_t>& rgba, unsigned bits) {
+        std::vector<unsigned char> bytes;
+        for (const std::uint16_t value : rgba) {
+            if (bits == 16) bytes.push_back(static_cast<unsigned char>(value >> 8));
+            bytes.push_back(static_cast<unsigned char>(value));
+        }
+        const auto width = static_cast<unsigned>(rgba.size() / 4);
+        ASSERT_EQ(lodepng::encode(pathOf(name), bytes, width, 1, LCT_RGBA, bits), 0u);
+    }
+    std::vector<std::uint16_t> readPng(const std::string& name, unsigned bits) {
+        std::vector<unsigned char> file;
+        std::vector<unsigned char> bytes;
+        unsigned width = 0;
+        unsigned height = 0;
+        lodepng::State state;
+        state.info_raw.colortype = LCT_RGBA;
+        state.info_raw.bitdepth = bits;
+        lodepng::load_file(file, pathOf(name));
+        EXPECT_EQ(lodepng::decode(bytes, width, height, state, file), 0u);
+        EXPECT_EQ(state.info_png.color.bitdepth, bits);
+        std::vector<std::uint16_t> rgba;
+        for (std::size_t i = 0; i < bytes.size(); i += bits / 8) {
+            rgba.push_back(bits == 8 ? bytes[i] : static_cast<std::uint16_t>(bytes[i] << 8 | bytes[i + 1]));
+        }
+        return rgba;
+    }
+};
+
+TEST_F(Pictures, RowsAndChannelsStayInPlaceAtEachDepth) {
+    // 3 by 2 pixels; every channel of every pixel has its own value.
+    std::vector<std::uint8_t> bytes;
+    std::vector<std::uint16_t> words;
+    std::vector<float> reals;
+    for (int i = 0; i < 24; ++i) {
+        bytes.push_back(static_cast<std::uint8_t>(10 * i + 3));
+        words.push_back(static_cast<std::uint16_t>(1365 * i + (i == 23 ? 1373 : 0)));
+        reals.push_back(static_cast<float>(i) * 0.25f - 1.0f);
+    }
+    writeSamples("8.argb", bytes);
+    writeSamples("16.argb", words);
+    writeSamples("32.argb", reals);
+    render("8.argb", "8o.argb", "--size 3x2 --depth 8");
+    render("16.argb", "16o.argb", "--size 3x2 --depth 16");
+    render("32.argb", "32o.argb", "--size 3x2 --depth 32");
+    EXPECT_EQ(readSamples<std::uint8_t>("8o.argb"), bytes);
+    EXPECT_EQ(readSamples<std::uint16_t>("16o.argb"), words);
+    EXPECT_EQ(readSamples<float>("32o.argb"), reals);
+}
+
+TEST_F(Pictures, PngKeepsItsBitsWhenNoDepthIsAskedFor) {
+    writePng("8.png", {10, 20, 30, 40, 0, 255, 1, 254}, 8);
+    writePng("16.png", {65535, 0, 2, 32768, 40000, 50000, 60000, 1000}, 16);
+    render("8.png", "8.argb");
+    render("16.png", "16.argb");
+    render("16.png", "back.png");
+    EXPECT_EQ(readSamples<std::uint8_t>("8.argb"), (std::vector<std::uint8_t>{40, 10, 20, 30, 254, 0, 255, 1}));
+    // 0 to 65535 becomes 0 to 32768, to the nearest.
+    EXPECT_EQ(readSamples<std::uint16_t>("16.argb"),
+              (std::vector<std::uint16_t>{16384, 32768, 0, 1, 500, 20000, 25000, 30000}));
+    EXPECT_EQ(readPng("back.png", 16), (std::vector<std::uint16_t>{65535, 0, 2, 32768, 39999, 49999, 59999, 1000}));
+}
+
+TEST_F(Pictures, DepthsConvertToTheNearestAndFullScaleToFullScale) {
+    writePng("in.png", {0, 255, 128, 1, 127, 64, 254, 255}, 8);
+    render("in.png", "16.argb", "--depth 16");
+    EXPECT_EQ(readSamples<std::uint16_t>("16.argb"),
+              (std::vector<std::uint16_t>{129, 0, 32768, 16448, 32768, 16320, 8224, 32639}));
+    render("in.png", "32.argb", "--depth 32");
+    const auto reals = readSamples<float>("32.argb");
+    EXPECT_FLOAT_EQ(reals[0], 1 / 255.0f);
+    EXPECT_EQ(reals[2], 1.0f);
+    EXPECT_FLOAT_EQ(reals[3], 128 / 255.0f);
+    // Down again, with what lies outside the scale cut and no number at all as black.
+    const float none = std::numeric_limits<float>::quiet_NaN();
+    writeSamples<float>("wild.argb", {1, -0.5f, 1.5f, none, 0.5f, 0.25f, 0.75f, 1e30f});
+    render("wild.argb", "wild.png", "--size 2x1 --depth 32");
+    EXPECT_EQ(readPng("wild.png", 16), (std::vector<std::uint16_t>{0, 65535, 0, 65535, 16384, 49151, 65535, 32768}));
+}
+
+TEST_F(Pictures, ExrIsPremultipliedOutsideAndStraightInside) {
+    writeSamples<float>("in.argb", {0.5f, 2, 1, -1, 0, 7, 7, 7});
+    render("in.argb", "out.exr", "--size 2x1 --depth 32");
+    {
+        Imf::InputFile file(pathOf("out.exr").c_str());
+        float pixels[2][4] = {};
+        Imf::FrameBuffer frameBuffer;
+        const char* names[] = {"R", "G", "B", "A"};
+        for (int i = 0; i < 4; ++i) {
+            EXPECT_EQ(file.header().channels()[names[i]].type, Imf::FLOAT);
+            frameBuffer.insert(names[i], Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(&pixels[0][i]), 16, 32));
+        }
+        file.setFrameBuffer(frameBuffer);
+        file.readPixels(0, 0);
+        EXPECT_EQ(std::vector<float>(pixels[0], pixels[0] + 8), (std::vector<float>{1, 0.5f, -0.5f, 0.5f, 0, 0, 0, 0}));
+    }
+    render("out.exr", "back.argb");
+    EXPECT_EQ(readSamples<float>("back.argb"), (std::vector<float>{0.5f, 2, 1, -1, 0, 0, 0, 0}));
+}
+
+TEST_F(Pictures, TiledHalfExrWithoutAlphaFillsItsDisplayWindow) {
+    // A data window of 2 by 1 at (1, 1) in a frame of 3 by 2.
+    Imf::Header header(Imath::Box2i({0, 0}, {2, 1}), Imath::Box2i({1, 1}, {2, 1}));
+    header.setTileDescription(Imf::TileDescription(32, 32, Imf::ONE_LEVEL));
+    half pixels[2][3] = {{1.0f, 0.5f, 0.25f}, {8.0f, 4.0f, 2.0f}};
+    Imf::FrameBuffer frameBuffer;
+    const char* names[] = {"R", "G", "B"};
+    for (int i = 0; i < 3; ++i) {
+        header.channels().insert(names[i], Imf::Channel(Imf::HALF));
+        char* origin = reinterpret_cast<char*>(&pixels[0][i]) - sizeof pixels[0] - sizeof pixels;
+        frameBuffer.insert(names[i], Imf::Slice(Imf::HALF, origin, sizeof pixels[0], sizeof pixels));
+    }
+    {
+        Imf::TiledOutputFile file(pathOf("in.exr").c_str(), header);
+        file.setFrameBuffer(frameBuffer);
+        file.writeTile(0, 0);
+    }
+    render("in.exr", "out.argb");
+    std::vector<float> expected(24, 0.0f);
+    const float drawn[] = {1, 1, 0.5f, 0.25f, 1, 8, 4, 2};
+    std::copy(std::begin(drawn), std::end(drawn), expected.begin() + 16);
+    EXPECT_EQ(readSamples<float>("out.argb"), expected);
+}
+
+TEST_F(Pictures, OtherFormatsAreReadByTheirContent) {
+    // A BMP of one orange pixel, under a name that says nothing.
+    writeFile("picture.dat", std::string("BM\x3a\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30) +
+                                 std::string(24, '\0') + std::string("\x10\x80\xff\0", 4));
+    render("picture.dat", "out.argb");
+    EXPECT_EQ(readSamples<std::uint8_t>("out.argb"), (std::vector<std::uint8_t>{255, 255, 128, 16}));
+}
+
+TEST_F(Pictures, DamagedInputsAreRefusedAndNothingIsWritten) {
+    ASSERT_EQ(run("chart -o good.png --size 64x64").status, 0);
+    ASSERT_EQ(run("chart -o good.exr --size 64x64").status, 0);
+    const std::string png = readFile("good.png");
+    const std::string exr = readFile("good.exr");
+    std::string huge = png;
+    huge.replace(16, 8, std::string("\x7f\xff\xff\xff\x7f\xff\xff\xff", 8));
+    const std::size_t window = exr.find("dataWindow");
+    std::string hugeExr = exr;
+    hugeExr.replace(window + 11 + 6 + 4 + 8, 8, std::string("\xff\xff\1\0\xff\xff\1\0", 8));
+    const std::pair<const char*, std::string> files[] = {
+        {"cut.png", png.substr(0, png.size() / 2)},
+        {"empty.png", ""},
+        {"signature.png", png.substr(0, 8)},
+        {"huge.png", huge},
+        {"cut.exr", exr.substr(0, exr.size() / 2)},
+        {"signature.exr", exr.substr(0, 4)},
+        {"huge.exr", hugeExr},
+        {"words.txt", "no picture at all"},
+        {"short.argb", std::string(15, '\0')},
+        {"beyond.argb", std::string("\1\x80\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16)},
+    };
+    for (const auto& [name, content] : files) {
+        writeFile(name, content);
+        const bool isRaw = std::string(name).ends_with(".argb");
+        const ToolRun result =
+            run(std::string("render copy -i ") + name + " -o out.png" + (isRaw ? " --size 2x1 --depth 16" : ""));
+        EXPECT_EQ(result.status, 1) << name;
+        EXPECT_EQ(result.err.rfind(std::string("quillon: error: ") + name + ": cannot be read", 0), 0u) << result.err;
+        EXPECT_FALSE(exists("out.png")) << name;
+    }
+    EXPECT_EQ(run("render copy -i good.png -o nowhere/out.png").status, 1);
+    std::filesystem::create_directory(pathOf("taken.png"));
+    EXPECT_EQ(run("render copy -i good.png -o taken.png").status, 1);
+    for (const std::string& name : list()) EXPECT_NE(name.front(), '.') << "left behind: " << name;
+}
+
+TEST_F(Pictures, TheChartIsTheSameEachTimeAndNoTwoCornersAreAlike) {
+    ASSERT_EQ(run("chart -o one.argb --size 320x180").out, "one.argb\n");
+    ASSERT_EQ(run("chart -o two.argb --size 320x180").status, 0);
+    const auto chart = readSamples<std::uint8_t>("one.argb");
+    EXPECT_EQ(chart, readSamples<std::uint8_t>("two.argb"));
+    ASSERT_EQ(chart.size(), 320u * 180 * 4);
+    std::vector<std::vector<std::uint8_t>> quarters(4);
+    int clear = 0;
+    int soft = 0;
+    for (std::size_t y = 0; y < 180; ++y) {
+        for (std::size_t x = 0; x < 320; ++x) {
+            const std::uint8_t* pixel = &chart[(y * 320 + x) * 4];
+            quarters[y / 90 * 2 + x / 160].insert(quarters[y / 90 * 2 + x / 160].end(), pixel, pixel + 4);
+            clear += pixel[0] == 0;
+            soft += pixel[0] > 0 && pixel[0] < 255;
+        }
+    }
+    for (int i = 0; i < 4; ++i) {
+        for (int j = 0; j < i; ++j) EXPECT_NE(quarters[i], quarters[j]);
+    }
+    EXPECT_GT(clear, 100);
+    EXPECT_GT(soft, 1000);
+}
+
+}  // namespace
+
+}  // namespace quillon::test

@@ -1,0 +1,289 @@
+#include <ostream>
+
+#include "ToolTest.h"
+
+// What reaches the script and the shaders from the command line. The effects here write a control's value, a time or
+// a size into a pixel of 32-bit floats.
+
+namespace quillon::test {
+
+namespace {
+
+// An effect with one control, whose value fills the picture.
+Files ControlEffect(const std::string& kind, const std::string& type, const std::string& setUp = "") {
+    return {{"fx.js",
+             "var shader, control;\n"
+             "function setup() {\n"
+             "  control = QL_initParam('value', QL_Type." +
+                 kind + ", 'The label');\n  " + setUp +
+                 "\n  shader = QL_initShader('show');\n}\n"
+                 "function draw() {\n"
+                 "  QL_setShaderParam(shader, control);\n"
+                 "  QL_renderShader(shader, QL_getSequenceRT(), true);\n}\n"},
+            {"show.frag", "uniform " + type + " value;\nvoid main() { gl_FragColor = vec4(value" +
+                              (type == "vec4"   ? ""
+                               : type == "vec3" ? ", 0.0"
+                               : type == "vec2" ? ", 0.0, 0.0"
+                                                : "") +
+                              "); }\n"}};
+}
+
+struct ValueCase {
+    const char* name;
+    const char* kind;
+    const char* type;  // of the uniform
+    const char* setUp;
+    const char* option;
+    std::vector<float> shown;  // red, green, blue, alpha
+};
+
+void PrintTo(const ValueCase& valueCase, std::ostream* out) {
+    *out << valueCase.name;
+}
+
+const std::string kChoices = "QL_setParamChoices(control, 'Normal|3|Add');";
+
+const ValueCase kCases[] = {
+    {"number", "FLOAT", "float", "", "--set value=-2.5", {-2.5f, -2.5f, -2.5f, -2.5f}},
+    {"number_by_label", "FLOAT", "float", "", "--set 'The label=1e-3'", {1e-3f, 1e-3f, 1e-3f, 1e-3f}},
+    {"default_number", "FLOAT", "float", "QL_setParamValue(control, 0.75);", "", {0.75f, 0.75f, 0.75f, 0.75f}},
+    {"angle", "ANGLE", "float", "", "--set value=450", {450, 450, 450, 450}},
+    {"position", "POINT2D", "vec2", "", "--set value=12.5,-3", {12.5f, -3, 0, 0}},
+    {"default_position_is_a_share_of_the_input",
+     "POINT2D",
+     "vec2",
+     "QL_setParamValue(control, [0.5, 0.25]);",
+     "",
+     {2, 0.5f, 0, 0}},
+    {"position_in_space", "POINT", "vec3", "", "--set 'value= 1, 2, 3'", {1, 2, 3, 0}},
+    {"default_position_in_space_has_z_of_y",
+     "POINT",
+     "vec3",
+     "QL_setParamValue(control, [1, 2, 3]);",
+     "",
+     {1, 2, 2, 0}},
+    {"colour", "COLOR", "vec4", "", "--set value=0.25,0.5,2", {0.25f, 0.5f, 2, 1}},
+    {"colour_with_alpha", "COLOR", "vec4", "", "--set value=0.25,0.5,2,0", {0.25f, 0.5f, 2, 0}},
+    {"colour_in_hexadecimal", "COLOR", "vec4", "", "--set value=#fF0033", {1, 0, 0.2f, 1}},
+    {"colour_in_hexadecimal_with_alpha", "COLOR", "vec4", "", "--set value=#00ff0066", {0, 1, 0, 0.4f}},
+    {"default_colour_is_declared_in_bytes",
+     "COLOR",
+     "vec4",
+     "QL_setParamValue(control, [255, 51.9, 0, 102]);",
+     "",
+     {1, 0.2f, 0, 0.4f}},
+    {"switch", "BOOL", "int", "", "--set value=true", {1, 1, 1, 1}},
+    {"switch_off", "BOOL", "int", "QL_setParamValue(control, 1);", "--set value=0", {0, 0, 0, 0}},
+    {"entry", "POPUP", "int", kChoices.c_str(), "--set value=Add", {3, 3, 3, 3}},
+    {"entry_that_is_a_number", "POPUP", "int", kChoices.c_str(), "--set value=3", {2, 2, 2, 2}},
+    {"entry_by_number", "POPUP", "int", kChoices.c_str(), "--set value=1", {1, 1, 1, 1}},
+    {"last_of_two_settings_counts", "FLOAT", "float", "", "--set value=1 --set value=2", {2, 2, 2, 2}},
+};
+
+class Values : public ToolTest, public ::testing::WithParamInterface<ValueCase> {};
+
+TEST_P(Values, ReachTheShader) {
+    const ValueCase& valueCase = GetParam();
+    addEffect("fx", ControlEffect(valueCase.kind, valueCase.type, valueCase.setUp));
+    writeSamples<float>("in.argb", std::vector<float>(4 * 2 * 4));
+    const ToolRun result =
+        run(std::string("render fx -i in.argb --size 4x2 --depth 32 -o out.argb ") + valueCase.option);
+    ASSERT_EQ(result.err, "");
+    const auto pixel = readSamples<float>("out.argb");
+    const float shown[] = {pixel[1], pixel[2], pixel[3], pixel[0]};
+    for (int i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(shown[i], valueCase.shown[i]) << "channel " << i;
+}
+
+INSTANTIATE_TEST_SUITE_P(Controls, Values, ::testing::ValuesIn(kCases),
+                         [](const auto& test) { return test.param.name; });
+
+class Render : public ToolTest {
+protected:
+    void SetUp() override { writeSamples<std::uint8_t>("in.argb", std::vector<std::uint8_t>(2 * 2 * 4, 255)); }
+
+    const std::string raw = " -i in.argb --size 2x2 --depth 8 ";
+};
+
+struct WrongValueCase {
+    const char* kind;
+    const char* option;
+    const char* words;
+};
+
+constexpr WrongValueCase kWrongValues[] = {
+    {"FLOAT", "--set value=1.5x", "value: \"1.5x\" is no value for it; it takes a number"},
+    {"FLOAT", "--set value=", "value: \"\" is no value for it; it takes a number"},
+    {"FLOAT", "--set value=nan", "value: \"nan\" is no value for it; it takes a number"},
+    {"FLOAT", "--set value", "--set value: write it as NAME=VALUE"},
+    {"FLOAT", "--set other=1", "other: the effect has no such control; its controls are:\n  value  \"The label\""},
+    {"FLOAT", "--layer value=in.argb", "value: is not a layer; set it with --set"},
+    {"POINT2D", "--set value=1,2,3", "value: \"1,2,3\" is no value for it; it takes x,y in pixels"},
+    {"POINT", "--set value=1,2", "value: \"1,2\" is no value for it; it takes x,y,z"},
+    {"COLOR", "--set value=#12345",
+     "value: \"#12345\" is no value for it; it takes red,green,blue[,alpha] from 0 to 1, "
+     "or #rrggbb[aa]"},
+    {"BOOL", "--set value=yes", "value: \"yes\" is no value for it; it takes true or false"},
+    {"POPUP", "--set value=11",
+     "value: \"11\" is no value for it; it takes one of the entries, or its number from 1 "
+     "(0|1|2|3|4|5|6|7|8|9)"},
+    {"LAYER", "--set value=1", "value: is a layer; give it a picture with --layer value=FILE"},
+    {"GROUP_START", "--set value=1", "value: groups, paths and textures have no value that can be set; leave it out"},
+    {"PATH", "--set value=1", "value: groups, paths and textures have no value that can be set; leave it out"},
+    {"TEXTURE", "--set value=1", "value: groups, paths and textures have no value that can be set; leave it out"},
+};
+
+TEST_F(Render, WrongValuesAreRefusedWithWhatTheControlTakes) {
+    for (const WrongValueCase& wrong : kWrongValues) {
+        addEffect("fx", ControlEffect(wrong.kind, "float"));
+        const ToolRun result = run("render fx" + raw + "-o out.png " + wrong.option);
+        EXPECT_EQ(result.err, std::string("quillon: error: ") + wrong.words + "\n");
+        EXPECT_EQ(result.status, 2) << wrong.option;
+    }
+    EXPECT_FALSE(exists("out.png"));
+}
+
+TEST_F(Render, LabelsOfSeveralControlsAndHiddenControlsAreRefused) {
+    addEffect("fx", {{"fx.js",
+                      "function setup() {\n"
+                      "  QL_initParam('a', QL_Type.FLOAT, 'Same');\n"
+                      "  QL_initParam('b', QL_Type.FLOAT, 'Same');\n"
+                      "  QL_setParamFlags(QL_initParam('c', QL_Type.FLOAT, 'Hidden'), 1);\n"
+                      "}\nfunction draw() {}\n"}});
+    EXPECT_EQ(run("render fx" + raw + "-o out.png --set Same=1").err,
+              "quillon: error: Same: several controls have this label; use a name:\n  a  \"Same\"\n  b  \"Same\"\n");
+    EXPECT_EQ(run("render fx" + raw + "-o out.png --set c=1").status, 2);
+    EXPECT_EQ(run("render fx" + raw + "-o out.png --set b=1").status, 0);
+}
+
+TEST_F(Render, AnEffectMaySetTheOutputsSizeAndKnowsItsPlace) {
+    addEffect("fx", {{"fx.js",
+                      "var shader;\n"
+                      "function setup() { shader = QL_initShader('s', 'uniform vec4 o;void main() "
+                      "{ gl_FragColor = o; }'); }\n"
+                      "function preRender(w, h) { QL_setOutputExtent(w + 4, h + 1); }\n"
+                      "function draw() {\n"
+                      "  var o = QL_getInputOrigin(), c = QL_getContextExtent();\n"
+                      "  QL_setShaderParamVal(shader, 'o', [o[0], o[1], c[0], c[1]]);\n"
+                      "  QL_renderShader(shader, QL_getSequenceRT(), true);\n}\n"}});
+    writeSamples<float>("in32.argb", std::vector<float>(3 * 2 * 4));
+    ASSERT_EQ(run("render fx -i in32.argb --size 3x2 --depth 32 -o out.argb").err, "");
+    const auto pixels = readSamples<float>("out.argb");
+    ASSERT_EQ(pixels.size(), 7u * 3 * 4);
+    // (7 >> 1) - (3 >> 1), (3 >> 1) - (2 >> 1); the composition is as large as the input.
+    EXPECT_EQ(std::vector<float>(pixels.begin(), pixels.begin() + 4), (std::vector<float>{2, 2, 0, 3}));
+}
+
+TEST_F(Render, LayersAndFramesComeFromPatternsOrOnePictureForAll) {
+    addEffect("fx", {{"fx.js",
+                      "var shader, layer;\n"
+                      "function setup() {\n"
+                      "  layer = QL_initParam('map', QL_Type.LAYER, 'Map');\n"
+                      "  shader = QL_initShader('s', 'uniform sampler2D a, b; uniform float t; void main() "
+                      "{ vec2 p = gl_TexCoord[0].st; gl_FragColor = vec4(texture2D(a, p).r, "
+                      "texture2D(b, p).g, t, 1.0); }');\n}\n"
+                      "function draw() {\n"
+                      "  QL_setShaderParamVal(shader, 'a', QL_getSequenceTexture());\n"
+                      "  QL_setShaderParamVal(shader, 'b', layer);\n"
+                      "  QL_setShaderParamVal(shader, 't', QL_getTime());\n"
+                      "  QL_renderShader(shader, QL_getSequenceRT(), true);\n}\n"}});
+    const auto plain = [this](const std::string& name, float red, float green) {
+        writeSamples<float>(name, {1, red, green, 0});
+    };
+    for (int frame = 8; frame <= 12; frame += 2) {
+        plain("in." + std::string(frame < 10 ? "00" : "0") + std::to_string(frame) + ".argb", static_cast<float>(frame),
+              0);
+    }
+    plain("map.argb", 0, 0.5f);
+    const ToolRun result =
+        run("render fx -i in.###.argb --layer Map=map.argb --size 1x1 --depth 32 -o out%04d.argb "
+            "--frames 8-13x2 --fps 4");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.out, "out0008.argb\nout0010.argb\nout0012.argb\n");
+    for (const auto& [name, frame] :
+         {std::pair("out0008.argb", 8.0f), {"out0010.argb", 10.0f}, {"out0012.argb", 12.0f}}) {
+        EXPECT_EQ(readSamples<float>(name), (std::vector<float>{1, frame, 0.5f, frame / 4})) << name;
+    }
+    ASSERT_EQ(run("render fx -i in.008.argb --layer map=map.argb --size 1x1 --depth 32 -o one.argb --time 1.5").err,
+              "");
+    EXPECT_EQ(readSamples<float>("one.argb"), (std::vector<float>{1, 8, 0.5f, 1.5f}));
+}
+
+TEST_F(Render, APictureThatTheDriverCannotTakeIsNamed) {
+    addEffect("fx", {{"fx.js", "function setup() {}\nfunction draw() {}\n"}});
+    writeSamples<std::uint8_t>("long.argb", std::vector<std::uint8_t>(99999 * 4));
+    const ToolRun result = run("render fx -i long.argb --size 99999x1 --depth 8 -o out.png");
+    EXPECT_EQ(result.err.rfind("quillon: error: the input has 99999x1 pixels; the graphics driver takes up to ", 0), 0u)
+        << result.err;
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST_F(Render, ASequenceStopsAtTheFirstFrameThatFailsAndKeepsTheOnesBefore) {
+    addEffect("fx", {{"fx.js", "function setup() {}\nfunction draw() {\n  if (QL_getTime() > 1) x();\n}\n"}});
+    const ToolRun result = run("render fx" + raw + "-o o##.png --frames 1-9 --fps 2");
+    EXPECT_EQ(result.out, "o01.png\no02.png\n");
+    EXPECT_EQ(result.err,
+              "fx/fx.js:3: error: draw: ReferenceError: identifier 'x' undefined [script]\n"
+              "quillon: error: stopped at frame 3\n");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_FALSE(exists("o03.png"));
+}
+
+struct WrongLine {
+    const char* arguments;
+    const char* words;  // a part of what is said
+};
+
+constexpr WrongLine kWrongLines[] = {
+    {"", "no command"},
+    {"paint", "paint"},
+    {"render", "required"},
+    {"render fx -o out.png", "--input is required"},
+    {"render fx -i a.png -o out.jpg", "out.jpg: pictures are written as .png, .exr or .argb"},
+    {"render fx -i a.png -o out", "out: pictures are written as"},
+    {"render fx -i a.png -o out.png --depth 10", "--depth"},
+    {"render fx -i a.png -o out.png --route smart", "--route"},
+    {"render fx -i a.png -o out.png more", "more"},
+    {"render fx -i a.argb -o out.png --depth 8", "a.argb: a raw buffer says nothing of itself"},
+    {"render fx -i a.argb -o out.png --size 2x2", "a.argb: a raw buffer says nothing of itself"},
+    {"render fx -i a.png -o out.png --layer m=a.argb", "a.argb: a raw buffer says nothing of itself"},
+    {"render fx -i a.png -o out.png --size 2x2", "--size is for .argb pictures"},
+    {"render fx -i a.argb -o out.png --depth 8 --size 0x2", "WIDTHxHEIGHT"},
+    {"render fx -i a.png -o out.png --time 1 --frames 1-2", "--frames"},
+    {"render fx -i a.png -o out.png --time soon", "--time"},
+    {"render fx -i a.png -o out.png --fps 24", "--frames"},
+    {"render fx -i a.png -o out##.png --frames 1-2 --fps 0", "--fps"},
+    {"render fx -i a.png -o out##.png --frames 5-1", "--frames 5-1: write it as FIRST-LAST"},
+    {"render fx -i a.png -o out##.png --frames 1-5x0", "--frames 1-5x0: write it as FIRST-LAST"},
+    {"render fx -i a.png -o out.png --frames 1-2", "out.png: all frames would be written to one file"},
+    {"render fx -i a.png -o out##.png", "out##.png: has a place for the frame number"},
+    {"render fx -i a%d.png -o out.png", "a%d.png: has a place for the frame number"},
+    {"render fx -i a.png -o out##%d.png --frames 1-2", "more than one place"},
+    {"render fx -i a.png -o out.png --layer m", "--layer m: write it as NAME=VALUE"},
+    {"chart", "--output is required"},
+    {"chart -o out.png --size big", "WIDTHxHEIGHT"},
+};
+
+TEST_F(Render, WrongCommandLinesEndWithTwoAndSayWhatIsWrong) {
+    for (const WrongLine& line : kWrongLines) {
+        const ToolRun result = run(line.arguments);
+        EXPECT_EQ(result.status, 2) << line.arguments;
+        EXPECT_EQ(result.out, "") << line.arguments;
+        EXPECT_EQ(result.err.rfind("quillon: error: ", 0), 0u) << line.arguments << "\n" << result.err;
+        EXPECT_NE(result.err.find(line.words), std::string::npos) << line.arguments << "\n" << result.err;
+    }
+}
+
+TEST_F(Render, HelpAndVersionGoToStandardOutput) {
+    for (const char* arguments : {"--help", "render --help", "chart -h", "--version"}) {
+        const ToolRun result = run(arguments);
+        EXPECT_EQ(result.status, 0) << arguments;
+        EXPECT_EQ(result.err, "") << arguments;
+        EXPECT_EQ(result.out.rfind(std::string(arguments) == "--version" ? "quillon 0" : "", 0), 0u) << result.out;
+        EXPECT_FALSE(result.out.empty()) << arguments;
+    }
+    EXPECT_NE(run("render --help").out.find("--set"), std::string::npos);
+}
+
+}  // namespace
+
+}  // namespace quillon::test

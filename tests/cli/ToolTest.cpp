@@ -1,0 +1,51 @@
+#include "ToolTest.h"
+
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace quillon::test {
+
+ToolRun ToolTest::run(const std::string& arguments, const std::string& environment) const {
+    const std::string command = "cd '" + folder.path().string() + "' && " + environment + " '" QUILLON_TOOL "' " +
+                                arguments + " >.out 2>.err </dev/null";
+    const int status = std::system(command.c_str());
+    ToolRun result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(".out"), readFile(".err")};
+    std::filesystem::remove(folder.path() / ".out");
+    std::filesystem::remove(folder.path() / ".err");
+    return result;
+}
+
+void ToolTest::addEffect(const std::string& name, const Files& files) const {
+    std::filesystem::create_directories(folder.path() / name);
+    writeFile(name + "/config.xml", kConfig);
+    for (const auto& [fileName, content] : files) writeFile(name + "/" + fileName, content);
+}
+
+void ToolTest::addCopyEffect() const {
+    addEffect("copy", {{"fx.js", CopyScript(/*flip=*/true)}, {"copy.frag", kCopyFragment}});
+}
+
+void ToolTest::writeFile(const std::string& name, const std::string& content) const {
+    std::ofstream(folder.path() / name, std::ios::binary) << content;
+}
+
+std::string ToolTest::readFile(const std::string& name) const {
+    std::ostringstream content;
+    content << std::ifstream(folder.path() / name, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+std::vector<std::string> ToolTest::list() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace quillon::test

@@ -1,0 +1,137 @@
+#include "entities/Context.h"
+#include "support/EngineTest.h"
+
+namespace quillon::test {
+namespace {
+
+class IdleEngine : public EngineTest {
+protected:
+    // Every operation on an instance, none of which may do anything.
+    void expectNoInstance() {
+        std::uint32_t width = 7, height = 8;
+        engine.preRender(100, 50, &width, &height);
+        EXPECT_EQ(width, 7u);
+        EXPECT_EQ(height, 8u);
+        const std::uint32_t pixel[4] = {};
+        const bool locked = engine.lockGL();
+        engine.setLayerPixels(kInputLayer, pixel, 1, 1, 8, 4);
+        engine.setLayerPixels(0, pixel, 1, 1, 8, 4);
+        engine.draw(5, 2, 2, 8, 1);
+        EXPECT_EQ(engine.mapResult(), nullptr);
+        engine.unmapResult(nullptr);
+        if (locked) engine.unlockGL();
+        engine.updateUIFlags();
+        engine.setInputOrigin(3, 4);
+        EXPECT_EQ(engine.setParameterValue(0, pixel), nullptr);
+        engine.reservedHook9();
+        engine.reservedHook29();
+        engine.runOverlay(nullptr);
+    }
+};
+
+TEST_F(IdleEngine, AnswersBeforeItIsStarted) {
+    EXPECT_TRUE(engine.isReady());
+    EXPECT_FALSE(engine.lockGL());
+    engine.unlockGL();
+    EXPECT_TRUE(engine.reservedHook6(false));
+    EXPECT_EQ(engine.reservedHook21(), 0u);
+    EXPECT_EQ(engine.reservedHook23(), 0u);
+    EXPECT_EQ(engine.reservedHook28(), 0u);
+    EXPECT_EQ(engine.parameterCount(), 0u);
+    EXPECT_EQ(engine.parameterInfo(0)->id, 0u);
+    EXPECT_EQ(engine.parameterValue(0xFFFFFFFF)->id, 0u);
+    EXPECT_EQ(shaderErrors(), "");
+    engine.destroySequence(nullptr);
+    engine.selectSequence(nullptr);
+    engine.shutdown();
+    expectNoInstance();
+}
+
+TEST_F(IdleEngine, DoesNothingWithoutASelectedInstance) {
+    start(
+        "var calls = 0, p; function setup() { p = QL_initParam('p', 1, 'P'); QL_setParamValue(p, 3);"
+        " QL_initParam('l', 4, 'L'); }\n"
+        "function preRender() { ++calls; } function draw() { ++calls; } function updateUIFlags() { ++calls; }");
+    expectNoInstance();
+    SequenceHandle* const handle = addInstance();
+    engine.selectSequence(nullptr);
+    expectNoInstance();
+    EXPECT_EQ(eval("[calls, QL_getTime(), QL_getSequenceRT(), QL_getSequenceTexture(), QL_getInputOrigin()]"),
+              "[0,0,0,0,[0,0]]");
+    EXPECT_EQ(engine.parameterCount(), 2u);
+    EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 3.0f) << "the last instance's controls can be looked at";
+    EXPECT_EQ(engine.parameterInfo(0), engine.parameterValue(0));
+    engine.setContextExtent(3, 4, 2);
+    EXPECT_EQ(eval("QL_getContextExtent()"), "[3,4,2]");
+    engine.selectSequence(handle);
+    removeInstance(handle);
+    expectNoInstance();
+    EXPECT_EQ(eval("calls"), "0");
+}
+
+TEST_F(IdleEngine, KnowsNoInstanceAnyMoreAfterARestart) {
+    start(
+        "var calls = 0; function setup() { var p = QL_initParam('p', 1, 'P'); QL_initParam('l', 4, 'L'); }\n"
+        "function preRender() { ++calls; } function draw() { ++calls; } function updateUIFlags() { ++calls; }");
+    SequenceHandle* const old = addInstance();
+    frame(2, 2, 8);
+    EXPECT_TRUE(engine.restartScript());
+    for (const bool reselected : {false, true}) {
+        if (reselected) engine.selectSequence(old);
+        expectNoInstance();
+    }
+    EXPECT_EQ(eval("calls"), "0");
+    // A new instance gets the slot of the old one, whose handle then ends nothing but itself.
+    SequenceHandle* const fresh = addInstance();
+    EXPECT_EQ(fresh->slot, old->slot);
+    engine.selectSequence(old);
+    expectNoInstance();
+    removeInstance(old);
+    engine.selectSequence(fresh);
+    EXPECT_EQ(frame(2, 2, 8).size(), 16u);
+    EXPECT_EQ(eval("calls"), "1");
+}
+
+TEST_F(IdleEngine, StaysDownOnceShutDown) {
+    start("function setup() { QL_initParam('p', 1, 'P'); QL_initShader('none'); } function draw() {}");
+    addInstance();
+    frame(2, 2, 8);
+    engine.shutdown();
+    engine.shutdown();
+    EXPECT_TRUE(engine.isReady());
+    EXPECT_FALSE(engine.lockGL());
+    EXPECT_EQ(engine.parameterCount(), 0u);
+    EXPECT_EQ(shaderErrors(), "");
+    expectNoInstance();
+    EXPECT_EQ(engine.effectFlags(), 33554464u) << "who the effect is stays known";
+}
+
+TEST_F(IdleEngine, GivesOutSlotsFromOneAndTheLowestFreeOneFirst) {
+    start("function setup() {}");
+    SequenceHandle* const first = addInstance();
+    SequenceHandle* const second = addInstance();
+    SequenceHandle* const third = addInstance();
+    EXPECT_EQ(first->slot, 1u);
+    EXPECT_EQ(second->slot, 2u);
+    EXPECT_EQ(third->slot, 3u);
+    removeInstance(first);
+    EXPECT_EQ(frame(2, 2, 8).size(), 16u) << "another one stays selected";
+    EXPECT_EQ(addInstance()->slot, 1u);
+    EXPECT_EQ(addInstance()->slot, 4u);
+    EXPECT_EQ(third->reserved, 0);
+}
+
+TEST_F(IdleEngine, SelectsANewInstanceThatTheScriptSeesWithTheNextOperation) {
+    start("function setup() {}");
+    addInstance();
+    engine.setInputOrigin(5, 6);
+    SequenceHandle* const next = engine.createSequence();
+    EXPECT_EQ(eval("QL_getInputOrigin()"), "[5,6]");
+    engine.setInputOrigin(7, 8);
+    EXPECT_EQ(eval("QL_getInputOrigin()"), "[7,8]");
+    EXPECT_EQ(Context::Instance().current, next->slot);
+    engine.destroySequence(next);
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,107 @@
+#include "entities/Context.h"
+#include "package/BlobReader.h"
+#include "support/EngineTest.h"
+
+namespace quillon::test {
+namespace {
+
+class Restart : public EngineTest {
+protected:
+    void restartWith(const std::string& script) {
+        others.push_back(std::make_unique<TestEffect>(Files{{"fx.js", script}}));
+        BlobReader::Load(others.back()->module());
+        EXPECT_TRUE(engine.restartScript());
+        EXPECT_TRUE(engine.isReady());
+    }
+    std::vector<std::unique_ptr<TestEffect>> others;
+};
+
+TEST_F(Restart, StartsIdsAndGlobalsAnewAndFillsTheSystemsOwnInstance) {
+    start(
+        "var ids, kept; function setup() { ids = [QL_initParam('p', 1, 'P'), QL_initShader('s', 'void main() {}'),"
+        " QL_initRenderTarget(2, 2, 8), QL_initTexture('none'), QL_initSurface(1, 1, 8)];"
+        " QL_setParamValue(ids[0], 3); } function draw() {}");
+    const std::string first = "[16777217,33554433,50331649,67108865,100663297]";
+    EXPECT_EQ(eval("ids"), first);
+    EXPECT_EQ(eval("(kept = 1, QL_initParam('q', 1), QL_initRenderTarget(2, 2, 8), QL_setParamValue(ids[0], 9))"),
+              "true");
+    addInstance();
+    EXPECT_EQ(engine.parameterCount(), 2u);
+    EXPECT_TRUE(engine.restartScript());
+    EXPECT_EQ(engine.parameterCount(), 1u);
+    EXPECT_EQ(eval("[ids, kept === undefined]"), "[" + first + ",true]");
+    Context& entities = Context::Instance();
+    EXPECT_EQ(entities.current, 0u);
+    EXPECT_EQ(&entities.FindParameter(0x1000001), &entities.CurrentSequence().At(0));
+    EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 3.0f);
+}
+
+TEST_F(Restart, LeavesTheEngineReadyWhateverTheProgramIs) {
+    start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}");
+    EXPECT_EQ(engine.parameterCount(), 1u);
+    addInstance();
+    const struct {
+        const char* script;
+        std::uint32_t controls;
+    } kScripts[] = {
+        {"function setup() { QL_initParam('p', 1) }} syntax", 0},
+        {"", 0},
+        {"var x = 1;", 0},
+        {"let x = 1; function setup() { QL_initParam('p', 1); }", 0},
+        {"// \xFF\nfunction setup() { QL_initParam('p', 1); }", 0},
+        {"QL_initParam('early', 1); nonsense(); function setup() { QL_initParam('p', 1); }", 1},
+        {"function setup() { QL_initParam('a', 1); QL_initParam('b', 1); nonsense(); QL_initParam('c', 1); }", 2},
+        {"function setup() { QL_initParam('a', 1); } throw 'before';", 0},
+        {"function setup() { QL_initParam('a', 1); }\nfunction draw() { throw 1; }", 1},
+    };
+    for (const auto& [script, controls] : kScripts) {
+        SCOPED_TRACE(script);
+        restartWith(script);
+        EXPECT_EQ(engine.parameterCount(), controls);
+        SequenceHandle* const instance = addInstance();
+        std::uint32_t width = 0, height = 0;
+        engine.preRender(4, 5, &width, &height);
+        EXPECT_EQ(width, 4u);
+        EXPECT_EQ(height, 5u);
+        engine.updateUIFlags();
+        EXPECT_EQ(frame(2, 2, 8).size(), 16u);
+        removeInstance(instance);
+    }
+}
+
+TEST_F(Restart, RunsWithoutAProgramAtAll) {
+    const TestEffect effect(Files{{"config.xml", kConfig}});
+    ASSERT_TRUE(engine.init(effect.module(), nullptr));
+    EXPECT_EQ(engine.parameterCount(), 0u);
+    expectValues({{"[typeof preRender, typeof updateUIFlags, typeof draw, typeof QL_Type]",
+                   "[\"function\",\"function\",\"undefined\",\"object\"]"}});
+}
+
+TEST_F(Restart, EndsTheHeapBeforeTheEntitiesThatItsFinalizersReach) {
+    start(
+        "var keep = []; function guard(id) { var o = {}; Duktape.fin(o, function () { QL_getSurfaceDim(id);"
+        " QL_blitRenderTarget(id, id); QL_release(id); QL_initTexture('none'); QL_initRenderTarget(2, 2, 8); });"
+        " keep.push(o); }\n"
+        "function setup() { guard(QL_initRenderTarget(2, 2, 8)); guard(QL_initTexture('none'));"
+        " guard(QL_initShader('s', 'void main() {}')); guard(QL_initParam('l', 4, 'L')); }\nfunction draw() {}");
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_TRUE(engine.restartScript());
+        EXPECT_EQ(engine.parameterCount(), 1u);
+        EXPECT_EQ(eval("QL_initRenderTarget(2, 2, 8)"), "50331650");
+    }
+    engine.shutdown();
+}
+
+TEST_F(Restart, LeavesOtherInstancesToBeMadeAgain) {
+    start("var p; function setup() { p = QL_initParam('p', 1, 'P'); QL_setParamValue(p, 3); } function draw() {}");
+    SequenceHandle* const old = addInstance();
+    EXPECT_EQ(eval("QL_setParamValue(p, 5)"), "true");
+    EXPECT_TRUE(engine.restartScript());
+    engine.selectSequence(old);
+    EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 3.0f) << "what is left are the declarations";
+    addInstance();
+    EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 3.0f);
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,85 @@
+#include "entities/EntityFactory.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "entities/Factories.h"
+
+namespace quillon::test {
+namespace {
+
+struct Probe {
+    int number = 0;
+};
+using ProbeFactory = EntityFactory<Probe, 0x9000000>;
+
+TEST(EntityFactory, GivesTheLowestFreeNumberFirst) {
+    ProbeFactory factory;
+    std::set<std::uint32_t> living;
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    for (int step = 0; step < 2000; ++step) {
+        if (random() % 5 < 3) {
+            std::uint32_t lowest = 0x9000001;
+            while (living.count(lowest)) ++lowest;
+            ASSERT_EQ(factory.Allocate(), lowest) << "at step " << step;
+            living.insert(lowest);
+        } else {
+            const std::uint32_t id = 0x9000001 + random() % 200;  // one that lives, or not
+            factory.Erase(id);
+            living.erase(id);
+            ASSERT_EQ(factory.Find(id), nullptr);
+        }
+    }
+    ASSERT_EQ(factory.All().size(), living.size());
+    EXPECT_EQ(factory.All().begin()->first, *living.begin());
+}
+
+TEST(EntityFactory, KeepsAnEntityWhereItIsAndStartsEachOneAnew) {
+    ProbeFactory factory;
+    const std::uint32_t first = factory.Allocate();
+    Probe* const place = factory.Find(first);
+    place->number = 7;
+    for (int i = 0; i < 1000; ++i) factory.Allocate();
+    EXPECT_EQ(factory.Find(first), place);
+    factory.Erase(first);
+    factory.Erase(first);
+    EXPECT_EQ(factory.Allocate(), first);
+    EXPECT_EQ(factory.Find(first)->number, 0);
+}
+
+TEST(EntityFactory, KnowsNoIdOfAnotherKind) {
+    ProbeFactory factory;
+    factory.Allocate();
+    for (const std::uint32_t id : {0u, 1u, 0x1000001u, 0x9000000u, 0x9000002u, 0x8000001u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(factory.Find(id), nullptr);
+        factory.Erase(id);
+    }
+    EXPECT_EQ(factory.All().size(), 1u);
+}
+
+TEST(EntityFactory, HasARootThatOwnsNothing) {
+    Factory root;
+    root.Erase(1);
+    EXPECT_EQ(root.Allocate(), 0u);
+}
+
+template <class Kind>
+std::uint32_t firstId() {
+    typename Kind::Factory factory;
+    return static_cast<Factory&>(factory).Allocate();
+}
+
+TEST(EntityFactory, PutsTheKindIntoTheTopByte) {
+    EXPECT_EQ(firstId<Parameter>(), 0x1000001u);
+    EXPECT_EQ(firstId<Shader>(), 0x2000001u);
+    EXPECT_EQ(firstId<RenderTarget>(), 0x3000001u);
+    EXPECT_EQ(firstId<Texture>(), 0x4000001u);
+    EXPECT_EQ(firstId<Surface>(), 0x6000001u);
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,130 @@
+#include "entities/Sequence.h"
+
+#include "entities/Context.h"
+#include "support/GLTest.h"
+#include "support/Pixels.h"
+
+namespace quillon::test {
+namespace {
+
+class SequenceTest : public GLTest {
+protected:
+    void SetUp() override {
+        GLTest::SetUp();
+        entities.Setup();
+        entities.current = entities.NewSequence();
+    }
+    void TearDown() override {
+        entities.Clear();
+        GLTest::TearDown();
+    }
+    static FrameImage image(std::uint32_t width, std::uint32_t height, std::uint32_t bits,
+                            const void* pixels = nullptr) {
+        FrameImage result;
+        result.width = width;
+        result.height = height;
+        result.bits = bits;
+        result.pixels = pixels;
+        if (pixels) result.stride = std::uint64_t{width} * bits / 2;
+        return result;
+    }
+    Context& entities = Context::Instance();
+    Sequence& sequence() { return entities.CurrentSequence(); }
+    RenderTarget& target() { return entities.FindRenderTarget(sequence().renderTarget); }
+    Texture& input() { return entities.FindTexture(sequence().texture); }
+};
+
+TEST_F(SequenceTest, StartsWithNothing) {
+    EXPECT_EQ(sequence().renderTarget, 0u);
+    EXPECT_EQ(sequence().texture, 0u);
+    EXPECT_EQ(sequence().time, 0.0);
+    EXPECT_EQ(sequence().outputWidth, 0u);
+    EXPECT_EQ(sequence().originX, 0u);
+}
+
+TEST_F(SequenceTest, KeepsTargetNameAndFramebufferOverSizesAndDepths) {
+    sequence().prepareOutput(image(4, 3, 8), 1.5);
+    const std::uint32_t id = sequence().renderTarget;
+    const std::uint32_t texture = target().textureName.get(), framebuffer = target().framebufferName.get();
+    ASSERT_TRUE(target().isUsable());
+    EXPECT_EQ(sequence().time, 1.5);
+    EXPECT_EQ(sequence().outputWidth, 4u);
+    EXPECT_EQ(sequence().outputHeight, 3u);
+    for (const std::uint32_t bits : {32u, 16u, 8u}) {
+        sequence().prepareOutput(image(7, bits, bits), 2);
+        EXPECT_EQ(sequence().renderTarget, id);
+        EXPECT_EQ(target().textureName.get(), texture);
+        EXPECT_EQ(target().framebufferName.get(), framebuffer);
+        EXPECT_EQ(target().width, 7u);
+        EXPECT_EQ(target().height, bits);
+        EXPECT_EQ(target().bitDepth, bits);
+        EXPECT_TRUE(target().isArgbOrdered);
+        EXPECT_NE(target().mapPixels(), nullptr);
+        RenderTarget::unmapPixels();
+    }
+}
+
+TEST_F(SequenceTest, MakesAReleasedTargetAnew) {
+    sequence().prepareOutput(image(4, 3, 8), 0);
+    const std::uint32_t id = sequence().renderTarget;
+    entities.Release(id);
+    sequence().prepareOutput(image(5, 4, 16), 0);
+    EXPECT_EQ(sequence().renderTarget, id) << "the lowest free number is that of the one released";
+    EXPECT_TRUE(target().isUsable());
+    EXPECT_EQ(target().width, 5u);
+    // One that stays behind without its names is replaced too.
+    target().releaseGL();
+    sequence().prepareOutput(image(5, 4, 16), 0);
+    EXPECT_NE(sequence().renderTarget, id);
+    EXPECT_TRUE(target().isUsable());
+}
+
+TEST_F(SequenceTest, UploadsItsInputInTheHostsRange) {
+    const Bytes pixels = bytesOf<std::uint16_t>({0, 1, 16384, 16385, 32768, 32767, 2, 3});
+    sequence().setInput(image(2, 1, 16, pixels.data()));
+    const std::uint32_t id = sequence().texture;
+    ASSERT_TRUE(input().textureName);
+    EXPECT_TRUE(input().isArgbOrdered);
+    EXPECT_EQ(channelsOf<std::uint16_t>(*input().pixelCopy),
+              (std::vector<std::uint16_t>{0, 2, 32768, 32768, 65534, 65532, 4, 6}));
+    FrameImage stored = image(1, 1, 8);
+    stored.stride = 4;
+    stored.storage = bytesOf<std::uint8_t>({1, 2, 3, 4});
+    stored.pixels = pixels.data();  // storage goes before it
+    sequence().setInput(stored);
+    EXPECT_EQ(sequence().texture, id);
+    EXPECT_EQ(*input().pixelCopy, stored.storage);
+    sequence().setInput(image(9, 9, 8));
+    EXPECT_EQ(input().width, 1u) << "without pixels nothing happens";
+}
+
+TEST_F(SequenceTest, LosesOneFrameOfAReleasedInput) {
+    const Bytes pixels = distinctPicture(2, 2, 8);
+    sequence().setInput(image(2, 2, 8, pixels.data()));
+    entities.Release(sequence().texture);
+    sequence().setInput(image(2, 2, 8, pixels.data()));
+    EXPECT_TRUE(input().textureName);
+    EXPECT_EQ(input().pixelCopy, nullptr);
+    const Texture& none = entities.FindTexture(0);
+    EXPECT_EQ(none.width, 0u);
+    EXPECT_EQ(none.pixelCopy, nullptr);
+    GLint width = -1;
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
+    EXPECT_EQ(width, 0) << "the pixels did not go into GL's own texture 0";
+    sequence().setInput(image(2, 2, 8, pixels.data()));
+    EXPECT_EQ(*input().pixelCopy, pixels);
+}
+
+TEST_F(SequenceTest, GoesAloneAndLeavesItsEntitiesBehind) {
+    const Bytes pixels = distinctPicture(2, 2, 8);
+    sequence().prepareOutput(image(2, 2, 8), 0);
+    sequence().setInput(image(2, 2, 8, pixels.data()));
+    const std::uint32_t targetId = sequence().renderTarget, textureId = sequence().texture;
+    entities.DeleteSequence(1);
+    EXPECT_TRUE(entities.FindRenderTarget(targetId).isUsable());
+    EXPECT_TRUE(entities.FindTexture(textureId).textureName);
+}
+
+}  // namespace
+}  // namespace quillon::test

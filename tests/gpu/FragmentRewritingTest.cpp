@@ -1,0 +1,149 @@
+#include "gpu/FragmentRewriting.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace quillon {
+namespace {
+
+const std::string kMain = "\nvoid main() { repl_main(); gl_FragColor = gl_FragColor.argb; }";
+const std::string k2D = "vec4 repl_texture2D(sampler2D a,vec2 b) { return texture2D(a,b).SWIZZLE; }\n";
+const std::string kLod = "vec4 repl_texture2DLod(sampler2D a,vec2 b,float c) { return texture2DLod(a,b,c).SWIZZLE; }\n";
+const std::string kCube =
+    "vec4 repl_textureCube(sampler2D a,vec3 b) { vec2 uv = vec2( (atan( b.x, b.z ) + 3.141526f)/6.283052f, "
+    "acos(b.y)/3.141526f ); return texture2D(a,uv).SWIZZLE; }\n";
+
+struct RewriteCase {
+    const char* name;
+    std::string source;
+    std::string expected;
+};
+
+class FragmentRewriting : public ::testing::TestWithParam<RewriteCase> {};
+
+TEST_P(FragmentRewriting, GivesTheText) {
+    const RewrittenFragment result = RewriteFragment(GetParam().source);
+    EXPECT_EQ(result.text, GetParam().expected);
+
+    // The author's lines stay whole and in order below the added ones.
+    const std::size_t sourceLines = std::count(GetParam().source.begin(), GetParam().source.end(), '\n');
+    const bool hasMain = result.text.ends_with(kMain);
+    const std::size_t lines = std::count(result.text.begin(), result.text.end(), '\n');
+    EXPECT_EQ(lines, result.addedLines + sourceLines + (hasMain ? 1 : 0));
+}
+
+const RewriteCase kMainCases[] = {
+    {"plain", "void main() {}", "void repl_main() {}" + kMain},
+    {"blank_before_bracket", "void main () {}", "void repl_main () {}" + kMain},
+    {"line_feed_before", "void\nmain(void)\n{\n}\n", "void\nrepl_main(void)\n{\n}\n" + kMain},
+    {"all_white_space", "void\vmain\f\r\n\t (){}", "void\vrepl_main\f\r\n\t (){}" + kMain},
+    {"comment_before_bracket", "void main/**/() {}", "void main/**/() {}"},
+    {"comment_takes_the_first_hit", "// main (see below)\nvoid main() {}",
+     "// repl_main (see below)\nvoid main() {}" + kMain},
+    {"only_the_first", "void main() {} void main() {}", "void repl_main() {} void main() {}" + kMain},
+    {"longer_words", "float domain() {} void main_color() {} void main() {}",
+     "float domain() {} void main_color() {} void repl_main() {}" + kMain},
+    {"at_the_start", "main() {}", "main() {}"},
+    {"bracket_before_is_no_white_space", "(main() +main() *main()", "(main() +main() *main()"},
+    {"byte_above_7F_is_no_white_space", "\xA0main() {}", "\xA0main() {}"},
+    {"byte_above_7F_after", "void main\x85() {}", "void main\x85() {}"},
+    {"at_the_end", "void main", "void main"},
+    {"nothing", "", ""},
+};
+
+const RewriteCase kTexture2DCases[] = {
+    {"after_blank", "c = texture2D(s,uv);", k2D + "c = repl_texture2D(s,uv);"},
+    {"after_each_allowed_byte", "(texture2D(+texture2D(-texture2D(/texture2D(*texture2D(=texture2D(\ttexture2D(",
+     k2D + "(repl_texture2D(+repl_texture2D(-repl_texture2D(/repl_texture2D(*repl_texture2D(=repl_texture2D("
+           "\trepl_texture2D("},
+    {"after_other_bytes",
+     ",texture2D({texture2D(;texture2D(!texture2D(<texture2D(>texture2D(?texture2D(:texture2D("
+     "%texture2D([texture2D(",
+     ",texture2D({texture2D(;texture2D(!texture2D(<texture2D(>texture2D(?texture2D(:texture2D(%texture2D([texture2D("},
+    {"comma_with_and_without_blank", "mix(a,texture2D(s,uv), texture2D(s,uv))",
+     k2D + "mix(a,texture2D(s,uv), repl_texture2D(s,uv))"},
+    {"blanks_before_bracket_stay", "c =texture2D \n (s, uv);", k2D + "c =repl_texture2D \n (s, uv);"},
+    {"bias", " texture2D(s,uv,1.0)", k2D + " repl_texture2D(s,uv,1.0)"},
+    {"longer_words", " texture2DProj(s,p) mytexture2D(s,p) repl_texture2D(s,p)",
+     " texture2DProj(s,p) mytexture2D(s,p) repl_texture2D(s,p)"},
+    {"comment", "// see texture2D(s,uv)\n", k2D + "// see repl_texture2D(s,uv)\n"},
+    {"define", "#define T texture2D(s,uv)\n", k2D + "#define T repl_texture2D(s,uv)\n"},
+    {"nested", " texture2D(s, texture2D(t,u).xy)", k2D + " repl_texture2D(s, repl_texture2D(t,u).xy)"},
+    {"name_without_call", " texture2D ; texture2D", " texture2D ; texture2D"},
+    {"at_the_start", "texture2D(s,uv)", "texture2D(s,uv)"},
+};
+
+const RewriteCase kLodCases[] = {
+    {"lod_alone", " texture2DLod(s,uv,0.0)", kLod + " repl_texture2DLod(s,uv,0.0)"},
+    {"lod_at_the_start", "texture2DLod(s,uv,0.0)", "texture2DLod(s,uv,0.0)"},
+    {"lod_at_the_start_comes_second_once_a_line_is_added", "texture2DLod(s,uv,0.0)+texture2D(s,uv)",
+     kLod + k2D + "repl_texture2DLod(s,uv,0.0)+repl_texture2D(s,uv)"},
+};
+
+const RewriteCase kCubeCases[] = {
+    {"cube_with_sampler", "uniform samplerCube env;\nvoid main() { c = textureCube(env, d); }",
+     kCube + "uniform sampler2D env;\nvoid repl_main() { c = repl_textureCube(env, d); }" + kMain},
+    {"cube_sampler_alone", "uniform samplerCube env;", "uniform sampler2D env;"},
+    {"cube_sampler_before_dot", " samplerCube.x (samplerCube  .y", " sampler2D.x (sampler2D  .y"},
+    {"cube_sampler_as_argument", "foo(samplerCube s)", "foo(sampler2D s)"},
+    {"cube_sampler_without_blank", "f(samplerCube,int) g(samplerCube) ,samplerCube s",
+     "f(samplerCube,int) g(samplerCube) ,samplerCube s"},
+    {"cube_lod_is_not_renamed_but_its_sampler_is", "uniform samplerCube e; c = textureCubeLod(e, d, 1.0);",
+     "uniform sampler2D e; c = textureCubeLod(e, d, 1.0);"},
+    {"cube_sampler_at_the_start", "samplerCube env;", "samplerCube env;"},
+};
+
+TEST(FragmentRewriting, KeepsTheOrderOfThePasses) {
+    const RewrittenFragment result = RewriteFragment(
+        "uniform samplerCube e;\nvoid main() {\n c = texture2D(s,u) + texture2DLod(s,u,0.0) + textureCube(e,d);\n}\n");
+    EXPECT_EQ(result.text, kCube + kLod + k2D +
+                               "uniform sampler2D e;\nvoid repl_main() {\n c = repl_texture2D(s,u) + "
+                               "repl_texture2DLod(s,u,0.0) + repl_textureCube(e,d);\n}\n" +
+                               kMain);
+    EXPECT_EQ(result.addedLines, 3u);
+}
+
+TEST(FragmentRewriting, PassesBytesOfZeroThrough) {
+    using namespace std::string_literals;
+    EXPECT_EQ(RewriteFragment("a\0 texture2D(s,u)\0"s).text, k2D + "a\0 repl_texture2D(s,u)\0"s);
+}
+
+std::string CaseName(const ::testing::TestParamInfo<RewriteCase>& info) {
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Main, FragmentRewriting, ::testing::ValuesIn(kMainCases), CaseName);
+INSTANTIATE_TEST_SUITE_P(Texture2D, FragmentRewriting, ::testing::ValuesIn(kTexture2DCases), CaseName);
+INSTANTIATE_TEST_SUITE_P(Lod, FragmentRewriting, ::testing::ValuesIn(kLodCases), CaseName);
+INSTANTIATE_TEST_SUITE_P(Cube, FragmentRewriting, ::testing::ValuesIn(kCubeCases), CaseName);
+
+struct FinderCase {
+    TokenMode mode;
+    std::size_t start;
+    std::size_t expected;
+};
+
+TEST(TokenFinder, SearchesFromTheStartPosition) {
+    constexpr std::string_view text = " word( =word ( word.x =word y";
+    constexpr FinderCase kCases[] = {
+        {TokenMode::definition, 0, 1},
+        {TokenMode::definition, 2, std::string_view::npos},
+        {TokenMode::call, 1, 1},
+        {TokenMode::call, 2, 8},
+        {TokenMode::type, 0, 8},
+        {TokenMode::type, 9, 15},
+        {TokenMode::type, 16, 23},
+        {TokenMode::type, 24, std::string_view::npos},
+        {TokenMode::call, 9, std::string_view::npos},
+        {TokenMode::call, 999, std::string_view::npos},
+    };
+    for (const FinderCase& row : kCases) {
+        EXPECT_EQ(tokenFinder(text, "word", row.mode, row.start), row.expected)
+            << "mode " << static_cast<int>(row.mode) << " from " << row.start;
+    }
+}
+
+}  // namespace
+}  // namespace quillon

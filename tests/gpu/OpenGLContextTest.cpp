@@ -1,0 +1,110 @@
+#include "gpu/OpenGLContext.h"
+
+#include <GL/glew.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <stdexcept>
+
+#include "gpu/GLEntryPoints.h"
+#include "gpu/GLLockScope.h"
+#include "gpu/Shader.h"
+#include "support/GLTest.h"
+
+namespace quillon::test {
+namespace {
+
+// What `call` gives on a thread of its own.
+template <class Call>
+auto elsewhere(Call call) {
+    return std::async(std::launch::async, call).get();
+}
+
+TEST(OpenGLContext, RefusesUntilItIsCreated) {
+    OpenGLContext context;
+    EXPECT_EQ(context.makeCurrent(), 7);
+    EXPECT_FALSE(GLLockScope(&context).isHeld());
+    EXPECT_FALSE(GLLockScope(nullptr).isHeld());
+    EXPECT_FALSE(GLLockScope::Enter(nullptr));
+    GLLockScope::Leave(nullptr);
+    context.clearCurrent();
+    EXPECT_EQ(context.destroy(), 0);
+    EXPECT_TRUE(elsewhere([&] { return context.waitLock() ? (context.releaseLock(), true) : false; }))
+        << "a failed make-current leaves the mutex to others";
+}
+
+TEST(OpenGLContext, RefusesOnceItIsDestroyed) {
+    OpenGLContext context;
+    ASSERT_EQ(context.create(), 0);
+    ASSERT_EQ(context.makeCurrent(), 0) << "these tests need a GL context";
+    EXPECT_EQ(context.destroy(), 0);
+    EXPECT_EQ(context.makeCurrent(), 7);
+    EXPECT_EQ(context.destroy(), 0);
+    EXPECT_FALSE(GLLockScope(&context).isHeld());
+}
+
+// With no driver behind them the entry points do nothing and leave their outputs as they were.
+TEST(OpenGLContext, LeavesCallableEntryPointsWithoutAContext) {
+    LoadGLEntryPoints();
+    EXPECT_EQ(glCreateShader(GL_VERTEX_SHADER), 0u);
+    EXPECT_EQ(glCreateProgram(), 0u);
+    GLint status = 77;
+    glGetProgramiv(1, GL_LINK_STATUS, &status);
+    EXPECT_EQ(status, 77);
+    GLuint name = 78;
+    glGenFramebuffers(1, &name);
+    EXPECT_EQ(name, 78u);
+    EXPECT_EQ(glMapBuffer(GL_PIXEL_PACK_BUFFER, GL_READ_ONLY), nullptr);
+    Shader shader;
+    EXPECT_FALSE(shader.createProgram());
+    EXPECT_FALSE(shader.compileSource("void main() {}"));
+    EXPECT_FALSE(shader.isBuilt());
+    EXPECT_FALSE(shader.bind());
+    RenderTarget target;
+    EXPECT_FALSE(target.initTarget(4, 4, 8));
+    EXPECT_EQ(target.mapPixels(), nullptr);
+    RenderTarget::unmapPixels();
+}
+
+class GLLock : public GLTest {};
+
+TEST_F(GLLock, FailsAtOnceOnAnotherThreadAndWaitsForNothing) {
+    EXPECT_EQ(elsewhere([&] { return context.makeCurrent(); }), 7);
+    EXPECT_FALSE(elsewhere([&] { return GLLockScope(&context).isHeld(); }));
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}) << "the holder goes on";
+    lock.reset();
+    EXPECT_TRUE(elsewhere([&] { return GLLockScope(&context).isHeld(); }));
+    EXPECT_TRUE(GLLockScope(&context).isHeld());
+}
+
+TEST_F(GLLock, NestsOnOneThreadAndLosesTheContextWithTheInnerScope) {
+    {
+        const GLLockScope inner(&context);
+        EXPECT_TRUE(inner.isHeld());
+    }
+    EXPECT_EQ(elsewhere([&] {
+                  const int result = context.makeCurrent();
+                  context.clearCurrent();
+                  return result;
+              }),
+              0)
+        << "nothing is current here any more";
+    auto waiter = std::async(std::launch::async, [&] { return context.waitLock() ? (context.releaseLock(), 1) : 0; });
+    EXPECT_EQ(waiter.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout) << "the outer scope owns it";
+    lock.reset();
+    EXPECT_EQ(waiter.get(), 1);
+}
+
+TEST_F(GLLock, IsLeftWhenAnExceptionPasses) {
+    lock.reset();
+    try {
+        const GLLockScope scope(&context);
+        throw std::runtime_error("on the way");
+    } catch (const std::runtime_error&) {
+    }
+    EXPECT_TRUE(elsewhere([&] { return GLLockScope(&context).isHeld(); }));
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,204 @@
+#include "gpu/RenderTarget.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "gpu/TextOverlay.h"
+#include "support/GLTest.h"
+
+namespace quillon::test {
+namespace {
+
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+class RenderTargetTest : public GLTest {
+protected:
+    // Fills rows [from, to) of the target with one colour in GL's channels.
+    static void fill(RenderTarget& target, float r, float g, float b, float a, GLint from = 0, GLint to = 1 << 14) {
+        target.bindTarget({});
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(0, from, 1 << 14, to - from);
+        glClearColor(r, g, b, a);
+        glClear(GL_COLOR_BUFFER_BIT);
+        glDisable(GL_SCISSOR_TEST);
+    }
+    static GLint status() { return static_cast<GLint>(glCheckFramebufferStatus(GL_FRAMEBUFFER)); }
+    using Box = std::vector<GLint>;
+    static Box viewport() {
+        Box box(4);
+        glGetIntegerv(GL_VIEWPORT, box.data());
+        return box;
+    }
+};
+
+TEST_F(RenderTargetTest, StartsTransparentBlackAtEveryDepth) {
+    glClearColor(1, 1, 1, 1);
+    for (const std::uint32_t bits : {8u, 16u, 32u}) {
+        RenderTarget target;
+        EXPECT_FALSE(target.isUsable());
+        ASSERT_TRUE(target.initTarget(5, 3, bits));
+        EXPECT_TRUE(target.isUsable());
+        EXPECT_TRUE(target.isArgbOrdered);
+        EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);
+        target.bindTarget({});
+        EXPECT_EQ(status(), GL_FRAMEBUFFER_COMPLETE);
+        const auto zero = [](auto channels) {
+            return channels.size() == 60 &&
+                   std::all_of(channels.begin(), channels.end(), [](auto v) { return v == 0; });
+        };
+        if (bits == 8) {
+            EXPECT_TRUE(zero(readBack<std::uint8_t>(target)));
+        }
+        if (bits == 16) {
+            EXPECT_TRUE(zero(readBack<std::uint16_t>(target)));
+        }
+        if (bits == 32) {
+            EXPECT_TRUE(zero(readBack<float>(target)));
+        }
+    }
+}
+
+TEST_F(RenderTargetTest, CutsTheViewportTowardZeroOrTakesTheWhole) {
+    RenderTarget target;
+    target.initTarget(200, 100, 8);
+    const Box whole = {0, 0, 200, 100};
+    for (const auto& [given, expected] :
+         std::initializer_list<std::pair<Viewport, Box>>{{{}, whole},
+                                                         {{10.9f, 20.9f, 100.9f, 50.9f}, {10, 20, 100, 50}},
+                                                         {{-10.9f, -0.5f, 3.5f, 2}, {-10, 0, 3, 2}},
+                                                         {{10, 20, 0, 50}, whole},
+                                                         {{10, 20, 100, 0}, whole},
+                                                         {{10, 20, -1, 50}, whole},
+                                                         {{10, 20, kNaN, 50}, whole},
+                                                         {{10, 20, 100, kNaN}, whole},
+                                                         {{1, 2, 0.5f, 0.5f}, {1, 2, 0, 0}}}) {
+        glViewport(7, 7, 7, 7);
+        target.bindTarget(given);
+        EXPECT_EQ(viewport(), expected) << given.x << ", " << given.y << ", " << given.width << ", " << given.height;
+        EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(target.framebufferName.get()));
+    }
+    for (const float wild : {kNaN, 1e30f, -1e30f, std::numeric_limits<float>::infinity()}) {
+        target.bindTarget({wild, wild, 10, 10});
+        target.bindTarget({0, 0, std::abs(wild), std::abs(wild)});
+    }
+    while (glGetError() != GL_NO_ERROR) {
+    }
+}
+
+TEST_F(RenderTargetTest, ReadsBackInItsDepthAndCutsWhatDoesNotFit) {
+    RenderTarget target;
+    target.initTarget(2, 2, 8);
+    fill(target, 1.0f, 0.5f, -1.0f, 2.0f);
+    EXPECT_EQ(readBack<std::uint8_t>(target)[0], 255);
+    EXPECT_NEAR(readBack<std::uint8_t>(target)[1], 128, 1);
+    target.initTarget(2, 2, 16);
+    fill(target, 1.0f, 0.0f, -1.0f, 2.0f);
+    const auto words = readBack<std::uint16_t>(target);
+    EXPECT_EQ(std::vector<std::uint16_t>(words.begin(), words.begin() + 4),
+              (std::vector<std::uint16_t>{65535, 0, 0, 65535}));
+    target.initTarget(2, 2, 32);
+    fill(target, 1.0f, 1e20f, -1.0f, 2.0f);
+    const auto floats = readBack<float>(target);
+    EXPECT_EQ(std::vector<float>(floats.begin(), floats.begin() + 4), (std::vector<float>{1.0f, 1e20f, -1.0f, 2.0f}));
+    EXPECT_EQ(integer(GL_PIXEL_PACK_BUFFER_BINDING), 0);
+}
+
+TEST_F(RenderTargetTest, GivesZeroesForFifteenBitsWhichTheBufferIsTooShortFor) {
+    RenderTarget target;
+    target.initTarget(4, 4, 15);
+    fill(target, 1, 1, 1, 1);
+    const auto* bytes = static_cast<const unsigned char*>(target.mapPixels());
+    ASSERT_NE(bytes, nullptr);
+    EXPECT_TRUE(std::all_of(bytes, bytes + 4 * 4 * 15 * 4 / 8, [](unsigned char byte) { return byte == 0; }));
+    RenderTarget::unmapPixels();
+    while (glGetError() != GL_NO_ERROR) {
+    }
+}
+
+TEST_F(RenderTargetTest, MapsNothingWithoutASizeOrBeyondWhatTheBufferCanHave) {
+    RenderTarget target;
+    ASSERT_TRUE(target.initTarget(0, 0, 8));
+    EXPECT_EQ(target.mapPixels(), nullptr);
+    RenderTarget::unmapPixels();
+    while (glGetError() != GL_NO_ERROR) {
+    }
+    ASSERT_TRUE(target.initTarget(4, 4, 32));
+    // The size is worked out in 32 bits: the first and the last wrap to nothing, the second to a small one.
+    for (const std::uint32_t width : {8192u, 8193u, 65536u}) {
+        target.width = width;
+        target.height = 8192;
+        EXPECT_EQ(target.mapPixels(), nullptr) << width;
+        RenderTarget::unmapPixels();
+    }
+    while (glGetError() != GL_NO_ERROR) {
+    }
+    target.width = target.height = 4;
+    EXPECT_EQ(readBack<float>(target).size(), 64u);
+}
+
+TEST_F(RenderTargetTest, ChangesSizeUnderItsNames) {
+    RenderTarget target;
+    target.initTarget(4, 4, 8);
+    const std::uint32_t texture = target.textureName.get(), framebuffer = target.framebufferName.get();
+    target.uploadPixels(nullptr, {6, 2, 32, 0}, true, true);
+    EXPECT_EQ(target.textureName.get(), texture);
+    EXPECT_EQ(target.framebufferName.get(), framebuffer);
+    fill(target, 0.25f, 2, 3, 4);
+    const auto floats = readBack<float>(target);
+    ASSERT_EQ(floats.size(), 48u);
+    EXPECT_EQ(floats[44], 0.25f);
+}
+
+TEST_F(RenderTargetTest, LosesItsFramebufferToEveryNewTexture) {
+    RenderTarget target;
+    target.initTarget(4, 4, 8);
+    const std::uint32_t framebuffer = target.framebufferName.get();
+    EXPECT_TRUE(target.initTexture(2, 2, 8, true));
+    EXPECT_FALSE(target.framebufferName);
+    EXPECT_EQ(glIsFramebuffer(framebuffer), GL_FALSE);
+    EXPECT_FALSE(target.isUsable());
+    target.initTarget(2, 2, 8);
+    const std::uint32_t texture = target.textureName.get();
+    target.releaseGL();
+    EXPECT_FALSE(target.textureName);
+    EXPECT_FALSE(target.framebufferName);
+    EXPECT_EQ(glIsTexture(texture), GL_FALSE);
+}
+
+TEST_F(RenderTargetTest, BlitsStretchedAndTurned) {
+    RenderTarget source, destination;
+    source.initTarget(2, 2, 32);
+    destination.initTarget(4, 4, 32);
+    fill(source, 1, 2, 3, 4, 0, 1);
+    fill(source, 5, 6, 7, 8, 1, 2);
+    for (const bool flip : {false, true}) {
+        source.blitTo(destination, flip, false);
+        EXPECT_EQ(integer(GL_READ_FRAMEBUFFER_BINDING), static_cast<GLint>(source.framebufferName.get()));
+        EXPECT_EQ(integer(GL_DRAW_FRAMEBUFFER_BINDING), static_cast<GLint>(destination.framebufferName.get()));
+        const auto floats = readBack<float>(destination);
+        ASSERT_EQ(floats.size(), 64u);
+        for (std::size_t i = 0; i < 64; ++i) {
+            const bool upper = (i >= 32) != flip;
+            EXPECT_EQ(floats[i], static_cast<float>(1 + i % 4 + (upper ? 4 : 0))) << i;
+        }
+    }
+}
+
+TEST_F(RenderTargetTest, IsLeftAloneByTheTextOverlay) {
+    RenderTarget target;
+    target.initTarget(64, 64, 8);
+    fill(target, 0.2f, 0.4f, 0.6f, 0.8f);
+    const auto before = readBack<std::uint8_t>(target);
+    for (const std::string& text : {std::string(), std::string("one line"), std::string("two\n\nlines\n"),
+                                    std::string("\x01\x7F\x80\xFF", 4), std::string(100000, 'x')}) {
+        target.bindTarget({});
+        textOverlay(text);
+        EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);
+    }
+    EXPECT_EQ(readBack<std::uint8_t>(target), before);
+    while (glGetError() != GL_NO_ERROR) {
+    }
+}
+
+}  // namespace
+}  // namespace quillon::test

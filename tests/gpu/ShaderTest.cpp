@@ -1,0 +1,173 @@
+#include "gpu/Shader.h"
+
+#include <gmock/gmock.h>
+
+#include "gpu/RenderTarget.h"
+#include "package/BlobReader.h"
+#include "support/GLTest.h"
+#include "support/TestEffect.h"
+
+namespace quillon::test {
+namespace {
+
+using ::testing::StartsWith;
+
+const std::string kWhite = "void main() { gl_FragColor = vec4(1.0); }";
+const std::string kUnlinked = "float f(float x); void main() { gl_FragColor = vec4(f(1.0)); }";
+
+class NoControls final : public ParametersHolder {};
+
+class ShaderTest : public GLTest {
+protected:
+    void build(const std::string& source) { shader.initFromName("s", source, L"", none); }
+    // One pass into a cleared target of 2 by 2 pixels, of which the first comes back: A, R, G, B.
+    std::vector<float> drawn(bool flip = false) {
+        target.initTarget(2, 2, 32);
+        target.bindTarget({});
+        if (shader.bind()) shader.render(flip);
+        const auto floats = readBack<float>(target);
+        return {floats.begin(), floats.begin() + 4};
+    }
+    using Pixel = std::vector<float>;
+    NoControls none;
+    Shader shader;
+    RenderTarget target;
+};
+
+TEST_F(ShaderTest, TellsWhatFailed) {
+    build("void main() { nonsense }");
+    EXPECT_THAT(shader.errorText, StartsWith("Shader compilation failed:\n"));
+    EXPECT_GT(shader.errorText.size(), 28u) << "the driver's words follow";
+    EXPECT_TRUE(shader.isBuilt());
+    EXPECT_FALSE(shader.bind());
+    build(kUnlinked);
+    EXPECT_THAT(shader.errorText, StartsWith("Program linking failed:\n"));
+    EXPECT_FALSE(shader.compileSource("void main() { nonsense }"));
+    EXPECT_THAT(shader.errorText, StartsWith("Shader compilation failed:\n"));
+    EXPECT_FALSE(shader.compileSource(""));
+    EXPECT_THAT(shader.errorText, StartsWith("Shader compilation failed:\n")) << "an empty text changes nothing";
+    EXPECT_EQ(shader.source, "void main() { nonsense }");
+    EXPECT_TRUE(shader.compileSource(kWhite));
+    EXPECT_EQ(shader.errorText, "");
+    EXPECT_EQ(shader.source, kWhite);
+}
+
+TEST_F(ShaderTest, CutsTheDriversWordsAt4096Bytes) {
+    std::string source = "void main() {";
+    for (int i = 0; i < 400; ++i) source += " an_undeclared_name_" + std::to_string(i) + " = 1.0;\n";
+    build(source + "}");
+    EXPECT_LE(shader.errorText.size(), 27u + 4095u);
+    EXPECT_GE(shader.errorText.size(), 4000u);
+}
+
+TEST_F(ShaderTest, ReadsItsFileOfThePackage) {
+    const TestEffect effect({{"white.frag", kWhite}, {"empty.frag", ""}});
+    BlobReader::Load(effect.module());
+    const char* const kMissing = "Shader file not found or shader is empty!";
+    build("");
+    EXPECT_EQ(shader.errorText, kMissing);
+    EXPECT_EQ(shader.path, L"\\s.frag");
+    EXPECT_TRUE(shader.initFromName("white", "", L"", none));
+    EXPECT_EQ(shader.errorText, "");
+    EXPECT_EQ(shader.name, L"white");
+    EXPECT_EQ(shader.path, L"\\white.frag");
+    EXPECT_EQ(drawn(), (Pixel{1, 1, 1, 1}));
+    EXPECT_FALSE(shader.compileFile(L""));
+    EXPECT_EQ(shader.errorText, "");
+    EXPECT_EQ(shader.path, L"\\white.frag");
+    EXPECT_FALSE(shader.compileFile(L"empty.frag"));
+    EXPECT_EQ(shader.errorText, kMissing);
+    EXPECT_FALSE(shader.rebuild(false));
+    EXPECT_TRUE(shader.rebuild(true)) << "the text of the last good file is kept";
+    EXPECT_EQ(shader.errorText, "");
+}
+
+TEST_F(ShaderTest, StartsFromNothingAndGoesBackToIt) {
+    EXPECT_FALSE(shader.isBuilt());
+    EXPECT_FALSE(shader.bind());
+    shader.render(false);
+    EXPECT_EQ(shader.parameterIndex("f"), -1);
+    EXPECT_EQ(shader.parameterByName("f").kind, 0u);
+    build(kWhite);
+    const std::uint32_t program = shader.program.get();
+    EXPECT_TRUE(shader.bind());
+    EXPECT_EQ(integer(GL_CURRENT_PROGRAM), static_cast<GLint>(program));
+    shader.unbind();
+    EXPECT_EQ(integer(GL_CURRENT_PROGRAM), static_cast<GLint>(program));
+    glUseProgram(0);
+    shader.destroyProgram();
+    EXPECT_FALSE(shader.isBuilt());
+    EXPECT_EQ(glIsProgram(program), GL_FALSE);
+    build("void main() { nonsense }");
+    shader.destroyProgram();
+    EXPECT_EQ(shader.errorText, "");
+}
+
+TEST_F(ShaderTest, DrawsNothingOnceACompileFailed) {
+    build(kWhite);
+    EXPECT_EQ(drawn(), (Pixel{1, 1, 1, 1}));
+    shader.compileSource("void main() { nonsense }");
+    EXPECT_EQ(drawn(), (Pixel{0, 0, 0, 0}));
+    target.bindTarget({});
+    shader.render(false);
+    EXPECT_EQ(readBack<float>(target)[0], 0.0f);
+}
+
+TEST_F(ShaderTest, SeesOrdinaryColoursAndThePreamblesWords) {
+    build("#ifdef QUILLON\nvoid main() { gl_FragColor = vec4(0.5, 2.0, -3.0, 4.0).SWIZZLE; }\n#endif\n");
+    EXPECT_EQ(drawn(), (Pixel{0.5f, 2, -3, 4})) << "gbar and the final argb undo each other";
+    build("void main() { gl_FragColor = vec4(0.5, 2.0, -3.0, 4.0); }");
+    EXPECT_EQ(drawn(), (Pixel{4, 0.5f, 2, -3}));
+}
+
+TEST_F(ShaderTest, DrawsTextureRowZeroAtTheBottomUnlessFlipped) {
+    build("void main() { gl_FragColor = vec4(gl_TexCoord[0].st, 0.0, 0.0); }");
+    EXPECT_EQ(drawn(false), (Pixel{0, 0.25f, 0.25f, 0}));
+    EXPECT_EQ(drawn(true), (Pixel{0, 0.25f, 0.75f, 0}));
+}
+
+TEST_F(ShaderTest, LeavesTheStateOfADraw) {
+    build(kWhite);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, 0, 0);
+    glEnable(GL_DEPTH_TEST);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glTranslatef(5, 0, 0);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glScalef(3, 3, 3);
+    target.initTarget(2, 2, 32);
+    target.bindTarget({});
+    ASSERT_TRUE(shader.bind());
+    shader.render(false);
+    EXPECT_EQ(readBack<float>(target), Pixel(16, 1.0f));
+    EXPECT_FALSE(glIsEnabled(GL_SCISSOR_TEST));
+    EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
+    EXPECT_EQ(integer(GL_MATRIX_MODE), GL_MODELVIEW);
+    GLfloat matrix[16] = {};
+    glGetFloatv(GL_MODELVIEW_MATRIX, matrix);
+    EXPECT_EQ(matrix[12], 5.0f);
+    glGetFloatv(GL_PROJECTION_MATRIX, matrix);
+    EXPECT_EQ(matrix[0], 3.0f);
+    EXPECT_EQ(integer(GL_CURRENT_PROGRAM), static_cast<GLint>(shader.program.get()));
+}
+
+TEST_F(ShaderTest, RebuildsFromItsTextAndKeepsItsValuesOut) {
+    build("uniform float f; void main() { gl_FragColor = vec4(f); }");
+    shader.parameterByName("f").setFloatAt(0, 3);
+    EXPECT_EQ(drawn(), (Pixel{3, 3, 3, 3}));
+    EXPECT_TRUE(shader.rebuild(true));
+    EXPECT_EQ(drawn(), (Pixel{0, 0, 0, 0})) << "uniforms start at zero";
+    EXPECT_FALSE(shader.rebuild(false)) << "there is no file";
+}
+
+TEST_F(ShaderTest, HasWhatTheDriverSaysOfAVersionLine) {
+    build("#version 120\n" + kWhite);
+    // The line stands behind the preamble, where most drivers refuse it.
+    EXPECT_EQ(shader.bind(), shader.errorText.empty());
+    EXPECT_TRUE(shader.errorText.empty() || shader.errorText.starts_with("Shader compilation failed:\n"));
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,181 @@
+// What an effect does wrong is told, and told once; what is right is not.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "hostlib/FakeEffect.h"
+
+namespace quillon::host::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct Misdeed {
+    const char* name;
+    const char* told;  // empty: no fault
+    PF_Err (*deed)(const Given&);
+};
+
+PF_Handle newLocked(const Given& given) {
+    PF_Handle handle = given.in.utils->host_new_handle(8);
+    given.in.utils->host_lock_handle(handle);
+    return handle;
+}
+
+constexpr Misdeed kMisdeeds[] = {
+    {"a kept suite", "\"PF Handle Suite\" 2 is not released",
+     [](const Given& given) { return given.acquire(suites::kHandle) ? 0 : 1; }},
+    {"a release under another version", "\"PF Param Utils Suite\" 3 is released but not held",
+     [](const Given& given) {
+         const void* table = nullptr;
+         given.in.pica_basicP->AcquireSuite(suites::kParamUtils.name, 1, &table);
+         given.in.pica_basicP->ReleaseSuite(suites::kParamUtils.name, 3);
+         return given.in.pica_basicP->ReleaseSuite(suites::kParamUtils.name, 1);
+     }},
+    {"a suite that is used after its release", "PF_GetPixelFormat is called without its suite",
+     [](const Given& given) {
+         const auto* suite = given.acquire(suites::kWorld);
+         given.release(suites::kWorld);
+         PF_PixelFormat format;
+         suite->PF_GetPixelFormat(given.output, &format);
+         return 0;
+     }},
+    {"a lost handle", "is lost", [](const Given& given) { return given.in.utils->host_new_handle(8) ? 0 : 1; }},
+    {"a handle disposed twice", "disposed twice",
+     [](const Given& given) {
+         PF_Handle handle = given.in.utils->host_new_handle(8);
+         given.in.utils->host_dispose_handle(handle);
+         given.in.utils->host_dispose_handle(handle);
+         return 0;
+     }},
+    {"a stranger's handle", "did not make",
+     [](const Given& given) {
+         char* block = nullptr;
+         given.in.utils->host_dispose_handle(&block);
+         return 0;
+     }},
+    {"bytes behind a handle's memory", "behind a handle's memory",
+     [](const Given& given) {
+         PF_Handle handle = given.in.utils->host_new_handle(8);
+         (*handle)[8] = 1;
+         given.in.utils->host_dispose_handle(handle);
+         return 0;
+     }},
+    {"a lock that stays", "with 1 locks more",
+     [](const Given& given) {
+         given.in.utils->host_lock_handle(given.in.sequence_data);
+         return 0;
+     }},
+    {"a disposal under lock", "while locked",
+     [](const Given& given) {
+         given.in.utils->host_dispose_handle(newLocked(given));
+         return 0;
+     }},
+    {"a field that names a dead handle", "out_data's frame_data is left naming",
+     [](const Given& given) {
+         given.out.frame_data = given.in.utils->host_new_handle(8);
+         given.in.utils->host_dispose_handle(given.out.frame_data);
+         return 0;
+     }},
+    {"a missing checkin", "1 controls checked out, 0 not to be had, 0 checked in",
+     [](const Given& given) {
+         PF_ParamDef def;
+         return given.in.inter.checkout_param(given.in.effect_ref, 0, 0, 1, 30, &def);
+     }},
+    {"a checkin for a failing checkout", "",
+     [](const Given& given) {
+         PF_ParamDef def;
+         given.in.inter.checkout_param(given.in.effect_ref, 99, 0, 1, 30, &def);
+         return given.in.inter.checkin_param(given.in.effect_ref, &def);
+     }},
+    {"a written row end", "guard bytes of a world of 2 by 2",
+     [](const Given& given) {
+         reinterpret_cast<char*>(given.output->data)[2 * 4] = 0;
+         return 0;
+     }},
+    {"another instance's reference", "effect_ref of another instance",
+     [](const Given& given) { return given.in.inter.abort(nullptr) == 0 ? 1 : 0; }},
+    {"an endless message", "return_msg has no end",
+     [](const Given& given) {
+         std::fill_n(given.out.return_msg, sizeof(given.out.return_msg), 'x');
+         return 0;
+     }},
+    {"a message that is too long", "runs over return_msg",
+     [](const Given& given) {
+         given.in.utils->ansi.sprintf(given.out.return_msg, "%0256d", 0);
+         return 0;
+     }},
+    {"an exception", "an exception left", [](const Given&) -> PF_Err { throw 5; }},
+};
+
+TEST(Books, TellEachMisdeedOnce) {
+    HostSession session{EffectModule(fakeEntry)};
+    HostInstance& instance = session.newInstance();
+    for (const auto& [name, told, deed] : kMisdeeds) {
+        instance.sequenceData = session.handles().make(16);
+        act = deed;
+        const FrameRequest request{.input = session.newWorld(2, 2, 8)};
+        session.send({.cmd = PF_Cmd_RENDER, .instance = &instance, .frame = &request, .output = request.input});
+        if (*told)
+            EXPECT_THAT(session.violations(), ElementsAre(HasSubstr(told))) << name;
+        else
+            EXPECT_THAT(session.violations(), IsEmpty()) << name;
+        session.clearViolations();
+    }
+    act = [](const Given& given) { return given.in.utils->host_new_handle(8) ? 0 : 1; };
+    session.allowLostHandles(1);
+    session.about();
+    EXPECT_THAT(session.violations(), IsEmpty());
+    session.about();
+    EXPECT_THAT(session.violations(), ElementsAre("ABOUT: a handle of 8 bytes is lost: neither disposed nor given to "
+                                                  "the host"));
+}
+
+TEST(Books, AreKeptApartForAnEntryFromACallback) {
+    HostSession session{EffectModule(fakeEntry)};
+    session.hooks().at[Callback::abort] = [&](const CallbackVisit&) { session.about(); };
+    act = [](const Given& given) -> PF_Err {
+        if (given.cmd == PF_Cmd_ABOUT) return given.acquire(suites::kColorParam) ? 0 : 1;  // and never released
+        given.acquire(suites::kHandle);
+        given.in.inter.abort(given.in.effect_ref);
+        return given.release(suites::kHandle);
+    };
+    session.send({.cmd = PF_Cmd_COMPLETELY_GENERAL});
+    EXPECT_THAT(session.violations(), ElementsAre(HasSubstr("ABOUT: suite \"PF ColorParamSuite\" 1")));
+}
+
+TEST(Books, FollowTheirThread) {
+    HostSession session{EffectModule(fakeEntry)};
+    const auto drive = [&](bool isLeaking) {
+        act = [isLeaking](const Given& given) -> PF_Err {
+            const bool isHeld = given.acquire(suites::kHandle) != nullptr;
+            PF_Handle handle = given.in.utils->host_new_handle(8);
+            given.in.utils->host_dispose_handle(handle);
+            return isHeld && !isLeaking ? given.release(suites::kHandle) : 0;
+        };
+        HostInstance& instance = session.newInstance();
+        for (int i = 0; i < 200; ++i) session.userChangedParam(instance, 0);
+    };
+    std::thread leaking(drive, true), tidy(drive, false);
+    leaking.join();
+    tidy.join();
+    EXPECT_EQ(session.violations().size(), 200u);
+    EXPECT_EQ(session.records().count(Callback::newHandle), 400);
+    EXPECT_EQ(session.handles().aliveCount(), 0u);
+
+    SPBasicSuite* basic = nullptr;
+    act = [&](const Given& given) { return basic = given.in.pica_basicP, 0; };
+    session.clearViolations();
+    session.about();
+    const void* table = nullptr;
+    EXPECT_NE(basic->AcquireSuite(suites::kHandle.name, suites::kHandle.version, &table), 0);
+    session.about();
+    EXPECT_THAT(session.violations(), ElementsAre(HasSubstr("called 1 times from outside")));
+}
+
+}  // namespace
+}  // namespace quillon::host::test

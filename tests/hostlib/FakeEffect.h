@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+
+#include "host/HostSession.h"
+
+namespace quillon::host::test {
+
+// An effect that does as it is told: what it runs for a selector is `act`, on whichever thread.
+struct Given {
+    PF_Cmd cmd;
+    PF_InData& in;
+    PF_OutData& out;
+    PF_ParamDef** params;
+    PF_LayerDef* output;
+    void* extra;
+
+    template <class Table>
+    const Table* acquire(const SuiteKey<Table>& key) const {
+        const void* table = nullptr;
+        in.pica_basicP->AcquireSuite(key.name, key.version, &table);
+        return static_cast<const Table*>(table);
+    }
+    template <class Table>
+    SPErr release(const SuiteKey<Table>& key) const {
+        return in.pica_basicP->ReleaseSuite(key.name, key.version);
+    }
+};
+
+inline thread_local std::function<PF_Err(const Given&)> act;
+
+inline PF_Err fakeEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
+                        void* extra) {
+    return act ? act({cmd, *in, *out, params, output, extra}) : PF_Err{PF_Err_NONE};
+}
+
+}  // namespace quillon::host::test

@@ -1,0 +1,120 @@
+#include "package/BlobReader.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+
+#include "LoadedModule.h"
+#include "ZipBuilder.h"
+#include "package/FileAccess.h"
+
+namespace quillon::test {
+namespace {
+
+using std::string_literals::operator""s;
+
+// Starts in disk mode, as a process does.
+class BlobReaderTest : public ::testing::Test {
+protected:
+    BlobReaderTest() {
+        FileBytesHook = nullptr;
+        FileTextHook = nullptr;
+    }
+
+    static void load(const std::string& archive) { BlobReader::Load(LoadedModule(Packaged(archive)).handle()); }
+};
+
+class PackageLength : public BlobReaderTest, public ::testing::WithParamInterface<int> {};
+
+TEST_P(PackageLength, NeedNotBeAMultipleOfFour) {
+    ZipBuilder builder{.entries = {Stored("fx.js", "text")}, .comment = std::string(GetParam(), '#')};
+    load(builder.bytes());
+    EXPECT_EQ(ReadFileText(L"fx.js"), "text");
+}
+// The longest comment leaves no room for a byte more: the padding is not part of the archive.
+INSTANTIATE_TEST_SUITE_P(CommentBytes, PackageLength, ::testing::Values(0, 1, 2, 3, 0xFFFF));
+
+struct NameCase {
+    const char* name;
+    std::wstring request;
+    std::string content;
+};
+
+class RequestedName : public BlobReaderTest, public ::testing::WithParamInterface<NameCase> {};
+
+TEST_P(RequestedName, LosesItsFoldersAndItsCase) {
+    load(ZipBuilder{.entries = {Stored("fx.js", "script"), Stored("shaders/a.frag", "hidden"), Stored("", "unnamed"),
+                                Stored("dir/", "directory"), Stored("\xE9.png", "image")}}
+             .bytes());
+    EXPECT_EQ(ReadFileText(GetParam().request), GetParam().content);
+}
+
+const NameCase kNameCases[] = {
+    {"bare", L"fx.js", "script"},
+    {"leading_backslash", L"\\fx.js", "script"},
+    {"backslashes", L"a\\b\\fx.js", "script"},
+    {"slashes", L"a/b//fx.js", "script"},
+    {"drive", L"c:fx.js", "script"},
+    {"upper_case", L"shaders\\FX.JS", "script"},
+    {"ends_at_a_zero", L"fx.js\0/other"s, "script"},
+    {"byte_above_127", L"\xE9.png", "image"},
+    {"no_byte_at_all", L"\x4E00.png", ""},
+    {"stored_in_a_folder", L"shaders/a.frag", ""},
+    {"without_that_folder", L"a.frag", ""},
+    {"separator_at_the_end", L"a/", ""},
+    {"a_stored_directory", L"dir/", ""},
+    {"absent", L"fx.jsx", ""},
+};
+INSTANTIATE_TEST_SUITE_P(Cases, RequestedName, ::testing::ValuesIn(kNameCases),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(BlobReaderTest, CutsTextButNotBytesAtAZero) {
+    load(ZipBuilder{.entries = {Stored("a", "ab\0cd\r\n"s), Stored("b", "\0"s), Stored("none", "")}}.bytes());
+    EXPECT_EQ(ReadFileText(L"a"), "ab");
+    EXPECT_EQ(ReadFileBytes(L"a").size(), 7u);
+    EXPECT_EQ(ReadFileText(L"b"), "");
+    EXPECT_EQ(ReadFileBytes(L"b").size(), 1u);
+    EXPECT_TRUE(ReadFileBytes(L"none").empty());
+    EXPECT_EQ(ReadFileText(L"none"), "");
+}
+
+TEST_F(BlobReaderTest, LeavesTheDiskAloneOnceAPackageIsOpen) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / "here.txt";
+    std::ofstream(path) << "disk";
+    load(ZipBuilder{.entries = {Stored("fx.js", "script")}}.bytes());
+    EXPECT_EQ(ReadFileText(path.wstring()), "");
+    EXPECT_TRUE(ReadFileBytes(path.wstring()).empty());
+}
+
+TEST_F(BlobReaderTest, StaysInDiskModeWithAResourceThatIsNoArchive) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / "here.txt";
+    std::ofstream(path) << "disk";
+    load("neither an archive nor empty");
+    EXPECT_EQ(FileBytesHook, nullptr);
+    EXPECT_EQ(FileTextHook, nullptr);
+    EXPECT_EQ(ReadFileText(path.wstring()), "disk");
+    EXPECT_EQ(ReadFileText(L"no/such/file"), "popa");
+    EXPECT_TRUE(ReadFileBytes(L"no/such/file").empty());
+    EXPECT_TRUE(BlobReader::instance().ReadFile(L"fx.js").empty());
+}
+
+TEST_F(BlobReaderTest, TakesTheNextPackageWhenLoadedAgain) {
+    load(ZipBuilder{.entries = {Stored("fx.js", "first"), Stored("only.txt", "1")}}.bytes());
+    load(ZipBuilder{.entries = {Stored("fx.js", "second")}}.bytes());
+    EXPECT_EQ(ReadFileText(L"fx.js"), "second");
+    EXPECT_EQ(ReadFileText(L"only.txt"), "");
+}
+
+TEST_F(BlobReaderTest, EndsTheProcessWithoutAPackage) {
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const LoadedModule absent("");
+    const LoadedModule empty(Trailer(0));
+    EXPECT_EXIT(BlobReader::Load(absent.handle()), ::testing::KilledBySignal(SIGABRT), "");
+    EXPECT_EXIT(BlobReader::Load(empty.handle()), ::testing::KilledBySignal(SIGABRT), "");
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,48 @@
+#include "platform/ModuleResource.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <optional>
+
+#include "LoadedModule.h"
+
+namespace quillon::test {
+namespace {
+
+std::optional<std::string> ResourceOf(void* module) {
+    const auto bytes = ReadModuleResource(module);
+    if (!bytes) return std::nullopt;
+    return std::string(reinterpret_cast<const char*>(bytes->data()), bytes->size());
+}
+
+TEST(ModuleResourceTest, TellsAbsentEmptyAndPresentApart) {
+    const auto imageBytes = static_cast<std::uint32_t>(std::filesystem::file_size(QUILLON_CARRIER));
+    const struct {
+        const char* name;
+        std::string behindImage;
+        std::optional<std::string> resource;
+    } cases[] = {
+        {"nothing behind the image", "", std::nullopt},
+        {"a package without a trailer", "package", std::nullopt},
+        {"no bytes", Trailer(0), ""},
+        {"some bytes", "package" + Trailer(7), "package"},
+        {"fewer than lie there", "package" + Trailer(3), "age"},
+        {"one byte more than the file has", "package" + Trailer(imageBytes + 8), std::nullopt},
+        {"far more than the file has", "package" + Trailer(0xFFFFFFFF), std::nullopt},
+        {"a byte behind the trailer", "package" + Trailer(7) + "!", std::nullopt},
+        {"another mark", "package" + Trailer(7).replace(15, 1, "2"), std::nullopt},
+    };
+    for (const auto& [name, behindImage, resource] : cases) {
+        SCOPED_TRACE(name);
+        const LoadedModule module(behindImage);
+        EXPECT_EQ(ResourceOf(module.handle()), resource);
+    }
+}
+
+TEST(ModuleResourceTest, LooksIntoTheProgramItselfWithoutAHandle) {
+    EXPECT_EQ(ResourceOf(nullptr), std::nullopt);
+}
+
+}  // namespace
+}  // namespace quillon::test

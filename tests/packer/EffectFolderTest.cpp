@@ -1,0 +1,74 @@
+#include "packer/EffectFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+
+#include "packer/PackageError.h"
+#include "support/TestEffect.h"
+
+namespace quillon::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+void Write(const fs::path& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+TEST(EffectFolderTest, GivesItsFilesSortedWithoutTheHiddenOnes) {
+    const TemporaryFolder folder;
+    for (const char* name : {"fx.js", "b.frag", "Z.png", ".hidden", "a.frag", "\xC3\xA9.png"})
+        Write(folder.path() / name, std::string("of ") + name + '\0');
+    fs::create_directory(folder.path() / ".git");
+    Write(folder.path() / "empty", "");
+
+    std::vector<std::string> names;
+    for (const auto& [name, bytes] : ReadEffectFolder(folder.path())) {
+        names.push_back(name);
+        EXPECT_EQ(bytes.size(), name == "empty" ? 0 : name.size() + 4);
+    }
+    EXPECT_THAT(names, ::testing::ElementsAre("Z.png", "a.frag", "b.frag", "empty", "fx.js", "\xC3\xA9.png"));
+}
+
+struct RefusedCase {
+    const char* name;
+    std::function<void(const fs::path&)> spoil;
+    const char* culprit;  // named by the message
+};
+
+class RefusedFolder : public ::testing::TestWithParam<RefusedCase> {};
+
+TEST_P(RefusedFolder, IsRefusedByName) {
+    const TemporaryFolder parent;
+    const fs::path folder = parent.path() / "effect";
+    fs::create_directory(folder);
+    Write(folder / "fx.js", "function setup() {}");
+    GetParam().spoil(folder);
+    try {
+        ReadEffectFolder(folder);
+        ADD_FAILURE() << "was taken";
+    } catch (const PackageError& error) {
+        EXPECT_THAT(error.what(), ::testing::HasSubstr(folder.string()));
+        EXPECT_THAT(error.what(), ::testing::HasSubstr(GetParam().culprit));
+    }
+}
+
+const RefusedCase kRefusedCases[] = {
+    {"absent", [](auto& folder) { fs::remove_all(folder); }, "no such folder"},
+    {"a_file", [](auto& folder) { fs::remove_all(folder), Write(folder, "text"); }, "no such folder"},
+    {"folder_inside", [](auto& folder) { fs::create_directory(folder / "shaders"); }, "shaders"},
+    {"dangling_link", [](auto& folder) { fs::create_symlink("nowhere", folder / "image.png"); }, "image.png"},
+    {"no_file", [](auto& folder) { fs::create_symlink("/dev/null", folder / "null.png"); }, "null.png"},
+    {"link_to_a_folder", [](auto& folder) { fs::create_symlink("/", folder / "root"); }, "root"},
+    {"differs_in_case", [](auto& folder) { Write(folder / "FX.js", ""); }, "FX.js"},
+    {"backslash", [](auto& folder) { Write(folder / "a\\b.png", ""); }, "a\\b.png"},
+    {"colon", [](auto& folder) { Write(folder / "c:b.png", ""); }, "c:b.png"},
+};
+INSTANTIATE_TEST_SUITE_P(Cases, RefusedFolder, ::testing::ValuesIn(kRefusedCases),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,65 @@
+#include "packer/ModuleWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "packer/PackageError.h"
+#include "support/TestEffect.h"
+
+namespace quillon::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ModuleWriterTest : public ::testing::Test {
+protected:
+    static std::string contentOf(const fs::path& path) {
+        std::ostringstream content;
+        content << std::ifstream(path, std::ios::binary).rdbuf();
+        return content.str();
+    }
+    void put(const fs::path& path, const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
+    void write(const fs::path& target, const fs::path& templateModule, const std::string& package) {
+        WriteModule(target, templateModule, std::as_bytes(std::span(package)));
+    }
+    long filesLeft() const { return std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()); }
+
+    TemporaryFolder folder;
+    const fs::path image = folder.path() / "template.so";
+    const fs::path output = folder.path() / "output.so";
+};
+
+TEST_F(ModuleWriterTest, PutsThePackageBehindTheImage) {
+    put(image, "image");
+    fs::permissions(image, fs::perms::owner_all | fs::perms::group_read);
+    write(output, image, "package");
+    EXPECT_EQ(contentOf(output), std::string("imagepackage\x07\0\0\0QuillonBLOB1", 28));
+    EXPECT_EQ(fs::status(output).permissions(), fs::perms::owner_all | fs::perms::group_read);
+    EXPECT_EQ(contentOf(image), "image");
+    EXPECT_EQ(filesLeft(), 2);
+}
+
+TEST_F(ModuleWriterTest, ReplacesWhatTheTemplateAndTheOutputHold) {
+    put(image, "image");
+    write(output, image, "package");
+    write(output, output, "new");
+    EXPECT_EQ(contentOf(output), std::string("imagenew\x03\0\0\0QuillonBLOB1", 24));
+    write(output, output, "");
+    EXPECT_EQ(contentOf(output), std::string("image\0\0\0\0QuillonBLOB1", 21));
+}
+
+TEST_F(ModuleWriterTest, LeavesNothingBehindWhenItFails) {
+    EXPECT_THROW(write(output, image, "package"), PackageError);          // no template
+    EXPECT_THROW(write(output, folder.path(), "package"), PackageError);  // a folder for one
+    put(image, "image");
+    EXPECT_THROW(write(folder.path() / "absent" / "output.so", image, "package"), PackageError);
+    fs::create_directories(output / "in the way");
+    EXPECT_THROW(write(output, image, "package"), PackageError);
+    EXPECT_EQ(filesLeft(), 2);
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,249 @@
+#include <cmath>
+
+#include "support/EngineTest.h"
+
+namespace quillon::test {
+namespace {
+
+// ids[K] is a control of kind K; `odd` has a kind that is none.
+const char* const kControls =
+    "var ids = [], odd;\n"
+    "function setup() {\n"
+    "  for (var k = 0; k <= 12; ++k) ids.push(QL_initParam('u' + k, k, 'Control ' + k));\n"
+    "  odd = QL_initParam('odd', 99, 'Odd');\n"
+    "}\n"
+    "function draw() {}\n";
+
+class ParameterApi : public EngineTest {
+protected:
+    void SetUp() override {
+        start(kControls);
+        addInstance();
+    }
+    // The record of ids[kind] in the selected instance.
+    Parameter& control(std::uint32_t kind) { return *engine.parameterInfo(kind); }
+};
+
+TEST_F(ParameterApi, DeclaresControlsWithTheirDefaults) {
+    EXPECT_EQ(engine.parameterCount(), 14u);
+    expectValues({
+        {"ids[0] === 0x1000001 && ids[12] === 0x100000D && odd === 0x100000E", "true"},
+        // map gives each call two arguments more, which are dropped.
+        {"ids.map(QL_getParamValue)",
+         "[16777217,0,[0,0,0],[0,0,0,0],67108865,[0,0],0,16777224,0,0,16777227,16777228,0]"},
+        {"QL_getParamValue(odd)", "16777230"},
+        {"QL_getSurfaceDim(QL_getParamValue(ids[QL_Type.LAYER]))", "[2,2,8]"},
+    });
+    const Parameter& popup = control(POPUP);
+    EXPECT_EQ(popup.choices, "0|1|2|3|4|5|6|7|8|9");
+    EXPECT_EQ(popup.choiceCount, 10u);
+    EXPECT_EQ(popup.min[0], -100.0f);
+    EXPECT_EQ(popup.max[0], 100.0f);
+    EXPECT_EQ(popup.uniformName, "u9");
+    EXPECT_EQ(popup.label, "Control 9");
+    EXPECT_EQ(popup.flags, 0u);
+}
+
+TEST_F(ParameterApi, DeclaresByTheNumberOfArguments) {
+    expectValues({
+        {"[QL_initParam(), QL_initParam('only')]", "[0,0]"},
+        {"QL_initParam('bare', 4)", "16777231"},
+        {"QL_getSurfaceDim(QL_getParamValue(16777231))", "[2,2,8]"},
+        {"QL_initParam(undefined, '1', undefined)", "16777232"},
+        {"QL_initParam(7, 2147483648, null)", "16777233"},
+    });
+    ASSERT_EQ(engine.parameterCount(), 17u);
+    const Parameter& bare = control(14);
+    EXPECT_EQ(bare.label, "");
+    const Parameter& worded = control(15);
+    EXPECT_EQ(worded.uniformName, "undefined");
+    EXPECT_EQ(worded.label, "undefined");
+    EXPECT_EQ(worded.kind, FLOAT);
+    EXPECT_EQ(control(16).kind, 2147483647u) << "an int is clamped, and no kind is refused";
+    EXPECT_EQ(control(16).label, "null");
+}
+
+TEST_F(ParameterApi, WritesAndReadsValuesByKind) {
+    expectValues({
+        {"[QL_setParamValue(ids[1], 0.1), QL_getParamValue(ids[1])]", "[true,0.10000000149011612]"},
+        {"[QL_setParamValue(ids[12], '-45.5'), QL_getParamValue(ids[12])]", "[true,-45.5]"},
+        {"[QL_setParamValue(ids[2], [1, 2, 3, 4]), QL_getParamValue(ids[2])]", "[true,[1,2,3]]"},
+        {"[QL_setParamValue(ids[3], [1, 2, 3, '4']), QL_getParamValue(ids[3])]", "[true,[1,2,3,4]]"},
+        {"[QL_setParamValue(ids[5], [8, 9]), QL_getParamValue(ids[5])]", "[true,[8,9]]"},
+        {"[QL_setParamValue(ids[8], true), QL_getParamValue(ids[8])]", "[true,1]"},
+        {"[QL_setParamValue(ids[9], -2.9), QL_getParamValue(ids[9])]", "[true,-2]"},
+        {"[QL_setParamValue(ids[6], 67108866), QL_getParamValue(ids[6])]", "[true,67108866]"},
+        {"[QL_setParamValue(ids[4], 67108867.9), QL_getParamValue(ids[4])]", "[true,67108867]"},
+        {"[0, 7, 10, 11].map(function (k) { return QL_setParamValue(ids[k], 5); })", "[true,true,true,true]"},
+        // A missing element is no number.
+        {"QL_setParamValue(ids[2], [5]) && QL_getParamValue(ids[2])", "[5,null,null]"},
+        {"QL_setParamValue(ids[3], []) && QL_getParamValue(ids[3])", "[null,null,null,null]"},
+        {"QL_setParamValue(ids[5], [6]) && QL_getParamValue(ids[5])", "[6,null]"},
+        // What is no array leaves these kinds alone.
+        {"QL_setParamValue(ids[5], [1, 2])", "true"},
+        {"QL_setParamValue(ids[5], {0: 8, 1: 9, length: 2}) && QL_getParamValue(ids[5])", "[1,2]"},
+        {"QL_setParamValue(ids[5]) && QL_getParamValue(ids[5])", "[1,2]"},
+        // Integers are clamped, and what is no number is 0.
+        {"QL_setParamValue(ids[8], 4294967295) && QL_getParamValue(ids[8])", "2147483647"},
+        {"QL_setParamValue(ids[8], -1e99) && QL_getParamValue(ids[8])", "-2147483648"},
+        {"QL_setParamValue(ids[8], NaN) && QL_getParamValue(ids[8])", "0"},
+        {"QL_setParamValue(ids[1], undefined) && QL_getParamValue(ids[1])", "null"},
+    });
+}
+
+TEST_F(ParameterApi, ReturnsTheCoercedIdOfAControlWithoutValue) {
+    expectValues({
+        {"QL_getParamValue(ids[10] + 0.9) === ids[10]", "true"},
+        {"QL_getParamValue(String(ids[11]), 'extra') === ids[11]", "true"},
+        {"QL_getParamValue(odd + 0.5) === odd", "true"},
+    });
+}
+
+TEST_F(ParameterApi, RefusesWhatIsNoLiveControl) {
+    const char* const kCalls =
+        "['getParamValue', 'setParamValue', 'setParamMinMax', 'setParamChoices', 'setParamPrecision',"
+        " 'setParamEnabled', 'setParamFlags', 'getParamFlags'].every(function (n) {"
+        " return this['QL_' + n](ID, 1, 1) === false; }, this)";
+    for (const char* id : {"undefined", "null", "0", "1", "'abc'", "NaN", "-1", "0x1000000", "0x10000FF", "0x2000001",
+                           "67108865", "4294967295", "0.99 + 0xFFFFFF"}) {
+        std::string call = kCalls;
+        call.replace(call.find("ID"), 2, id);
+        EXPECT_EQ(eval(call), "true") << id;
+    }
+}
+
+TEST_F(ParameterApi, SetsTheRangeOfFloatsOnly) {
+    expectValues({{"QL_setParamMinMax(ids[1], 7, -0.5)", "true"},
+                  {"QL_setParamMinMax(ids[12], 7, 8)", "true"},
+                  {"QL_setParamMinMax(ids[9], 7, 8)", "true"}});
+    EXPECT_EQ(control(FLOAT).min[0], 7.0f);
+    EXPECT_EQ(control(FLOAT).max[0], -0.5f);
+    for (const std::uint32_t kind : {ANGLE, POPUP}) {
+        EXPECT_EQ(control(kind).min[0], -100.0f);
+        EXPECT_EQ(control(kind).max[0], 100.0f);
+    }
+    EXPECT_EQ(eval("QL_setParamMinMax(ids[1], 1)"), "true");
+    EXPECT_TRUE(std::isnan(control(FLOAT).max[0]));
+}
+
+TEST_F(ParameterApi, CountsTheEntriesOfAPopup) {
+    constexpr struct {
+        const char* text;
+        const char* stored;
+        std::uint32_t count;
+    } kCases[] = {{"'Soft|Hard'", "Soft|Hard", 2},
+                  {"'Soft|'", "Soft|", 2},
+                  {"'Soft'", "Soft", 0},
+                  {"''", "", 0},
+                  {"'|'", "|", 2},
+                  {"'a|b|c'", "a|b|c", 3},
+                  {"12", "12", 0},
+                  {"undefined", "undefined", 0}};
+    for (const auto& [text, stored, count] : kCases) {
+        EXPECT_EQ(eval("QL_setParamChoices(ids[9], " + std::string(text) + ")"), "true");
+        EXPECT_EQ(control(POPUP).choices, stored);
+        EXPECT_EQ(control(POPUP).choiceCount, count) << text;
+    }
+    EXPECT_EQ(eval("QL_setParamChoices(ids[1], 'x|y')"), "true") << "the kind does not matter";
+    EXPECT_EQ(control(FLOAT).choiceCount, 2u);
+}
+
+TEST_F(ParameterApi, KeepsPrecisionEnablingAndFlagsInOneWord) {
+    expectValues({
+        {"[QL_setParamFlags(ids[1], 5), QL_getParamFlags(ids[1])]", "[true,5]"},
+        {"[QL_setParamPrecision(ids[1], 3), QL_getParamFlags(ids[1])]", "[true,50331653]"},
+        {"QL_setParamPrecision(ids[1], 259) && QL_getParamFlags(ids[1])", "50331653"},
+        {"QL_setParamPrecision(ids[1], 128) && QL_getParamFlags(ids[1])", "-2147483643"},
+        {"QL_setParamPrecision(ids[1], -1) && QL_getParamFlags(ids[1])", "-16777211"},
+        {"QL_setParamFlags(ids[1], 7) && QL_getParamFlags(ids[1])", "7"},
+        {"QL_setParamFlags(ids[1], 4294967296 + 9) && QL_getParamFlags(ids[1])", "9"},
+        {"QL_setParamFlags(ids[1], -1) && QL_getParamFlags(ids[1])", "-1"},
+    });
+}
+
+TEST_F(ParameterApi, EnablesByNumberNotByTruth) {
+    for (const auto& [value, flags] : std::initializer_list<std::pair<const char*, const char*>>{{"true", "8"},
+                                                                                                 {"false", "10"},
+                                                                                                 {"1", "8"},
+                                                                                                 {"0.5", "10"},
+                                                                                                 {"'yes'", "10"},
+                                                                                                 {"'2'", "8"},
+                                                                                                 {"-1", "8"},
+                                                                                                 {"NaN", "10"},
+                                                                                                 {"{}", "10"},
+                                                                                                 {"undefined", "10"},
+                                                                                                 {"[3]", "8"}})
+        EXPECT_EQ(eval("QL_setParamFlags(ids[1], 8) && QL_setParamEnabled(ids[1], " + std::string(value) +
+                       ") && QL_getParamFlags(ids[1])"),
+                  flags)
+            << value;
+}
+
+TEST_F(ParameterApi, CoercesFlagsBeforeTheIdIsTestedAndTheRestAfter) {
+    expectValues({
+        {"(log = [], spy = function (n) { return {valueOf: function () { log.push(n); return 0; }}; }, 0)", "0"},
+        {"QL_setParamFlags(spy('id'), spy('flags'))", "false"},
+        {"log", "[\"id\",\"flags\"]"},
+        {"(log = [], QL_setParamPrecision(spy('id'), spy('p')), QL_setParamValue(spy('id'), spy('v')),"
+         " QL_setParamMinMax(spy('id'), spy('min'), spy('max')), QL_setParamEnabled(spy('id'), spy('e')), log)",
+         "[\"id\",\"id\",\"id\",\"id\"]"},
+    });
+}
+
+TEST_F(ParameterApi, StoresAPointByElementAndAColorAsAWhole) {
+    const char* const kBad = "{valueOf: function () { throw 1; }}";
+    expectValues({
+        {"(QL_setParamValue(ids[2], [1, 2, 3]), QL_setParamValue(ids[3], [1, 2, 3, 4]), 0)", "0"},
+        {"QL_setParamValue(ids[2], [7, 8, " + std::string(kBad) + "])", "throws 1"},
+        {"QL_setParamValue(ids[3], [7, 8, " + std::string(kBad) + ", 9])", "throws 1"},
+        {"[QL_getParamValue(ids[2]), QL_getParamValue(ids[3])]", "[[7,8,3],[1,2,3,4]]"},
+    });
+}
+
+TEST_F(ParameterApi, ReachesTheDeclarationInSetupAndOneInstanceLater) {
+    start("var f; function setup() { f = QL_initParam('f', 1, 'F'); QL_setParamValue(f, 3); QL_setParamFlags(f, 8); }");
+    SequenceHandle* const first = addInstance();
+    SequenceHandle* const second = addInstance();
+    engine.selectSequence(first);
+    expectValues({{"QL_getParamValue(f)", "3"}, {"QL_setParamValue(f, 4) && QL_setParamFlags(f, 2)", "true"}});
+    engine.selectSequence(second);
+    expectValues({{"[QL_getParamValue(f), QL_getParamFlags(f)]", "[3,8]"}});
+    addInstance();
+    expectValues({{"[QL_getParamValue(f), QL_getParamFlags(f)]", "[3,8]"}});
+    engine.selectSequence(first);
+    expectValues({{"[QL_getParamValue(f), QL_getParamFlags(f)]", "[4,2]"}});
+}
+
+TEST_F(ParameterApi, SharesALateControlAmongInstances) {
+    SequenceHandle* const first = addInstance();
+    addInstance();
+    EXPECT_EQ(eval("late = QL_initParam('late', 1, 'Late')"), "16777231");
+    EXPECT_EQ(engine.parameterCount(), 15u);
+    EXPECT_EQ(eval("QL_setParamValue(late, 6)"), "true");
+    engine.selectSequence(first);
+    EXPECT_EQ(eval("QL_getParamValue(late)"), "6");
+    EXPECT_EQ(engine.parameterInfo(14)->floatAt(0), 6.0f);
+    EXPECT_EQ(eval("QL_release(late) && QL_getParamValue(late)"), "false");
+    EXPECT_EQ(engine.parameterCount(), 14u);
+}
+
+TEST_F(ParameterApi, LeavesCopiesOfAReleasedControlInPlace) {
+    SequenceHandle* const old = addInstance();
+    expectValues({{"QL_setParamValue(ids[1], 5) && QL_release(ids[1])", "true"}, {"QL_getParamValue(ids[1])", "5"}});
+    // An instance without a copy of it declares another one, which gets the lowest free number.
+    SequenceHandle* const between = addInstance();
+    expectValues({{"QL_getParamValue(ids[1])", "false"},
+                  {"QL_initParam('fresh', 8, 'Fresh') === ids[1]", "true"},
+                  {"QL_getParamValue(ids[1])", "0"}});
+    addInstance();
+    EXPECT_EQ(eval("QL_setParamValue(ids[1], 7) && QL_getParamValue(ids[1])"), "7");
+    EXPECT_EQ(engine.parameterInfo(1)->uniformName, "fresh");
+    engine.selectSequence(between);
+    EXPECT_EQ(eval("QL_getParamValue(ids[1])"), "0");
+    engine.selectSequence(old);
+    EXPECT_EQ(eval("QL_getParamValue(ids[1])"), "5") << "the old copy hides the new record";
+    EXPECT_EQ(engine.parameterInfo(1)->uniformName, "u1");
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,111 @@
+#include "entities/Context.h"
+#include "support/EngineTest.h"
+#include "support/Pixels.h"
+
+namespace quillon::test {
+namespace {
+
+class SurfaceApi : public EngineTest {
+protected:
+    void SetUp() override {
+        start(
+            "var body = function () {}, layer;\nfunction setup() { layer = QL_initParam('l', 4, 'L'); }\n"
+            "function draw() { body(); }\n");
+        addInstance();
+    }
+    static Surface& surface(std::uint32_t ordinal) { return Context::Instance().FindSurface(0x6000000 + ordinal); }
+};
+
+TEST_F(SurfaceApi, MakesEmptySurfaces) {
+    expectValues({
+        {"QL_initSurface(640, 3, 16)", "100663297"},
+        {"QL_initSurface(1, 2)", "throws RangeError: invalid stack index 2"},
+        {"QL_initSurface()", "throws RangeError: invalid stack index 0"},
+        {"QL_initSurface('2', 2.9, 8, 'more')", "100663298"},  // the refused ones took no number
+    });
+    EXPECT_EQ(surface(1).rowBytes, 5120u);
+    EXPECT_EQ(surface(1).bitDepth, 16u);
+    EXPECT_EQ(surface(2).height, 2u);
+    EXPECT_EQ(surface(1).pixelAddress(), nullptr);
+}
+
+TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
+    expectValues({
+        {"(s = QL_initSurface(2, 2, 8), none = QL_initSurface(0, 2, 8), t = QL_getParamValue(layer), 0)", "0"},
+        {"[QL_surfaceToTexture(0), QL_surfaceToTexture(t), QL_surfaceToTexture()]", "[false,false,false]"},
+        {"[QL_surfaceQuantize(t, false, 0, 0, 1, false), QL_surfaceQuantize(none, false, 0, 0, 1, false)]",
+         "[false,false]"},
+        {"[QL_surfaceCopyTo(t, t), QL_surfaceCopyTo(none, t), QL_surfaceCopyTo(0x60000FF, t)]", "[false,false,false]"},
+        {"[QL_surfaceCopyTo(s, 0), QL_surfaceCopyTo(s, layer), QL_surfaceCopyTo(s, 0x2000001), QL_surfaceCopyTo(s, s),"
+         " QL_surfaceCopyTo(s, 0x30000FF), QL_surfaceCopyTo(s, QL_initTexture('none'))]",
+         "[false,false,false,false,false,false]"},
+        {"QL_surfaceCopyTo(s, t)", "true"},
+        {"QL_textureToSurface(0)", "0"},
+        {"QL_textureToSurface('none') === 0", "true"},
+        {"QL_textureToSurface(0x40000FF)", "100663299"},
+    });
+    EXPECT_EQ(surface(3).width, 0u);
+    EXPECT_EQ(surface(3).height, 0u);
+    EXPECT_EQ(surface(3).pixelAddress(), nullptr);
+}
+
+TEST_F(SurfaceApi, TakesTheInputAsAnAliasAndATargetAsACopy) {
+    const Bytes input = distinctPicture(3, 2, 8);
+    eval(
+        "body = function () { a = QL_textureToSurface(QL_getSequenceTexture()); QL_surfaceCopyTo(a,"
+        " QL_getSequenceRT()); b = QL_textureToSurface(QL_getSequenceRT()); }");
+    EXPECT_EQ(frame(3, 2, 8, input), input);
+    ASSERT_EQ(eval("[a, b]"), "[100663297,100663298]");
+    for (const std::uint32_t ordinal : {1u, 2u}) {
+        Surface& taken = surface(ordinal);
+        EXPECT_EQ(taken.width, 3u);
+        EXPECT_EQ(taken.height, 2u);
+        EXPECT_EQ(taken.bitDepth, 8u);
+        EXPECT_EQ(taken.rowBytes, 12u);
+        EXPECT_TRUE(taken.isArgbOrdered);
+        ASSERT_NE(taken.pixelAddress(), nullptr);
+        EXPECT_EQ(Bytes(taken.pixelAddress(), taken.pixelAddress() + 24), input);
+        EXPECT_EQ(taken.borrowedPixels != nullptr, ordinal == 1);
+    }
+    // The alias stays readable when the texture goes, the other one is nobody's but its own.
+    EXPECT_EQ(eval("QL_release(QL_getSequenceTexture())"), "true");
+    EXPECT_EQ(Bytes(surface(1).pixelAddress(), surface(1).pixelAddress() + 24), input);
+}
+
+TEST_F(SurfaceApi, CopiesUprightOrTurnedAtEachDepthAsTheBytesStand) {
+    for (const std::uint32_t bits : {8u, 16u, 32u})
+        for (const bool flip : {false, true}) {
+            const Bytes input = distinctPicture(2, 3, bits);
+            eval(
+                "body = function () { var s = QL_textureToSurface(QL_getSequenceTexture()); QL_surfaceCopyTo(s,"
+                " QL_getSequenceRT(), " +
+                std::string(flip ? "'yes'" : "''") + "); QL_release(s); }");
+            const Bytes upright = inHostRange(frame(2, 3, bits, input), bits);
+            EXPECT_EQ(upright, flip ? reversedRows(input, 3) : input) << bits << (flip ? " flipped" : "");
+        }
+}
+
+// Storage that was specified anew without data leaves the texture its older, smaller copy.
+TEST_F(SurfaceApi, ReadsNoMoreThanAnAliasHolds) {
+    frame(2, 2, 8, distinctPicture(2, 2, 8));
+    expectValues({
+        {"(t = QL_getSequenceTexture(), QL_surfaceCopyTo(QL_initSurface(64, 64, 32), t, true))", "true"},
+        {"QL_getSurfaceDim(t)", "[64,64,32]"},
+        {"(s = QL_textureToSurface(t), rt = QL_initRenderTarget(1, 1, 8), 0)", "0"},
+        {"[QL_surfaceCopyTo(s, rt, false), QL_surfaceCopyTo(s, rt, true)]", "[true,true]"},
+        {"QL_getSurfaceDim(QL_surfaceToTexture(s))", "[64,64,32]"},
+    });
+}
+
+TEST_F(SurfaceApi, TurnsASurfaceIntoATextureOfItsOwn) {
+    frame(2, 2, 32, distinctPicture(2, 2, 32));
+    expectValues({
+        {"s = QL_textureToSurface(QL_getSequenceTexture())", "100663297"},
+        {"QL_getSurfaceDim(QL_surfaceToTexture(s))", "[2,2,32]"},
+        {"QL_getSurfaceDim(QL_surfaceToTexture(QL_initSurface(5, 4, 8)))", "[5,4,8]"},
+        {"[QL_release(s), QL_getSurfaceDim(67108867)]", "[true,[2,2,32]]"},
+    });
+}
+
+}  // namespace
+}  // namespace quillon::test
