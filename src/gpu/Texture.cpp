@@ -23,8 +23,7 @@ GLint internalFormat(std::uint32_t bitDepth) {
     return bitDepth > 8 ? GL_RGBA32F : GL_RGBA;
 }
 
-// GL and the CPU copy take a picture up in bands of rows, small enough to stay in the processor's cache between the
-// two.
+// A picture is widened in bands of rows, small enough to stay in the processor's cache until GL takes them up.
 constexpr std::size_t kBandBytes = 256 * 1024;
 
 // Bytes of a pixel as GL reads it.
@@ -85,6 +84,20 @@ void specifyStorage(const PixelLayout& layout, const void* pixels) {
                  static_cast<GLsizei>(layout.height), 0, GL_RGBA, GLChannelType(layout.bitDepth), pixels);
 }
 
+// Fills the storage with the host's 16-bit rows.
+void uploadWidened(const std::byte* memory, const PixelLayout& layout) {
+    const auto rowStride = static_cast<std::size_t>(layout.rowBytes);
+    const auto rowsPerBand = static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / rowStride));
+    std::vector<std::byte> widened(std::min(rowsPerBand, layout.height) * rowStride);
+    for (std::uint32_t first = 0; first < layout.height; first += rowsPerBand) {
+        PixelLayout band = layout;
+        band.height = std::min(rowsPerBand, layout.height - first);
+        expandTo16(memory + first * rowStride, band, widened.data());
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, static_cast<GLint>(first), static_cast<GLsizei>(band.width),
+                        static_cast<GLsizei>(band.height), GL_RGBA, GLChannelType(band.bitDepth), widened.data());
+    }
+}
+
 }  // namespace
 
 std::uint32_t GLChannelType(std::uint32_t bitDepth) {
@@ -102,38 +115,49 @@ std::uint32_t GLChannelType(std::uint32_t bitDepth) {
 void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand) {
     const std::size_t rowStride = static_cast<std::size_t>(layout.rowBytes);
     const std::size_t readable = sourceBytes(layout);
-    // A surface that shares the copy keeps it as it is; the texture then starts another.
-    if (!pixelCopy || pixelCopy.use_count() > 1) pixelCopy = std::make_shared<std::vector<std::byte>>();
-    pixelCopy->resize(layout.height * rowStride);
-    std::byte* const copy = pixelCopy->data();
-
-    // A row length that disagrees with the rows makes GL read on past the caller's memory.
     const std::size_t read = bytesReadByGL(layout, rowLength);
-    const bool isRegular = read <= readable && rowStride != 0;
-    if (isRegular) specifyStorage(layout, nullptr);
-    const std::uint32_t rowsPerBand =
-        isRegular ? static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / rowStride)) : layout.height;
-    for (std::uint32_t first = 0; first < layout.height; first += rowsPerBand) {
-        PixelLayout band = layout;
-        band.height = std::min(rowsPerBand, layout.height - first);
-        const std::byte* pixels = memory + first * rowStride;
-        std::byte* const kept = copy + first * rowStride;
-        if (expand) {
-            expandTo16(pixels, band, kept);
-            pixels = kept;
-        } else {
-            std::memcpy(kept, pixels, std::min(band.height * rowStride, readable - first * rowStride));
-        }
-        if (isRegular)
-            glTexSubImage2D(GL_TEXTURE_2D, 0, 0, static_cast<GLint>(first), static_cast<GLsizei>(band.width),
-                            static_cast<GLsizei>(band.height), GL_RGBA, GLChannelType(band.bitDepth), pixels);
+    // A surface that shares the old copy keeps it as it was.
+    copy.reset();
+    // A row length that disagrees with the rows makes GL read on past the caller's memory.
+    copyIsInGL = mayLeaveCopyInGL && textureName && read <= readable;
+    if (copyIsInGL && !expand) {
+        specifyStorage(layout, memory);
+        return;
     }
-    if (!expand) std::fill(copy + readable, copy + pixelCopy->size(), std::byte{0});
-    if (!isRegular) {
-        std::vector<std::byte> padded(std::max(read, readable));
-        std::memcpy(padded.data(), copy, readable);
-        specifyStorage(layout, padded.data());
+    if (copyIsInGL) {
+        specifyStorage(layout, nullptr);
+        uploadWidened(memory, layout);
+        return;
     }
+
+    copy = std::make_shared<std::vector<std::byte>>(layout.height * rowStride);
+    if (expand)
+        expandTo16(memory, layout, copy->data());
+    else
+        std::memcpy(copy->data(), memory, readable);
+    std::vector<std::byte> padded(std::max(read, copy->size()));
+    std::memcpy(padded.data(), copy->data(), copy->size());
+    specifyStorage(layout, padded.data());
+}
+
+PixelBuffer Texture::pixelCopy() {
+    if (!copy && copyIsInGL) copy = readBackUpload();
+    copyIsInGL = false;
+    return copy;
+}
+
+PixelBuffer Texture::readBackUpload() const {
+    const std::size_t rowPixels = width * pixelBytes(bitDepth);
+    const auto rowStride = static_cast<std::size_t>(rowBytes);
+    std::vector<std::byte> tight(rowPixels * height);
+    glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
+    glBindTexture(GL_TEXTURE_2D, textureName.get());
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GLChannelType(bitDepth), tight.data());
+    auto rows = std::make_shared<std::vector<std::byte>>(rowStride * height);
+    const std::size_t kept = std::min(rowPixels, rowStride);
+    for (std::uint32_t y = 0; y < height; ++y)
+        std::memcpy(rows->data() + y * rowStride, tight.data() + y * rowPixels, kept);
+    return rows;
 }
 
 bool Texture::initTexture(std::uint32_t columns, std::uint32_t rows, std::uint32_t bits, bool argbOrdered) {
@@ -158,6 +182,8 @@ void Texture::uploadPixels(const void* source, const PixelLayout& given, bool ar
         repacked = repackDownwards(memory, layout);
         memory = repacked.data();
     }
+
+    if (!memory) pixelCopy();  // the storage goes, and the copy stays
 
     const GLint rowLength = unpackRowLength(layout);
     glBindTexture(GL_TEXTURE_2D, textureName.get());

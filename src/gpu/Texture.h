@@ -20,7 +20,7 @@ struct PixelLayout {
     std::int64_t rowBytes = 0;   // from one row to the next; negative: the rows lie upwards in memory
 };
 
-// One GL 2D texture and a CPU copy of what was last uploaded to it.
+// One GL 2D texture, and a CPU copy of what was last uploaded to it for those who ask.
 //
 // GL's slots (r, g, b, a) always hold the host's channels (A, R, G, B). Data in that memory order goes up as it stands;
 // data in R, G, B, A order gets a texture swizzle that brings it to the same place. Row 0 of the memory is at t = 0.
@@ -59,6 +59,12 @@ public:
     // glTexParameteri with both numbers unchecked. The texture stays bound.
     void setParameter(std::uint32_t parameterName, std::int32_t value);
 
+    // The CPU copy of the last upload that had data, height * rowBytes bytes; null before that. It is shared: whoever
+    // holds it keeps the bytes, whatever becomes of the texture, and a change of them is seen by all. As long as nobody
+    // asks, GL alone holds the picture, and it is read back here: that is exact at 8, 16 and 32 bits, and padding
+    // behind rows comes back as zero.
+    PixelBuffer pixelCopy();
+
     std::string name;  // of the file it came from
     GLTextureName textureName;
     std::uint32_t width = 0;
@@ -66,11 +72,18 @@ public:
     std::uint32_t bitDepth = 0;  // 8, 15, 16 or 32
     std::int64_t rowBytes = 0;   // of the last upload; 0 after initTexture
     bool isArgbOrdered = false;  // false: the data is R, G, B, A and swizzled
-    PixelBuffer pixelCopy;       // height * rowBytes bytes of the last upload that had data; null before that
+
+protected:
+    // False where passes draw into the storage: the copy of an upload is then made at once.
+    bool mayLeaveCopyInGL = true;
 
 private:
-    // Makes the CPU copy and fills new storage with the rows, which GL reads `rowLength` pixels apart.
+    // Fills new storage with the rows, which GL reads `rowLength` pixels apart.
     void takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand);
+    PixelBuffer readBackUpload() const;
+
+    PixelBuffer copy;
+    bool copyIsInGL = false;  // the last upload, and `copy` is not made yet
 };
 
 // The type constant of GL for the channels of an upload or read-back at this depth.

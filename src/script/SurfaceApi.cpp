@@ -42,7 +42,7 @@ duk_ret_t textureToSurface(duk_context* ctx) {
         readBack(context.FindRenderTarget(id), surface);
     } else {
         surface.rowBytes = static_cast<std::uint64_t>(source.rowBytes);
-        surface.borrowedPixels = source.pixelCopy;
+        surface.borrowedPixels = source.pixelCopy();
     }
     return PushNumber(ctx, surfaceId);
 }

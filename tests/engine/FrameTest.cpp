@@ -136,7 +136,9 @@ TEST_F(FrameOperations, ShareALayersPixelsButNameThemToOneInstance) {
     upload(0);
     const std::uint32_t name = Context::Instance().FindTexture(0x4000001).textureName.get();
     EXPECT_EQ(engine.parameterInfo(0)->wordValue(), name);
-    EXPECT_EQ(inHostRange(*Context::Instance().FindTexture(0x4000001).pixelCopy, 16), picture);
+    ASSERT_TRUE(engine.lockGL());
+    EXPECT_EQ(inHostRange(*Context::Instance().FindTexture(0x4000001).pixelCopy(), 16), picture);
+    engine.unlockGL();
     engine.selectSequence(first);
     EXPECT_EQ(engine.parameterInfo(0)->wordValue(), 0u);
     EXPECT_EQ(eval("QL_getSurfaceDim(QL_getParamValue(l))"), "[3,2,16]");

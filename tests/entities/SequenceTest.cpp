@@ -85,7 +85,7 @@ TEST_F(SequenceTest, UploadsItsInputInTheHostsRange) {
     const std::uint32_t id = sequence().texture;
     ASSERT_TRUE(input().textureName);
     EXPECT_TRUE(input().isArgbOrdered);
-    EXPECT_EQ(channelsOf<std::uint16_t>(*input().pixelCopy),
+    EXPECT_EQ(channelsOf<std::uint16_t>(*input().pixelCopy()),
               (std::vector<std::uint16_t>{0, 2, 32768, 32768, 65534, 65532, 4, 6}));
     FrameImage stored = image(1, 1, 8);
     stored.stride = 4;
@@ -93,7 +93,7 @@ TEST_F(SequenceTest, UploadsItsInputInTheHostsRange) {
     stored.pixels = pixels.data();  // storage goes before it
     sequence().setInput(stored);
     EXPECT_EQ(sequence().texture, id);
-    EXPECT_EQ(*input().pixelCopy, stored.storage);
+    EXPECT_EQ(*input().pixelCopy(), stored.storage);
     sequence().setInput(image(9, 9, 8));
     EXPECT_EQ(input().width, 1u) << "without pixels nothing happens";
 }
@@ -104,16 +104,16 @@ TEST_F(SequenceTest, LosesOneFrameOfAReleasedInput) {
     entities.Release(sequence().texture);
     sequence().setInput(image(2, 2, 8, pixels.data()));
     EXPECT_TRUE(input().textureName);
-    EXPECT_EQ(input().pixelCopy, nullptr);
-    const Texture& none = entities.FindTexture(0);
+    EXPECT_EQ(input().pixelCopy(), nullptr);
+    Texture& none = entities.FindTexture(0);
     EXPECT_EQ(none.width, 0u);
-    EXPECT_EQ(none.pixelCopy, nullptr);
+    EXPECT_EQ(none.pixelCopy(), nullptr);
     GLint width = -1;
     glBindTexture(GL_TEXTURE_2D, 0);
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
     EXPECT_EQ(width, 0) << "the pixels did not go into GL's own texture 0";
     sequence().setInput(image(2, 2, 8, pixels.data()));
-    EXPECT_EQ(*input().pixelCopy, pixels);
+    EXPECT_EQ(*input().pixelCopy(), pixels);
 }
 
 TEST_F(SequenceTest, GoesAloneAndLeavesItsEntitiesBehind) {

@@ -1,5 +1,7 @@
 #include "gpu/Texture.h"
 
+#include <cmath>
+
 #include "imagelib/Surface.h"
 #include "package/BlobReader.h"
 #include "support/GLTest.h"
@@ -80,7 +82,7 @@ TEST_F(TextureTest, ChoosesStorageAndRowLengthByDepth) {
         EXPECT_EQ(texture.bitDepth, bits);
         EXPECT_EQ(texture.rowBytes, rowBytes);
         EXPECT_EQ(texture.isArgbOrdered, argbOrdered);
-        EXPECT_EQ(texture.pixelCopy, nullptr);
+        EXPECT_EQ(texture.pixelCopy(), nullptr);
     }
 }
 
@@ -101,6 +103,34 @@ TEST_F(TextureTest, ResetsFiltersAndWrappingAtEachUpload) {
     for (const GLenum what : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) EXPECT_EQ(state(what), GL_REPEAT);
 }
 
+// The copy is read back from GL when somebody asks; nothing of the upload may be lost on that way.
+TEST_F(TextureTest, GivesEveryValueOfAnUploadBack) {
+    Bytes words(2 * 65536);
+    for (std::uint32_t value = 0; value < 65536; ++value) {
+        words[2 * value] = static_cast<std::byte>(value);
+        words[2 * value + 1] = static_cast<std::byte>(value >> 8);
+    }
+    std::vector<float> reals;
+    for (int exponent = -126; exponent < 128; ++exponent)
+        for (const float mantissa : {1.0f, -1.0000001f, 1.9999999f, -1.3333334f})
+            reals.push_back(std::ldexp(mantissa, exponent));
+    const Bytes floats(reinterpret_cast<const std::byte*>(reals.data()),
+                       reinterpret_cast<const std::byte*>(reals.data() + reals.size()));
+    for (const auto& [bits, upload] : {std::pair{8u, words}, {16u, words}, {32u, floats}}) {
+        for (const bool isArgb : {true, false}) {
+            const auto height = static_cast<std::uint32_t>(upload.size() / (bits / 2) / 2);
+            Texture texture;
+            texture.initTexture(1, 1, 8, true);
+            texture.uploadPixels(upload.data(), {2, height, bits, bits}, isArgb, false);
+            EXPECT_EQ(*texture.pixelCopy(), upload) << bits;
+            EXPECT_EQ(texture.pixelCopy(), texture.pixelCopy()) << "all who ask share one copy";
+            const PixelBuffer held = texture.pixelCopy();
+            texture.uploadPixels(upload.data() + 16, {1, 1, bits, bits / 2}, isArgb, false);
+            EXPECT_EQ(held->front(), upload.front()) << "and keep it as it was";
+        }
+    }
+}
+
 TEST_F(TextureTest, WidensTheHostsSixteenBitsOnlyWhenAsked) {
     const Bytes host = bytesOf<std::uint16_t>({0, 1, 16383, 16384, 16385, 16386, 32767, 32768});
     Texture texture;
@@ -108,16 +138,16 @@ TEST_F(TextureTest, WidensTheHostsSixteenBitsOnlyWhenAsked) {
     texture.uploadPixels(host.data(), {2, 1, 16, 16}, true, true);
     const std::vector<std::uint16_t> widened = {0, 2, 32766, 32768, 32768, 32770, 65532, 65534};
     EXPECT_EQ(storage<std::uint16_t>(GL_UNSIGNED_SHORT), widened);
-    EXPECT_EQ(channelsOf<std::uint16_t>(*texture.pixelCopy), widened);
+    EXPECT_EQ(channelsOf<std::uint16_t>(*texture.pixelCopy()), widened);
     EXPECT_FLOAT_EQ(storage<float>(GL_FLOAT)[7], 65534.0f / 65535.0f);
     texture.uploadPixels(host.data(), {2, 1, 16, 16}, true, false);
     EXPECT_EQ(storage<std::uint16_t>(GL_UNSIGNED_SHORT), channelsOf<std::uint16_t>(host));
-    EXPECT_EQ(*texture.pixelCopy, host);
+    EXPECT_EQ(*texture.pixelCopy(), host);
     const Bytes wrapping = bytesOf<std::uint16_t>({32769, 40000, 65535, 0});  // what no host should send
     texture.uploadPixels(wrapping.data(), {1, 1, 16, 8}, true, true);
     EXPECT_EQ(storage<std::uint16_t>(GL_UNSIGNED_SHORT), (std::vector<std::uint16_t>{0, 14462, 65532, 0}));
     texture.uploadPixels(nullptr, {1, 1, 16, 8}, true, true);
-    EXPECT_EQ(texture.pixelCopy->size(), 8u) << "an upload without data leaves the copy";
+    EXPECT_EQ(texture.pixelCopy()->size(), 8u) << "an upload without data leaves the copy";
 }
 
 TEST_F(TextureTest, KeepsItsNameOverExtentsAndDepths) {
@@ -132,7 +162,7 @@ TEST_F(TextureTest, KeepsItsNameOverExtentsAndDepths) {
     texture.releaseGL();
     EXPECT_FALSE(texture.textureName);
     EXPECT_EQ(glIsTexture(name), GL_FALSE);
-    EXPECT_EQ(texture.pixelCopy->size(), big.size()) << "the copy stays";
+    EXPECT_EQ(texture.pixelCopy()->size(), big.size()) << "the copy stays";
 }
 
 // Rows apart by more than their width, the last one without its padding, and rows that lie upwards in memory. A read
@@ -163,10 +193,10 @@ TEST_F(TextureTest, ReadsPaddedAndUpwardRowsAndNotAByteMore) {
                 else
                     EXPECT_EQ(inHostRange(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)), expand ? 16 : 8),
                               picture);
-                ASSERT_NE(texture.pixelCopy, nullptr);
-                EXPECT_GE(texture.pixelCopy->size(), picture.size());
+                ASSERT_NE(texture.pixelCopy(), nullptr);
+                EXPECT_GE(texture.pixelCopy()->size(), picture.size());
                 if (!upwards) {
-                    EXPECT_EQ(texture.pixelCopy->size(), 2 * apart);
+                    EXPECT_EQ(texture.pixelCopy()->size(), 2 * apart);
                 }
             }
 }
@@ -193,7 +223,7 @@ TEST_F(TextureTest, LoadsAPictureOrStaysWithoutAName) {
     EXPECT_EQ(texture.bitDepth, 8u);
     EXPECT_EQ(texture.rowBytes, 4);
     EXPECT_EQ(swizzle(), fromRgba);
-    EXPECT_EQ(*texture.pixelCopy, bytesOf<std::uint8_t>({10, 20, 30, 40}));
+    EXPECT_EQ(*texture.pixelCopy(), bytesOf<std::uint8_t>({10, 20, 30, 40}));
     for (const char* file : {"none.tga", "junk.png", ""}) {
         Texture none;
         EXPECT_EQ(none.loadImage(file), 0) << file;

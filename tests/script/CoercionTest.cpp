@@ -115,7 +115,7 @@ TEST_F(Coercion, MayEndWhatTheCallWasAbout) {
     EXPECT_FALSE(Context::Instance().FindRenderTarget(0).isUsable());
     EXPECT_EQ(Context::Instance().FindRenderTarget(0).width, 0u);
     EXPECT_FALSE(Context::Instance().FindTexture(0).textureName);
-    EXPECT_EQ(Context::Instance().FindTexture(0).pixelCopy, nullptr);
+    EXPECT_EQ(Context::Instance().FindTexture(0).pixelCopy(), nullptr);
     EXPECT_EQ(Context::Instance().FindSurface(0).width, 0u);
 }
 
