@@ -2,8 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <map>
 
 #include "cli/ChartCommand.h"
+#include "cli/PackCommand.h"
+#include "cli/ParamsCommand.h"
 #include "cli/RenderCommand.h"
 #include "cli/TextScanner.h"
 #include "cli/ToolError.h"
@@ -15,19 +18,21 @@ namespace {
 using Run = std::function<int()>;
 
 constexpr const char* kAbout =
-    "Renders shader effects at their author's desk.\n"
+    "Renders shader effects at their author's desk, and makes the modules that hosts load.\n"
     "\n"
     "An effect is a folder with a program fx.js, fragment shaders *.frag, a config.xml and whatever pictures it\n"
-    "needs. First steps:\n"
+    "needs, or the module that such a folder is packed into. First steps:\n"
     "\n"
     "  quillon chart -o chart.png\n"
     "  quillon render effects/glow -i chart.png -o glow.png\n"
+    "  quillon pack effects/glow -o glow.so\n"
     "\n"
     "Results go to standard output, words to standard error. Exit status: 0 when all went well, 1 when the effect\n"
     "or a file is at fault, 2 for a wrong command line.";
 
 constexpr const char* kRenderAbout =
-    "Renders an effect over a picture, or over a sequence of pictures, and prints the path of each that is written.";
+    "Renders an effect over a picture, or over a sequence of pictures, and prints the path of each that is written.\n"
+    "The effect runs as the module that hosts load, in a host that the tool plays.";
 
 constexpr const char* kRenderMore =
     "Pictures: PNG (8 or 16 bits), EXR and .argb are read and written; JPEG, BMP, GIF, PSD, Radiance HDR and TGA are\n"
@@ -47,32 +52,84 @@ constexpr const char* kRenderMore =
     "Sequences: with --frames the output's name has a place for the frame number, #### or %04d; the names of input\n"
     "and layers may have one, else the one picture serves all frames. Frame F stands at F / fps seconds.\n"
     "\n"
-    "  quillon render effects/lens -i shot.####.exr -o out/lens.####.exr --frames 1-100 --fps 24 --set k1=0.3";
+    "  quillon render effects/lens -i shot.####.exr -o out/lens.####.exr --frames 1-100 --fps 24 --set k1=0.3\n"
+    "\n"
+    "Hosts: the smart route gives the input's size, or what the effect asks for. The classic route, which Premiere "
+    "Pro\n"
+    "always takes, rounds as the hosts do: at full size its picture is a column and a row smaller, and Premiere Pro\n"
+    "shows it within a picture of the input's size. At --downsample N every picture is brought to 1/N of its size\n"
+    "first (the mean of N by N pixels, colours weighed by alpha); positions are still given in full-size pixels.\n"
+    "\n"
+    "A module is silent about faults. Each frame is therefore rehearsed by the tool's own engine, without filling\n"
+    "pixels, before the module renders it; what only goes wrong with pixels in their place is seen in the picture.";
 
-// WIDTHxHEIGHT into two numbers.
-void AddSize(CLI::App& command, std::uint32_t& width, std::uint32_t& height, const std::string& description) {
-    const auto read = [&width, &height](const std::string& text) {
+// Two numbers with a separator between them, each from `least` to 99999, into two places.
+template <class First, class Second>
+CLI::Option* AddPair(CLI::App& command, const char* option, char separator, int least, const char* form,
+                     const char* example, First& first, Second& second, const std::string& description) {
+    const auto read = [=, &first, &second](const std::string& text) {
         std::string_view rest = text;
-        const auto columns = TakeNumber(rest);
-        const bool hasRows = TakeText(rest, "x");
-        const auto rows = TakeNumber(rest);
-        const auto isExtent = [](const std::optional<int>& number) {
-            return number && *number > 0 && *number < 100000;
+        const auto left = TakeNumber(rest);
+        const bool isParted = TakeText(rest, std::string_view(&separator, 1));
+        const auto right = TakeNumber(rest);
+        const auto fits = [least](const std::optional<int>& number) {
+            return number && *number >= least && *number < 100000;
         };
-        if (!isExtent(columns) || !hasRows || !isExtent(rows) || !rest.empty()) {
-            throw CLI::ValidationError("--size " + text, "write it as WIDTHxHEIGHT, as in 1920x1080");
+        if (!fits(left) || !isParted || !fits(right) || !rest.empty()) {
+            throw CLI::ValidationError(std::string(option) + " " + text,
+                                       std::string("write it as ") + form + ", as in " + example);
         }
-        width = static_cast<std::uint32_t>(*columns);
-        height = static_cast<std::uint32_t>(*rows);
+        first = static_cast<First>(*left);
+        second = static_cast<Second>(*right);
     };
-    command.add_option_function<std::string>("--size", read, description)->type_name("WIDTHxHEIGHT");
+    return command.add_option_function<std::string>(option, read, description)->type_name(form);
+}
+
+void AddSize(CLI::App& command, const char* option, std::uint32_t& width, std::uint32_t& height,
+             const std::string& description) {
+    AddPair(command, option, 'x', 1, "WIDTHxHEIGHT", "1920x1080", width, height, description);
+}
+
+void AddHost(CLI::App& command, RenderOptions& options) {
+    const std::map<std::string, host::HostKind> hosts = {{"after-effects", host::HostKind::afterEffects},
+                                                         {"premiere", host::HostKind::premiere}};
+    const std::map<std::string, host::Route> routes = {{"smart", host::Route::smart},
+                                                       {"classic", host::Route::classic}};
+    const auto oneOf = [](const auto& choices) {
+        std::vector<std::string> names;
+        for (const auto& [name, value] : choices) names.push_back(name);
+        return CLI::IsMember(names);
+    };
+    command
+        .add_option_function<std::string>(
+            "--host", [hosts, &options](const std::string& name) { options.host = hosts.at(name); },
+            "The host that is played: after-effects or premiere; default after-effects")
+        ->check(oneOf(hosts))
+        ->type_name("HOST");
+    AddPair(command, "--host-version", '.', 0, "MAJOR.MINOR", "13.9", options.hostVersionMajor,
+            options.hostVersionMinor, "The version of the effect interface that it speaks; default 13.9");
+    command
+        .add_option_function<std::string>(
+            "--route", [routes, &options](const std::string& name) { options.route = routes.at(name); },
+            "How After Effects renders: smart or classic; default smart")
+        ->check(oneOf(routes))
+        ->type_name("ROUTE");
+    command
+        .add_option("--downsample", options.downsample,
+                    "Renders at 1/N of the size, as a host's preview does: 1 to 64; default 1")
+        ->check(CLI::Range(1, 64))
+        ->type_name("N");
+    AddPair(command, "--pixel-aspect", '/', 1, "NUM/DEN", "16/15", options.pixelAspect.num, options.pixelAspect.den,
+            "Width to height of a pixel, of layer and composition; default 1/1");
+    AddSize(command, "--comp", options.compWidth, options.compHeight,
+            "Extent of the composition around the layer; default: the input's");
 }
 
 void AddRender(CLI::App& app, Run& run) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App& command = *app.add_subcommand("render", kRenderAbout);
     command.footer(kRenderMore);
-    command.add_option("EFFECT", options->effect, "The effect's folder")->required()->type_name("");
+    command.add_option("EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
     command.add_option("-i,--input", options->input, "The picture that the effect is applied to")
         ->required()
         ->type_name("FILE");
@@ -97,10 +154,11 @@ void AddRender(CLI::App& app, Run& run) {
                               ->type_name("FIRST-LAST[xSTEP]");
     command.add_option("--fps", options->framesPerSecond, "Frames per second of the sequence; default 25")
         ->needs(frames)
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(0.001, 100000.0))
         ->type_name("NUMBER");
-    AddSize(command, options->rawWidth, options->rawHeight,
+    AddSize(command, "--size", options->rawWidth, options->rawHeight,
             "Extent of .argb pictures that are read, which need --depth too");
+    AddHost(command, *options);
     command.callback([&run, options] { run = [options] { return RunRender(*options); }; });
 }
 
@@ -111,8 +169,31 @@ void AddChart(CLI::App& app, Run& run) {
     command.add_option("-o,--output", options->output, "Where it goes: .png, .exr or .argb (8 bits)")
         ->required()
         ->type_name("FILE");
-    AddSize(command, options->width, options->height, "Its extent in pixels; default 960x540");
+    AddSize(command, "--size", options->width, options->height, "Its extent in pixels; default 960x540");
     command.callback([&run, options] { run = [options] { return RunChart(*options); }; });
+}
+
+void AddParams(CLI::App& app, Run& run) {
+    auto options = std::make_shared<ParamsOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "params", "Lists the effect's controls as its host has got them, in the host's order, with every field.");
+    command.add_option("EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    command.add_flag("--json", options->isJson, "As a JSON array of objects, for programs");
+    command.callback([&run, options] { run = [options] { return RunParams(*options); }; });
+}
+
+void AddPack(CLI::App& app, Run& run) {
+    auto options = std::make_shared<PackOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "pack",
+        "Makes the module that a host loads, from an effect's folder, and prints its path. What looks wrong in\n"
+        "config.xml is told as warnings. Scripts and shaders are taken as they are; render tells what is wrong with\n"
+        "them.");
+    command.add_option("FOLDER", options->folder, "The effect's folder")->required()->type_name("");
+    command.add_option("-o,--output", options->output, "The module: a name that ends in .so")
+        ->required()
+        ->type_name("MODULE");
+    command.callback([&run, options] { run = [options] { return RunPack(*options); }; });
 }
 
 }  // namespace
@@ -123,6 +204,8 @@ int RunCommandLine(int argc, char** argv) {
     app.set_version_flag("--version", "quillon " QUILLON_VERSION);
     app.require_subcommand(0, 1);
     AddRender(app, run);
+    AddParams(app, run);
+    AddPack(app, run);
     AddChart(app, run);
     try {
         app.parse(argc, argv);

@@ -20,6 +20,16 @@ std::string ListNames(const std::vector<Control>& controls) {
 
 }  // namespace
 
+std::vector<Control> ControlsOf(const std::vector<Parameter>& declarations) {
+    std::vector<Control> controls;
+    for (const Parameter& declared : declarations) {
+        const bool isOfAKind = declared.kind > UNKNOWN && declared.kind <= ANGLE;
+        if (!isOfAKind || (declared.flags & ParameterFlag::hidden) != 0) continue;
+        controls.push_back({static_cast<std::int32_t>(controls.size() + 1), declared});
+    }
+    return controls;
+}
+
 const Control& FindControl(const std::vector<Control>& controls, std::string_view name) {
     const auto byName = std::find_if(controls.begin(), controls.end(),
                                      [&](const Control& control) { return control.declared.uniformName == name; });

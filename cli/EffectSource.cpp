@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include "cli/SourceChecks.h"
 #include "packer/PackageError.h"
+#include "packer/PackageReader.h"
 
 namespace quillon::cli {
 
@@ -18,16 +20,9 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right) {
                       [&](char a, char b) { return lower(a) == lower(b); });
 }
 
-struct RequiredFile {
-    const char* name;
-    Diagnostic::Kind kind;
-    Diagnostics (*check)(const std::string& path, std::string_view content);
-};
-
-constexpr RequiredFile kRequiredFiles[] = {
-    {"config.xml", Diagnostic::Kind::config, CheckConfig},
-    {"fx.js", Diagnostic::Kind::script, CheckScriptEncoding},
-};
+std::string_view ContentOf(const PackageFile& file) {
+    return {reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size()};
+}
 
 }  // namespace
 
@@ -46,30 +41,28 @@ std::string EffectSource::textOf(std::string_view name) const {
 
 std::string EffectSource::pathOf(std::string_view name) const {
     const PackageFile* file = find(name);
-    return (folder / (file ? std::string_view(file->name) : name)).string();
+    return (path / (file ? std::string_view(file->name) : name)).string();
 }
 
-EffectSource ReadEffectSource(const std::filesystem::path& folder) {
+EffectSource ReadEffectSource(const std::filesystem::path& path) {
     std::error_code ignored;
-    if (!std::filesystem::exists(folder, ignored)) {
+    if (!std::filesystem::exists(path, ignored)) {
         throw Fault(
-            fmt::format("{}: no such effect; give the folder that holds its fx.js and config.xml", folder.string()));
-    }
-    if (!std::filesystem::is_directory(folder, ignored)) {
-        throw Fault(fmt::format("{}: is not a folder; give the folder that holds the effect's fx.js and config.xml",
-                                folder.string()));
+            fmt::format("{}: no such effect; give the folder that holds its fx.js and config.xml, or a packed module",
+                        path.string()));
     }
     try {
-        return {folder, ReadEffectFolder(folder)};
+        if (std::filesystem::is_directory(path, ignored)) return {path, ReadEffectFolder(path)};
+        return {path, ReadPackage(path), /*isModule=*/true};
     } catch (const PackageError& error) {
-        throw PackageFault(folder, error);
+        throw PackageFault(path, error);
     }
 }
 
-// The words begin with the path of the folder or of a file in it, when there is one to name.
-ToolError PackageFault(const std::filesystem::path& folder, const PackageError& error) {
+// The words begin with the path of the effect or of a file in it, when there is one to name.
+ToolError PackageFault(const std::filesystem::path& path, const PackageError& error) {
     const std::string_view words = error.what();
-    Diagnostic diagnostic{.path = folder.string(), .text = std::string(words), .kind = Diagnostic::Kind::package};
+    Diagnostic diagnostic{.path = path.string(), .text = std::string(words), .kind = Diagnostic::Kind::package};
     const std::size_t pathEnd = words.find(": ");
     if (words.starts_with(diagnostic.path) && pathEnd != std::string_view::npos) {
         diagnostic.path = words.substr(0, pathEnd);
@@ -78,18 +71,26 @@ ToolError PackageFault(const std::filesystem::path& folder, const PackageError& 
     return EffectFault({diagnostic});
 }
 
-Diagnostics CheckSource(const EffectSource& source) {
+Diagnostics CheckPackage(const EffectSource& source) {
+    constexpr std::pair<const char*, Diagnostic::Kind> kRequired[] = {{"config.xml", Diagnostic::Kind::config},
+                                                                      {"fx.js", Diagnostic::Kind::package}};
     Diagnostics diagnostics;
-    for (const RequiredFile& required : kRequiredFiles) {
-        const std::string path = source.pathOf(required.name);
-        const PackageFile* file = source.find(required.name);
-        if (!file) {
-            diagnostics.push_back(
-                {.path = path, .text = "no such file; every effect needs one", .kind = required.kind});
-            continue;
-        }
-        const auto found =
-            required.check(path, {reinterpret_cast<const char*>(file->bytes.data()), file->bytes.size()});
+    for (const auto& [name, kind] : kRequired) {
+        if (source.find(name)) continue;
+        diagnostics.push_back(
+            {.path = source.pathOf(name), .text = "no such file; every effect needs one", .kind = kind});
+    }
+    if (const PackageFile* config = source.find("config.xml")) {
+        const Diagnostics found = CheckConfig(source.pathOf("config.xml"), ContentOf(*config));
+        diagnostics.insert(diagnostics.end(), found.begin(), found.end());
+    }
+    return diagnostics;
+}
+
+Diagnostics CheckSource(const EffectSource& source) {
+    Diagnostics diagnostics = CheckPackage(source);
+    if (const PackageFile* script = source.find("fx.js")) {
+        const Diagnostics found = CheckScriptEncoding(source.pathOf("fx.js"), ContentOf(*script));
         diagnostics.insert(diagnostics.end(), found.begin(), found.end());
     }
     return diagnostics;

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
+
 #include "cli/EffectSource.h"
+#include "host/EffectModule.h"
 
 namespace quillon::cli {
 
-// The effect packed behind the tool's template module, under a temporary name, and loaded as a host would load it.
-// Stays loaded to the end of the process; the file goes with the object.
+// An effect loaded as a host loads it: from the module that the user gave, or from one that its folder is packed into,
+// under a temporary name. Stays loaded to the end of the process.
 class PackedModule {
 public:
     // Throws EffectFault when the effect cannot be packed, and a Fault when the module cannot be made or loaded.
@@ -14,12 +18,14 @@ public:
     PackedModule(const PackedModule&) = delete;
     PackedModule& operator=(const PackedModule&) = delete;
 
-    // The system's handle of the module.
-    void* handle() const { return loaded; }
+    const host::EffectModule& effect() const { return *loaded; }
+
+    // Of the temporary module, whose effect has been started: it reads its file no more. The object's end does it too.
+    void removeFile();
 
 private:
-    std::filesystem::path folder;
-    void* loaded = nullptr;
+    std::filesystem::path folder;  // temporary; empty when the user's own module is loaded
+    std::optional<host::EffectModule> loaded;
 };
 
 }  // namespace quillon::cli

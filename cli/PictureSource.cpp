@@ -1,5 +1,8 @@
 #include "cli/PictureSource.h"
 
+#include <utility>
+
+#include "cli/Downsample.h"
 #include "cli/FrameRange.h"
 
 namespace quillon::cli {
@@ -9,19 +12,32 @@ std::uint32_t PictureSource::bitDepthAt(std::int32_t frame) {
     return fileBitDepth;
 }
 
-const Picture& PictureSource::at(std::int32_t frame, std::uint32_t bitDepth) {
+PictureExtent PictureSource::fullExtentAt(std::int32_t frame) {
     load(frame);
+    return fullExtent;
+}
+
+std::shared_ptr<host::World> PictureSource::at(std::int32_t frame, std::uint32_t bitDepth) {
+    load(frame);
+    if (world) return world;
+    Picture picture = std::exchange(loaded, {});
     const SampleFormat format = HostFormat(bitDepth);
-    if (loaded.format != format || loaded.order != ChannelOrder::argb) {
-        loaded = Convert(loaded, format, ChannelOrder::argb);
+    if (picture.format != format || picture.order != ChannelOrder::argb) {
+        picture = Convert(picture, format, ChannelOrder::argb);
     }
-    return loaded;
+    if (reduction > 1) picture = Downsample(picture, reduction);
+    world = std::make_shared<host::World>(static_cast<A_long>(picture.width), static_cast<A_long>(picture.height),
+                                          static_cast<int>(bitDepth));
+    world->write(picture.pixels);
+    return world;
 }
 
 void PictureSource::load(std::int32_t frame) {
     const std::filesystem::path wanted = PathOfFrame(path, frame);
     if (wanted == loadedPath) return;
     loaded = ReadPicture(wanted, layout);
+    fullExtent = {loaded.width, loaded.height};
+    world.reset();
     fileBitDepth = BitDepth(loaded.format);
     loadedPath = wanted;
 }

@@ -5,87 +5,21 @@
 #include <cstdio>
 #include <utility>
 
-#include "cli/EffectSession.h"
-#include "cli/FrameRange.h"
+#include "cli/LoadedEffect.h"
+#include "cli/OwnEngine.h"
 #include "cli/PictureFormat.h"
-#include "cli/PictureSource.h"
 #include "cli/ProgressBar.h"
+#include "cli/RenderPlan.h"
 
 namespace quillon::cli {
 
 namespace {
 
-// NAME=VALUE; the value may hold further equals signs.
-std::pair<std::string, std::string> SplitAssignment(const char* option, const std::string& text) {
-    const std::size_t equals = text.find('=');
-    if (equals == std::string::npos || equals == 0) {
-        throw WrongCommandLine(fmt::format("{} {}: write it as NAME=VALUE", option, text));
-    }
-    return {text.substr(0, equals), text.substr(equals + 1)};
+EffectSource ReadChecked(const std::filesystem::path& path) {
+    EffectSource source = ReadEffectSource(path);
+    ThrowIfAny(CheckSource(source));
+    return source;
 }
-
-struct LayerInput {
-    std::string name;
-    PictureSource pictures;
-};
-
-// Everything about the command line that can be told before the effect is loaded.
-class Plan {
-public:
-    explicit Plan(const RenderOptions& options) : range(ReadRange(options)) {
-        RequireWritable(options.output);
-        requirePattern(options.output);
-        if (range && range->first + range->step <= range->last && !FindFramePattern(options.output)) {
-            throw WrongCommandLine(
-                fmt::format("{}: all frames would be written to one file; put #### or %04d into "
-                            "its name",
-                            options.output.string()));
-        }
-        const RawLayout layout{options.rawWidth, options.rawHeight, options.depth};
-        checkInput(options.input, layout);
-        bool hasRaw = IsRawPicture(options.input);
-        for (const std::string& text : options.layers) {
-            auto [name, file] = SplitAssignment("--layer", text);
-            checkInput(file, layout);
-            hasRaw = hasRaw || IsRawPicture(file);
-            layers.push_back({name, PictureSource(file, layout)});
-        }
-        if (layout.width != 0 && !hasRaw) {
-            throw WrongCommandLine("--size is for .argb pictures; others know their size");
-        }
-    }
-
-    std::vector<std::int32_t> frames() const { return range ? range->frames() : std::vector<std::int32_t>{0}; }
-
-    std::optional<FrameRange> range;  // nothing: one moment
-    std::vector<LayerInput> layers;
-
-private:
-    static std::optional<FrameRange> ReadRange(const RenderOptions& options) {
-        if (options.frames.empty()) return {};
-        const auto range = ParseFrameRange(options.frames);
-        if (!range) {
-            throw WrongCommandLine(fmt::format(
-                "--frames {}: write it as FIRST-LAST or FIRST-LASTxSTEP, as in 1-100 or 0-48x2", options.frames));
-        }
-        return range;
-    }
-
-    void requirePattern(const std::filesystem::path& path) const {
-        if (FindFramePattern(path) && !range) {
-            throw WrongCommandLine(
-                fmt::format("{}: has a place for the frame number; say which frames with --frames", path.string()));
-        }
-    }
-
-    void checkInput(const std::filesystem::path& path, const RawLayout& layout) const {
-        requirePattern(path);
-        if (IsRawPicture(path) && (layout.width == 0 || layout.bitDepth == 0)) {
-            throw WrongCommandLine(
-                fmt::format("{}: a raw buffer says nothing of itself; give --size and --depth", path.string()));
-        }
-    }
-};
 
 // All that one frame of the command needs.
 class Renderer {
@@ -93,26 +27,25 @@ public:
     explicit Renderer(const RenderOptions& renderOptions)
         : options(renderOptions),
           plan(options),
-          session(ReadEffectSource(options.effect)),
-          input(options.input, {options.rawWidth, options.rawHeight, options.depth}) {
-        for (const std::string& text : options.values) {
-            const auto [name, value] = SplitAssignment("--set", text);
-            const Control& control = FindControl(session.controls(), name);
-            session.set(control, ParseControlValue(control.declared, value));
+          frames(plan.frames()),
+          source(ReadChecked(options.effect)),
+          effect(std::move(source), plan.settings(plan.input.fullExtentAt(frames.front()))) {
+        for (const auto& [name, text] : plan.values) {
+            const Control& control = FindControl(effect.controls(), name);
+            effect.set(control, ParseControlValue(control.declared, text));
         }
-        for (LayerInput& layer : plan.layers) {
-            const Control& control = FindControl(session.controls(), layer.name);
+        for (const RenderPlan::Layer& layer : plan.layers) {
+            const Control& control = FindControl(effect.controls(), layer.name);
             if (control.declared.kind != LAYER) {
                 throw WrongCommandLine(fmt::format("{}: is not a layer; set it with --set", layer.name));
             }
-            layerIndices.push_back(control.index);
+            layerControls.push_back(&control);
         }
-        const std::vector<std::int32_t> frames = plan.frames();
-        bitDepth = options.depth != 0 ? options.depth : input.bitDepthAt(frames.front());
+        bitDepth = options.depth != 0 ? options.depth : plan.input.bitDepthAt(frames.front());
+        warn();
     }
 
     void run() {
-        const std::vector<std::int32_t> frames = plan.frames();
         ProgressBar progress(frames.size());
         for (const std::int32_t frame : frames) {
             const std::filesystem::path output = PathOfFrame(options.output, frame);
@@ -131,20 +64,44 @@ public:
 
 private:
     Picture render(std::int32_t frame) {
-        FrameRequest request;
-        request.timeSeconds = plan.range ? frame / options.framesPerSecond : options.timeSeconds;
-        request.input = &input.at(frame, bitDepth);
+        FrameInput input;
+        input.time = plan.timeOf(frame);
+        input.fullExtent = plan.input.fullExtentAt(frame);
+        input.picture = plan.input.at(frame, bitDepth);
         for (std::size_t i = 0; i < plan.layers.size(); ++i) {
-            request.layers.emplace_back(layerIndices[i], &plan.layers[i].pictures.at(frame, bitDepth));
+            input.layers.emplace_back(layerControls[i], plan.layers[i].pictures.at(frame, bitDepth));
         }
-        return session.render(request);
+        return effect.render(input);
+    }
+
+    // Where an artist's host would not do what is done here, since the effect's flags tell it otherwise.
+    void warn() const {
+        if (options.host != host::HostKind::afterEffects) return;
+        const std::string config = effect.pathOf("config.xml");
+        const auto say = [&](const std::string& text) {
+            fmt::print(stderr, "{}\n",
+                       FormatDiagnostic({.path = config,
+                                         .severity = Diagnostic::Severity::warning,
+                                         .text = text,
+                                         .kind = Diagnostic::Kind::config}));
+        };
+        const std::uint32_t flags = OwnEngine::Flags(), flags2 = OwnEngine::Flags2();
+        if (options.route != host::Route::classic && (flags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
+            say("FLAGS2 lacks 1024, so that hosts take the classic route; 5120 is what it should be");
+        if ((bitDepth == 16 && (flags & PF_OutFlag_DEEP_COLOR_AWARE) == 0) ||
+            (bitDepth == 32 && (flags2 & PF_OutFlag2_FLOAT_COLOR_AWARE) == 0))
+            say(fmt::format(
+                "FLAGS and FLAGS2 do not allow {} bits, which After Effects would not use; 33554464 and 5120 "
+                "allow all depths",
+                bitDepth));
     }
 
     const RenderOptions& options;
-    Plan plan;
-    EffectSession session;
-    PictureSource input;
-    std::vector<std::uint32_t> layerIndices;  // of plan.layers
+    RenderPlan plan;
+    std::vector<std::int32_t> frames;
+    EffectSource source;  // until the effect takes it
+    LoadedEffect effect;
+    std::vector<const Control*> layerControls;  // of plan.layers
     std::uint32_t bitDepth = 0;
 };
 

@@ -72,17 +72,30 @@ std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files) {
     return archive;
 }
 
-std::vector<std::byte> Scramble(std::span<const std::byte> archive) {
-    std::vector<std::byte> scrambled(archive.begin(), archive.end());
+namespace {
+
+// Both ways are the same exclusive or; the key follows the plain bytes, wherever those stand.
+std::vector<std::byte> Chain(std::span<const std::byte> from, bool isFromPlain) {
+    std::vector<std::byte> result(from.begin(), from.end());
     KeySchedule schedule;
-    for (std::size_t at = 0; at < archive.size(); at += 4) {
+    for (std::size_t at = 0; at < from.size(); at += 4) {
         // The last word may be a part of one, with zeros for the rest.
-        const std::size_t count = std::min<std::size_t>(4, archive.size() - at);
-        const std::uint32_t plain = word(archive.data() + at, static_cast<int>(count));
-        for (std::size_t i = 0; i < count; ++i) scrambled[at + i] ^= static_cast<std::byte>(schedule.key >> (8 * i));
-        schedule.advance(plain);
+        const std::size_t count = std::min<std::size_t>(4, from.size() - at);
+        for (std::size_t i = 0; i < count; ++i) result[at + i] ^= static_cast<std::byte>(schedule.key >> (8 * i));
+        const std::byte* const plain = (isFromPlain ? from.data() : result.data()) + at;
+        schedule.advance(word(plain, static_cast<int>(count)));
     }
-    return scrambled;
+    return result;
+}
+
+}  // namespace
+
+std::vector<std::byte> Scramble(std::span<const std::byte> archive) {
+    return Chain(archive, /*isFromPlain=*/true);
+}
+
+std::vector<std::byte> Unscramble(std::span<const std::byte> scrambled) {
+    return Chain(scrambled, /*isFromPlain=*/false);
 }
 
 }  // namespace quillon

@@ -15,4 +15,7 @@ std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files);
 // The archive as the module carries it: BlobReader undoes this. As many bytes as came in.
 std::vector<std::byte> Scramble(std::span<const std::byte> archive);
 
+// The way back.
+std::vector<std::byte> Unscramble(std::span<const std::byte> scrambled);
+
 }  // namespace quillon

@@ -65,6 +65,8 @@ const FaultCase kCases[] = {
     {"entry_point_that_is_only_named", kGood + "// no preRender here\n", kCopyFragment,
      "fx/fx.js: error: no preRender(), though its name stands in the file, so that none is supplied; define it, or do "
      "not name it [script]\n"},
+    {"error_in_the_panel", kGood + "function updateUIFlags() {\n  c();\n}\n", kCopyFragment,
+     "fx/fx.js:8: error: updateUIFlags: ReferenceError: identifier 'c' undefined [script]\n"},
     {"output_beyond_the_driver", kGood + "function preRender() { QL_setOutputExtent(-1, 1); }\n", kCopyFragment,
      "fx/fx.js: error: preRender: asks for an output of -1x1 pixels; the graphics driver takes 1 to 16384 in each "
      "direction [render]\n"},
@@ -114,12 +116,14 @@ class FolderFaults : public ToolTest {};
 TEST_F(FolderFaults, AreToldForFilesThatAreMissingOrDoNotFit) {
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
     const std::string render = " -i in.argb --size 1x1 --depth 8 -o out.png";
-    EXPECT_EQ(run("render nowhere" + render).err,
-              "quillon: error: nowhere: no such effect; give the folder that holds its fx.js and config.xml\n");
+    EXPECT_EQ(
+        run("render nowhere" + render).err,
+        "quillon: error: nowhere: no such effect; give the folder that holds its fx.js and config.xml, or a packed "
+        "module\n");
     std::filesystem::create_directory(pathOf("fx"));
     EXPECT_EQ(run("render ./fx/" + render).err,
               "./fx/config.xml: error: no such file; every effect needs one [config]\n"
-              "./fx/fx.js: error: no such file; every effect needs one [script]\n");
+              "./fx/fx.js: error: no such file; every effect needs one [package]\n");
     addEffect("fx", {{"FX.js", "var a;"}});
     EXPECT_EQ(run("render fx" + render).err, "fx/FX.js: error: no setup(); every effect needs one [script]\n");
     std::filesystem::create_directory(pathOf("fx/more"));

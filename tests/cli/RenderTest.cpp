@@ -241,7 +241,15 @@ constexpr WrongLine kWrongLines[] = {
     {"render fx -i a.png -o out.jpg", "out.jpg: pictures are written as .png, .exr or .argb"},
     {"render fx -i a.png -o out", "out: pictures are written as"},
     {"render fx -i a.png -o out.png --depth 10", "--depth"},
-    {"render fx -i a.png -o out.png --route smart", "--route"},
+    {"render fx -i a.png -o out.png --route fast", "--route"},
+    {"render fx -i a.png -o out.png --route smart --host premiere", "--route smart: Premiere Pro"},
+    {"render fx -i a.png -o out.png --host paint", "--host"},
+    {"render fx -i a.png -o out.png --host-version 13", "--host-version 13: write it as MAJOR.MINOR"},
+    {"render fx -i a.png -o out.png --host-version 12.5", "12.5: After Effects is played from 13.0 on"},
+    {"render fx -i a.png -o out.png --downsample 0", "--downsample"},
+    {"render fx -i a.png -o out.png --pixel-aspect 1/0", "--pixel-aspect 1/0: write it as NUM/DEN"},
+    {"render fx -i a.png -o out.png --comp 0x2", "--comp 0x2: write it as WIDTHxHEIGHT"},
+    {"render fx -i a.png -o out.png --time 1e9", "--time: a host's moments lie within"},
     {"render fx -i a.png -o out.png more", "more"},
     {"render fx -i a.argb -o out.png --depth 8", "a.argb: a raw buffer says nothing of itself"},
     {"render fx -i a.argb -o out.png --size 2x2", "a.argb: a raw buffer says nothing of itself"},
@@ -260,6 +268,9 @@ constexpr WrongLine kWrongLines[] = {
     {"render fx -i a.png -o out##%d.png --frames 1-2", "more than one place"},
     {"render fx -i a.png -o out.png --layer m", "--layer m: write it as NAME=VALUE"},
     {"chart", "--output is required"},
+    {"pack fx", "--output is required"},
+    {"pack fx -o fx.dll", "fx.dll: modules end in .so"},
+    {"params", "EFFECT is required"},
     {"chart -o out.png --size big", "WIDTHxHEIGHT"},
 };
 
@@ -274,7 +285,7 @@ TEST_F(Render, WrongCommandLinesEndWithTwoAndSayWhatIsWrong) {
 }
 
 TEST_F(Render, HelpAndVersionGoToStandardOutput) {
-    for (const char* arguments : {"--help", "render --help", "chart -h", "--version"}) {
+    for (const char* arguments : {"--help", "render --help", "chart -h", "pack -h", "params -h", "--version"}) {
         const ToolRun result = run(arguments);
         EXPECT_EQ(result.status, 0) << arguments;
         EXPECT_EQ(result.err, "") << arguments;

@@ -6,7 +6,9 @@
 #include <iterator>
 #include <sstream>
 
+#include "packer/Archive.h"
 #include "packer/PackageError.h"
+#include "packer/PackageReader.h"
 #include "support/TestEffect.h"
 
 namespace quillon::test {
@@ -59,6 +61,44 @@ TEST_F(ModuleWriterTest, LeavesNothingBehindWhenItFails) {
     fs::create_directories(output / "in the way");
     EXPECT_THROW(write(output, image, "package"), PackageError);
     EXPECT_EQ(filesLeft(), 2);
+}
+
+struct DamageCase {
+    const char* name;
+    void (*damage)(std::vector<std::byte>& archive);
+    const char* words;  // empty: it is read
+};
+
+const DamageCase kDamageCases[] = {
+    {"none", [](auto&) {}, ""},
+    {"empty package", [](auto& archive) { archive.clear(); }, "carries no package"},
+    {"no archive", [](auto& archive) { archive.resize(archive.size() - 1); }, "its package is damaged"},
+    {"a file's content", [](auto& archive) { archive[30 + 4] ^= std::byte{1}; }, "'a.js' in its package is damaged"},
+};
+
+TEST_F(ModuleWriterTest, GivesThePackageBackOrSaysWhatIsDamaged) {
+    const std::string text = "some text, some text";
+    const auto* const bytes = reinterpret_cast<const std::byte*>(text.data());
+    const std::vector<PackageFile> files = {{"a.js", {bytes, bytes + text.size()}}, {"b", {}}};
+    put(image, std::string(40, 'i'));
+    EXPECT_THROW(ReadPackage(image), PackageError);
+    for (const DamageCase& row : kDamageCases) {
+        std::vector<std::byte> archive = WriteArchive(files);
+        row.damage(archive);
+        WriteModule(output, image, Scramble(archive));
+        try {
+            const auto read = ReadPackage(output);
+            EXPECT_STREQ(row.words, "") << row.name;
+            ASSERT_EQ(read.size(), files.size());
+            for (std::size_t i = 0; i < files.size(); ++i) {
+                EXPECT_EQ(read[i].name, files[i].name);
+                EXPECT_EQ(read[i].bytes, files[i].bytes);
+            }
+        } catch (const PackageError& error) {
+            EXPECT_NE(std::string(error.what()).find(*row.words ? row.words : "nothing"), std::string::npos)
+                << row.name << ": " << error.what();
+        }
+    }
 }
 
 }  // namespace

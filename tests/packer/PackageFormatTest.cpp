@@ -52,6 +52,7 @@ TEST(PackageFormatTest, IsWrittenAndReadAsThePageShows) {
 
     EXPECT_EQ(WriteArchive(ReadEffectFolder(effect)), dumps["archive"]);
     EXPECT_EQ(Scramble(dumps["archive"]), dumps["scrambled"]);
+    EXPECT_EQ(Unscramble(dumps["scrambled"]), dumps["archive"]);
     WriteModule(module, QUILLON_CARRIER, dumps["scrambled"]);
     Bytes end = dumps["scrambled"];
     end.insert(end.end(), dumps["trailer"].begin(), dumps["trailer"].end());

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/HostSession.h"
+
+namespace quillon::cli {
+
+// A frame as it came out of the effect.
+struct HostFrame {
+    host::FrameResult result;
+    bool isInput = false;  // the effect had no frame of its own and handed its input on
+};
+
+// One effect in a host, with one instance of it: what happens to an artist's effect from its start to its frames.
+// What a host would not go on after is thrown as std::runtime_error.
+class HostRun {
+public:
+    HostRun(host::EffectModule effect, const host::HostSettings& settings);
+    HostRun(const HostRun&) = delete;
+    HostRun& operator=(const HostRun&) = delete;
+
+    // The effect's start, and the list of its controls.
+    void start() { session.start(); }
+    const std::vector<PF_ParamDef>& parameters() const { return session.parameters(); }
+
+    // The effect on a layer, and the panel of its controls shown.
+    void apply() { applied = &session.apply(); }
+    host::HostInstance& instance() { return *applied; }
+    // After its values have changed.
+    void updatePanel();
+    HostFrame render(const host::FrameRequest& request);
+
+    // What the effect did that no effect may do.
+    std::vector<std::string> violations() const { return session.violations(); }
+
+private:
+    host::HostSession session;
+    host::HostInstance* applied = nullptr;
+    bool hasCopied = false;
+};
+
+}  // namespace quillon::cli

@@ -1,0 +1,123 @@
+#include "cli/IdentityChecks.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <rapidxml/rapidxml.hpp>
+#include <string_view>
+
+namespace quillon::cli {
+
+namespace {
+
+using Node = rapidxml::xml_node<char>;
+
+// The flags that the module's own description promises to hosts, and those that are added to FLAGS whatever it says.
+constexpr std::uint32_t kPromisedFlags = 0x06008025;
+constexpr std::uint32_t kAddedFlags = 0x04008005;
+constexpr std::uint32_t kPromisedFlags2 = 0x1400;
+
+struct Key {
+    const char* name;
+    bool isNumber;
+    long mostKept;  // of a version's part, what the host is told; 0: no such limit
+};
+
+constexpr Key kKeys[] = {{"MAJOR_VERSION", true, 63}, {"MINOR_VERSION", true, 15}, {"BUILD_VERSION", true, 511},
+                         {"STAGE_VERSION", true, 3},  {"FLAGS", true, 0},          {"FLAGS2", true, 0},
+                         {"ABOUT", false, 0},         {"FXNAME", false, 0},        {"AGEP_ID", false, 0}};
+
+bool IsDecimal(std::string_view text) {
+    const auto isBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    if (!text.empty() && (text.front() == '+' || text.front() == '-')) text.remove_prefix(1);
+    return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+}
+
+class Checker {
+public:
+    explicit Checker(const EffectSource& source)
+        : path(source.pathOf("config.xml")), content(source.textOf("config.xml")) {
+        text = content;
+        document.parse<0>(text.data());
+    }
+
+    Diagnostics check() {
+        std::string missing;
+        for (const Key& key : kKeys) {
+            const Node* node = document.first_node(key.name);
+            if (!node) {
+                missing += (missing.empty() ? "" : ", ") + std::string(key.name);
+                continue;
+            }
+            if (const Node* again = node->next_sibling(key.name))
+                warn(again, fmt::format("{} stands here again; the first one counts", key.name));
+            if (key.isNumber) checkNumber(key, *node);
+        }
+        if (const Node* root = findRoot()) {
+            warn(root, fmt::format("the keys stand inside of <{}>, where nobody looks; take that element away",
+                                   std::string_view(root->name(), root->name_size())));
+        } else if (!missing.empty()) {
+            warn(nullptr, fmt::format("no {}; numbers that are missing are 0, texts empty", missing));
+        }
+        return std::move(warnings);
+    }
+
+private:
+    void warn(const Node* node, const std::string& words) {
+        // Names stay where they were read, though the parser changes the text around them.
+        const auto at = node ? node->name() - text.data() : 0;
+        const auto line = node ? 1 + static_cast<int>(std::count(content.begin(), content.begin() + at, '\n')) : 0;
+        warnings.push_back({.path = path,
+                            .line = line,
+                            .severity = Diagnostic::Severity::warning,
+                            .text = words,
+                            .kind = Diagnostic::Kind::config});
+    }
+
+    // An element that is no key and holds one.
+    const Node* findRoot() {
+        for (const Node* node = document.first_node(); node; node = node->next_sibling()) {
+            const auto holds = [node](const Key& key) { return node->first_node(key.name) != nullptr; };
+            if (node->name_size() != 0 && std::ranges::any_of(kKeys, holds)) return node;
+        }
+        return nullptr;
+    }
+
+    void checkNumber(const Key& key, const Node& node) {
+        const std::string value(node.value(), node.value_size());
+        const long number = std::strtol(value.c_str(), nullptr, 10);
+        if (!IsDecimal(value)) {
+            warn(&node, fmt::format("{}: \"{}\" is no decimal number; it is read as {}", key.name, value, number));
+        }
+        const auto word = static_cast<std::uint32_t>(number);
+        const std::string_view name = key.name;
+        if (key.mostKept != 0 && (number < 0 || number > key.mostKept)) {
+            warn(&node, fmt::format("{}: hosts are told 0 to {} and get {} cut off to {}", name, key.mostKept, number,
+                                    number & key.mostKept));
+        }
+        if (name == "FLAGS" && (word | kAddedFlags) != kPromisedFlags) {
+            warn(&node,
+                 fmt::format("FLAGS: {} does not agree with the module, which promises 33554464 to hosts", number));
+        }
+        if (name == "FLAGS2" && word != kPromisedFlags2) {
+            warn(&node, fmt::format("FLAGS2: {} does not agree with the module, which promises 5120 to hosts", number));
+        }
+    }
+
+    std::string path;
+    std::string content;
+    std::string text;  // what the tree points into
+    rapidxml::xml_document<char> document;
+    Diagnostics warnings;
+};
+
+}  // namespace
+
+Diagnostics CheckIdentity(const EffectSource& source) {
+    return Checker(source).check();
+}
+
+}  // namespace quillon::cli

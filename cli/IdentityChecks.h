@@ -1,0 +1,11 @@
+#pragma once
+
+#include "cli/EffectSource.h"
+
+namespace quillon::cli {
+
+// Warnings about what config.xml, which parses, says of the effect: keys that nobody will find, numbers that are read
+// as others than they look, flags with which a host does not take the effect for what it was packed as.
+Diagnostics CheckIdentity(const EffectSource& source);
+
+}  // namespace quillon::cli

@@ -1,0 +1,52 @@
+#include "cli/PackCommand.h"
+
+#include <fmt/format.h>
+
+#include <system_error>
+
+#include "cli/EffectSource.h"
+#include "cli/IdentityChecks.h"
+#include "cli/TemplateModule.h"
+
+namespace quillon::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void CheckOutput(const PackOptions& options) {
+    const std::string ending = options.output.extension().string();
+    if (ending == ".aex") {
+        throw Fault(fmt::format("{}: this build of the tool makes modules for Linux only; end the name in .so",
+                                options.output.string()));
+    }
+    if (ending != ".so") {
+        throw WrongCommandLine(fmt::format("{}: modules end in .so", options.output.string()));
+    }
+    std::error_code ignored;
+    const fs::path place = fs::weakly_canonical(fs::absolute(options.output)).parent_path();
+    if (fs::equivalent(place, options.folder, ignored)) {
+        throw WrongCommandLine(fmt::format(
+            "{}: lies in the effect's own folder and would be packed the next time; choose another place with -o",
+            options.output.string()));
+    }
+}
+
+}  // namespace
+
+int RunPack(const PackOptions& options) {
+    CheckOutput(options);
+    std::error_code ignored;
+    if (fs::exists(options.folder, ignored) && !fs::is_directory(options.folder, ignored)) {
+        throw Fault(fmt::format("{}: is not a folder; give the one that holds the effect's fx.js and config.xml",
+                                options.folder.string()));
+    }
+    const EffectSource source = ReadEffectSource(options.folder);
+    ThrowIfAny(CheckPackage(source));
+    WriteEffectModule(options.output, source, "choose another place with -o");
+    for (const Diagnostic& warning : CheckIdentity(source)) fmt::print(stderr, "{}\n", FormatDiagnostic(warning));
+    fmt::print("{}\n", options.output.string());
+    return 0;
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,62 @@
+#include "packer/PackageReader.h"
+
+#include <miniz.h>
+
+#include <algorithm>
+#include <span>
+#include <string>
+
+#include "package/ArchiveLimits.h"
+#include "package/ZipArchive.h"
+#include "packer/Archive.h"
+#include "packer/PackageError.h"
+#include "packer/WholeFile.h"
+#include "platform/ModuleTrailer.h"
+
+namespace quillon {
+
+namespace {
+
+struct Listing {
+    mz_zip_archive zip{};
+
+    ~Listing() { mz_zip_reader_end(&zip); }
+};
+
+std::vector<std::byte> PlainArchive(const std::filesystem::path& module) {
+    const std::vector<std::byte> file = ReadWholeFile(module);
+    std::optional<std::uint32_t> packageBytes;
+    if (file.size() >= kModuleTrailerBytes) {
+        ModuleTrailer trailer;
+        std::copy(file.end() - kModuleTrailerBytes, file.end(), trailer.begin());
+        packageBytes = PackageBytesBefore(trailer, file.size());
+    }
+    if (!packageBytes || *packageBytes == 0)
+        throw PackageError(module.string() +
+                           ": carries no package; give an effect's folder, or a module of quillon pack");
+    return Unscramble(std::span(file).subspan(file.size() - kModuleTrailerBytes - *packageBytes, *packageBytes));
+}
+
+}  // namespace
+
+std::vector<PackageFile> ReadPackage(const std::filesystem::path& module) {
+    const std::vector<std::byte> plain = PlainArchive(module);
+    const auto archive = ZipArchive::Open(plain);
+    Listing listing;
+    if (!archive || !mz_zip_reader_init_mem(&listing.zip, plain.data(), *LengthOfSoundArchive(plain), 0))
+        throw PackageError(module.string() + ": its package is damaged; pack the effect again");
+    std::vector<PackageFile> files;
+    for (mz_uint i = 0; i < mz_zip_reader_get_num_files(&listing.zip); ++i) {
+        mz_zip_archive_file_stat entry;
+        if (!mz_zip_reader_file_stat(&listing.zip, i, &entry) || mz_zip_reader_is_file_a_directory(&listing.zip, i))
+            continue;
+        PackageFile file{entry.m_filename, archive->Read(entry.m_filename)};
+        if (file.bytes.size() != entry.m_uncomp_size)
+            throw PackageError(module.string() + ": '" + file.name +
+                               "' in its package is damaged; pack the effect again");
+        files.push_back(std::move(file));
+    }
+    return files;
+}
+
+}  // namespace quillon

@@ -1,0 +1,137 @@
+#include <filesystem>
+
+#include "ToolTest.h"
+
+// Modules: what pack makes of a folder, and what the other commands make of the module.
+
+namespace quillon::test {
+
+namespace {
+
+using Pack = ToolTest;
+
+TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
+    addCopyEffect();
+    writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3, 128, 200, 100, 50});
+    const ToolRun packed = run("pack copy -o one.so");
+    EXPECT_EQ(packed.out, "one.so\n");
+    EXPECT_EQ(packed.err, "");
+    EXPECT_EQ(packed.status, 0);
+    ASSERT_EQ(run("pack ./copy/ -o two.so").err, "");
+    EXPECT_EQ(readFile("one.so"), readFile("two.so"));
+    for (const char* effect : {"one.so", "copy"}) {
+        ASSERT_EQ(run("render " + std::string(effect) + " -i in.argb --size 2x1 --depth 8 -o out.argb").err, "");
+        EXPECT_EQ(readFile("out.argb"), readFile("in.argb")) << effect;
+        std::filesystem::remove(pathOf("out.argb"));
+    }
+}
+
+TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderTellsOfTheModule) {
+    addEffect("fx", {{"fx.js", "var a = \xE9;"}, {"a.frag", "nonsense"}});
+    ASSERT_EQ(run("pack fx -o fx.so").err, "");
+    writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
+    const std::string render = "render fx.so -i in.argb --size 1x1 --depth 8 -o out.png";
+    EXPECT_EQ(run(render).err,
+              "fx.so/fx.js:1:9: error: byte 0xE9 is not UTF-8 text; save the file as UTF-8 [script]\n");
+    addEffect("fx", {{"fx.js", "var a;\nfunction setup() { QL_initShader('a'); }\nfunction draw() {}\n"},
+                     {"a.frag", "void main() {\n  x;\n}"}});
+    ASSERT_EQ(run("pack fx -o fx.so").err, "");
+    EXPECT_EQ(run(render, "LIBGL_ALWAYS_SOFTWARE=1").err, "fx.so/a.frag:2: error: `x' undeclared [shader]\n");
+}
+
+TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
+    struct Row {
+        Files files;
+        const char* arguments;
+        const char* words;
+        int status = 1;
+    };
+    const Row kRows[] = {
+        {{}, "pack nowhere -o a.so", "quillon: error: nowhere: no such effect"},
+        {{}, "pack fx -o a.so", "fx/fx.js: error: no such file; every effect needs one [package]\n"},
+        {{{"fx.js", ""}, {"FX.js", ""}}, "pack fx -o a.so", "fx: error: 'FX.js' and 'fx.js' are the same name"},
+        {{{"config.xml", "<A>\n<"}}, "pack fx -o a.so", "fx/fx.js: error: no such file"},
+        {{{"config.xml", "<A>\n<"}, {"fx.js", ""}},
+         "pack fx -o a.so",
+         "fx/config.xml:2: error: not XML as effects need"},
+        {{{"fx.js", ""}},
+         "pack fx -o a.aex",
+         "quillon: error: a.aex: this build of the tool makes modules for Linux only"},
+        {{{"fx.js", ""}}, "pack fx -o fx/a.so", "quillon: error: fx/a.so: lies in the effect's own folder", 2},
+        {{{"fx.js", ""}}, "pack fx/fx.js -o a.so", "quillon: error: fx/fx.js: is not a folder"},
+        {{{"fx.js", ""}}, "pack fx -o nowhere/a.so", "quillon: error: nowhere/a.so: cannot be written"},
+    };
+    for (const Row& row : kRows) {
+        std::filesystem::remove_all(pathOf("fx"));
+        addEffect("fx", row.files);
+        const ToolRun result = run(row.arguments);
+        EXPECT_EQ(result.err.rfind(row.words, 0), 0u) << row.arguments << "\n" << result.err;
+        EXPECT_EQ(result.out, "") << row.arguments;
+        EXPECT_EQ(result.status, row.status) << row.arguments;
+        EXPECT_EQ(list(), (std::vector<std::string>{"fx"}));
+    }
+    std::filesystem::create_directory(pathOf("fx/more"));
+    EXPECT_EQ(run("pack fx -o a.so").err.rfind("fx/more: error: a folder", 0), 0u);
+}
+
+TEST_F(Pack, WarnsOfWhatHostsWillNotSeeAsItIsMeant) {
+    const std::string versions =
+        "<MAJOR_VERSION>1</MAJOR_VERSION><MINOR_VERSION>2</MINOR_VERSION><BUILD_VERSION>0</BUILD_VERSION>"
+        "<STAGE_VERSION>3</STAGE_VERSION>";
+    const std::string texts = "<ABOUT/><FXNAME/><AGEP_ID/>";
+    const std::string flags = "<FLAGS>33554464</FLAGS><FLAGS2>5120</FLAGS2>";
+    const std::pair<std::string, std::string> kRows[] = {
+        {versions + texts + flags, ""},
+        {"<effect>\n" + versions + texts + flags + "</effect>",
+         "fx/config.xml:1: warning: the keys stand inside of <effect>, where nobody looks; take that element away "
+         "[config]\n"},
+        {versions + flags,
+         "fx/config.xml: warning: no ABOUT, FXNAME, AGEP_ID; numbers that are missing are 0, texts empty [config]\n"},
+        {versions + texts + "\n\n<FLAGS>0x2000020</FLAGS> <FLAGS2> 1024 </FLAGS2>",
+         "fx/config.xml:3: warning: FLAGS: \"0x2000020\" is no decimal number; it is read as 0 [config]\n"
+         "fx/config.xml:3: warning: FLAGS: 0 does not agree with the module, which promises 33554464 to hosts "
+         "[config]\n"
+         "fx/config.xml:3: warning: FLAGS2: 1024 does not agree with the module, which promises 5120 to hosts "
+         "[config]\n"},
+        {"<MINOR_VERSION>20</MINOR_VERSION>\n" + versions + texts + flags,
+         "fx/config.xml:2: warning: MINOR_VERSION stands here again; the first one counts [config]\n"
+         "fx/config.xml:1: warning: MINOR_VERSION: hosts are told 0 to 15 and get 20 cut off to 4 [config]\n"},
+    };
+    for (const auto& [config, words] : kRows) {
+        addEffect("fx", {{"fx.js", ""}, {"config.xml", config}});
+        const ToolRun result = run("pack fx -o fx.so");
+        EXPECT_EQ(result.err, words);
+        EXPECT_EQ(result.status, 0) << config;
+        EXPECT_EQ(result.out, "fx.so\n");
+    }
+}
+
+TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {
+    addCopyEffect();
+    ASSERT_EQ(run("pack copy -o good.so").err, "");
+    const std::string good = readFile("good.so");
+    std::string noArchive = good;
+    noArchive[good.size() - 20] ^= 1;  // in the archive's end record
+    writeFile("none.so", "no package and no module");
+    writeFile("broken.so", noArchive);
+    const std::size_t package =
+        static_cast<unsigned char>(good[good.size() - 16]) + 256u * static_cast<unsigned char>(good[good.size() - 15]);
+    writeFile("text.so", "no module" + good.substr(good.size() - 16 - package));
+    writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
+    const std::pair<std::string, const char*> kRows[] = {
+        {"none.so", "none.so: error: carries no package"},
+        {"broken.so", "broken.so: error: its package is damaged; pack the effect again [package]\n"},
+        {"text.so", "quillon: error: text.so: cannot be loaded as an effect: "}};
+    for (const auto& [module, words] : kRows) {
+        for (const std::string& command :
+             {"params " + module, "render " + module + " -i in.argb --size 1x1 --depth 8 -o out.png"}) {
+            const ToolRun result = run(command);
+            EXPECT_EQ(result.err.rfind(words, 0), 0u) << command << "\n" << result.err;
+            EXPECT_EQ(result.status, 1) << command;
+        }
+    }
+}
+
+}  // namespace
+
+}  // namespace quillon::test
