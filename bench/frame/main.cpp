@@ -1,17 +1,20 @@
 // Measures, each as a multiple of the bare GL calls of that frame in the same run:
 //
-//   frame/identity/DEPTH/WIDTHxHEIGHT   one frame of an identity effect through IPlugin: lock, input, draw, read-back
+//   frame/engine/DEPTH/WIDTHxHEIGHT   one frame of an identity effect through IPlugin: lock, input, draw, read-back
+//   frame/module/DEPTH/WIDTHxHEIGHT   the same through EntryPointFunc of the packed module
 //
-// Both sides render the same picture, and their results are compared byte for byte. Rounds of the two alternate, so
-// that whatever else the machine does falls on both alike; the ratio is that of the medians.
+// All sides render the same picture, and their results are compared byte for byte. Rounds alternate, so that whatever
+// else the machine does falls on all alike; the ratio is that of the medians.
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <vector>
 
 #include "BareFrame.h"
+#include "ModuleFrame.h"
 #include "engine/AEQuillon2.h"
 #include "imagelib/HostRange.h"
 #include "support/TestEffect.h"
@@ -36,13 +39,14 @@ constexpr const char* kFragment =
 
 struct Case {
     FrameSize size;
-    double aim;  // the most that the ratio should be; 0: none is set
+    double engineAim;  // the most that the ratio should be; 0: none is set
+    double moduleAim;
     int rounds;
 };
 
 constexpr Case kCases[] = {
-    {{1920, 1080, 8}, 1.08, 40}, {{1920, 1080, 16}, 0.95, 30}, {{1920, 1080, 32}, 1.08, 30},
-    {{480, 270, 8}, 1.20, 300},  {{480, 270, 16}, 0, 200},     {{480, 270, 32}, 1.20, 200},
+    {{1920, 1080, 8}, 1.08, 1.10, 40}, {{1920, 1080, 16}, 0.95, 0, 30}, {{1920, 1080, 32}, 1.08, 1.10, 30},
+    {{480, 270, 8}, 1.20, 0, 300},     {{480, 270, 16}, 0, 0, 200},     {{480, 270, 32}, 1.20, 0, 200},
 };
 
 void renderThroughEngine(IPlugin& engine, const FrameSize& size, const std::byte* input, std::byte* output) {
@@ -91,37 +95,47 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-// False when the two sides disagree about the picture.
-bool measure(IPlugin& engine, const Case& entry) {
+void print(const char* what, const FrameSize& size, double time, double floor, double aim) {
+    std::printf("frame/%s/%u/%ux%u: %.3f ms, floor %.3f ms, ratio %.3f", what, size.bitDepth, size.width, size.height,
+                time, floor, time / floor);
+    if (aim != 0) std::printf(" (aim %.2f)", aim);
+    std::printf("\n");
+}
+
+// False when the sides disagree about the picture.
+bool measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
     const FrameSize& size = entry.size;
     const std::vector<std::byte> input = makePicture(size);
     std::vector<std::byte> expected(size.bytes());
-    std::vector<std::byte> actual(size.bytes());
+    std::vector<std::byte> fromEngine(size.bytes());
+    std::vector<std::byte> fromModule(size.bytes());
     engine.lockGL();
     auto bare = std::make_unique<BareFrame>(size);
     engine.unlockGL();
 
-    std::vector<double> floor;
-    std::vector<double> through;
+    std::vector<double> bareTimes;
+    std::vector<double> engineTimes;
+    std::vector<double> moduleTimes;
     for (int round = -3; round < entry.rounds; ++round) {  // three rounds to warm up
         engine.lockGL();
         const double bareTime = milliseconds([&] { bare->render(input.data(), expected.data()); });
         engine.unlockGL();
-        const double engineTime = milliseconds([&] { renderThroughEngine(engine, size, input.data(), actual.data()); });
+        const double engineTime =
+            milliseconds([&] { renderThroughEngine(engine, size, input.data(), fromEngine.data()); });
+        const double moduleTime = module.render(size, input.data(), fromModule.data());
         if (round < 0) continue;
-        floor.push_back(bareTime);
-        through.push_back(engineTime);
+        bareTimes.push_back(bareTime);
+        engineTimes.push_back(engineTime);
+        moduleTimes.push_back(moduleTime);
     }
     engine.lockGL();
     bare.reset();
     engine.unlockGL();
 
-    const double ratio = median(through) / median(floor);
-    std::printf("frame/identity/%-2u/%ux%-5u  %8.3f ms, floor %8.3f ms, ratio %.3f", size.bitDepth, size.width,
-                size.height, median(through), median(floor), ratio);
-    if (entry.aim != 0) std::printf("  (aim %.2f)", entry.aim);
-    std::printf("\n");
-    return expected == actual;
+    const double floor = median(bareTimes);
+    print("engine", size, median(engineTimes), floor, entry.engineAim);
+    print("module", size, median(moduleTimes), floor, entry.moduleAim);
+    return fromEngine == expected && fromModule == expected;
 }
 
 }  // namespace
@@ -130,8 +144,11 @@ bool measure(IPlugin& engine, const Case& entry) {
 
 int main() {
     using namespace quillon;
-    const test::TestEffect effect(
-        {{"fx.js", bench::kScript}, {"copy.frag", bench::kFragment}, {"config.xml", "<FLAGS>0</FLAGS>"}});
+    const test::Files files = {{"fx.js", bench::kScript},
+                               {"copy.frag", bench::kFragment},
+                               {"config.xml", "<FLAGS>33554464</FLAGS><FLAGS2>5120</FLAGS2>"}};
+    const test::TestEffect effect(files);
+    const test::TestEffect packed(files, QUILLON_MODULE);
     IPlugin& engine = AEQuillon2::instance();
     if (!engine.init(effect.module(), nullptr)) {
         std::fputs("bench_frame: this system offers no OpenGL\n", stderr);
@@ -140,8 +157,11 @@ int main() {
     SequenceHandle* instance = engine.createSequence();
     engine.selectSequence(instance);
     bool isEqual = true;
-    for (const bench::Case& entry : bench::kCases) isEqual = bench::measure(engine, entry) && isEqual;
+    {
+        bench::ModuleFrame module(packed.file());
+        for (const bench::Case& entry : bench::kCases) isEqual = bench::measure(engine, module, entry) && isEqual;
+    }
     engine.destroySequence(instance);
-    if (!isEqual) std::fputs("bench_frame: the two sides render different pictures\n", stderr);
+    if (!isEqual) std::fputs("bench_frame: the sides render different pictures\n", stderr);
     return isEqual ? 0 : 1;
 }

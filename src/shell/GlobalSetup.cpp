@@ -53,6 +53,11 @@ PF_Err makeGlobalData(PF_InData& in, PF_OutData& out) {
     if (!handle) return PF_Err_INTERNAL_STRUCT_DAMAGED;
     auto* data = static_cast<GlobalData*>(handles.host_lock_handle(handle));
     if (!data) return PF_Err_NONE;
+    struct Unlock {
+        const PF_HandleSuite1& handles;
+        PF_Handle handle;
+        ~Unlock() { handles.host_unlock_handle(handle); }
+    } const unlock{handles, handle};
 
     data->isSetUp = 1;
     PF_Err error = PF_Err_NONE;
@@ -62,7 +67,6 @@ PF_Err makeGlobalData(PF_InData& in, PF_OutData& out) {
         error = cache.get(suites::kAegpUtility).AEGP_RegisterWithAEGP(nullptr, name.c_str(), &data->pluginId);
     }
     if (error == PF_Err_NONE) out.global_data = handle;
-    handles.host_unlock_handle(handle);
     return error;
 }
 

@@ -1,6 +1,7 @@
 #include "shell/OutputTransfer.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "imagelib/HostRange.h"
@@ -14,7 +15,8 @@ namespace {
 // Where a frame goes: the destination's first pixel may lie outside of the world on any side.
 struct Destination {
     std::byte* pixels;
-    std::uint32_t bitDepth;
+    std::uint32_t bitDepth;   // that the frame is written in
+    std::size_t rowCapacity;  // bytes that a row of the world has for pixels
     std::int64_t left;
     std::int64_t top;
 };
@@ -41,10 +43,11 @@ void writeRows(const MappedFrame& frame, PF_EffectWorld& world, const Destinatio
         const std::size_t start =
             static_cast<std::size_t>(y) * sourceRow + static_cast<std::size_t>(firstColumn) * pixel;
         if (start >= sourceBytes) return;
-        const std::size_t bytes =
-            std::min(static_cast<std::size_t>(lastColumn - firstColumn) * pixel, sourceBytes - start);
-        std::byte* destination =
-            to.pixels + row * world.rowbytes + (to.left + firstColumn) * static_cast<std::int64_t>(pixel);
+        const std::size_t offset = static_cast<std::size_t>(to.left + firstColumn) * pixel;
+        if (offset >= to.rowCapacity) return;
+        const std::size_t bytes = std::min(
+            {static_cast<std::size_t>(lastColumn - firstColumn) * pixel, sourceBytes - start, to.rowCapacity - offset});
+        std::byte* destination = to.pixels + row * world.rowbytes + static_cast<std::int64_t>(offset);
         copyChannels(frame.pixels + start, destination, bytes, to.bitDepth);
     }
 }
@@ -55,15 +58,20 @@ A_long centred(A_long outer, std::uint32_t inner) {
 
 }  // namespace
 
-void writeOutput(PF_InData& in, PF_EffectWorld& output, const MappedFrame& frame) {
+void writeOutput(PF_InData& in, PF_EffectWorld& output, std::uint32_t worldDepth, const MappedFrame& frame) {
+    const auto capacityAt = [&](std::uint32_t bitDepth) {
+        return bitDepth != 0 ? static_cast<std::size_t>(std::max<A_long>(output.width, 0)) * pixelBytes(bitDepth)
+                             : static_cast<std::size_t>(std::abs(std::int64_t{output.rowbytes}));
+    };
     if (isPremiere(in)) {
-        const Destination to{reinterpret_cast<std::byte*>(output.data), frame.bitDepth,
+        // In the input's depth, whatever the output's is: a row takes what it has room for.
+        const Destination to{reinterpret_cast<std::byte*>(output.data), frame.bitDepth, capacityAt(worldDepth),
                              centred(output.width, frame.extent.width), centred(output.height, frame.extent.height)};
         if (to.pixels) writeRows(frame, output, to);
         return;
     }
     const WorldPixels found = pixelsOf(in, output);
-    if (found.pixels) writeRows(frame, output, {found.pixels, found.bitDepth, 0, 0});
+    if (found.pixels) writeRows(frame, output, {found.pixels, found.bitDepth, capacityAt(found.bitDepth), 0, 0});
 }
 
 }  // namespace quillon

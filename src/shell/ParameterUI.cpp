@@ -25,7 +25,9 @@ void refreshParamUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
             // A control that was declared after the registration enters the map with 0 here.
             const std::uint32_t hostIndex = maps.hostIndexOfParam[i];
             if (hostIndex == 0) continue;
-            if (params) {
+            // A kind that the host has nothing for lets our indices run ahead of the host's list.
+            const bool isListed = in.num_params <= 0 || hostIndex < static_cast<std::uint32_t>(in.num_params);
+            if (params && isListed) {
                 PF_ParamDef copy = *params[hostIndex];
                 if (parameter.flags & ParameterFlag::disabled)
                     copy.ui_flags |= PF_PUI_DISABLED;
@@ -44,7 +46,7 @@ void refreshParamUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
 }
 
 PF_Err updateParamsUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
-    SequenceData* block = liveBlockOf(in.sequence_data);
+    SequenceData* block = blockOf(in.sequence_data);
     if (!block) return PF_Err_NONE;
     IPlugin& engine = AEQuillon2::instance();
     SuiteCache cache(in.pica_basicP);
@@ -58,7 +60,7 @@ PF_Err updateParamsUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
 
 PF_Err userChangedParam(PF_InData& in, PF_OutData& out, PF_ParamDef** params, const PF_UserChangedParamExtra& extra) {
     SuiteCache cache(in.pica_basicP);
-    SequenceData* block = liveBlockOf(in.sequence_data);
+    SequenceData* block = blockOf(in.sequence_data);
     if (!block) return PF_Err_NONE;
     IPlugin& engine = AEQuillon2::instance();
     engine.selectSequence(block->handle);

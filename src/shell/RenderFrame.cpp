@@ -46,7 +46,7 @@ PF_Err renderFrame(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_Effe
     if (!input && params && params[0]) input = &params[0]->u.ld;
     if (!input) return PF_Err_NONE;
     const std::uint32_t depth = worldDepth(in, out, *input);
-    worldDepth(in, out, output);  // for its message alone
+    const std::uint32_t outputDepth = worldDepth(in, out, output);
     SequenceData* block = liveBlockOf(in.sequence_data);
     if (!block) return passThrough(in, *input, output);
 
@@ -74,7 +74,7 @@ PF_Err renderFrame(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_Effe
 
     const MappedResult mapped(engine);
     if (mapped.get()) {
-        writeOutput(in, output, {static_cast<const std::byte*>(mapped.get()), extent, depth});
+        writeOutput(in, output, outputDepth, {static_cast<const std::byte*>(mapped.get()), extent, depth});
         return fillError;
     }
     return fillError != PF_Err_NONE ? fillError : passThrough(in, *input, output);

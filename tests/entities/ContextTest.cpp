@@ -44,6 +44,9 @@ TEST_F(ContextTest, KeepsSlotZeroForTheSystemAndReusesTheLowestFreeOne) {
     EXPECT_EQ(entities.NewSequence(), 4u);
     for (const std::uint32_t none : {5u, 6u, 0xFFFFFFFFu}) entities.DeleteSequence(none);
     EXPECT_EQ(entities.NewSequence(), 5u);
+    entities.DeleteSequence(0);
+    EXPECT_FALSE(entities.CurrentSequence().exists());
+    EXPECT_EQ(entities.NewSequence(), 0u) << "nothing but its own Sequence keeps slot 0";
 }
 
 TEST_F(ContextTest, HasNoCurrentSequenceOnAFreedSlot) {

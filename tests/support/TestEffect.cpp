@@ -22,7 +22,7 @@ TemporaryFolder::~TemporaryFolder() {
     std::filesystem::remove_all(folder, ignored);
 }
 
-TestEffect::TestEffect(const Files& files) {
+TestEffect::TestEffect(const Files& files, const std::filesystem::path& templateModule) {
     std::vector<PackageFile> packageFiles;
     for (const auto& [name, content] : files) {
         PackageFile& file = packageFiles.emplace_back();
@@ -30,9 +30,8 @@ TestEffect::TestEffect(const Files& files) {
         file.bytes.resize(content.size());
         if (!content.empty()) std::memcpy(file.bytes.data(), content.data(), content.size());
     }
-    const std::filesystem::path path = folder.path() / "effect.so";
-    WriteModule(path, QUILLON_CARRIER, Scramble(WriteArchive(packageFiles)));
-    handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    WriteModule(file(), templateModule, Scramble(WriteArchive(packageFiles)));
+    handle = dlopen(file().c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) throw std::runtime_error(dlerror());
 }
 

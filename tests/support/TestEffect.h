@@ -23,15 +23,17 @@ private:
     std::filesystem::path folder;
 };
 
-// An effect as a loaded module: the files packed behind a copy of the carrier, found by module().
+// An effect as a loaded module: the files packed behind a copy of the template, which is the carrier unless another
+// is given. Found by its handle or by its file.
 class TestEffect {
 public:
-    explicit TestEffect(const Files& files);
+    explicit TestEffect(const Files& files, const std::filesystem::path& templateModule = QUILLON_CARRIER);
     ~TestEffect();
     TestEffect(const TestEffect&) = delete;
     TestEffect& operator=(const TestEffect&) = delete;
 
     void* module() const { return handle; }
+    std::filesystem::path file() const { return folder.path() / "effect.so"; }
 
 private:
     TemporaryFolder folder;

@@ -1,0 +1,177 @@
+// The module as a host gets it: a file that is loaded by its path.
+
+#include <dlfcn.h>
+#include <elf.h>
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "host/HostSession.h"
+#include "packer/Archive.h"
+#include "packer/ModuleWriter.h"
+#include "support/EngineTest.h"
+#include "support/Pixels.h"
+
+namespace quillon::test {
+namespace {
+
+using host::HostInstance;
+using host::HostSession;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::byte> scrambled(const Files& files) {
+    std::vector<PackageFile> package;
+    for (const auto& [name, content] : files) {
+        PackageFile& file = package.emplace_back();
+        file.name = name;
+        file.bytes.resize(content.size());
+        std::memcpy(file.bytes.data(), content.data(), content.size());
+    }
+    return Scramble(WriteArchive(package));
+}
+
+class Module : public ::testing::Test {
+protected:
+    // A module of its own file name, since the loader gives the same file out once only.
+    host::EffectModule pack(std::span<const std::byte> package) {
+        const std::filesystem::path path = folder.path() / ("effect" + std::to_string(++count) + ".so");
+        WriteModule(path, QUILLON_MODULE, package);
+        return host::EffectModule(path);
+    }
+    host::EffectModule pack(const std::string& script, const Files& more = {}) {
+        Files files = more;
+        files.emplace_back("fx.js", script);
+        files.emplace_back("config.xml", kConfig);
+        return pack(scrambled(files));
+    }
+    static Bytes render(HostInstance& instance, const Bytes& input) {
+        auto world = instance.session.newWorld(5, 3, 8);
+        world->write(input);
+        const host::FrameResult frame = instance.session.renderFrame(instance, {world});
+        EXPECT_EQ(frame.error(), 0);
+        EXPECT_THAT(instance.session.violations(), IsEmpty());
+        return frame.output ? frame.output->tightBytes() : Bytes();
+    }
+
+    TemporaryFolder folder;
+    int count = 0;
+};
+
+TEST_F(Module, ExportsItsEntryAndNothingElse) {
+    std::ifstream in(QUILLON_MODULE, std::ios::binary);
+    const std::string image{std::istreambuf_iterator<char>(in), {}};
+    const auto at = [&]<class Record>(Record, std::size_t offset) {
+        Record record;
+        std::memcpy(&record, image.substr(offset, sizeof record).data(), sizeof record);
+        return record;
+    };
+    const auto header = at(Elf64_Ehdr{}, 0);
+    std::vector<std::string> exported;
+    for (std::size_t s = 0; s < header.e_shnum; ++s) {
+        const auto table = at(Elf64_Shdr{}, header.e_shoff + s * sizeof(Elf64_Shdr));
+        if (table.sh_type != SHT_DYNSYM) continue;
+        const auto names = at(Elf64_Shdr{}, header.e_shoff + table.sh_link * sizeof(Elf64_Shdr));
+        for (std::size_t i = 0; i < table.sh_size / sizeof(Elf64_Sym); ++i) {
+            const auto symbol = at(Elf64_Sym{}, table.sh_offset + i * sizeof(Elf64_Sym));
+            const bool isOurs = symbol.st_shndx != SHN_UNDEF && ELF64_ST_BIND(symbol.st_info) != STB_LOCAL;
+            if (isOurs) exported.emplace_back(image.c_str() + names.sh_offset + symbol.st_name);
+        }
+    }
+    EXPECT_THAT(exported, ElementsAre("EntryPointFunc"));
+}
+
+TEST_F(Module, TwoEffectsInOneProcessShareNothing) {
+    const char* const kUpside = "var turns = 0; function preRender() { ++turns; }";
+    const Files files{{"copy.frag", kCopyFragment}};
+    HostSession first(pack(CopyScript(true) + kUpside, files));
+    HostSession second(pack("function before() { QL_initParam('x', 3, 'X'); }" + CopyScript(false) +
+                                "var own = setup; setup = function () { before(); own(); };",
+                            files));
+    first.start();
+    second.start();
+    EXPECT_THAT(first.parameters(), IsEmpty());
+    EXPECT_EQ(second.parameters().size(), 1u);
+    HostInstance& a = first.apply();
+    HostInstance& b = second.apply();
+    const Bytes input = distinctPicture(5, 3, 8);
+    for (int turn = 0; turn < 3; ++turn) {
+        EXPECT_EQ(render(a, input), input);
+        EXPECT_EQ(render(b, input), reversedRows(input, 3));
+    }
+    // The end of one instance is nothing to the other module.
+    first.remove(a);
+    EXPECT_EQ(render(b, input), reversedRows(input, 3));
+    second.remove(b);
+}
+
+TEST_F(Module, OneEffectAppliedTwiceSharesScriptVariablesAndNotValues) {
+    HostSession session(
+        pack("var s, p, count = 0; function setup() { p = QL_initParam('p', 1, 'P');"
+             " s = QL_initShader('s', 'uniform float p; uniform float n;"
+             " void main() { gl_FragColor = vec4(p / 255.0, n / 255.0, 0.0, 1.0); }'); }"
+             "function draw() { ++count; QL_setShaderParam(s, p); QL_setShaderParamVal(s, 'n', count);"
+             " QL_renderShader(s, QL_getSequenceRT(), true); }"));
+    session.start();
+    HostInstance& first = session.apply();
+    HostInstance& second = session.apply();
+    first.setFloat(1, 10);
+    second.setFloat(1, 20);
+    int frames = 0;
+    for (HostInstance* instance : {&first, &second, &first}) {
+        const Bytes pixel = render(*instance, Bytes(60));
+        EXPECT_EQ(std::to_integer<int>(pixel[1]), instance == &first ? 10 : 20);
+        EXPECT_EQ(std::to_integer<int>(pixel[2]), ++frames);
+    }
+    session.remove(first);
+    session.remove(second);
+}
+
+TEST_F(Module, WithAConfigurationThatDoesNotParseAnswers515) {
+    HostSession session(pack(scrambled({{"fx.js", "function setup() {}"}, {"config.xml", "<A><B></A>"}})));
+    EXPECT_EQ(session.globalSetup().error, 515);
+    EXPECT_THAT(session.violations(), IsEmpty());
+}
+
+// No archive inside: what the effect reads comes from the disk then, from the folder that the process stands in.
+TEST_F(Module, WithADamagedPackageReadsFromTheDisk) {
+    std::ofstream(folder.path() / "fx.js") << "function setup() { QL_initParam('d', 1, 'Disk'); } function draw() {}";
+    std::ofstream(folder.path() / "config.xml") << "<FLAGS>64</FLAGS>";
+    const host::EffectModule module = pack(Bytes(100, std::byte{0x77}));
+    const std::filesystem::path home = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    HostSession session(module);
+    EXPECT_EQ(session.globalSetup().error, 0);
+    EXPECT_EQ(session.paramsSetup().error, 0);
+    std::filesystem::current_path(home);
+    ASSERT_EQ(session.parameters().size(), 1u);
+    EXPECT_STREQ(session.parameters()[0].PF_DEF_NAME, "Disk");
+    EXPECT_THAT(session.violations(), IsEmpty());
+}
+
+using ModuleDeathTest = Module;
+
+// In a process of its own, since the driver is loaded once a process.
+TEST_F(ModuleDeathTest, WithoutOpenGLTheStartAnswers512AndWritesNothing) {
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const auto run = [&] {
+        setenv("LIBGL_DRIVERS_PATH", "none", 1);
+        HostSession session(pack(CopyScript(true)));
+        const host::Answer answer = session.globalSetup();
+        const bool isUnwritten = answer.out.my_version == 0 && answer.out.out_flags == 0 && !answer.out.global_data;
+        std::_Exit(answer.error == 512 && isUnwritten ? 0 : 1);
+    };
+    EXPECT_EXIT(run(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ModuleDeathTest, WithoutAPackageTheProcessEndsAtTheStart) {
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const host::EffectModule module{std::filesystem::path(QUILLON_MODULE)};
+    EXPECT_DEATH(HostSession(module).globalSetup(), "");
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,110 @@
+// Every value that a host can send comes back through an effect that copies, bit for bit.
+
+#include <bit>
+#include <cmath>
+
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+constexpr A_long kSide = 182;  // 182 * 182 * 4 channels hold more than twice the 16-bit values
+
+template <class Channel, class Make>
+Bytes fill(std::size_t distinct, Make make) {
+    std::vector<Channel> channels(std::size_t{4} * kSide * kSide);
+    for (std::size_t i = 0; i < channels.size(); ++i) channels[i] = make(i % distinct);
+    return bytesOf(channels);
+}
+
+// Finite floats over all exponents, both signs, zeros and the largest; of the subnormals none, which drivers may flush.
+float spreadFloat(std::size_t i) {
+    constexpr float kEnds[] = {0.0f, -0.0f, 3.40282347e38f, -3.40282347e38f, 1.17549435e-38f, 1.0f, 0.5f, 65504.0f};
+    if (i < std::size(kEnds)) return kEnds[i];
+    const auto bits = static_cast<std::uint32_t>(i) * 2654435761u;
+    const std::uint32_t exponent = bits >> 23 & 0xFF;
+    if (exponent == 0 || exponent == 0xFF) return 1.0f + static_cast<float>(i);
+    return std::bit_cast<float>(bits);
+}
+
+Bytes allValues(int depth) {
+    if (depth == 8) return fill<std::uint8_t>(256, [](std::size_t i) { return static_cast<std::uint8_t>(i); });
+    if (depth == 16) return fill<std::uint16_t>(32769, [](std::size_t i) { return static_cast<std::uint16_t>(i); });
+    return fill<float>(std::size_t{4} * kSide * kSide, spreadFloat);
+}
+
+Bytes expected(int depth) {
+    Bytes bytes = allValues(depth);
+    if (depth != 16) return bytes;
+    std::vector<std::uint16_t> words = channelsOf<std::uint16_t>(bytes);
+    for (std::uint16_t& word : words)
+        if (word == 16385) word = 16384;
+    return bytesOf(words);
+}
+
+class Exactness : public ShellTest, public ::testing::WithParamInterface<std::tuple<int, int>> {};
+
+TEST_P(Exactness, SmartRouteReturnsEveryValue) {
+    const auto [depth, padding] = GetParam();
+    HostSettings settings;
+    settings.rowPaddingPixels = padding;
+    HostSession& session = start(identityScript(), settings, identityFiles());
+    const FrameResult frame = session.renderFrame(session.apply(), {world(session, kSide, kSide, allValues(depth))});
+    EXPECT_EQ(frame.error(), 0);
+    EXPECT_TRUE(frame.output->tightBytes() == expected(depth));
+}
+
+// After Effects' classic route asks for one row and one column less than its input has; a script that asks for two more
+// gets the input's size back, and with it every value.
+TEST_P(Exactness, ClassicRouteReturnsEveryValueInASizeOfItsOwn) {
+    const auto [depth, padding] = GetParam();
+    HostSettings settings = afterEffects(13, 9, Route::classic);
+    settings.rowPaddingPixels = padding;
+    HostSession& session = start(identityScript("function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }"),
+                                 settings, identityFiles());
+    const FrameResult frame = session.renderFrame(session.apply(), {world(session, kSide, kSide, allValues(depth))});
+    EXPECT_EQ(frame.error(), 0);
+    EXPECT_TRUE(frame.output->tightBytes() == expected(depth));
+}
+
+// Premiere Pro draws one row and one column less, from the picture's top left, and centres them: at the top left as
+// well, since the odd pixel goes to the right and to the bottom. A world that is one larger each way holds all.
+TEST_P(Exactness, PremiereReturnsEveryValueOfThePartThatItDraws) {
+    const auto [depth, padding] = GetParam();
+    HostSettings settings = premiere();
+    settings.rowPaddingPixels = padding;
+    HostSession& session = start(identityScript(), settings, identityFiles());
+    const FrameResult frame = session.renderFrame(
+        session.apply(),
+        {.input = world(session, kSide, kSide, allValues(depth)), .layerWidth = kSide + 1, .layerHeight = kSide + 1});
+    EXPECT_EQ(frame.error(), 0);
+    EXPECT_TRUE(frame.output->tightBytes() == expected(depth));
+
+    const auto input = picture(session, depth, 5, 3);
+    const FrameResult smaller = session.renderFrame(session.apply(), {input});
+    auto wanted = session.newWorld(5, 3, depth);
+    wanted->write(Bytes(wanted->tightBytes().size()));
+    for (A_long y = 0; y < 2; ++y) std::copy_n(input->row(y).begin(), 4 * input->pixelBytes(), wanted->row(y).begin());
+    EXPECT_EQ(smaller.output->tightBytes(), wanted->tightBytes());
+}
+
+INSTANTIATE_TEST_SUITE_P(, Exactness, ::testing::Combine(::testing::Values(8, 16, 32), ::testing::Values(0, 3)));
+
+// Channels of 16 bits on their way out, by a shader that draws GL's own words.
+TEST_F(ShellTest, SixteenBitsAreFoldedWithTheUpperHalfRoundedUp) {
+    const struct {
+        int drawn, host;
+    } kCases[] = {{0, 0},         {1, 0},         {2, 1},         {32767, 16383}, {32768, 16384},
+                  {32769, 16385}, {32770, 16386}, {65534, 32768}, {65535, 32768}};
+    for (const auto& [drawn, hostValue] : kCases) {
+        HostSession& session = start(
+            "var s; function setup() { s = QL_initShader('s', 'uniform float v; void main() {"
+            " gl_FragColor = vec4(v / 65535.0); }'); } function draw() { QL_setShaderParamVal(s, 'v', " +
+            std::to_string(drawn) + "); QL_renderShader(s, QL_getSequenceRT(), true); }");
+        const FrameResult frame = session.renderFrame(session.apply(), {session.newWorld(2, 2, 16)});
+        EXPECT_THAT(channelsOf<std::uint16_t>(frame.output->tightBytes()), Each(hostValue)) << drawn;
+    }
+}
+
+}  // namespace
+}  // namespace quillon::test

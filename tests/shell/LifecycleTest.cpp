@@ -1,0 +1,206 @@
+// An instance's block: made, made again, flattened, ended.
+
+#include <algorithm>
+
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+// One control, whose value each frame notes.
+const char* const kValue =
+    "var p, seen; function setup() { p = QL_initParam('p', 1, 'P'); QL_setParamValue(p, 3); }"
+    "function draw() { seen = QL_getParamValue(p); }";
+
+class Lifecycle : public ShellTest {
+protected:
+    static int calls(const HostSession& session, Callback callback) { return session.records().count(callback); }
+};
+
+TEST_F(Lifecycle, BlockHoldsTwoFlagsAndTheHandleAndNothingElse) {
+    const struct {
+        HostSettings settings;
+        bool isResetup;
+        std::byte recordFrameSize, needsRestart;
+    } kCases[] = {
+        {afterEffects(), false, std::byte{0}, std::byte{0}},
+        {afterEffects(), true, std::byte{1}, std::byte{1}},
+        {premiere(), false, std::byte{0}, std::byte{0}},
+        {premiere(), true, std::byte{0}, std::byte{1}},
+    };
+    for (const auto& row : kCases) {
+        HostSession& session = start(kNoControls, row.settings);
+        HostInstance& instance = session.newInstance();
+        if (row.isResetup) instance.sequenceData = session.handles().makeWith(Bytes(3, std::byte{0xFF}));
+        EXPECT_EQ((row.isResetup ? session.sequenceResetup(instance) : session.sequenceSetup(instance)).error, 0);
+        Bytes bytes = session.handles().bytes(instance.sequenceData);
+        ASSERT_EQ(bytes.size(), 8192u);
+        EXPECT_EQ(bytes[24], row.recordFrameSize);
+        EXPECT_EQ(bytes[25], row.needsRestart);
+        EXPECT_NE(block(instance).handle, nullptr);
+        std::fill(bytes.begin() + 24, bytes.begin() + 26, std::byte{0});
+        std::fill(bytes.begin() + 32, bytes.begin() + 40, std::byte{0});
+        EXPECT_THAT(bytes, Each(std::byte{0}));
+    }
+}
+
+TEST_F(Lifecycle, ResetupRefreshesThePanelAndAsksOldHostsForARender) {
+    const struct {
+        HostSettings settings;
+        bool isForced;
+    } kCases[] = {
+        {afterEffects(13, 9), false}, {afterEffects(13, 8), true},  {afterEffects(12, 9), true},
+        {afterEffects(14, 0), true},  {afterEffects(14, 9), false}, {premiere(13, 8), false},
+    };
+    for (const auto& [settings, isForced] : kCases) {
+        SCOPED_TRACE(settings.versionMajor * 100 + settings.versionMinor);
+        maps = {};
+        HostSession& session = start(kValue, settings);
+        HostInstance& instance = session.newInstance();
+        const host::Answer setup = session.sequenceSetup(instance);
+        EXPECT_EQ(setup.out.out_flags, 0);
+        EXPECT_THAT(maps.paramOfHostIndex, IsEmpty());
+
+        const Bytes flat = session.save(instance);
+        EXPECT_EQ(flat, Bytes(8192));
+        HostInstance& loaded = session.newInstance();
+        loaded.sequenceData = session.handles().makeWith(flat);
+        session.clearRecords();
+        const host::Answer resetup = session.sequenceResetup(loaded);
+        EXPECT_EQ(resetup.out.out_flags, 0x20000 | (isForced ? PF_OutFlag_FORCE_RERENDER : 0));
+        EXPECT_EQ(maps.paramOfHostIndex, (std::map<std::uint32_t, std::uint32_t>{{1, 0}}));
+        EXPECT_THAT(session.records().paramUIUpdates, IsEmpty());
+        EXPECT_EQ(calls(session, Callback::disposeHandle), 0);
+    }
+}
+
+TEST_F(Lifecycle, FlatteningLeavesTheInstanceAlive) {
+    HostSession& session = start(kValue);
+    HostInstance& instance = session.apply();
+    SequenceHandle* const engineHandle = block(instance).handle;
+    instance.setFloat(1, 8);
+    EXPECT_EQ(session.sequenceFlatten(instance).error, 0);
+    ASSERT_NE(instance.flatData, nullptr);
+
+    HostInstance& flat = session.newInstance();
+    std::swap(flat.sequenceData, instance.flatData);
+    EXPECT_EQ(session.sequenceFlatten(flat).error, 0) << "a flat one may be flattened again";
+    EXPECT_EQ(session.sequenceSetdown(flat).error, 0);
+    EXPECT_EQ(block(instance).handle, engineHandle);
+    EXPECT_EQ(session.renderFrame(instance, {picture(session)}).error(), 0);
+    EXPECT_EQ(eval("seen"), "8");
+    session.remove(instance);
+    EXPECT_EQ(session.handles().aliveCount(), 2u) << "the global data and what the last flatten gave";
+}
+
+TEST_F(Lifecycle, SlotsAreTheInstancesOwnAndUsedAgain) {
+    HostSession& session = start(kValue);
+    HostInstance& first = session.apply();
+    HostInstance& second = session.apply();
+    const std::uint32_t slot = block(first).handle->slot;
+    EXPECT_NE(block(second).handle->slot, slot);
+    second.setFloat(1, 5);
+    EXPECT_EQ(session.renderFrame(second, {picture(session)}).error(), 0);
+
+    // A setup with a block in place ends that one first.
+    const PF_Handle old = first.sequenceData;
+    session.clearRecords();
+    EXPECT_EQ(session.sequenceSetup(first).error, 0);
+    EXPECT_FALSE(session.handles().isAlive(old));
+    EXPECT_EQ(calls(session, Callback::disposeHandle), 1);
+    EXPECT_EQ(block(first).handle->slot, slot);
+
+    session.remove(first);
+    // Nothing is selected now; what comes next must not look for it.
+    EXPECT_EQ(session.paramsSetup().error, 0);
+    HostInstance& third = session.newInstance();
+    EXPECT_EQ(session.sequenceSetup(third).error, 0);
+    EXPECT_EQ(block(third).handle->slot, slot);
+    EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 5.0f) << "the new one is selected, but not current yet";
+    session.faults().fail(Callback::checkoutParam);
+    EXPECT_EQ(session.renderFrame(second, {picture(session)}).error(), 0);
+    EXPECT_EQ(eval("seen"), "5") << "the values of the second stand";
+    // The current one ends: what is asked next finds no instance.
+    session.remove(second);
+    EXPECT_EQ(session.paramsSetup().error, 0);
+}
+
+TEST_F(Lifecycle, OutputAndInputOfAClosedInstanceStayInTheirFactories) {
+    HostSession& session = start(
+        "var ids; function setup() {} function draw() {"
+        " ids = [QL_getSequenceRT(), QL_getSequenceTexture()]; }");
+    std::string ids;
+    for (int i = 0; i < 2; ++i) {
+        HostInstance& instance = session.apply();
+        EXPECT_EQ(session.renderFrame(instance, {picture(session)}).error(), 0);
+        ids += eval("ids");
+        session.remove(instance);
+    }
+    EXPECT_EQ(ids, "[50331649,67108865][50331650,67108866]");
+}
+
+struct LifecycleFault {
+    const char* name;
+    void (*order)(host::Faults&);
+    PF_Err setup, resetup, flatten, setdown;
+    int lost = 0;
+};
+
+class FailingLifecycle : public ShellTest, public ::testing::WithParamInterface<LifecycleFault> {};
+
+TEST_P(FailingLifecycle, LeavesTheHostsBlockAlone) {
+    const LifecycleFault& row = GetParam();
+    HostSession& session = start(kNoControls);
+    HostInstance& instance = session.apply();
+    HostInstance& fresh = session.newInstance();
+    HostInstance& flat = session.newInstance();
+    flat.sequenceData = session.handles().makeWith(Bytes(8192));
+    const PF_Handle flatBlock = flat.sequenceData;
+
+    row.order(session.faults());
+    const auto expect = [&](const host::Answer& answer, PF_Err error) {
+        EXPECT_EQ(answer.error, error);
+        EXPECT_EQ(answer.out.sequence_data, nullptr);
+        EXPECT_EQ(answer.out.out_flags, 0);
+    };
+    const auto allowLoss = [&] { session.allowLostHandles(row.lost); };
+    allowLoss();
+    expect(session.sequenceSetup(fresh), row.setup);
+    allowLoss();
+    expect(session.sequenceResetup(fresh), row.resetup == 516 && !session.faults().hasBasicSuite() ? 516 : 0);
+    allowLoss();
+    expect(session.sequenceFlatten(instance), row.flatten);
+    // Sent bare: the host keeps the block, whatever becomes of it.
+    allowLoss();
+    expect(session.send({.cmd = PF_Cmd_SEQUENCE_RESETUP, .instance = &flat}), row.resetup);
+    EXPECT_TRUE(session.handles().isAlive(flatBlock));
+    expect(session.sequenceSetdown(instance), row.setdown);
+    EXPECT_EQ(instance.sequenceData == nullptr, row.setdown == 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , FailingLifecycle,
+    ::testing::Values(
+        LifecycleFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 516, 516, 516},
+        LifecycleFault{"no_handles", [](auto& f) { f.refuseSuite("PF Handle Suite"); }, 516, 516, 516, 516},
+        LifecycleFault{"null_handles", [](auto& f) { f.nullSuite("PF Handle Suite"); }, 516, 516, 516, 516},
+        LifecycleFault{"other_handles", [](auto& f) { f.offerOnly("PF Handle Suite", 3); }, 516, 516, 516, 516},
+        LifecycleFault{"no_memory", [](auto& f) { f.fail(Callback::newHandle); }, 4, 0, 0, 0},
+        LifecycleFault{"no_lock", [](auto& f) { f.fail(Callback::lockHandle); }, 0, 0, 0, 0, 1}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(Lifecycle, WithoutABlockNothingHappens) {
+    HostSession& session = start(kNoControls);
+    HostInstance& instance = session.newInstance();
+    session.clearRecords();
+    for (PF_Cmd cmd : {PF_Cmd_SEQUENCE_RESETUP, PF_Cmd_SEQUENCE_FLATTEN, PF_Cmd_SEQUENCE_SETDOWN,
+                       PF_Cmd_UPDATE_PARAMS_UI, PF_Cmd_FRAME_SETDOWN}) {
+        const host::Answer answer = session.send({.cmd = cmd, .instance = &instance, .hasParams = true});
+        EXPECT_EQ(answer.error, 0) << cmd;
+        EXPECT_EQ(answer.out.out_flags, 0) << cmd;
+    }
+    EXPECT_EQ(calls(session, Callback::newHandle) + calls(session, Callback::disposeHandle), 0);
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,145 @@
+// Names and states from the script to the host's panel, and changed controls from there.
+
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+class Panel : public ShellTest {};
+
+const char* const kPanel =
+    "add(1); QL_setParamEnabled(add(9), 0); add(8, 1);"
+    "p.push(QL_initParam('long', 12, 'This name is longer than what the host has')); add(3);";
+
+TEST_F(Panel, RefreshEditsACopyOfNameAndEnabledState) {
+    HostSession& session = start(scriptOf(kPanel, "QL_setParamEnabled(p[0], QL_getParamValue(p[0]) > 1);"));
+    HostInstance& instance = session.newInstance();
+    EXPECT_EQ(session.sequenceSetup(instance).error, 0);
+    instance.param(2).ui_flags = 0x205;
+    instance.param(3).ui_flags = 0x225;
+    for (float value : {1.0f, 2.0f}) {
+        instance.setFloat(1, value);
+        session.clearRecords();
+        const host::Answer answer = session.updateParamsUI(instance);
+        EXPECT_EQ(answer.error, 0);
+        EXPECT_EQ(answer.out.out_flags, 0x20000);
+        // The very first sweep finds no map yet, and the value on this side is the default.
+        const auto& updates = session.records().paramUIUpdates;
+        ASSERT_THAT(updates, SizeIs(4));
+        EXPECT_EQ(updates[0].def.ui_flags, value > 1 ? 0 : 32);
+        EXPECT_EQ(updates[1].def.ui_flags, 0x225);
+        EXPECT_EQ(updates[2].def.ui_flags, 0x205);
+        EXPECT_STREQ(updates[2].def.PF_DEF_NAME, "This name is longer than what t");
+        EXPECT_STREQ(updates[1].def.PF_DEF_NAME, "P");
+        EXPECT_EQ(updates[0].def.u.fs_d.value, value);
+        EXPECT_EQ(updates[0].def.flags, 96);
+    }
+    EXPECT_EQ(maps.paramOfHostIndex, (std::map<std::uint32_t, std::uint32_t>{{1, 0}, {2, 1}, {3, 3}, {4, 4}}));
+}
+
+TEST_F(Panel, RefreshSendsNothingAfterAnErrorAndFallsBackByVersion) {
+    const char* const kUtils = "PF Param Utils Suite";
+    HostSession& session = start(scriptOf(kPanel));
+    HostInstance& instance = session.apply();
+    const auto updates = [&] {
+        session.clearRecords();
+        maps.paramOfHostIndex.clear();
+        const host::Answer answer = session.updateParamsUI(instance);
+        EXPECT_EQ(answer.error, 0);
+        EXPECT_EQ(answer.out.out_flags, 0x20000);
+        EXPECT_THAT(maps.paramOfHostIndex, SizeIs(4));
+        return std::ssize(session.records().paramUIUpdates);
+    };
+    session.faults().failKey(Callback::updateParamUI, 2, 99);
+    EXPECT_EQ(updates(), 2);
+    for (int version : {3, 2, 1}) {
+        session.faults().clear();
+        session.faults().offerOnly(kUtils, version);
+        EXPECT_EQ(updates(), 4);
+        EXPECT_EQ(session.records().count(Callback::acquireSuite, kUtils, version), 1);
+        EXPECT_EQ(session.records().count(Callback::acquireSuite, kUtils, 1), version == 1);
+        EXPECT_EQ(session.records().count(Callback::releaseSuite, kUtils, version), 1);
+    }
+    session.faults().clear();
+    session.faults().refuseSuite(kUtils);
+    EXPECT_EQ(updates(), 0);
+    session.faults().clear();
+    session.faults().nullSuite(kUtils);
+    EXPECT_EQ(updates(), 0);
+}
+
+TEST_F(Panel, PanelUpdateSweepsThenAsksTheScriptWithoutLockOrComposition) {
+    HostSession& session = start(scriptOf("add(1); add(4);",
+                                          "seen = [QL_getParamValue(p[0]), QL_getContextExtent(),"
+                                          " QL_getSurfaceDim(QL_initRenderTarget(2, 2, 8))];"));
+    HostInstance& instance = session.apply();
+    EXPECT_EQ(eval("seen"), "[0,[0,0,1],false]");
+    instance.setFloat(1, 6);
+    session.clearRecords();
+    const StolenLock thief;
+    EXPECT_EQ(session.updateParamsUI(instance).error, 0);
+    EXPECT_THAT(session.records().paramCheckouts, ElementsAre(Field(&host::ParamCheckout::index, 1)));
+    EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 6.0f);
+    EXPECT_EQ(session.records().count(Callback::effectLayer), 0);
+}
+
+TEST_F(Panel, StatesAreTheInstancesOwn) {
+    HostSession& session = start(scriptOf("add(1);", "QL_setParamEnabled(p[0], QL_getParamValue(p[0]) < 5);"));
+    HostInstance& first = session.apply();
+    HostInstance& second = session.apply();
+    first.setFloat(1, 9);
+    for (HostInstance* instance : {&first, &second}) EXPECT_EQ(session.updateParamsUI(*instance).error, 0);
+    EXPECT_EQ(first.param(1).ui_flags, 32);
+    EXPECT_EQ(second.param(1).ui_flags, 0);
+}
+
+TEST_F(Panel, ChangedControlIsCheckedInOrder) {
+    HostSession& session = start(scriptOf("add(3);"));
+    HostInstance& instance = session.apply();
+    HostInstance& bare = session.newInstance();
+    session.faults().withoutBasicSuite();
+    EXPECT_EQ(session.userChangedParam(bare, 1).error, 516);
+    EXPECT_EQ(session.userChangedParam(instance, 0).error, 516);
+    session.faults().clear();
+    session.faults().refuseSuite("PF ColorParamSuite");
+    EXPECT_EQ(session.userChangedParam(bare, 1).error, 0);
+    EXPECT_EQ(session.userChangedParam(instance, 0).error, 0);
+    EXPECT_EQ(session.userChangedParam(instance, 1).error, 516);
+    EXPECT_EQ(session.renderFrame(instance, {picture(session)}).error(), 516);
+    EXPECT_EQ(session.updateParamsUI(instance).error, 516);
+}
+
+TEST_F(Panel, ButtonRestartsTheScriptOfAReloadedInstance) {
+    const struct {
+        HostSettings settings;
+        bool isReloaded;
+        PF_OutFlags flags;
+        int runs;
+    } kCases[] = {
+        {afterEffects(13, 9), false, 0, 1},
+        {afterEffects(13, 9), true, 0x20000, 2},
+        {afterEffects(13, 8), true, 0x20000 | PF_OutFlag_FORCE_RERENDER, 2},
+        {premiere(13, 9), true, 0x20000 | PF_OutFlag_FORCE_RERENDER, 2},
+    };
+    for (const auto& row : kCases) {
+        // A restart empties the script's variables.
+        HostSession& session = start(scriptOf("add(1);"), row.settings);
+        HostInstance& made = session.apply();
+        HostInstance& instance = row.isReloaded ? session.load(session.save(made)) : made;
+        instance.param(1).param_type = PF_Param_BUTTON;
+        eval("seen = 'before'");
+        block(instance).recordFrameSize = 0;
+        {
+            const StolenLock thief;
+            EXPECT_EQ(session.userChangedParam(instance, 1).error, 512);
+        }
+        const host::Answer answer = session.userChangedParam(instance, 1);
+        EXPECT_EQ(answer.error, 0);
+        EXPECT_EQ(answer.out.out_flags, row.flags);
+        EXPECT_EQ(eval("seen"), row.runs == 1 ? "\"before\"" : "undefined");
+        EXPECT_EQ(block(instance).recordFrameSize, row.isReloaded);
+    }
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,185 @@
+// PARAMS_SETUP: the script's controls as the host gets them.
+
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+std::string setupOf(const std::string& body) {
+    return "function setup() { var p; " + body + " } function draw() {}";
+}
+
+std::string controls(const std::string& kinds) {
+    return setupOf("[" + kinds + "].forEach(function (k, i) { QL_initParam('p' + i, k, 'P' + i); });");
+}
+
+class Registration : public ShellTest {};
+
+TEST_F(Registration, TellsEachKindWithTypeFlagsAndId) {
+    HostSession& session = start(controls("1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12"));
+    const struct {
+        PF_ParamType type;
+        PF_ParamFlags flags;
+        A_long id;
+    } kRows[] = {
+        {PF_Param_FLOAT_SLIDER, 96, 3}, {PF_Param_POINT_3D, 0, 4},   {PF_Param_COLOR, 96, 5},
+        {PF_Param_LAYER, 64, 6},        {PF_Param_POINT, 96, 7},     {PF_Param_POPUP, 64, 8},
+        {PF_Param_PATH, 64, 7},         {PF_Param_CHECKBOX, 64, 10}, {PF_Param_POPUP, 64, 11},
+        {PF_Param_GROUP_START, 0, 12},  {PF_Param_GROUP_END, 0, 13}, {PF_Param_ANGLE, 96, 14},
+    };
+    ASSERT_THAT(session.parameters(), SizeIs(std::size(kRows)));
+    for (std::size_t i = 0; i < std::size(kRows); ++i) {
+        SCOPED_TRACE(i);
+        const PF_ParamDef& def = session.parameters()[i];
+        EXPECT_EQ(def.param_type, kRows[i].type);
+        EXPECT_EQ(def.flags, kRows[i].flags);
+        EXPECT_EQ(def.uu.id, kRows[i].id);
+        EXPECT_EQ(def.ui_flags, 0);
+        const std::string name = "P" + std::to_string(i);
+        EXPECT_EQ(def.PF_DEF_NAME, kRows[i].type == PF_Param_GROUP_END ? "" : name);
+    }
+    EXPECT_THAT(maps.firstIndexOfKind, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 0, 12));
+    EXPECT_THAT(session.records().registeredUIs, ElementsAre(Field(&PF_CustomUIInfo::events, 4)));
+    EXPECT_THAT(session.records().optionsButtonNames, ElementsAre(" "));
+}
+
+TEST_F(Registration, FillsDefaultsInTheHostsScales) {
+    HostSession& session = start(
+        setupOf("p = QL_initParam('a', 1, 'A'); QL_setParamValue(p, 0.1); QL_setParamMinMax(p, -3, 7.5);"
+                " QL_setParamFlags(p, 8 | 255 << 24);"
+                "p = QL_initParam('b', 2, 'B'); QL_setParamValue(p, [1, 2, 3]);"
+                "p = QL_initParam('c', 3, 'C'); QL_setParamValue(p, [255, 128.9, 0, 7]);"
+                "[[0.5, 1], [-0.25, 0.1], [0.00001, -0.00001]].forEach(function (v) {"
+                "  p = QL_initParam('d', 5, 'D'); QL_setParamValue(p, v); });"
+                "p = QL_initParam('e', 6, 'E'); QL_setParamChoices(p, 'x|y|z'); QL_setParamValue(p, 2);"
+                "p = QL_initParam('f', 8, 'F'); QL_setParamValue(p, 0x1FE);"
+                "p = QL_initParam('g', 9, 'G'); QL_setParamChoices(p, 'u|v'); QL_setParamValue(p, 0x2FFFE);"
+                "p = QL_initParam('h', 12, '0123456789012345678901234567890longer'); QL_setParamValue(p, -90.3);"));
+    ASSERT_THAT(session.parameters(), SizeIs(10));
+    const auto at = [&](std::size_t i) { return session.parameters()[i].u; };
+
+    const PF_FloatSliderDef slider = at(0).fs_d;
+    EXPECT_EQ(slider.value, static_cast<double>(0.1f));
+    EXPECT_THAT((std::vector{slider.dephault, slider.valid_min, slider.slider_min, slider.valid_max, slider.slider_max,
+                             slider.curve_tolerance}),
+                ElementsAre(0.1f, -3, -3, 7.5f, 7.5f, 0.05f));
+    EXPECT_EQ(slider.precision, 255);
+    EXPECT_EQ(slider.display_flags, 0);
+
+    const PF_Point3DDef point = at(1).point3d_d;
+    EXPECT_THAT((std::vector{point.x_value, point.y_value, point.z_value, point.x_dephault, point.y_dephault,
+                             point.z_dephault}),
+                ElementsAre(1, 2, 2, 1, 2, 2));
+    for (const PF_UnionablePixel& pixel : {at(2).cd.value, at(2).cd.dephault})
+        EXPECT_THAT((std::vector<int>{pixel.alpha, pixel.red, pixel.green, pixel.blue}), ElementsAre(7, 255, 128, 0));
+
+    // The fraction in 1/65536, rounded away from zero, is what ends up in front of the point.
+    const std::uint32_t kPoints[][2] = {
+        {0x80000000, 0}, {0xC0000000, 0x199Au << 16}, {1u << 16, static_cast<std::uint32_t>(-1) << 16}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        const PF_PointDef& td = at(3 + i).td;
+        EXPECT_EQ(static_cast<std::uint32_t>(td.x_value), kPoints[i][0]) << i;
+        EXPECT_EQ(static_cast<std::uint32_t>(td.y_value), kPoints[i][1]) << i;
+        EXPECT_EQ(td.x_dephault, td.x_value);
+        EXPECT_EQ(td.y_dephault, td.y_value);
+        EXPECT_EQ(td.restrict_bounds, 0);
+    }
+
+    EXPECT_THAT((std::vector<int>{at(6).pd.value, at(6).pd.dephault, at(6).pd.num_choices}), ElementsAre(0, 0, 3));
+    EXPECT_STREQ(at(6).pd.u.namesptr, "x|y|z");
+    EXPECT_THAT((std::vector<int>{at(7).bd.value, at(7).bd.dephault}), ElementsAre(0x1FE, 0xFE));
+    EXPECT_STREQ(at(7).bd.u.nameptr, "");
+    EXPECT_THAT((std::vector<int>{at(8).pd.value, at(8).pd.dephault, at(8).pd.num_choices}), ElementsAre(-2, -2, 2));
+    EXPECT_STREQ(at(8).pd.u.namesptr, "u|v");
+    const PF_AngleDef angle = at(9).ad;
+    EXPECT_EQ(angle.value, static_cast<PF_Fixed>(static_cast<double>(-90.3f) * 65536.0));
+    EXPECT_EQ(angle.dephault, angle.value);
+    EXPECT_STREQ(session.parameters()[9].PF_DEF_NAME, "0123456789012345678901234567890");
+}
+
+// Declaration index to host index.
+using Indices = std::map<std::uint32_t, std::uint32_t>;
+
+TEST_F(Registration, CountsWithoutHiddenControlsAndWithUnknownKinds) {
+    HostSession& session =
+        start(setupOf("QL_initParam('a', 0, 'A'); QL_initParam('b', 1, 'B');"
+                      "p = QL_initParam('c', 1, 'C'); QL_setParamFlags(p, 1); QL_initParam('d', 77, 'D');"
+                      "QL_initParam('e', 12, 'E');"));
+    EXPECT_EQ(maps.hostIndexOfParam, (Indices{{0, 1}, {1, 2}, {3, 3}, {4, 4}}));
+    EXPECT_EQ(maps.firstIndexOfKind[FLOAT], 2u);
+    EXPECT_EQ(maps.firstIndexOfKind[ANGLE], 4u);
+    EXPECT_THAT(maps.paramOfHostIndex, IsEmpty());
+    ASSERT_THAT(session.parameters(), SizeIs(2));
+    EXPECT_EQ(session.parameters()[0].uu.id, 4);
+    EXPECT_EQ(session.parameters()[1].uu.id, 6);
+    EXPECT_EQ(session.paramsSetup().out.num_params, 5);
+}
+
+TEST_F(Registration, KeepsTheFirstIndexOfAKindForTheProcess) {
+    start(controls("1, 3"));
+    HostSession& session = start(controls("3, 9, 1"));
+    EXPECT_EQ(maps.firstIndexOfKind[COLOR], 2u);
+    EXPECT_EQ(maps.firstIndexOfKind[FLOAT], 1u);
+    EXPECT_EQ(maps.firstIndexOfKind[POPUP], 2u);
+    EXPECT_EQ(session.paramsSetup().error, 0);
+    EXPECT_EQ(maps.hostIndexOfParam, (Indices{{0, 1}, {1, 2}, {2, 3}}));
+}
+
+struct RegistrationFault {
+    const char* name;
+    void (*order)(host::Faults&);
+    PF_Err error;
+    A_long count;  // num_params
+    int registered = 0;
+    const char* message = "";
+    bool hasButton = false;
+    HostKind kind = HostKind::afterEffects;
+};
+
+class FailingRegistration : public ShellTest, public ::testing::WithParamInterface<RegistrationFault> {};
+
+constexpr const char* kNotAcquired = "Not able to acquire AEFX Suite.";
+
+TEST_P(FailingRegistration, StopsWhereItFails) {
+    const RegistrationFault& row = GetParam();
+    HostSession& session = load(controls("1, 7, 12"), row.kind == HostKind::premiere ? premiere() : afterEffects());
+    session.globalSetup();
+    row.order(session.faults());
+    const host::Answer answer = session.paramsSetup();
+    session.faults().clear();
+    EXPECT_EQ(answer.error, row.error);
+    EXPECT_EQ(answer.out.num_params, row.count);
+    EXPECT_EQ(std::ssize(session.records().registeredUIs), row.registered);
+    EXPECT_EQ(std::ssize(session.records().optionsButtonNames), row.hasButton);
+    EXPECT_EQ(answer.out.return_msg, std::string(row.message));
+    EXPECT_EQ(answer.out.out_flags, *row.message ? 0x100 : 0);
+}
+
+const char* const kUISuite = "PF Effect UI Suite";
+
+INSTANTIATE_TEST_SUITE_P(
+    , FailingRegistration,
+    ::testing::Values(
+        RegistrationFault{"first_control", [](auto& f) { f.failKey(Callback::addParam, 1, 71); }, 71, 1},
+        RegistrationFault{"second_control_is_a_path", [](auto& f) { f.failNth(Callback::addParam, 2, 72); }, 0, 4, 1,
+                          "", true},
+        RegistrationFault{"third_control", [](auto& f) { f.failNth(Callback::addParam, 3, 73); }, 73, 3},
+        RegistrationFault{"no_suite", [](auto& f) { f.refuseSuite(kUISuite); }, 516, 4, 0, kNotAcquired},
+        RegistrationFault{"null_suite", [](auto& f) { f.nullSuite(kUISuite); }, 516, 4, 0, kNotAcquired},
+        RegistrationFault{"other_suite", [](auto& f) { f.offerOnly(kUISuite, 2); }, 516, 4, 0, kNotAcquired},
+        RegistrationFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 4, 0,
+                          "Not able to release AEFX Suite."},
+        RegistrationFault{"button", [](auto& f) { f.fail(Callback::setOptionsButtonName, 74); }, 74, 4},
+        RegistrationFault{"registration", [](auto& f) { f.fail(Callback::registerUI, 75); }, 75, 4, 0, "", true},
+        RegistrationFault{"premiere_has_none", [](auto& f) { f.refuseSuite(kUISuite); }, 0, 4, 1, "", false,
+                          HostKind::premiere}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(Registration, WithoutControlsStillRegistersTheUI) {
+    HostSession& session = start(kNoControls);
+    EXPECT_THAT(session.records().registeredUIs, SizeIs(1));
+    EXPECT_EQ(session.paramsSetup().out.num_params, 1);
+}
+
+}  // namespace
+}  // namespace quillon::test

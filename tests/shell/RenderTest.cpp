@@ -1,0 +1,262 @@
+// The render phase of both routes: what the script finds, what the host is asked in which order, what lands where.
+
+#include <algorithm>
+#include <cstring>
+
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+class Render : public ShellTest {
+protected:
+    static FrameResult render(HostInstance& instance, const FrameRequest& request) {
+        return instance.session.renderFrame(instance, request);
+    }
+};
+
+TEST_F(Render, ScriptFindsTimeOriginSizesAndComposition) {
+    const char* const kFound[] = {
+        "[0.5,[1,2],[9,8,16],[9,8,16],[720,576,1.5]]",
+        "[0.5,[0,-1],[8,7,16],[9,8,16],[720,576,1.5]]",
+        "[0.5,[0,0],[8,7,16],[8,7,16],[720,576,1.5]]",
+    };
+    for (std::size_t i = 0; i < std::size(kHosts); ++i) {
+        HostSettings settings = kHosts[i];
+        settings.compWidth = 720;
+        settings.compHeight = 576;
+        settings.compPixelAspect = {3, 2};
+        HostSession& session = start(kFilling, settings, kFill);
+        HostInstance& instance = session.apply();
+        instance.currentTime = 12;
+        instance.timeScale = 24;
+        session.hooks().before = [&](PF_Cmd cmd, PF_InData& in, PF_OutData&) {
+            in.output_origin_x = 77;  // not this one, but the output's own
+            if (cmd == PF_Cmd_SMART_RENDER) in.output_origin_y = 77;
+        };
+        host::SmartFrame smart(instance, {session.newWorld(9, 8, 16)});
+        if (i == 0) {
+            ASSERT_EQ(smart.preRender().error, 0);
+            smart.answer.result_rect = {-1, -2, 8, 6};
+            ASSERT_EQ(smart.makeOutput(), nullptr);
+            EXPECT_EQ(smart.render().error, 0);
+        } else {
+            EXPECT_EQ(render(instance, {session.newWorld(9, 8, 16)}).error(), 0);
+        }
+        EXPECT_EQ(eval("found"), kFound[i]);
+    }
+}
+
+TEST_F(Render, RecordsTheFrameWhereTheBlockSaysSo) {
+    for (const HostSettings& settings : kHosts) {
+        HostSession& session = start(kFilling, settings, kFill);
+        HostInstance& instance = session.apply();
+        const FrameRequest request{session.newWorld(9, 8, 32)};
+        EXPECT_EQ(render(instance, request).error(), 0);
+        EXPECT_EQ(block(instance).lastWidth, 0u);
+        block(instance).recordFrameSize = 1;
+        const FrameResult frame = render(instance, request);
+        const bool isPremiere = settings.kind == HostKind::premiere;
+        EXPECT_EQ(block(instance).lastWidth, static_cast<unsigned>(frame.width - isPremiere));
+        EXPECT_EQ(block(instance).lastHeight, static_cast<unsigned>(frame.height - isPremiere));
+        EXPECT_EQ(block(instance).lastDepth, 32u);
+    }
+}
+
+TEST_F(Render, OnePassWithoutAFlipArrivesUpsideDown) {
+    for (Route route : {Route::smart, Route::classic}) {
+        HostSession& session = start(CopyScript(/*flip=*/false), afterEffects(13, 9, route), identityFiles());
+        HostInstance& instance = session.apply();
+        const auto input = picture(session);
+        const FrameResult frame = render(instance, {input});
+        // The classic route's output is a pixel smaller either way; with nearest filtering its rows are the input's
+        // at the middles of its own.
+        const Bytes rows = frame.output->tightBytes();
+        if (route == Route::smart) {
+            EXPECT_EQ(rows, reversedRows(input->tightBytes(), 3));
+        } else {
+            ASSERT_EQ(frame.height, 2);
+            EXPECT_TRUE(
+                std::equal(frame.output->row(0).begin(), frame.output->row(0).begin() + 4, input->row(2).begin()));
+        }
+    }
+}
+
+// Premiere's output is cleared and takes the smaller frame in its middle; the frame's input starts at the source
+// origin. Channel by channel the picture is unlike anything else.
+TEST_F(Render, PremiereClearsAndCentres) {
+    HostSession& session = start(identityScript(), premiere(), identityFiles());
+    HostInstance& instance = session.apply();
+    const auto input = picture(session, 8, 5, 3);
+    for (A_long outer : {5, 9}) {
+        // The layer of 4 by 3 starts at (1, 1): its part of 3 by 2 is drawn.
+        FrameRequest request{.input = input,
+                             .presetWidth = outer,
+                             .presetHeight = outer,
+                             .sourceOrigin = {1, 1},
+                             .layerWidth = 4,
+                             .layerHeight = 3};
+        session.clearRecords();
+        const FrameResult frame = render(instance, request);
+        EXPECT_EQ(frame.error(), 0);
+        ASSERT_EQ(frame.output->width(), outer);
+        const A_long left = (outer - 3) >> 1;
+        const A_long top = (outer - 2) >> 1;
+        auto wanted = session.newWorld(outer, outer, 8);
+        wanted->write(Bytes(wanted->tightBytes().size()));
+        for (A_long y = 0; y < 2; ++y)
+            std::copy_n(input->row(y + 1).begin() + 4, 12, wanted->row(top + y).begin() + 4 * left);
+        EXPECT_EQ(frame.output->tightBytes(), wanted->tightBytes());
+        ASSERT_THAT(session.records().fills, SizeIs(1));
+        EXPECT_TRUE(session.records().fills[0].isWhole);
+        EXPECT_EQ(session.records().fills[0].color.alpha, 0);
+    }
+}
+
+TEST_F(Render, FailedFillIsTheResultAndTheFrameIsDrawnAllTheSame) {
+    HostSession& session = start(kFilling, premiere(), kFill);
+    HostInstance& instance = session.apply();
+    session.faults().fail(Callback::fill, 61);
+    const FrameResult frame = render(instance, {picture(session)});
+    EXPECT_EQ(frame.renderError, 61);
+    EXPECT_EQ(std::to_integer<int>(frame.output->row(0)[3]), 255);
+    HostInstance& bare = session.newInstance();
+    session.faults().clear();
+    session.faults().fail(Callback::copy, 62);
+    EXPECT_EQ(render(bare, {picture(session)}).renderError, 62);
+}
+
+// Without anything mapped the input is copied. The script takes the framebuffer away in draw().
+TEST_F(Render, WithoutAResultTheInputPassesThrough) {
+    for (const HostSettings& settings : kHosts) {
+        HostSession& session = start(
+            "var drawn = 0; function setup() {}"
+            "function draw() { ++drawn; QL_release(QL_getSequenceRT()); }",
+            settings);
+        HostInstance& instance = session.apply();
+        const auto input = picture(session);
+        FrameResult frame = render(instance, {input});
+        EXPECT_EQ(frame.error(), 0);
+        EXPECT_EQ(eval("drawn"), "1");
+        EXPECT_TRUE(std::ranges::equal(frame.output->row(0), input->row(0).first(frame.output->row(0).size())));
+        EXPECT_THAT(session.records().copies, ElementsAre(Field(&host::CopyCall::isWhole, true)));
+        session.faults().fail(Callback::copy, 63);
+        EXPECT_EQ(render(instance, {input}).renderError, 63);
+        if (settings.kind != HostKind::premiere) continue;
+        session.clearRecords();
+        session.faults().fail(Callback::fill, 64);
+        EXPECT_EQ(render(instance, {input}).renderError, 64);
+        EXPECT_THAT(session.records().copies, IsEmpty());
+    }
+}
+
+TEST_F(Render, WithoutALiveBlockTheInputIsCopiedWithoutScriptOrLock) {
+    for (const HostSettings& settings : kHosts)
+        for (bool isFlat : {false, true}) {
+            HostSession& session = start(kFilling, settings, kFill);
+            HostInstance& other = session.apply();
+            EXPECT_EQ(render(other, {session.newWorld(5, 3, 8)}).error(), 0);
+            HostInstance& instance = session.newInstance();
+            if (isFlat) instance.sequenceData = session.handles().makeWith(Bytes(8192));
+            const auto input = picture(session);
+            const StolenLock thief;
+            const FrameResult frame = render(instance, {input});
+            EXPECT_EQ(frame.error(), 0);
+            EXPECT_TRUE(std::ranges::equal(frame.output->row(1), input->row(1).first(frame.output->row(1).size())));
+            session.faults().fail(Callback::copy, 65);
+            EXPECT_EQ(render(instance, {input}).renderError, 65);
+        }
+    EXPECT_EQ(eval("drawn"), "1");
+}
+
+// What cannot be drawn still is not the input: the host gets the target's storage.
+TEST_F(Render, BrokenScriptsAndShadersDoNotPassTheInputThrough) {
+    const struct {
+        const char* name;
+        const char* script;
+    } kCases[] = {
+        {"shader", "function setup() { QL_initShader('bad', 'nonsense'); } function draw() {}"},
+        {"no draw", "function setup() {}"},
+        {"fault", "function setup() {} function draw() { nonsense(); }"},
+    };
+    for (const auto& [name, script] : kCases)
+        for (Route route : {Route::smart, Route::classic}) {
+            SCOPED_TRACE(name);
+            HostSession& session = start(script, afterEffects(13, 9, route));
+            HostInstance& instance = session.apply();
+            const auto input = picture(session);
+            const FrameResult frame = render(instance, {input});
+            EXPECT_EQ(frame.error(), 0);
+            EXPECT_THAT(session.records().copies, IsEmpty());
+            EXPECT_NE(frame.output->row(0)[0], input->row(0)[0]);
+            EXPECT_NE(frame.output->row(0)[0], World::kUnwrittenByte);
+        }
+}
+
+TEST_F(Render, SweepsBeforeTheLockAndLeavesTheOutputUnwrittenWithoutIt) {
+    for (const HostSettings& settings : kHosts) {
+        HostSession& session = start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}", settings);
+        HostInstance& instance = session.apply();
+        const FrameRequest request{session.newWorld(5, 3, 8)};
+        session.clearRecords();
+        const StolenLock thief;
+        const FrameResult frame = render(instance, request);
+        EXPECT_EQ(frame.renderError, 512);
+        EXPECT_EQ(session.records().count(Callback::checkoutParam), 2) << "size phase and render";
+        EXPECT_THAT(session.records().copies, IsEmpty());
+        const std::byte first = frame.output->row(0)[0];
+        EXPECT_EQ(first, settings.kind == HostKind::premiere ? std::byte{0} : World::kUnwrittenByte);
+    }
+}
+
+// The order of what the host sees.
+TEST_F(Render, AsksDepthsThenClearsThenSweepsThenTransfers) {
+    using enum Callback;
+    const std::vector<Callback> kOrders[] = {
+        {checkoutPixels, checkoutOutput, worldFormat, worldFormat, checkoutParam, checkinParam, pixelDataFloat,
+         pixelData16, pixelData8, pixelDataFloat, pixelData16, pixelData8},
+        {worldFormat, worldFormat, checkoutParam, checkinParam, pixelDataFloat, pixelData16, pixelData8, pixelDataFloat,
+         pixelData16, pixelData8},
+        {premiereFormat, premiereFormat, fill, checkoutParam, checkinParam},
+    };
+    for (std::size_t i = 0; i < std::size(kHosts); ++i) {
+        HostSession& session = start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}", kHosts[i]);
+        HostInstance& instance = session.apply();
+        EXPECT_EQ(render(instance, {session.newWorld(5, 3, 8)}).error(), 0);
+        std::vector<Callback> order;
+        for (const host::TraceLine& line : session.records().trace) {
+            const bool isRender = line.selector == PF_Cmd_RENDER || line.selector == PF_Cmd_SMART_RENDER;
+            if (isRender && line.callback != acquireSuite && line.callback != releaseSuite)
+                order.push_back(line.callback);
+        }
+        EXPECT_EQ(order, kOrders[i]);
+    }
+}
+
+// The script's picture is as deep as the input; the output is written in its own depth and no further than both reach.
+TEST_F(Render, UnlikeDepthsReadAndWriteNothingTheyMayNot) {
+    for (const HostSettings& settings : kHosts)
+        for (int inDepth : {8, 16, 32})
+            for (int outDepth : {8, 16, 32}) {
+                HostSession& session = start(identityScript(), settings, identityFiles());
+                HostInstance& instance = session.apply();
+                const FrameResult frame =
+                    render(instance, {.input = picture(session, inDepth), .outputDepth = outDepth});
+                EXPECT_EQ(frame.error(), 0);
+                // The bottom row is the frame's first, and as far as it reaches it is there.
+                EXPECT_THAT(frame.output->row(frame.height - 1).first(4), testing::Not(Each(World::kUnwrittenByte)))
+                    << inDepth << " to " << outDepth << " bits, route " << static_cast<int>(settings.route);
+            }
+}
+
+TEST_F(Render, WithoutAnyInputNothingIsWritten) {
+    HostSession& session = start(kFilling, {}, kFill);
+    HostInstance& instance = session.apply();
+    auto output = session.newWorld(4, 4, 8);
+    EXPECT_EQ(session.send({.cmd = PF_Cmd_RENDER, .instance = &instance, .output = output}).error, 0);
+    EXPECT_THAT(output->tightBytes(), Each(World::kUnwrittenByte));
+    EXPECT_EQ(eval("drawn"), "0");
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,185 @@
+// GLOBAL_SETUP and ABOUT.
+
+#include <cstring>
+
+#include "host/ObjectReferences.h"
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+Files config(const std::string& keys) {
+    return {{"config.xml", keys}};
+}
+
+constexpr PrPixelFormat kBytes[] = {0x62677261, 0x62677278};
+constexpr PrPixelFormat kWords[] = {0x62677258, 0x62677241};
+constexpr PrPixelFormat kFloats[] = {0x62675241, 0x62675258};
+
+class Setup : public ShellTest {};
+
+TEST_F(Setup, TellsFlagsAndFormatsByHost) {
+    const struct {
+        HostKind kind;
+        std::uint32_t flags, flags2;  // of config.xml
+        std::uint32_t outFlags, outFlags2;
+        int formats;  // bits: bytes, words, floats
+    } kCases[] = {
+        {HostKind::afterEffects, 0, 0, 0x4008005, 0, 0},
+        {HostKind::afterEffects, 33554464, 5120, 0x6008025, 0x1400, 0},
+        {HostKind::premiere, 0, 0, 0x4008005, 0x8000, 1},
+        {HostKind::premiere, 33554464, 5120, 0x4008025, 0x8400, 7},
+        {HostKind::premiere, 0x2000000, 0, 0x4008005, 0x8000, 3},
+        {HostKind::premiere, 0, 0x1000, 0x4008005, 0x8000, 5},
+    };
+    for (const auto& row : kCases) {
+        HostSession& session = load(kNoControls, row.kind == HostKind::premiere ? premiere() : afterEffects(),
+                                    config("<FLAGS>" + std::to_string(row.flags) + "</FLAGS><FLAGS2>" +
+                                           std::to_string(row.flags2) + "</FLAGS2>"));
+        const host::Answer answer = session.globalSetup();
+        EXPECT_EQ(answer.error, 0);
+        EXPECT_EQ(static_cast<std::uint32_t>(answer.out.out_flags), row.outFlags);
+        EXPECT_EQ(static_cast<std::uint32_t>(answer.out.out_flags2), row.outFlags2);
+        std::vector<PrPixelFormat> formats;
+        int bit = 1;
+        for (const auto* pair : {&kBytes, &kWords, &kFloats}) {
+            if (row.formats & bit) formats.insert(formats.end(), std::begin(*pair), std::end(*pair));
+            bit *= 2;
+        }
+        EXPECT_EQ(session.records().pixelFormats, formats);
+        EXPECT_EQ(session.records().count(Callback::clearPixelFormats), row.kind == HostKind::premiere ? 1 : 0);
+    }
+}
+
+TEST_F(Setup, FoldsTheVersionIntoTheHostsWord) {
+    const struct {
+        const char* keys;
+        std::uint32_t mask, word;
+    } kCases[] = {
+        {"<MAJOR_VERSION>1</MAJOR_VERSION><MINOR_VERSION>2</MINOR_VERSION><STAGE_VERSION>3</STAGE_VERSION>", ~0u,
+         0x00090600},
+        {"<MAJOR_VERSION>9</MAJOR_VERSION>", ~0u, 1u << 19 | 1u << 26},
+        {"<STAGE_VERSION>3</STAGE_VERSION><BUILD_VERSION>600</BUILD_VERSION>", 0x7FF, 0x658},
+    };
+    for (const auto& [keys, mask, word] : kCases)
+        EXPECT_EQ(load(kNoControls, {}, config(keys)).globalSetup().out.my_version & mask, word) << keys;
+}
+
+TEST_F(Setup, MakesTheGlobalDataAndRegistersUnderAfterEffects) {
+    for (HostKind kind : {HostKind::afterEffects, HostKind::premiere}) {
+        HostSession& session = load(kNoControls, kind == HostKind::premiere ? premiere() : afterEffects());
+        session.globalSetup();
+        const std::vector<std::byte> bytes = session.handles().bytes(session.globalData());
+        ASSERT_EQ(bytes.size(), 8u);
+        EXPECT_EQ(session.handles().lockCount(session.globalData()), 0);
+        EXPECT_EQ(bytes[0], std::byte{1});
+        AEGP_PluginID plugin = 0;
+        std::memcpy(&plugin, &bytes[4], sizeof plugin);
+        if (kind == HostKind::afterEffects)
+            EXPECT_EQ(plugin, host::kPluginId);
+        else
+            EXPECT_EQ(plugin, 0x5A5A5A5A) << "the host's fresh bytes stay";
+        EXPECT_THAT(session.records().aegpNames, SizeIs(kind == HostKind::afterEffects ? 1 : 0));
+        for (const std::string& name : session.records().aegpNames) EXPECT_EQ(name, "TestId");
+    }
+}
+
+struct SetupFault {
+    const char* name;
+    HostKind kind;
+    void (*order)(host::Faults&);
+    PF_Err error;
+    bool hasGlobalData;
+    int lost;
+    int formats;
+    int depthFlags = 1;  // whether the two depth flags stand
+};
+
+class FailingSetup : public ShellTest, public ::testing::WithParamInterface<SetupFault> {};
+
+TEST_P(FailingSetup, LeavesVersionAndFlagsWritten) {
+    const SetupFault& row = GetParam();
+    HostSession& session = load(kNoControls, row.kind == HostKind::premiere ? premiere() : afterEffects());
+    row.order(session.faults());
+    session.allowLostHandles(row.lost);
+    const host::Answer answer = session.globalSetup();
+    session.faults().clear();
+    EXPECT_EQ(answer.error, row.error);
+    EXPECT_EQ(answer.out.global_data != nullptr, row.hasGlobalData);
+    EXPECT_NE(answer.out.my_version, 0u);
+    EXPECT_EQ(answer.out.out_flags & ~0x2000000, 0x4008025);
+    EXPECT_EQ(answer.out.out_flags2 & 0x400, 0x400);
+    EXPECT_EQ((answer.out.out_flags & 0x2000000) != 0, row.depthFlags != 0);
+    EXPECT_EQ((answer.out.out_flags2 & 0x1000) != 0, row.depthFlags != 0);
+    EXPECT_EQ(session.handles().aliveCount(), static_cast<std::size_t>(row.lost + row.hasGlobalData));
+    EXPECT_EQ(std::ssize(session.records().pixelFormats), row.formats);
+    EXPECT_THAT(session.records().messages, IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , FailingSetup,
+    ::testing::Values(
+        SetupFault{"no_basic", HostKind::afterEffects, [](auto& f) { f.withoutBasicSuite(); }, 516, false, 0, 0},
+        SetupFault{"no_handles", HostKind::afterEffects, [](auto& f) { f.refuseSuite("PF Handle Suite"); }, 516, false,
+                   0, 0},
+        SetupFault{"null_handles", HostKind::afterEffects, [](auto& f) { f.nullSuite("PF Handle Suite"); }, 516, false,
+                   0, 0},
+        SetupFault{"old_handles", HostKind::premiere, [](auto& f) { f.offerOnly("PF Handle Suite", 1); }, 516, false, 0,
+                   0},
+        SetupFault{"no_memory", HostKind::afterEffects, [](auto& f) { f.fail(Callback::newHandle); }, 512, false, 0, 0},
+        SetupFault{"no_memory_premiere", HostKind::premiere, [](auto& f) { f.fail(Callback::newHandle); }, 512, false,
+                   0, 6, 0},
+        SetupFault{"no_lock", HostKind::afterEffects, [](auto& f) { f.fail(Callback::lockHandle); }, 0, false, 1, 0},
+        SetupFault{"no_lock_premiere", HostKind::premiere, [](auto& f) { f.fail(Callback::lockHandle); }, 0, false, 1,
+                   6, 0},
+        SetupFault{"no_registry", HostKind::afterEffects, [](auto& f) { f.refuseSuite("AEGP Utility Suite"); }, 516,
+                   false, 1, 0},
+        SetupFault{"not_registered", HostKind::afterEffects, [](auto& f) { f.fail(Callback::registerAegp, 77); }, 77,
+                   false, 1, 0},
+        SetupFault{"no_formats", HostKind::premiere, [](auto& f) { f.refuseSuite("PF Pixel Format Suite"); }, 0, true,
+                   0, 0},
+        SetupFault{"null_formats", HostKind::premiere, [](auto& f) { f.nullSuite("PF Pixel Format Suite"); }, 0, true,
+                   0, 0}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(Setup, LeavesAllUnwrittenWhenTheEngineDoesNotStart) {
+    HostSession& session = load(kNoControls, {}, config("<FLAGS>1<FLAGS>"));
+    const host::Answer answer = session.globalSetup();
+    EXPECT_EQ(answer.error, 515);
+    EXPECT_EQ(answer.out.my_version | static_cast<A_u_long>(answer.out.out_flags | answer.out.out_flags2), 0u);
+    EXPECT_EQ(session.handles().aliveCount(), 0u);
+    // The lock that TearDown asks for needs an engine.
+    start(kNoControls);
+}
+
+TEST_F(Setup, AboutEndsInTwoLineFeedsWithinTheHostsField) {
+    const std::string fits(253, 'x');
+    const struct {
+        std::string about, shown;
+    } kCases[] = {{"", "\n\n"}, {"50%s off", "50%s off\n\n"}, {fits, fits + "\n\n"}, {fits + "yz", fits + "\n\n"}};
+    for (const auto& [about, shown] : kCases) {
+        HostSession& session = load(kNoControls, {}, config("<ABOUT>" + about + "</ABOUT>"));
+        EXPECT_EQ(session.globalSetup().error, 0);
+        const host::Answer answer = session.about();
+        EXPECT_EQ(answer.error, 0);
+        EXPECT_EQ(answer.out.return_msg, shown);
+        EXPECT_EQ(answer.out.out_flags, 0);
+    }
+    HostSession& session = start(kNoControls, premiere());
+    session.hooks().before = [](PF_Cmd, PF_InData&, PF_OutData& out) { out.return_msg[0] = '!'; };
+    EXPECT_STREQ(session.about().out.return_msg, "!");
+}
+
+TEST_F(Setup, EngineOutlivesTheSetdown) {
+    HostSession& session = start(identityScript(), {}, identityFiles());
+    HostInstance& instance = session.apply();
+    EXPECT_EQ(session.globalSetdown().error, 0);
+    const auto input = picture(session);
+    EXPECT_EQ(session.renderFrame(instance, {input}).output->tightBytes(), input->tightBytes());
+    // A second setup reads the script anew.
+    HostSession& other = start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}");
+    EXPECT_THAT(other.parameters(), SizeIs(1));
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,82 @@
+// Frames from upstream, which no selector asks for by itself.
+
+#include "entities/Context.h"
+#include "host/ObjectReferences.h"
+#include "shell/RenderUpstream.h"
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+class Upstream : public ShellTest {};
+
+// Called from within a frame of this instance, under its lock.
+TEST_F(Upstream, FramesBecomeTheInputOfAnEarlierTime) {
+    HostSession& session = start(
+        "var dim; function setup() {} function draw() {"
+        " dim = QL_getSurfaceDim(QL_getSequenceTexture()); }");
+    HostInstance& instance = session.apply();
+    instance.currentTime = 20;
+    instance.timeStep = 4;
+    const auto input = picture(session, 8, 5, 3);
+    std::uint32_t framesBack = 0;
+    int thrown = 0;
+    std::uint32_t uploadedWidth = 0;
+    PF_InData* given = nullptr;
+    session.hooks().before = [&](PF_Cmd, PF_InData& in, PF_OutData&) { given = &in; };
+    session.hooks().upstream = [&](HostInstance&, A_Time) { return session.newWorld(7, 2, 8); };
+    bool isDone = false;
+    session.hooks().at[Callback::worldFormat] = [&](auto&) {
+        if (std::exchange(isDone, true)) return;
+        engine.selectSequence(block(instance).handle);
+        ASSERT_TRUE(engine.lockGL());
+        try {
+            renderUpstream(*given, host::kPluginId, framesBack, 8);
+        } catch (int code) {
+            thrown = code;
+        }
+        engine.unlockGL();
+        Context& entities = Context::Instance();
+        if (thrown == 0) uploadedWidth = entities.FindTexture(entities.CurrentSequence().texture).width;
+    };
+    const struct {
+        std::uint32_t back;
+        int time;  // -1: not asked for
+    } kCases[] = {{0, 20}, {3, 8}, {5, 0}, {6, -1}, {0x40000000, -1}};
+    for (const auto& [back, time] : kCases) {
+        framesBack = back;
+        isDone = false;
+        session.clearRecords();
+        EXPECT_EQ(session.renderFrame(instance, {input}).error(), 0);
+        EXPECT_EQ(uploadedWidth, back == 0 ? 7u : 5u) << "an earlier frame is a layer of its own";
+        ASSERT_THAT(session.records().upstreamTimes, SizeIs(time < 0 ? 0 : 1)) << back;
+        for (const A_Time& asked : session.records().upstreamTimes) {
+            EXPECT_EQ(asked.value, time);
+            EXPECT_EQ(asked.scale, 30u);
+        }
+    }
+    framesBack = 0;
+    for (const char* suite : {"AEGP Effect Suite", "AEGP Layer Render Options Suite", "AEGP Render Suite",
+                              "AEGP PF Interface Suite", "AEGP World Suite"}) {
+        isDone = false;
+        thrown = 0;
+        session.hooks().before = [&](PF_Cmd cmd, PF_InData& in, PF_OutData&) {
+            given = &in;
+            session.faults().clear();
+            if (cmd == PF_Cmd_SMART_RENDER) session.faults().refuseSuite(suite);
+        };
+        EXPECT_EQ(session.renderFrame(instance, {input}).error(), 0);
+        EXPECT_EQ(thrown, 13) << suite;
+    }
+    session.hooks().before = [&](PF_Cmd, PF_InData& in, PF_OutData&) { given = &in; };
+    for (Callback callback : {Callback::newEffect, Callback::newRenderOptions, Callback::renderLayerFrame,
+                              Callback::receiptWorld, Callback::fillOutWorld}) {
+        isDone = false;
+        session.faults().clear();
+        session.faults().fail(callback);
+        EXPECT_EQ(session.renderFrame(instance, {input}).error(), 0);
+    }
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,159 @@
+// The colour wheel of a listed control, which no event reaches by itself.
+
+#include <cmath>
+#include <cstring>
+
+#include "host/HostEvent.h"
+#include "shell/ShellTest.h"
+
+namespace quillon::test {
+namespace {
+
+constexpr A_long kLeft = 20, kTop = 30, kWidth = 120, kHeight = 140;  // R is 50, the centre (60, 70)
+
+class Wheel : public ShellTest {
+protected:
+    void open(const HostSettings& settings = {}) {
+        session = &start(
+            "function setup() { QL_initParam('c', 3, 'C'); QL_initParam('p', 2, 'P'); }"
+            "function draw() {}",
+            settings);
+        instance = &session->apply();
+        maps.customUiIndices = {1};
+        instance->setColor(1, {.alpha = 1, .red = 0, .green = 1, .blue = 0});
+        session->clearRecords();
+    }
+    // The event as the effect leaves it; `x` and `y` from the control's corner.
+    PF_EventExtra send(PF_EventType type, A_long x = 0, A_long y = 0, PF_Err error = 0, A_long window = 2,
+                       A_long area = 2) {
+        host::HostEvent event(type, 1);
+        event.context.w_type = window;
+        event.extra.effect_win.area = area;
+        event.extra.effect_win.current_frame = {kLeft, kTop, kLeft + kWidth, kTop + kHeight};
+        if (type == PF_Event_ADJUST_CURSOR)
+            event.extra.u.adjust_cursor.screen_point = {kLeft + x, kTop + y};
+        else if (type != PF_Event_DRAW)
+            event.extra.u.do_click.screen_point = {kLeft + x, kTop + y};
+        EXPECT_EQ(session->event(*instance, event.extra).error, error);
+        EXPECT_EQ(event.extra.evt_out_flags, 1);
+        return event.extra;
+    }
+    std::vector<int> color() const {
+        const PF_UnionablePixel pixel = instance->param(1).u.cd.value;
+        return {pixel.alpha, pixel.red, pixel.green, pixel.blue};
+    }
+    HostSession* session = nullptr;
+    HostInstance* instance = nullptr;
+};
+
+TEST_F(Wheel, ClickAsksForToolAndDrag) {
+    open();
+    EXPECT_EQ(send(PF_Event_DO_CLICK).u.do_click.send_drag, 1);
+    const auto& trace = session->records().trace;
+    EXPECT_EQ(std::count_if(trace.begin(), trace.end(),
+                            [](auto& line) { return line.callback == Callback::setExtendedTool && line.key == 14; }),
+              1);
+    session->faults().fail(Callback::setExtendedTool, 31);
+    EXPECT_EQ(send(PF_Event_DO_CLICK, 0, 0, 31).u.do_click.send_drag, 0);
+    for (PF_EventType type : {0, 1, 5, 6, 7, 8, 10, 11}) send(type);
+}
+
+TEST_F(Wheel, DragTakesHueAndSaturationOrAlpha) {
+    const struct {
+        A_long x, y;
+        std::vector<int> color;  // A, R, G, B
+    } kCases[] = {
+        {60, 70, {255, 255, 255, 255}},  // the centre
+        {35, 70, {255, 255, 127, 127}},  // hue 2 pi, which is 0
+        {85, 70, {255, 127, 255, 255}},  // hue pi
+        {60, 95, {255, 191, 127, 255}},  // hue 3/2 pi
+        {60, 45, {255, 191, 255, 127}},  // hue 1/2 pi
+        {10, 70, {255, 0, 255, 0}},      // R itself is outside
+        {24, 119, {51, 0, 255, 0}},      // below the wheel: x / width
+        {119, 130, {252, 0, 255, 0}},   {119, 118, {255, 0, 255, 0}}, {110, 20, {255, 0, 255, 0}},
+    };
+    for (const auto& [x, y, wanted] : kCases) {
+        open();
+        const PF_EventExtra extra = send(PF_Event_DRAG, x, y);
+        EXPECT_EQ(extra.u.do_click.continue_refcon[0], kLeft + x);
+        EXPECT_THAT(color(), ElementsAreArray(wanted)) << x << ',' << y;
+    }
+    open();
+    EXPECT_EQ(send(PF_Event_DRAG, -70, 5).u.do_click.continue_refcon[0], -50) << "with its sign";
+    send(PF_Event_DRAG, 60, 70, 0, PF_Window_COMP);
+    EXPECT_EQ(send(PF_Event_DRAG, 60, 70, 0, PF_Window_EFFECT, PF_EA_PARAM_TITLE).u.do_click.continue_refcon[0], 0);
+    EXPECT_THAT(color(), ElementsAre(255, 0, 255, 0));
+}
+
+TEST_F(Wheel, CursorIsAnEyedropperOverWhatIsPainted) {
+    open();
+    const struct {
+        A_long x, y, cursor;
+    } kCases[] = {{60, 70, 8},  {60, 21, 8},   {2, 2, 0},    {60, 130, 0}, {100, 133, 8}, {11, 133, 8}, {10, 133, 0},
+                  {114, 10, 8}, {119, 129, 8}, {113, 70, 0}, {114, 9, 0},  {114, 130, 0}, {-1, 70, 0},  {60, 500, 0}};
+    for (const auto& [x, y, cursor] : kCases)
+        EXPECT_EQ(send(PF_Event_ADJUST_CURSOR, x, y).u.adjust_cursor.set_cursor, cursor) << x << ',' << y;
+    EXPECT_EQ(send(PF_Event_ADJUST_CURSOR, 60, 70, 0, PF_Window_COMP).u.adjust_cursor.set_cursor, 0);
+}
+
+TEST_F(Wheel, DrawsTheWheelAndAMarker) {
+    for (const HostSettings& settings : {afterEffects(), premiere()}) {
+        open(settings);
+        send(PF_Event_DRAW);
+        const auto& drawings = session->records().drawings;
+        ASSERT_THAT(drawings, SizeIs(2));
+        const host::Drawing& image = drawings[0];
+        EXPECT_EQ(image.call, Callback::drawImage);
+        EXPECT_EQ(image.image.width, kWidth);
+        EXPECT_EQ(image.image.height, kHeight);
+        const auto pixel = [&](int x, int y) {
+            std::uint32_t word = 0;
+            const auto at = static_cast<std::size_t>(y * image.image.rowBytes + 4 * x);
+            std::memcpy(&word, &image.image.bytes.at(at), sizeof word);
+            return word;
+        };
+        EXPECT_EQ(pixel(60, 70), 0xFFFFFFFFu);
+        EXPECT_EQ(pixel(85, 70), 0xFF7FFFFFu);
+        EXPECT_EQ(pixel(60, 45), 0xFFBFFF7Fu);
+        EXPECT_EQ(pixel(2, 2), 0u);
+        EXPECT_EQ(pixel(10, 134) >> 24, 0u);
+        EXPECT_EQ(pixel(110, 137), 0xFFFFFFFFu);
+        EXPECT_EQ(pixel(60, 135) & 0xFFFFFF, 0xFFFFFFu);
+        EXPECT_EQ(pixel(114, 10), 0xFEFFFFFFu);
+        EXPECT_EQ(pixel(119, 129), 0xFE000000u);
+        EXPECT_EQ(pixel(113, 70), 0u);
+        EXPECT_EQ(drawings[1].call, Callback::strokePath);
+        ASSERT_THAT(drawings[1].arcs, SizeIs(1));
+        // Green: hue 2/3 pi, which stands at -1/3 pi from the centre, full saturation.
+        const DRAWBOT_PointF32 center = drawings[1].arcs[0].center;
+        EXPECT_NEAR(center.x, kLeft + 60 + 25, 1);
+        EXPECT_NEAR(center.y, kTop + 70 - 50 * std::sqrt(0.75), 1);
+        EXPECT_EQ(session->records().count(Callback::floatingPointColor), settings.kind == HostKind::premiere ? 0 : 1);
+    }
+}
+
+TEST_F(Wheel, MissingSuitesAreToldWhereTheyAreDrawnWith) {
+    const struct {
+        const char* suite;
+        const char* message;
+    } kCases[] = {{"PF ColorParamSuite", ""},
+                  {"PF Effect Custom UI Suite", ""},
+                  {"DRAWBOT Draw Suite", "Not able to acquire AEFX Suite."},
+                  {"DRAWBOT Supplier Suite", "Not able to acquire AEFX Suite."},
+                  {"DRAWBOT Surface Suite", "Not able to acquire AEFX Suite."},
+                  {"DRAWBOT Path Suite", "Not able to acquire AEFX Suite."}};
+    for (const auto& [suite, message] : kCases) {
+        open();
+        session->faults().refuseSuite(suite);
+        host::HostEvent event(PF_Event_DRAW, 1);
+        event.extra.effect_win.current_frame = {0, 0, kWidth, kHeight};
+        EXPECT_EQ(session->event(*instance, event.extra).error, 516) << suite;
+        EXPECT_EQ(event.extra.evt_out_flags, *message ? 1 : 0) << suite;
+        EXPECT_THAT(session->records().messages, SizeIs(*message ? 1 : 0)) << suite;
+        for (const host::Message& told : session->records().messages) EXPECT_EQ(told.text, message);
+        EXPECT_THAT(session->records().drawings, IsEmpty());
+    }
+}
+
+}  // namespace
+}  // namespace quillon::test
