@@ -225,9 +225,17 @@ void Texture::loadFromSurface(Surface& surface, bool flip) {
     const PixelLayout layout{surface.width, surface.height, surface.bitDepth,
                              static_cast<std::int64_t>(surface.rowBytes)};
     const std::byte* source = surface.pixelAddress();
+    const std::size_t bytes = surface.height * surface.rowBytes;
+    std::vector<std::byte> rows;
+    if (source && surface.pixelBytes() < bytes) {
+        // What the surface lacks counts as zero.
+        rows.assign(source, source + surface.pixelBytes());
+        rows.resize(bytes);
+        source = rows.data();
+    }
     std::vector<std::byte> flipped;
     if (source && flip) {
-        flipped.resize(surface.height * surface.rowBytes);
+        flipped.resize(bytes);
         for (std::uint32_t y = 0; y < surface.height; ++y)
             std::memcpy(flipped.data() + (surface.height - 1 - y) * surface.rowBytes, source + y * surface.rowBytes,
                         surface.rowBytes);

@@ -16,4 +16,8 @@ std::byte* Surface::pixelAddress() {
     return pixels.empty() ? nullptr : pixels.data();
 }
 
+std::size_t Surface::pixelBytes() const {
+    return borrowedPixels ? borrowedPixels->size() : pixels.size();
+}
+
 }  // namespace quillon

@@ -44,7 +44,7 @@ TEST_F(Identity, IsEmptyAndZeroWhereTheConfigIsSilent) {
 TEST_F(Identity, IsReadOnceWhileARestartReadsTheProgramAnew) {
     start("var who = 'first'; function setup() {}");
     const TestEffect other(
-        {{"fx.js", "var who = 'second'; function setup() {}"}, {"config.xml", "<FXNAME>Other</FXNAME>"}});
+        Files{{"fx.js", "var who = 'second'; function setup() {}"}, {"config.xml", "<FXNAME>Other</FXNAME>"}});
     BlobReader::Load(other.module());
     EXPECT_TRUE(engine.restartScript());
     EXPECT_EQ(eval("who"), "\"second\"");

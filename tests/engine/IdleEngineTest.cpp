@@ -75,6 +75,8 @@ TEST_F(IdleEngine, KnowsNoInstanceAnyMoreAfterARestart) {
         "function preRender() { ++calls; } function draw() { ++calls; } function updateUIFlags() { ++calls; }");
     SequenceHandle* const old = addInstance();
     frame(2, 2, 8);
+    engine.selectSequence(nullptr);
+    expectNoInstance();  // nor is the frame handed out that is there
     EXPECT_TRUE(engine.restartScript());
     for (const bool reselected : {false, true}) {
         if (reselected) engine.selectSequence(old);
