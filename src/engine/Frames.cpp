@@ -1,5 +1,6 @@
 // What is done for each frame of an effect instance.
 
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -113,8 +114,11 @@ void AEQuillon2::setLayerPixels(std::uint32_t index, const void* pixels, std::ui
 
 const void* AEQuillon2::mapResult() {
     if (!selected) return nullptr;
+    // A script can put a smaller picture into its output: the caller would read past the end of that one.
     RenderTarget& target = currentOutput();
-    return target.isUsable() ? target.mapPixels() : nullptr;
+    const std::size_t bytes = std::size_t{target.width} * target.height * target.bitDepth / 2;
+    const bool isWhole = target.isUsable() && bytes >= Context::Instance().CurrentSequence().frameBytes;
+    return isWhole ? target.mapPixels() : nullptr;
 }
 
 void AEQuillon2::unmapResult(const void*) {

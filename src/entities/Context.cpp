@@ -29,6 +29,7 @@ void Context::Setup() {
     add(std::make_unique<Surface::Factory>());
     ++generation;
     current = 0;
+    sequences.clear();  // of instances made before there was a script: slot 0 is the system's
     NewSequence();
     ready = true;
 }

@@ -9,6 +9,7 @@ void Sequence::prepareOutput(const FrameImage& image, double frameTime) {
     time = frameTime;
     outputWidth = image.width;
     outputHeight = image.height;
+    frameBytes = std::size_t{image.width} * image.height * image.bits / 2;
     if (renderTarget == 0) renderTarget = owner->NewRenderTarget(image.width, image.height, image.bits);
     RenderTarget& target = owner->FindRenderTarget(renderTarget);
     if (!target.isUsable()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "entities/FrameImage.h"
@@ -34,7 +35,8 @@ public:
     double time = 0;                 // seconds
     std::uint32_t outputWidth = 0;
     std::uint32_t outputHeight = 0;
-    std::uint32_t originX = 0;  // of the input layer; read as signed
+    std::size_t frameBytes = 0;  // of the frame under way, as its host expects it: no script changes that
+    std::uint32_t originX = 0;   // of the input layer; read as signed
     std::uint32_t originY = 0;
 };
 

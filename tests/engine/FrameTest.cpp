@@ -105,6 +105,23 @@ TEST_F(FrameOperations, GiveTheTargetsFreshStorageWhenTheScriptDrawsNothing) {
     EXPECT_EQ(frame(3, 2, 8).size(), 24u);
 }
 
+// A caller reads as many bytes as the frame that it asked for has.
+TEST_F(FrameOperations, HandOutNoFrameThatTheScriptMadeSmaller) {
+    start("var body; function setup() {} function draw() { body(QL_getSequenceRT()); }");
+    addInstance();
+    for (const char* body :
+         {"QL_surfaceCopyTo(QL_initSurface(8, 1, 8), rt)", "QL_surfaceCopyTo(QL_initSurface(8, 8, 8), rt)",
+          "QL_release(rt); QL_initRenderTarget(8, 7, 32)", "QL_release(rt)"}) {
+        eval("body = function (rt) { " + std::string(body) + "; }");
+        ASSERT_TRUE(engine.lockGL());
+        engine.draw(0, 8, 8, 32, 1);
+        EXPECT_EQ(engine.mapResult(), nullptr) << body;
+        engine.unlockGL();
+    }
+    eval("body = function () {}");
+    EXPECT_EQ(frame(8, 8, 32).size(), 1024u);
+}
+
 TEST_F(FrameOperations, IgnoreALayerWithoutPixelsOrRows) {
     start("function setup() { QL_initParam('l', 4, 'L'); } function draw() {}");
     addInstance();
