@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "imagelib/Quantize.h"
 #include "script/NativeArguments.h"
 #include "script/Natives.h"
 
@@ -56,17 +57,19 @@ duk_ret_t surfaceToTexture(duk_context* ctx) {
     return PushNumber(ctx, texture);
 }
 
-// Refuses what it has to refuse. The colour reduction itself is not there yet: the pixels stay as they are.
+// The arguments' order is the script's own.
 duk_ret_t surfaceQuantize(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
+    const bool grayscale = duk_to_boolean(ctx, 1) != 0;
+    const std::int32_t mode = duk_to_int(ctx, 2);
+    const std::int32_t dither = duk_to_int(ctx, 3);
+    const float value = ToFloat(ctx, 4);
+    const bool serpentine = duk_to_boolean(ctx, 5) != 0;
     if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);
-    duk_to_boolean(ctx, 1);
-    duk_to_int(ctx, 2);
-    duk_to_int(ctx, 3);
-    duk_to_number(ctx, 4);
-    duk_to_boolean(ctx, 5);
-    const Surface& surface = Context::Instance().FindSurface(id);
-    return PushBool(ctx, surface.width != 0 && surface.height != 0);
+    Surface& surface = Context::Instance().FindSurface(id);
+    if (surface.width == 0 || surface.height == 0) return PushBool(ctx, false);
+    SurfaceQuantize(surface, mode, dither, value, grayscale, serpentine);
+    return PushBool(ctx, true);
 }
 
 duk_ret_t surfaceCopyTo(duk_context* ctx) {

@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "entities/Context.h"
 #include "support/EngineTest.h"
 #include "support/Pixels.h"
@@ -33,8 +35,9 @@ TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
     expectValues({
         {"(s = QL_initSurface(2, 2, 8), none = QL_initSurface(0, 2, 8), t = QL_getParamValue(layer), 0)", "0"},
         {"[QL_surfaceToTexture(0), QL_surfaceToTexture(t), QL_surfaceToTexture()]", "[false,false,false]"},
-        {"[QL_surfaceQuantize(t, false, 0, 0, 1, false), QL_surfaceQuantize(none, false, 0, 0, 1, false)]",
-         "[false,false]"},
+        {"[QL_surfaceQuantize(t, false, 1, 1, 1, false), QL_surfaceQuantize(none, false, 1, 1, 1, false),"
+         " QL_surfaceQuantize(0x60000FF, false, 1, 1, 1, false), QL_surfaceQuantize()]",
+         "[false,false,false,false]"},
         {"[QL_surfaceCopyTo(t, t), QL_surfaceCopyTo(none, t), QL_surfaceCopyTo(0x60000FF, t)]", "[false,false,false]"},
         {"[QL_surfaceCopyTo(s, 0), QL_surfaceCopyTo(s, layer), QL_surfaceCopyTo(s, 0x2000001), QL_surfaceCopyTo(s, s),"
          " QL_surfaceCopyTo(s, 0x30000FF), QL_surfaceCopyTo(s, QL_initTexture('none'))]",
@@ -95,6 +98,44 @@ TEST_F(SurfaceApi, ReadsNoMoreThanAnAliasHolds) {
         {"[QL_surfaceCopyTo(s, rt, false), QL_surfaceCopyTo(s, rt, true)]", "[true,true]"},
         {"QL_getSurfaceDim(QL_surfaceToTexture(s))", "[64,64,32]"},
     });
+}
+
+// Two surfaces of one texture are one picture, and what GL holds is not touched by it.
+TEST_F(SurfaceApi, QuantizesInPlaceForAllAliases) {
+    const Bytes input = distinctPicture(3, 2, 8);
+    eval(
+        "body = function () { var t = QL_getSequenceTexture(); a = QL_textureToSurface(t); b = QL_textureToSurface(t);"
+        " done = QL_surfaceQuantize(a, false, 1, 1, 0.5, false); QL_surfaceCopyTo(b, QL_getSequenceRT()); }");
+    const Bytes output = frame(3, 2, 8, input);
+    ASSERT_EQ(eval("[a, b, done]"), "[100663297,100663298,true]");
+    EXPECT_EQ(surface(1).pixelAddress(), surface(2).pixelAddress());
+    EXPECT_EQ(Bytes(surface(2).pixelAddress(), surface(2).pixelAddress() + 24), output);
+    for (std::size_t pixel = 0; pixel < 24; pixel += 4) {
+        EXPECT_EQ(output[pixel], input[pixel]);
+        EXPECT_TRUE(output[pixel + 1] == std::byte{0} || output[pixel + 1] == std::byte{255});
+        EXPECT_EQ(output[pixel + 1], output[pixel + 3]);
+    }
+}
+
+// The script's order is grayscale, mode, dither, value, serpentine. At 15 bits nothing is done.
+TEST_F(SurfaceApi, TakesTheArgumentsOfAQuantizeInTheScriptsOrder) {
+    frame(2, 2, 8, distinctPicture(2, 2, 8));
+    ASSERT_EQ(eval("s = QL_textureToSurface(QL_getSequenceTexture())"), "100663297");
+    const auto quantized = [&](const char* arguments, std::uint32_t bits = 8) {
+        constexpr std::uint8_t kTwoRows[] = {7, 10, 10, 10, 7, 10, 10, 10, 7, 100, 100, 100, 7, 100, 100, 100};
+        std::memcpy(surface(1).pixelAddress(), kTwoRows, sizeof kTwoRows);
+        surface(1).bitDepth = bits;
+        EXPECT_EQ(eval("QL_surfaceQuantize(s, " + std::string(arguments) + ")"), "true");
+        std::string reds;
+        for (std::size_t pixel = 0; pixel < 16; pixel += 4)
+            reds += std::to_string(static_cast<int>(surface(1).pixelAddress()[pixel + 1])) + " ";
+        return reds;
+    };
+    EXPECT_EQ(quantized("false, 1, 3, 0.42, false"), "0 0 0 255 ");
+    EXPECT_EQ(quantized("'', '1', 3.9, '0.42', 'yes'"), "0 0 255 0 ");
+    EXPECT_EQ(quantized("true, 8, 1, 0.42, false"), "10 10 100 100 ");
+    EXPECT_EQ(quantized("false, 1, 1, 0.01, false"), "255 255 255 255 ");
+    EXPECT_EQ(quantized("false, 1, 1, 0.42, false", 15), "10 10 100 100 ");
 }
 
 TEST_F(SurfaceApi, TurnsASurfaceIntoATextureOfItsOwn) {

@@ -1,0 +1,173 @@
+// Measures, at 1920 by 1080 on one thread, each beside the plain implementation that the tests know and beside a
+// memory copy of the same picture, in the same run:
+//
+//   quantize/BITS/mode MODE/dither DITHER   SurfaceQuantize
+//   palette/COLOURS                         building the adaptive palette alone, 8 bits
+//   growth/...                              times as multiples of each other: pixels, and palette entries
+//
+// The results of both sides are compared byte for byte. The picture is like an opaque photograph: slow gradients, a few
+// edges, and grain. A time is the smallest of its rounds; the plain side runs once.
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "imagelib/AdaptivePalette.h"
+#include "imagelib/Quantize.h"
+#include "imagelib/Surface.h"
+#include "support/PlainQuantize.h"
+
+namespace quillon::bench {
+
+namespace {
+
+using Bytes = std::vector<std::byte>;
+
+struct Way {
+    const char* name;
+    std::int32_t dither;
+    bool serpentine;
+};
+constexpr Way kWays[] = {{"1", 1, false},           {"3", 3, false},   {"15", 15, false},
+                         {"3 serpentine", 3, true}, {"11", 11, false}, {"11 serpentine", 11, true}};
+
+// The least factors over the plain implementation at 8 bits, by way; half of them at 16 and 32.
+struct Aims {
+    std::int32_t mode;
+    double factors[std::size(kWays)];
+};
+constexpr Aims kAims[] = {{1, {20, 6, 20, 2.5, 6, 2.5}},
+                          {4, {5, 4, 5, 2.5, 4, 2.5}},
+                          {7, {20, 9, 16, 7, 9, 7}},
+                          {10, {10, 3.5, 7, 1.7, 3.5, 1.7}},
+                          {20, {10, 3.5, 7, 1.7, 3.5, 1.7}}};
+
+template <class Work>
+double milliseconds(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+}
+
+Bytes makePicture(std::uint32_t width, std::uint32_t height, std::uint32_t bits) {
+    std::mt19937 random(7);
+    Bytes picture(std::size_t{width} * height * bits / 2);
+    std::byte* to = picture.data();
+    for (std::uint32_t y = 0; y < height; ++y)
+        for (std::uint32_t x = 0; x < width; ++x) {
+            const float u = static_cast<float>(x) / static_cast<float>(width);
+            const float v = static_cast<float>(y) / static_cast<float>(height);
+            const float hill = v > 0.55f + 0.1f * std::sin(u * 9) ? 0.55f : 1.0f;
+            const float shade = hill * (0.75f + 0.25f * std::sin(u * 5 + v * 3));
+            const float grain = (static_cast<float>(random() >> 8) / static_cast<float>(1 << 24) - 0.5f) * 0.04f;
+            const float tint[4] = {1, 0.35f + 0.5f * v, 0.45f + 0.2f * std::sin(u * 7), 0.9f - 0.6f * v * u};
+            for (int lane = 0; lane < 4; ++lane, to += bits / 8) {
+                const float value = lane == 0 ? 1.0f : std::clamp(tint[lane] * shade + grain, 0.0f, 1.0f);
+                const auto byte = static_cast<std::uint8_t>(value * 255 + 0.5f);
+                const auto word = static_cast<std::uint16_t>(value * 32768 + 0.5f);
+                const void* from = bits == 8 ? static_cast<const void*>(&byte) : bits == 16 ? &word : nullptr;
+                std::memcpy(to, from ? from : &value, bits / 8);
+            }
+        }
+    return picture;
+}
+
+// One quantize of a copy of the picture; the result stays in `surface`.
+double measure(Surface& surface, const Bytes& picture, const test::PlainQuantize& s, int rounds) {
+    double best = std::numeric_limits<double>::max();
+    for (int round = 0; round < rounds; ++round) {
+        surface.init(s.width, s.height, s.bitDepth, true);
+        surface.pixels = picture;
+        best = std::min(best, milliseconds([&] {
+                            SurfaceQuantize(surface, s.mode, s.dither, s.value, s.grayscale, s.serpentine);
+                        }));
+    }
+    return best;
+}
+
+bool compare(std::uint32_t bits) {
+    const Bytes picture = makePicture(1920, 1080, bits);
+    Bytes copied(picture.size());
+    double copy = std::numeric_limits<double>::max();
+    for (int round = 0; round < 5; ++round)
+        copy = std::min(copy, milliseconds([&] { std::memcpy(copied.data(), picture.data(), picture.size()); }));
+    bool equal = true;
+    for (const Aims& aims : kAims)
+        for (std::size_t way = 0; way < std::size(kWays); ++way) {
+            const test::PlainQuantize settings{
+                1920, 1080, bits, aims.mode, kWays[way].dither, 0.5f, false, kWays[way].serpentine};
+            Surface surface;
+            const double time = measure(surface, picture, settings, 3);
+            double plain = std::numeric_limits<double>::max();
+            for (int round = 0; round < 2; ++round) {
+                copied = picture;
+                plain = std::min(plain, milliseconds([&] { settings.run(copied.data()); }));
+            }
+            const double aim = aims.factors[way] / (bits == 8 ? 1 : 2);
+            std::printf("quantize/%u/mode %d/dither %s: %.1f ms, %.1f copies, %.1f times the plain one (aim %.2f)%s\n",
+                        bits, aims.mode, kWays[way].name, time, time / copy, plain / time, aim,
+                        plain / time < aim ? " BELOW" : "");
+            std::fflush(stdout);
+            if (surface.pixels == copied) continue;
+            std::printf("  the two differ\n");
+            equal = false;
+        }
+    return equal;
+}
+
+bool comparePalettes() {
+    Bytes picture = makePicture(1920, 1080, 8);
+    const ImageLib::Surface<ImageLib::Pixel8> view(reinterpret_cast<ImageLib::Pixel8*>(picture.data()), 1920, 1080, 0);
+    std::vector<ImageLib::Pixel32> image;
+    for (std::size_t i = 0; i < picture.size(); i += 4) {
+        const auto channel = [&](std::size_t lane) {
+            return ImageLib::FloatFromChannel(static_cast<std::uint8_t>(picture[i + lane]));
+        };
+        image.push_back({channel(0), channel(1), channel(2), channel(3)});
+    }
+    bool equal = true;
+    for (const std::uint32_t colours : {8u, 32u, 256u}) {
+        std::vector<ImageLib::Pixel32> palette, expected;
+        double time = std::numeric_limits<double>::max();
+        for (int round = 0; round < 3; ++round)
+            time = std::min(time, milliseconds([&] {
+                                palette = ImageLib::AdaptivePalette(ImageLib::Picture(view, false), colours);
+                            }));
+        const double plain = milliseconds([&] { expected = test::PlainAdaptivePalette(image, colours); });
+        std::printf("palette/%u: %.1f ms, %.1f times the plain one (aim 4)\n", colours, time, plain / time);
+        equal = equal && std::memcmp(palette.data(), expected.data(), colours * sizeof(palette[0])) == 0;
+    }
+    return equal;
+}
+
+void growth() {
+    const auto time = [](std::uint32_t width, std::uint32_t height, std::int32_t mode, std::int32_t dither) {
+        Surface surface;
+        return measure(surface, makePicture(width, height, 8), {width, height, 8, mode, dither, 0.5f, false, false}, 3);
+    };
+    for (const std::int32_t dither : {1, 3, 15}) {
+        std::printf("growth/dither %d: four times the pixels", dither);
+        for (const std::int32_t mode : {1, 4, 7, 10})
+            std::printf(", mode %d %.2f", mode, time(1920, 1080, mode, dither) / time(960, 540, mode, dither));
+        std::printf(" (aim 4.4); 8 to 256 entries %.2f (aim 2.5)\n",
+                    time(1920, 1080, 7, dither) / time(1920, 1080, 2, dither));
+    }
+}
+
+}  // namespace
+
+}  // namespace quillon::bench
+
+int main() {
+    using namespace quillon::bench;
+    bool equal = true;
+    for (const std::uint32_t bits : {8u, 16u, 32u}) equal = compare(bits) && equal;
+    equal = comparePalettes() && equal;
+    growth();
+    return equal ? 0 : 1;
+}

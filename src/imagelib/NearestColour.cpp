@@ -1,0 +1,157 @@
+#include "imagelib/NearestColour.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace quillon::ImageLib {
+
+namespace {
+
+// Below it no rounding carries a colour out of the nearest level.
+constexpr float kSurelyNear = 0.749f;
+
+__m128 magnitude(__m128 v) {
+    return _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
+}
+
+template <int Lane>
+__m128 broadcast(__m128 v) {
+    return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
+}
+
+__m128 smallest(__m128 v) {
+    v = _mm_min_ps(v, _mm_shuffle_ps(v, v, _MM_SHUFFLE(1, 0, 3, 2)));
+    return _mm_min_ps(v, _mm_shuffle_ps(v, v, _MM_SHUFFLE(2, 3, 0, 1)));
+}
+
+__m128 squared(__m128 v) {
+    return v * v;
+}
+
+}  // namespace
+
+NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels) : memory(pixels * 8 + 32768) {
+    // Of equal entries only the first can win.
+    std::vector<std::uint8_t> entries;
+    for (std::size_t i = 0; i < palette.size(); ++i) {
+        const auto same = [&](const Pixel32& p) { return std::memcmp(&p, &palette[i], sizeof p) == 0; };
+        if (std::none_of(palette.begin(), palette.begin() + static_cast<std::ptrdiff_t>(i), same))
+            entries.push_back(static_cast<std::uint8_t>(i));
+    }
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i % 4 == 0) addEmptyBlock();
+        entriesOf.back()[i % 4] = entries[i];
+        const float* channels = &palette[entries[i]].alpha;
+        for (int lane = 0; lane < 4; ++lane) blocks.back().lane[lane][i % 4] = channels[lane];
+    }
+    everything = static_cast<Cell>(blocks.size());
+    nearBits = pixels >= 500000 && palette.size() > 16 ? 6 : pixels >= 30000 ? 5 : 4;
+    near.resize(std::size_t{1} << 3 * nearBits);
+    coarse.resize(std::size_t{1} << 3 * (nearBits - 2));
+    memory -= (near.size() + coarse.size()) * sizeof(Cell);
+}
+
+void NearestColour::addEmptyBlock() {
+    blocks.push_back({{_mm_set1_ps(kFar), _mm_set1_ps(kFar), _mm_set1_ps(kFar), _mm_set1_ps(kFar)}});
+    entriesOf.push_back({});
+}
+
+// The distances of a colour to the four entries of a block.
+struct NearestColour::Distances {
+    explicit Distances(__m128 argb)
+        : a(broadcast<0>(argb)), r(broadcast<1>(argb)), g(broadcast<2>(argb)), b(broadcast<3>(argb)) {}
+    __m128 operator()(const Block& to) const {
+        return (squared(a - to.lane[0]) + squared(r - to.lane[1])) +
+               (squared(g - to.lane[2]) + squared(b - to.lane[3]));
+    }
+    __m128 a, r, g, b;
+};
+
+// For colours inside the cells only: all distances are finite and below the limit.
+std::uint32_t NearestColour::scan(Cell list, __m128 argb) const {
+    const Distances distances(argb);
+    const Block* block = &blocks[list >> 8];
+    const auto* entries = &entriesOf[list >> 8];
+    const std::uint32_t count = list & 255;
+    __m128 all[64];
+    __m128 best = all[0] = distances(block[0]);
+    for (std::uint32_t i = 1; i < count; ++i) best = _mm_min_ps(best, all[i] = distances(block[i]));
+    best = smallest(best);
+    std::uint32_t i = 0;
+    int equal = 0;
+    while ((equal = _mm_movemask_ps(_mm_cmpeq_ps(all[i], best))) == 0) ++i;
+    return entries[i][static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(equal)))];
+}
+
+std::uint32_t NearestColour::scanEverything(__m128 argb) const {
+    const Distances distances(argb);
+    alignas(16) float all[4];
+    float best = 1000000.0f;
+    std::uint32_t entry = 0;
+    for (std::uint32_t i = 0; i < everything; ++i) {
+        const __m128 four = distances(blocks[i]);
+        if (_mm_movemask_ps(_mm_cmplt_ps(four, _mm_set1_ps(best))) == 0) continue;
+        _mm_store_ps(all, four);
+        for (std::uint32_t k = 0; k < 4; ++k)
+            if (all[k] < best) {
+                best = all[k];
+                entry = entriesOf[i][k];
+            }
+    }
+    return entry;
+}
+
+std::uint32_t NearestColour::resolve(Cell cell, __m128 argb) const {
+    return cell & kSingle ? cell & 255 : scan(cell, argb);
+}
+
+void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
+    const __m128 r = colours.lane[1] - _mm_set1_ps(kMiddle);
+    const __m128 g = colours.lane[2] - _mm_set1_ps(kMiddle);
+    const __m128 b = colours.lane[3] - _mm_set1_ps(kMiddle);
+    const __m128 nearReach = _mm_set1_ps(kSurelyNear);
+    const __m128 alphaNear = _mm_cmple_ps(magnitude(colours.lane[0] - _mm_set1_ps(1.0f)), _mm_set1_ps(kAlphaReach));
+    const __m128 inside =
+        _mm_and_ps(_mm_and_ps(_mm_cmplt_ps(magnitude(r), nearReach), _mm_cmplt_ps(magnitude(g), nearReach)),
+                   _mm_and_ps(_mm_cmplt_ps(magnitude(b), nearReach), alphaNear));
+    __m128 pixels[4] = {colours.lane[0], colours.lane[1], colours.lane[2], colours.lane[3]};
+    _MM_TRANSPOSE4_PS(pixels[0], pixels[1], pixels[2], pixels[3]);
+    if (_mm_movemask_ps(inside) != 15) {
+        for (int i = 0; i < 4; ++i) entries[i] = find(pixels[i]);
+        return;
+    }
+    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
+    const auto axis = [&](__m128 v) { return _mm_cvttps_epi32((v + _mm_set1_ps(kReach)) * scale); };
+    const __m128i index =
+        _mm_or_si128(_mm_or_si128(_mm_slli_epi32(axis(r), 2 * nearBits), _mm_slli_epi32(axis(g), nearBits)), axis(b));
+    alignas(16) std::uint32_t indices[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
+    for (int i = 0; i < 4; ++i) {
+        Cell cell = near[indices[i]];
+        if (cell == 0) cell = cellOfNear(indices[i]);
+        entries[i] = resolve(cell, pixels[i]);
+    }
+}
+
+std::uint32_t NearestColour::find(__m128 argb) {
+    const __m128 away = magnitude(argb - _mm_setr_ps(1.0f, kMiddle, kMiddle, kMiddle));
+    alignas(16) float distance[4];
+    _mm_store_ps(distance, away);
+    if (!(distance[0] <= kAlphaReach)) return scanEverything(argb);
+    const __m128 nearReach = _mm_setr_ps(4.0f, kSurelyNear, kSurelyNear, kSurelyNear);
+    if (_mm_movemask_ps(_mm_cmplt_ps(away, nearReach)) != 15) {
+        if (_mm_movemask_ps(_mm_cmplt_ps(away, _mm_set1_ps(kReach * (1 << (kLevels - 1)) * 0.999f))) != 15)
+            return scanEverything(argb);
+        return resolve(cellOfFar(argb, std::max({distance[1], distance[2], distance[3]})), argb);
+    }
+    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
+    alignas(16) std::int32_t at[4];
+    _mm_store_si128(reinterpret_cast<__m128i*>(at),
+                    _mm_cvttps_epi32(((argb - _mm_set1_ps(kMiddle)) + _mm_set1_ps(kReach)) * scale));
+    const auto index = static_cast<std::uint32_t>((at[1] << nearBits | at[2]) << nearBits | at[3]);
+    Cell cell = near[index];
+    if (cell == 0) cell = cellOfNear(index);
+    return resolve(cell, argb);
+}
+
+}  // namespace quillon::ImageLib

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <vector>
+
+#include "imagelib/FourPixels.h"
+#include "imagelib/Pixels.h"
+
+namespace quillon::ImageLib {
+
+// Finds the entry of a palette that is nearest to a colour: the smallest (A + R) + (G + B) of the squared differences
+// as single floats come out, the first of equal ones, and entry 0 when none is below 1000000 (NaN never is).
+//
+// Space is cut into cells, and each cell, once a colour falls into it, gets a list of the entries that can win there:
+// an entry is left out only where another is nearer in the whole cell by more than all rounding together. Cells grow
+// with the distance from the middle of the colour cube, up to kLevels doublings; beyond that, and where alpha is more
+// than 2 away from opaque, every entry is tried.
+class NearestColour {
+public:
+    // At most 256 entries, channels 0 to 1, alpha 0 or 1. `pixels` to be looked up bound the memory: 8 bytes for
+    // each, and 32 KiB.
+    NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels);
+
+    void find(const FourPixels& colours, std::uint32_t entries[4]);
+    std::uint32_t find(__m128 argb);
+
+private:
+    // Level n covers distances up to kReach * 2^n from the middle of the colour cube, on each axis.
+    static constexpr int kLevels = 8;
+    static constexpr float kReach = 0.75f;
+    static constexpr float kMiddle = 0.5f;
+    static constexpr float kAlphaReach = 2.0f;
+    // Each channel of an entry that only fills a list up: its distance is never the smallest.
+    static constexpr float kFar = std::numeric_limits<float>::infinity();
+
+    // Four entries by lane; a list is filled up with entries that are far from everything.
+    struct Block {
+        __m128 lane[4];
+    };
+    // 0: not made yet. Else one entry (kSingle | entry), or a list of blocks (first block << 8 | number of blocks).
+    using Cell = std::uint32_t;
+    static constexpr Cell kSingle = 0x80000000;
+
+    struct Distances;
+    struct Box {
+        float middle[3];
+        float halfSize;
+    };
+
+    std::uint32_t resolve(Cell cell, __m128 argb) const;
+    std::uint32_t scan(Cell list, __m128 argb) const;
+    std::uint32_t scanEverything(__m128 argb) const;
+    Cell cellOfNear(std::uint32_t index);
+    Cell cellOfFar(__m128 argb, float distance);
+    Cell makeCell(Cell from, const Box& box);
+    Cell makeList(Cell from, std::span<const std::uint8_t> places);
+    void addEmptyBlock();
+    bool afford(std::uint64_t bytes);
+
+    std::vector<Block> blocks;
+    std::vector<std::array<std::uint8_t, 4>> entriesOf;  // the entries in a block
+    Cell everything = 0;
+    std::uint64_t memory;
+    int nearBits = 0;  // cells per axis of `near`, as a power of two
+    std::vector<Cell> near;
+    std::vector<Cell> coarse;  // the same space with a quarter of the cells per axis
+    std::vector<Cell> far[kLevels - 1];
+};
+
+}  // namespace quillon::ImageLib

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstring>
+#include <span>
+#include <type_traits>
+
+#include "imagelib/FourPixels.h"
+#include "imagelib/TypedSurface.h"
+
+namespace quillon::ImageLib {
+
+// A surface on its way through a reduction: its pixels as floats, gray where that is asked for, four at a time.
+// Memory need not be aligned.
+template <class T>
+class Picture {
+public:
+    using Access = PixelAccess<T>;
+
+    Picture(const Surface<T>& surface, bool grayscale)
+        : width(surface.width), height(surface.height), toGray(grayscale), view(surface) {}
+
+    std::byte* row(std::uint32_t y) const { return reinterpret_cast<std::byte*>(view.row(y)); }
+
+    FourPixels load(const std::byte* pixels) const { return grayed(Access::Load(pixels)); }
+    // Pixels of 8 bits that stand in a vector.
+    FourPixels expand(__m128i words) const { return grayed(Access::Expand(words)); }
+    FourPixels gather(const std::byte* const pixels[4]) const { return grayed(Access::Gather(pixels)); }
+
+    // Calls `work(pixels, x, count)` for a row, four pixels at a time. The last ones of a row whose width is no
+    // multiple of four come as a copy of four, which is brought back afterwards; `count` of them are real.
+    template <class Work>
+    void forFours(std::uint32_t y, Work work) const {
+        std::byte* pixels = row(y);
+        std::uint32_t x = 0;
+        for (; width - x >= 4; x += 4) work(pixels + x * sizeof(T), x, 4u);
+        if (x == width) return;
+        std::byte rest[4 * sizeof(T)] = {};
+        std::memcpy(rest, pixels + x * sizeof(T), (width - x) * sizeof(T));
+        work(static_cast<std::byte*>(rest), x, width - x);
+        std::memcpy(pixels + x * sizeof(T), rest, (width - x) * sizeof(T));
+    }
+
+    const std::uint32_t width;
+    const std::uint32_t height;
+    const bool toGray;
+
+private:
+    FourPixels grayed(FourPixels pixels) const {
+        if (toGray) pixels.toGrayscale<!std::is_same_v<T, Pixel32>>();
+        return pixels;
+    }
+
+    const Surface<T>& view;
+};
+
+// A palette's entries as they stand in pixels of type T.
+template <class T>
+using PackedColours = std::span<const typename PixelAccess<T>::Packed>;
+
+}  // namespace quillon::ImageLib

@@ -1,0 +1,44 @@
+#include "imagelib/Quantize.h"
+
+#include "imagelib/Reduction.h"
+#include "imagelib/Surface.h"
+#include "platform/EndProcess.h"
+
+namespace quillon {
+
+namespace {
+
+// Whether the rows lie inside the surface's bytes: an alias may tell of a larger picture than it holds.
+bool holdsItsExtent(const Surface& surface, std::uint64_t rowBytes, std::uint64_t usedRowBytes) {
+    const std::uint64_t held = surface.borrowedPixels ? surface.borrowedPixels->size() : surface.pixels.size();
+    if (usedRowBytes > held) return false;
+    return surface.height == 1 || rowBytes <= (held - usedRowBytes) / (surface.height - 1);
+}
+
+template <class T>
+void quantizeAs(Surface& surface, const ImageLib::ReductionSettings& settings) {
+    std::byte* pixels = surface.pixelAddress();
+    if (!pixels) EndProcess("a surface without pixels was quantized");
+    ImageLib::Surface<T> view(reinterpret_cast<T*>(pixels), surface.width, surface.height, surface.rowBytes);
+    if (holdsItsExtent(surface, view.rowBytes, std::uint64_t{surface.width} * sizeof(T)))
+        ImageLib::Reduce(view, settings);
+}
+
+}  // namespace
+
+void SurfaceQuantize(Surface& surface, std::int32_t mode, std::int32_t dither, float value, bool grayscale,
+                     bool serpentine) {
+    if (surface.width == 0 || surface.height == 0) return;
+    const ImageLib::ReductionSettings settings{mode, std::int64_t{dither} - 1, value, grayscale || mode == 1,
+                                               serpentine};
+    switch (surface.bitDepth) {
+        case 8:
+            return quantizeAs<ImageLib::Pixel8>(surface, settings);
+        case 16:
+            return quantizeAs<ImageLib::Pixel15>(surface, settings);
+        case 32:
+            return quantizeAs<ImageLib::Pixel32>(surface, settings);
+    }
+}
+
+}  // namespace quillon

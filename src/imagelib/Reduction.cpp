@@ -1,0 +1,144 @@
+#include "imagelib/Reduction.h"
+
+#include <algorithm>
+#include <type_traits>
+#include <vector>
+
+#include "imagelib/AdaptivePalette.h"
+#include "imagelib/Choosers.h"
+#include "imagelib/DiffuseBands.h"
+#include "imagelib/DiffuseRows.h"
+#include "imagelib/FixedPalettes.h"
+#include "imagelib/NearestColour.h"
+#include "imagelib/ShortPalette.h"
+#include "imagelib/SinglePixels.h"
+
+namespace quillon::ImageLib {
+
+namespace {
+
+// Fewer rows than this are not worth a band's set-up, in memory least of all.
+constexpr std::uint32_t kBandHeight = 16;
+
+// What a reduction that is none leaves: pixels that have been floats, gray where that was asked for.
+template <class T>
+void convertOnly(const Picture<T>& picture) {
+    const auto there = [](auto channel) {
+        if constexpr (std::is_same_v<T, Pixel32>)
+            return channel;
+        else
+            return FloatFromChannel(channel);
+    };
+    const auto back = [](float value) {
+        if constexpr (std::is_same_v<T, Pixel8>)
+            return Channel8FromFloat(value);
+        else if constexpr (std::is_same_v<T, Pixel15>)
+            return Channel15FromFloat(value);
+        else
+            return value;
+    };
+    if (!picture.toGray && !std::is_same_v<T, Pixel15>) return;  // comes back as it was
+    for (std::uint32_t y = 0; y < picture.height; ++y)
+        picture.forFours(y, [&](std::byte* bytes, std::uint32_t, std::uint32_t) {
+            const FourPixels four = picture.load(bytes);
+            T pixels[4];
+            std::memcpy(pixels, bytes, sizeof pixels);
+            for (int i = 0; i < 4; ++i)
+                pixels[i] = {back(there(pixels[i].alpha)), back(four.lane[1][i]), back(four.lane[2][i]),
+                             back(four.lane[3][i])};
+            std::memcpy(bytes, pixels, sizeof pixels);
+        });
+}
+
+// Whether every pixel's alpha is exactly 1.
+template <class T>
+bool isOpaque(const Picture<T>& picture) {
+    int opaque = 15;
+    for (std::uint32_t y = 0; y < picture.height && opaque == 15; ++y)
+        picture.forFours(y, [&](const std::byte* pixels, std::uint32_t, std::uint32_t count) {
+            const __m128 alpha = PixelAccess<T>::Load(pixels).lane[0];
+            opaque &= _mm_movemask_ps(_mm_cmpeq_ps(alpha, _mm_set1_ps(1.0f))) | (15 << count & 15);
+        });
+    return opaque == 15;
+}
+
+template <class T, class Chooser>
+void diffuse(const Picture<T>& picture, const ReductionSettings& settings, const DitherKernel& kernel, Chooser& chooser,
+             PackedColours<T> colours) {
+    if (settings.serpentine || picture.height < kBandHeight)
+        RowDiffusion(picture, kernel, chooser, colours).run(settings.serpentine);
+    else
+        BandDiffusion(picture, kernel, chooser, colours).run();
+}
+
+template <class T>
+struct PaletteReduction {
+    const Picture<T>& picture;
+    const ReductionSettings& settings;
+    const DitherKernel* kernel;
+    const OrderedMatrix* matrix;
+    std::span<const Pixel32> palette;
+    PackedColours<T> colours;
+
+    template <class Search>
+    void run(Search& search) const {
+        FromPalette<Search, false> chooser(search, palette);
+        if (kernel) {
+            const auto isSolid = [](const Pixel32& entry) { return entry.alpha == 1.0f; };
+            if (!std::all_of(palette.begin(), palette.end(), isSolid) || !isOpaque(picture))
+                return diffuse(picture, settings, *kernel, chooser, colours);
+            FromPalette<Search, true> opaqueChooser(search, palette);
+            return diffuse(picture, settings, *kernel, opaqueChooser, colours);
+        }
+        if constexpr (std::is_same_v<T, Pixel8>)
+            if (!matrix) return ReduceRepeatedPixels(picture, chooser, colours);
+        ReduceSinglePixels(picture, chooser, colours, matrix, settings.value);
+    }
+};
+
+template <class T>
+void reduceAs(Surface<T>& surface, const ReductionSettings& settings) {
+    const Picture<T> picture(surface, settings.grayscale);
+    const DitherKernel* kernel = FindDitherKernel(settings.k);
+    const OrderedMatrix* matrix = FindOrderedMatrix(settings.k);
+    const std::int32_t mode = settings.mode;
+
+    std::vector<Pixel32> palette = FixedPalette(mode);
+    if (mode == 1) palette = {{1, 0, 0, 0}, {1, 1, 1, 1}};
+    const bool isAdaptive = mode >= 2 && mode <= 7;
+    if ((palette.empty() && !isAdaptive) || (settings.k != 0 && !kernel && !matrix)) return convertOnly(picture);
+    if (isAdaptive) palette = AdaptivePalette(picture, 4u << (mode - 1));
+
+    std::vector<typename PixelAccess<T>::Packed> packed(palette.size());
+    std::transform(palette.begin(), palette.end(), packed.begin(), PixelAccess<T>::Pack);
+    const PackedColours<T> colours(packed);
+    if (mode == 1) {
+        constexpr float kAmplitude = 0.2f;
+        TwoLevels chooser(settings.value);
+        if (kernel) return diffuse(picture, settings, *kernel, chooser, colours);
+        return ReduceSinglePixels(picture, chooser, colours, matrix, kAmplitude);
+    }
+    const PaletteReduction<T> reduction{picture, settings, kernel, matrix, palette, colours};
+    if (kernel && ShortPalette::Holds(palette)) {
+        const ShortPalette search(palette);
+        return reduction.run(search);
+    }
+    NearestColour search(palette, std::uint64_t{picture.width} * picture.height);
+    reduction.run(search);
+}
+
+}  // namespace
+
+void Reduce(Surface<Pixel8>& surface, const ReductionSettings& settings) {
+    reduceAs(surface, settings);
+}
+
+void Reduce(Surface<Pixel15>& surface, const ReductionSettings& settings) {
+    reduceAs(surface, settings);
+}
+
+void Reduce(Surface<Pixel32>& surface, const ReductionSettings& settings) {
+    reduceAs(surface, settings);
+}
+
+}  // namespace quillon::ImageLib

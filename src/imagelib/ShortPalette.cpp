@@ -1,0 +1,98 @@
+#include "imagelib/ShortPalette.h"
+
+#include <algorithm>
+#include <bit>
+#include <limits>
+
+namespace quillon::ImageLib {
+
+namespace {
+
+// A distance that is not below it never wins.
+constexpr float kLimit = 1000000.0f;
+
+__m128 squared(__m128 v) {
+    return v * v;
+}
+
+template <int Lane>
+__m128 broadcast(__m128 v) {
+    return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
+}
+
+}  // namespace
+
+bool ShortPalette::Holds(std::span<const Pixel32> palette) {
+    const auto isSolid = [](const Pixel32& entry) { return entry.alpha == 1.0f; };
+    return palette.size() <= kMost && std::all_of(palette.begin(), palette.end(), isSolid);
+}
+
+// Places behind the last entry are filled with what is nearest to nothing.
+ShortPalette::ShortPalette(std::span<const Pixel32> palette)
+    : half((palette.size() + 1) / 2), sixteens((palette.size() + 15) / 16) {
+    constexpr float kFar = std::numeric_limits<float>::infinity();
+    for (std::size_t i = 0; i < kMost; ++i) {
+        const Pixel32 entry = i < palette.size() ? palette[i] : Pixel32{1, kFar, kFar, kFar};
+        entries[i] = {_mm_set1_ps(entry.red), _mm_set1_ps(entry.green), _mm_set1_ps(entry.blue),
+                      _mm_set1_epi32(static_cast<int>(i))};
+        blocks[i / 4].red[i % 4] = entry.red;
+        blocks[i / 4].green[i % 4] = entry.green;
+        blocks[i / 4].blue[i % 4] = entry.blue;
+    }
+}
+
+// The best so far for each of four colours. NaN is below nothing, and the minimum then is what stands second.
+struct ShortPalette::Best {
+    __m128 distance = _mm_set1_ps(kLimit);
+    __m128i number = _mm_setzero_si128();
+
+    void take(__m128 candidate, __m128i candidateNumber) {
+        const __m128i better = _mm_castps_si128(_mm_cmplt_ps(candidate, distance));
+        distance = _mm_min_ps(candidate, distance);
+        number = _mm_or_si128(_mm_and_si128(better, candidateNumber), _mm_andnot_si128(better, number));
+    }
+};
+
+void ShortPalette::find(const FourPixels& colours, std::uint32_t found[4]) const {
+    const __m128 r = colours.lane[1], g = colours.lane[2], b = colours.lane[3];
+    const __m128 alpha = squared(colours.lane[0] - _mm_set1_ps(1.0f));
+    const auto distance = [&](const Entry& entry) {
+        return (alpha + squared(r - entry.red)) + (squared(g - entry.green) + squared(b - entry.blue));
+    };
+    // Two halves side by side wait less for each other's results. The second wins only where it is strictly nearer.
+    Best first, second;
+    for (std::size_t i = 0; i < half; ++i) {
+        first.take(distance(entries[i]), entries[i].number);
+        second.take(distance(entries[half + i]), entries[half + i].number);
+    }
+    first.take(second.distance, second.number);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(found), first.number);
+}
+
+std::uint32_t ShortPalette::find(__m128 argb) const {
+    const __m128 r = broadcast<1>(argb), g = broadcast<2>(argb), b = broadcast<3>(argb);
+    const __m128 alpha = squared(broadcast<0>(argb) - _mm_set1_ps(1.0f));
+    __m128 distances[kMost / 4];
+    __m128 best = _mm_set1_ps(kLimit);
+    for (std::size_t i = 0; i < sixteens * 4; i += 4) {
+        for (std::size_t k = i; k < i + 4; ++k)
+            distances[k] =
+                (alpha + squared(r - blocks[k].red)) + (squared(g - blocks[k].green) + squared(b - blocks[k].blue));
+        const __m128 low = _mm_min_ps(distances[i], best);
+        const __m128 high = _mm_min_ps(distances[i + 2], best);
+        best = _mm_min_ps(_mm_min_ps(distances[i + 1], low), _mm_min_ps(distances[i + 3], high));
+    }
+    best = _mm_min_ps(best, _mm_shuffle_ps(best, best, _MM_SHUFFLE(1, 0, 3, 2)));
+    best = _mm_min_ps(best, _mm_shuffle_ps(best, best, _MM_SHUFFLE(2, 3, 0, 1)));
+    if (!(_mm_cvtss_f32(best) < kLimit)) return 0;
+    std::uint32_t equal = 0;
+    for (std::size_t i = 0; i < sixteens * 4; i += 4) {
+        const auto isBest = [&](std::size_t k) { return _mm_castps_si128(_mm_cmpeq_ps(distances[k], best)); };
+        const __m128i sixteen =
+            _mm_packs_epi16(_mm_packs_epi32(isBest(i), isBest(i + 1)), _mm_packs_epi32(isBest(i + 2), isBest(i + 3)));
+        equal |= static_cast<std::uint32_t>(_mm_movemask_epi8(sixteen)) << i * 4;
+    }
+    return static_cast<std::uint32_t>(std::countr_zero(equal));
+}
+
+}  // namespace quillon::ImageLib

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "imagelib/FourPixels.h"
+#include "imagelib/Pixels.h"
+
+namespace quillon::ImageLib {
+
+// Finds the nearest entry as NearestColour does, by trying all, without a branch that hangs on the colour: for few
+// entries, all of alpha 1, that is faster than any list.
+class ShortPalette {
+public:
+    static constexpr std::size_t kMost = 32;
+
+    // Whether a palette is one of these.
+    static bool Holds(std::span<const Pixel32> palette);
+
+    explicit ShortPalette(std::span<const Pixel32> palette);
+
+    void find(const FourPixels& colours, std::uint32_t entries[4]) const;
+    std::uint32_t find(__m128 argb) const;
+
+private:
+    // One entry, each channel in all four places.
+    struct Entry {
+        __m128 red, green, blue;
+        __m128i number;
+    };
+    // Four entries.
+    struct Block {
+        __m128 red, green, blue;
+    };
+
+    struct Best;
+
+    std::size_t half;  // of the entries, rounded up
+    std::array<Entry, kMost> entries;
+    std::size_t sixteens;
+    std::array<Block, kMost / 4> blocks;
+};
+
+}  // namespace quillon::ImageLib

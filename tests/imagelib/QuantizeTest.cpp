@@ -1,0 +1,254 @@
+#include "imagelib/Quantize.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+#include "imagelib/OctreePalette.h"
+#include "imagelib/Surface.h"
+#include "support/PlainQuantize.h"
+
+namespace quillon::test {
+namespace {
+
+using Bytes = std::vector<std::byte>;
+
+enum class Kind { flat, ramp, noise, saturated, fewColours, oddAlphas, outOfRange, notANumber };
+constexpr Kind kKinds[] = {Kind::flat,       Kind::ramp,      Kind::noise,      Kind::saturated,
+                           Kind::fewColours, Kind::oddAlphas, Kind::outOfRange, Kind::notANumber};
+
+struct Extent {
+    std::uint32_t width;
+    std::uint32_t height;
+};
+
+// One channel of a picture of a kind; lane 0 is alpha. A pixel holds either infinities or NaN, so that no result hangs
+// on which of two NaN an addition hands on.
+float channel(Kind kind, Extent size, std::uint32_t x, std::uint32_t y, int lane, std::mt19937& random) {
+    const auto number = [&] { return static_cast<float>(random() >> 8) / static_cast<float>(1 << 24); };
+    const std::uint32_t place = (x * 7 + y * 5) % 16;
+    switch (kind) {
+        case Kind::flat:
+            return lane == 0 ? 1.0f : 0.3f + 0.2f * static_cast<float>(lane);
+        case Kind::ramp:
+            return lane == 0 ? 1.0f
+                             : static_cast<float>(lane == 2 ? y : x) / static_cast<float>(size.width + size.height);
+        case Kind::noise:
+            return lane == 0 ? 1.0f : number();
+        case Kind::saturated:
+            return lane == 0 ? 1.0f : static_cast<float>((x / 9 + y / 5) >> (lane - 1) & 1);
+        case Kind::fewColours:
+            return lane == 0 ? (place < 3 ? 0.1f : 1.0f) : static_cast<float>(place % 3) * 0.1f;
+        case Kind::oddAlphas:
+            return number();
+        case Kind::outOfRange:
+            return lane == 0 && x < 3 ? 1.0f : (number() - 0.5f) * std::exp2(number() * 24 - 8);
+        case Kind::notANumber:
+            if (place == 3 && lane == static_cast<int>(y % 4)) return std::numeric_limits<float>::quiet_NaN();
+            if (place == 9 && lane == 2) return std::numeric_limits<float>::infinity();
+            return lane == 0 ? 1.0f : number();
+    }
+    return 0;
+}
+
+Bytes makePicture(Kind kind, Extent size, std::uint32_t bits) {
+    std::mt19937 random(static_cast<std::uint32_t>(kind) + 1);
+    const std::size_t channelBytes = bits / 8;
+    Bytes bytes(std::size_t{size.width} * size.height * 4 * channelBytes);
+    std::byte* to = bytes.data();
+    for (std::uint32_t y = 0; y < size.height; ++y)
+        for (std::uint32_t x = 0; x < size.width; ++x)
+            for (int lane = 0; lane < 4; ++lane, to += channelBytes) {
+                const float value = channel(kind, size, x, y, lane, random);
+                const auto byte = ImageLib::Channel8FromFloat(value);
+                // Words up to 65535, as a layer's texture holds them.
+                const auto word = static_cast<std::uint16_t>(
+                    value > 0 ? std::min(value * (kind == Kind::outOfRange ? 65535.0f : 32768.0f), 65535.0f) : 0.0f);
+                const void* from = bits == 8 ? static_cast<const void*>(&byte) : bits == 16 ? &word : nullptr;
+                std::memcpy(to, from ? from : &value, channelBytes);
+            }
+    return bytes;
+}
+
+// Rows lie 3 bytes further apart than they need, so nothing is aligned.
+Bytes quantized(const PlainQuantize& settings, const Bytes& input) {
+    if (input.empty()) {
+        Surface surface;
+        surface.init(settings.width, settings.height, settings.bitDepth, true);
+        SurfaceQuantize(surface, settings.mode, settings.dither, settings.value, settings.grayscale,
+                        settings.serpentine);
+        return input;  // and the process goes on, though there are no pixels
+    }
+    const std::size_t tight = input.size() / settings.height;
+    Surface surface;
+    surface.init(settings.width, settings.height, settings.bitDepth, true);
+    surface.rowBytes = tight + 3;
+    surface.pixels.resize(surface.rowBytes * settings.height, std::byte{0xA5});
+    for (std::uint32_t y = 0; y < settings.height; ++y)
+        std::memcpy(surface.pixels.data() + y * surface.rowBytes, input.data() + y * tight, tight);
+    SurfaceQuantize(surface, settings.mode, settings.dither, settings.value, settings.grayscale, settings.serpentine);
+    Bytes output(input.size());
+    for (std::uint32_t y = 0; y < settings.height; ++y) {
+        std::memcpy(output.data() + y * tight, surface.pixels.data() + y * surface.rowBytes, tight);
+        for (std::size_t i = 0; i < 3; ++i)
+            EXPECT_EQ(surface.pixels[y * surface.rowBytes + tight + i], std::byte{0xA5});
+    }
+    return output;
+}
+
+// False, with a failure, when the two differ.
+bool equalsThePlainRules(const PlainQuantize& settings, Kind kind) {
+    const Bytes input = makePicture(kind, {settings.width, settings.height}, settings.bitDepth);
+    Bytes expected = input;
+    settings.run(expected.data());
+    const Bytes actual = quantized(settings, input);
+    if (actual == expected) return true;
+    const std::size_t at =
+        static_cast<std::size_t>(std::mismatch(actual.begin(), actual.end(), expected.begin()).first - actual.begin());
+    ADD_FAILURE() << settings.width << "x" << settings.height << " of kind " << static_cast<int>(kind) << " at "
+                  << settings.bitDepth << " bits: mode " << settings.mode << ", dither " << settings.dither
+                  << ", value " << settings.value << (settings.grayscale ? ", gray" : "")
+                  << (settings.serpentine ? ", serpentine" : "") << " differs first in byte " << at;
+    return false;
+}
+
+class QuantizeDepth : public ::testing::TestWithParam<std::uint32_t> {};
+
+TEST_P(QuantizeDepth, EqualsThePlainRulesInEveryCombination) {
+    for (const Kind kind : kKinds)
+        for (std::int32_t mode = -1; mode <= 23; ++mode)
+            for (std::int32_t dither = -1; dither <= 17; ++dither)
+                for (const bool grayscale : {false, true})
+                    for (const bool serpentine : {false, true})
+                        if (!equalsThePlainRules({21, 18, GetParam(), mode, dither, 0.4f, grayscale, serpentine}, kind))
+                            return;
+}
+
+TEST_P(QuantizeDepth, EqualsThePlainRulesAtEverySize) {
+    constexpr Extent kSizes[] = {{1, 1}, {1, 40}, {40, 1}, {0, 3},   {3, 0},
+                                 {2, 2}, {3, 17}, {9, 16}, {41, 35}, {130, 19}};
+    for (const Extent& size : kSizes)
+        for (const std::int32_t mode : {1, 3, 7, 14, 20})
+            for (std::int32_t dither = 1; dither <= 15; ++dither)
+                for (const bool serpentine : {false, true})
+                    for (const Kind kind : {Kind::noise, Kind::oddAlphas})
+                        if (!equalsThePlainRules(
+                                {size.width, size.height, GetParam(), mode, dither, 0.7f, false, serpentine}, kind))
+                            return;
+}
+
+// Large enough for the finer cells of the palette search, and for errors that run far out of the colour cube.
+TEST_P(QuantizeDepth, EqualsThePlainRulesOnLargerPictures) {
+    for (const Kind kind : {Kind::ramp, Kind::noise, Kind::saturated, Kind::outOfRange})
+        for (const std::int32_t mode : {5, 7, 11, 16})
+            for (const std::int32_t dither : {1, 3, 6, 11, 15})
+                if (!equalsThePlainRules({310, 120, GetParam(), mode, dither, 3.0f, false, dither == 6}, kind)) return;
+}
+
+// Values decide the outcome at the limit itself, and may be anything.
+TEST_P(QuantizeDepth, TakesAnyValue) {
+    for (const float value :
+         {0.0f, -1.0f, 1.0f, 1e30f, std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()})
+        for (const std::int32_t mode : {1, 4, 20})
+            for (const std::int32_t dither : {1, 3, 13, 14, 15, std::numeric_limits<std::int32_t>::min()})
+                for (const Kind kind : {Kind::flat, Kind::noise})
+                    if (!equalsThePlainRules({17, 17, GetParam(), mode, dither, value, false, false}, kind)) return;
+}
+
+INSTANTIATE_TEST_SUITE_P(Bits, QuantizeDepth, ::testing::Values(8u, 16u, 32u),
+                         [](const auto& depth) { return std::to_string(depth.param); });
+
+TEST(OctreePalette, EqualsThePlainModelWhereTiesDecide) {
+    for (const std::uint32_t distinct : {0u, 1u, 7u, 300u, 5000u, 60000u}) {
+        std::mt19937 random(distinct + 1);
+        std::vector<ImageLib::Pixel32> image;
+        ImageLib::OctreePalette octree;
+        for (int i = 0; distinct != 0 && i < 60000; ++i) {
+            const std::uint32_t colour = random() % distinct * 2654435761u;
+            const std::uint8_t bytes[] = {static_cast<std::uint8_t>(colour >> 24),
+                                          static_cast<std::uint8_t>(colour >> 16),
+                                          static_cast<std::uint8_t>(colour >> 8)};
+            octree.add(bytes[0], bytes[1], bytes[2]);
+            image.push_back({1, ImageLib::FloatFromChannel(bytes[0]), ImageLib::FloatFromChannel(bytes[1]),
+                             ImageLib::FloatFromChannel(bytes[2])});
+        }
+        const std::vector<ImageLib::Pixel32> expected = PlainAdaptivePalette(image, 64);
+        std::vector<ImageLib::Pixel32> palette(64);
+        octree.reduceTo(palette);
+        EXPECT_EQ(std::memcmp(palette.data(), expected.data(), 64 * sizeof(ImageLib::Pixel32)), 0) << distinct;
+    }
+}
+
+// Worked out by hand: what the plain rules and the fast ones might both get wrong.
+Bytes grays(std::initializer_list<int> values) {
+    Bytes bytes;
+    for (const int value : values) {
+        bytes.push_back(std::byte{77});
+        bytes.insert(bytes.end(), 3, static_cast<std::byte>(value));
+    }
+    return bytes;
+}
+
+TEST(Quantize, GivesWhatIsWorkedOutByHand) {
+    struct Case {
+        const char* name;
+        PlainQuantize settings;
+        Bytes input;
+        Bytes expected;
+    };
+    const Case kCases[] = {
+        {"threshold is strict",
+         {3, 1, 8, 1, 1, 128 * (1 / 255.0f), false, false},
+         grays({127, 128, 129}),
+         grays({0, 0, 255})},
+        // 100 - 0 gives 7/16 of 100 to the next: 100 + 43.75 is above 128 and gives back -111.25 * 7/16.
+        {"error runs on", {3, 1, 8, 1, 3, 0.5f, false, false}, grays({100, 100, 190}), grays({0, 255, 255})},
+        // Row 0 runs to the right; in row 1 the errors go leftward, so its right pixel is decided first.
+        {"serpentine", {2, 2, 8, 1, 3, 0.5f, false, true}, grays({0, 0, 100, 100}), grays({0, 0, 255, 0})},
+        {"plain", {2, 2, 8, 1, 3, 0.5f, false, false}, grays({0, 0, 100, 100}), grays({0, 0, 0, 255})},
+        {"8 and none", {1, 1, 8, 8, 1, 0, true, false}, grays({93}), grays({93})},
+        {"no dither 0", {1, 1, 8, 9, 0, 0, false, false}, grays({93}), grays({93})},
+        // (77/255)^2 from the unfilled slot, (178/255)^2 and more from the filled one: dark and thin goes to zero.
+        {"unfilled slots compete", {2, 1, 8, 2, 1, 0, false, false}, grays({10, 10}), grays({0, 0})},
+    };
+    for (const Case& row : kCases) EXPECT_EQ(quantized(row.settings, row.input), row.expected) << row.name;
+}
+
+TEST(Quantize, LosesFullScaleAt16BitsEvenWhenNothingIsReduced) {
+    const std::uint16_t words[] = {32768, 32768, 65534, 5};
+    const std::uint16_t expected[] = {32767, 32767, 32767, 5};
+    Bytes input(8), output(8);
+    std::memcpy(input.data(), words, 8);
+    std::memcpy(output.data(), expected, 8);
+    EXPECT_EQ(quantized({1, 1, 16, 9, 12, 0, false, false}, input), output);
+}
+
+TEST(Quantize, LeavesOtherDepthsAndShortPicturesAlone) {
+    Surface surface;
+    surface.pixels = grays({100, 100, 100, 100});
+    const Bytes input = surface.pixels;
+    struct Case {
+        std::uint32_t width, height, bits;
+        std::uint64_t rowBytes;
+    };
+    constexpr Case kCases[] = {{2, 2, 15, 8},  {2, 2, 12, 8}, {3, 2, 8, 12},    {2, 3, 8, 8},
+                               {2, 2, 8, ~7u}, {1, 2, 8, 16}, {1, 2, 8, ~7ull}, {2, 1, 32, 0}};
+    for (const Case& row : kCases) {
+        surface.init(row.width, row.height, row.bits, true);
+        surface.rowBytes = row.rowBytes;
+        SurfaceQuantize(surface, 1, 1, 0.5f, false, false);
+        EXPECT_EQ(surface.pixels, input) << row.width << "x" << row.height << " at " << row.bits;
+    }
+}
+
+TEST(QuantizeDeathTest, EndsTheProcessWhenThereAreNoPixels) {
+    Surface surface;
+    surface.init(2, 2, 8, true);
+    EXPECT_EXIT(SurfaceQuantize(surface, 1, 1, 0.5f, false, false), ::testing::KilledBySignal(SIGABRT), "");
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "imagelib/Pixels.h"
+
+namespace quillon::test {
+
+// The colour reduction, told plainly: one temporary of float pixels, one pixel after the other, every palette entry
+// tried. The library's own is held against it byte for byte, and measured against it. Slow, with tables of its own.
+struct PlainQuantize {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    std::uint32_t bitDepth = 0;  // 8, 16 or 32
+    std::int32_t mode = 0;
+    std::int32_t dither = 0;
+    float value = 0;
+    bool grayscale = false;
+    bool serpentine = false;
+
+    // Changes the pixels in place, rows tight.
+    void run(std::byte* pixels) const;
+};
+
+// The adaptive palette of `colours` slots, 8 to 256, for pixels in memory order.
+std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pixel32> image, std::uint32_t colours);
+
+}  // namespace quillon::test
