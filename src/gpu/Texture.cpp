@@ -135,9 +135,14 @@ void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::in
         expandTo16(memory, layout, copy->data());
     else
         std::memcpy(copy->data(), memory, readable);
-    std::vector<std::byte> padded(std::max(read, copy->size()));
-    std::memcpy(padded.data(), copy->data(), copy->size());
-    specifyStorage(layout, padded.data());
+    const std::byte* pixels = copy->data();
+    std::vector<std::byte> padded;
+    if (read > copy->size()) {
+        padded.assign(copy->begin(), copy->end());
+        padded.resize(read);
+        pixels = padded.data();
+    }
+    specifyStorage(layout, pixels);
 }
 
 PixelBuffer Texture::pixelCopy() {
