@@ -20,6 +20,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
 endif()
 
+if(WIN32)
+    add_compile_definitions(UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
+
 set(QUILLON_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize takes them")
 if(QUILLON_SANITIZE)
     add_compile_options(-fsanitize=${QUILLON_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -1,10 +1,15 @@
 # The libraries that the system stands on. `./dev setup` installs the packages; what the distribution carries as
 # source only is fetched by fetch-sources.sh into a cache outside the build folder.
+#
+# Targets: duktape, miniz, glew_static, window_system, lodepng, fmt::fmt, nlohmann_json::nlohmann_json,
+# OpenEXR::OpenEXR, GTest::*; folders of headers: RAPIDXML_INCLUDE, STB_INCLUDE, CLI11_INCLUDE.
 
-find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 
-execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/fetch-sources.sh
+if(WIN32)
+    set(wanted_sources windows)
+endif()
+execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/fetch-sources.sh ${wanted_sources}
                 OUTPUT_VARIABLE QUILLON_SOURCES OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 
 # Duktape, with a check of the native stack that the distribution's build lacks: without it two small scripts kill a
@@ -38,25 +43,8 @@ add_library(miniz STATIC ${QUILLON_SOURCES}/miniz/miniz.c)
 target_include_directories(miniz SYSTEM PUBLIC ${QUILLON_SOURCES}/miniz)
 target_compile_options(miniz PRIVATE -w)
 
-# Header-only libraries live in the system's include folder.
-find_path(RAPIDXML_INCLUDE rapidxml/rapidxml.hpp REQUIRED)
-find_path(STB_INCLUDE stb/stb_image.h REQUIRED)
-find_path(CLI11_INCLUDE CLI/CLI.hpp REQUIRED)
-
-# OpenGL without a window, and its entry points. GLEW is linked statically: its table of pointers is a part of the
-# module's state.
-find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
-find_library(GLEW_STATIC_LIBRARY libGLEW.a REQUIRED)
-add_library(glew_static INTERFACE)
-target_link_libraries(glew_static INTERFACE ${GLEW_STATIC_LIBRARY} OpenGL::GL)
-
-# Picture files of the tool.
-find_package(nlohmann_json REQUIRED)
-# By its .pc file: the distribution's CMake files name a Python library that is not installed with it.
-pkg_check_modules(OPENEXR REQUIRED IMPORTED_TARGET GLOBAL OpenEXR)
-add_library(OpenEXR::OpenEXR ALIAS PkgConfig::OPENEXR)
-find_package(fmt REQUIRED)
-find_path(LODEPNG_INCLUDE lodepng.h REQUIRED)
-find_library(LODEPNG_LIBRARY lodepng REQUIRED)
-
-find_package(GTest REQUIRED)
+if(WIN32)
+    include(${CMAKE_CURRENT_LIST_DIR}/WindowsLibraries.cmake)
+else()
+    include(${CMAKE_CURRENT_LIST_DIR}/LinuxLibraries.cmake)
+endif()

@@ -2,21 +2,42 @@
 # Fetches the libraries that Debian carries as source only, once, into a cache outside the build folder, and prints
 # the cache's path. Each comes from the system's own package source, by package name; nothing of them is committed.
 #
-#   duktape/    src/duktape.c and its headers, compiled by us with a check of the native stack
-#   miniz/      miniz.c and miniz.h, which have no package of their own and travel inside r-cran-zip
+#   fetch-sources.sh          what every build compiles by itself
+#   fetch-sources.sh windows  also what Debian has built for Linux only
 set -euo pipefail
+
+# Source package, where the wanted file or folder lies in it, its place in the cache.
+wanted=(
+    "duktape     src/duktape.c       duktape/duktape.c"  # compiled by us with a check of the native stack
+    "duktape     src/duktape.h       duktape/duktape.h"
+    "duktape     src/duk_config.h    duktape/duk_config.h"
+    "r-cran-zip  src/miniz.c         miniz/miniz.c"      # has no package of its own
+    "r-cran-zip  src/miniz.h         miniz/miniz.h"
+)
+if [ "${1:-}" = windows ]; then
+    wanted+=(
+        "glew     src/glew.c   glew/glew.c"
+        "glew     include/GL   glew/GL"
+        "lodepng  lodepng.cpp  lodepng/lodepng.cpp"
+        "lodepng  lodepng.h    lodepng/lodepng.h"
+        "imath    .            imath"
+        "openexr  .            openexr"
+    )
+fi
 
 codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
 cache="${XDG_CACHE_HOME:-$HOME/.cache}/quillon/sources-1-$codename"
-wanted=("$cache/duktape/duktape.c" "$cache/duktape/duktape.h" "$cache/duktape/duk_config.h"
-        "$cache/miniz/miniz.c" "$cache/miniz/miniz.h")
 
-complete() {
-    local file
-    for file in "${wanted[@]}"; do [ -s "$file" ] || return 1; done
+missing_packages() {
+    local package place target
+    for line in "${wanted[@]}"; do
+        read -r package place target <<<"$line"
+        [ -e "$cache/$target" ] || echo "$package"
+    done | sort -u
 }
 
-if complete; then echo "$cache"; exit 0; fi
+mapfile -t missing < <(missing_packages)
+if [ "${#missing[@]}" -eq 0 ]; then echo "$cache"; exit 0; fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -39,22 +60,26 @@ apt_options=(-qq -o "Dir::Etc::SourceList=/dev/null" -o "Dir::Etc::SourceParts=$
              -o "Dir::State::Lists=$work/lists" -o "APT::Sandbox::User=root" -o "Dir::Cache::pkgcache=" -o "Dir::Cache::srcpkgcache=")
 apt-get "${apt_options[@]}" update >&2
 
-fetch() {  # fetch PACKAGE: the upstream archive of a source package, unpacked under $work/PACKAGE
-    mkdir -p "$work/$1"
-    (cd "$work/$1" && apt-get "${apt_options[@]}" source --download-only --tar-only "$1" >&2 && tar xf ./*.orig.tar.*)
-}
+for package in "${missing[@]}"; do
+    mkdir -p "$work/$package"
+    (cd "$work/$package" && apt-get "${apt_options[@]}" source --download-only --tar-only "$package" >&2 &&
+         tar xf ./*.orig.tar.*)
+done
 
-take() {  # take PATTERN TARGET: the first file whose path ends so, found below $work
-    local found
-    found=$(find "$work" -path "*$1" | sort | head -n 1)
-    [ -n "$found" ] || { echo "quillon: no $1 in the source package" >&2; exit 1; }
-    cp "$found" "$2"
-}
-
-mkdir -p "$cache/duktape" "$cache/miniz"
-fetch duktape
-for name in duktape.c duktape.h duk_config.h; do take "/src/$name" "$cache/duktape/$name"; done
-fetch r-cran-zip
-for name in miniz.c miniz.h; do take "/src/$name" "$cache/miniz/$name"; done
-complete || { echo "quillon: the fetched sources are incomplete" >&2; exit 1; }
+for line in "${wanted[@]}"; do
+    read -r package place target <<<"$line"
+    [ -e "$cache/$target" ] && continue
+    # "." is the archive's one folder.
+    if [ "$place" = . ]; then
+        found=$(find "$work/$package" -mindepth 1 -maxdepth 1 -type d)
+    else
+        found=$(find "$work/$package" -path "*/$place" | sort | head -n 1)
+    fi
+    [ -n "$found" ] || { echo "quillon: no $place in the source package $package" >&2; exit 1; }
+    mkdir -p "$(dirname "$cache/$target")"
+    # Under its name only when it is there whole.
+    rm -rf "$cache/$target.part"
+    cp -r "$found" "$cache/$target.part"
+    mv "$cache/$target.part" "$cache/$target"
+done
 echo "$cache"
