@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <functional>
 #include <map>
 
@@ -198,7 +199,7 @@ void AddPack(CLI::App& app, Run& run) {
 
 }  // namespace
 
-int RunCommandLine(int argc, char** argv) {
+int RunCommandLine(std::vector<std::string> arguments) {
     Run run;
     CLI::App app(kAbout, "quillon");
     app.set_version_flag("--version", "quillon " QUILLON_VERSION);
@@ -208,7 +209,8 @@ int RunCommandLine(int argc, char** argv) {
     AddPack(app, run);
     AddChart(app, run);
     try {
-        app.parse(argc, argv);
+        std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) return app.exit(error);  // help and version
         const auto commands = app.get_subcommands();

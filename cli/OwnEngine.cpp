@@ -1,7 +1,6 @@
 #include "cli/OwnEngine.h"
 
 #include <GL/glew.h>
-#include <stdlib.h>
 
 #include "cli/ScriptFaults.h"
 #include "cli/ShaderFaults.h"
@@ -34,7 +33,6 @@ host::EffectModule WithPackageOf(const host::EffectModule& module) {
 }
 
 void Listen() {
-    setenv("EGL_LOG_LEVEL", "fatal", /*overwrite=*/0);  // what its loader has tried is no help to an author
     CollectScriptErrors();
 }
 

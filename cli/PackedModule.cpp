@@ -1,14 +1,12 @@
 #include "cli/PackedModule.h"
 
 #include <fmt/format.h>
-#include <stdlib.h>
 
-#include <cerrno>
-#include <cstring>
 #include <stdexcept>
-#include <system_error>
 
+#include "cli/System.h"
 #include "cli/TemplateModule.h"
+#include "host/ModuleLoading.h"
 
 namespace quillon::cli {
 
@@ -31,29 +29,25 @@ PackedModule::PackedModule(const EffectSource& source) {
         loaded = Load(source.path, "give a module that quillon pack has made on this system");
         return;
     }
-    std::string name = (fs::temp_directory_path() / "quillon-XXXXXX").string();
-    if (!mkdtemp(name.data())) {
-        throw Fault(fmt::format("{}: cannot be made: {}; name another folder in TMPDIR", name, std::strerror(errno)));
-    }
-    folder = name;
     try {
-        const fs::path module = folder / "effect.so";
-        WriteEffectModule(module, source, "name another folder in TMPDIR");
-        loaded = Load(module, "name a folder in TMPDIR from which modules can be loaded");
-    } catch (...) {
-        fs::remove_all(folder);
-        throw;
+        folder.emplace();
+    } catch (const fs::filesystem_error& error) {
+        throw Fault(fmt::format("no folder for temporary files: {}; name another in {}", error.code().message(),
+                                kTemporaryVariable));
     }
+    const std::string remedy = fmt::format("name another folder in {}", kTemporaryVariable);
+    const fs::path module = folder->path() / fmt::format("effect{}", kModuleEnding);
+    WriteEffectModule(module, source, remedy.c_str());
+    loaded = Load(module, remedy.c_str());
 }
 
 PackedModule::~PackedModule() {
     removeFile();
+    if (folder) host::unloadModule(loaded->handle());
 }
 
 void PackedModule::removeFile() {
-    std::error_code ignored;
-    if (!folder.empty()) fs::remove_all(folder, ignored);
-    folder.clear();
+    if (folder && folder->remove()) folder.reset();
 }
 
 }  // namespace quillon::cli

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
 
 #include "cli/EffectSource.h"
 #include "host/EffectModule.h"
+#include "platform/TemporaryFolder.h"
 
 namespace quillon::cli {
 
 // An effect loaded as a host loads it: from the module that the user gave, or from one that its folder is packed into,
-// under a temporary name. Stays loaded to the end of the process.
+// under a temporary name. Stays loaded as long as its file can be removed meanwhile, else as long as this object.
 class PackedModule {
 public:
     // Throws EffectFault when the effect cannot be packed, and a Fault when the module cannot be made or loaded.
@@ -20,11 +20,12 @@ public:
 
     const host::EffectModule& effect() const { return *loaded; }
 
-    // Of the temporary module, whose effect has been started: it reads its file no more. The object's end does it too.
+    // Of the temporary module, whose effect has been started: it reads its file no more. Where a loaded module's file
+    // cannot be removed, the object's end does it.
     void removeFile();
 
 private:
-    std::filesystem::path folder;  // temporary; empty when the user's own module is loaded
+    std::optional<TemporaryFolder> folder;  // none when the user's own module is loaded
     std::optional<host::EffectModule> loaded;
 };
 

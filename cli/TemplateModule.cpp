@@ -4,6 +4,7 @@
 
 #include <system_error>
 
+#include "cli/System.h"
 #include "packer/Archive.h"
 #include "packer/ModuleWriter.h"
 #include "packer/PackageError.h"
@@ -16,8 +17,7 @@ namespace fs = std::filesystem;
 
 fs::path TemplateModule() {
     std::error_code ignored;
-    const fs::path program = fs::read_symlink("/proc/self/exe", ignored);
-    const fs::path path = program.parent_path().parent_path() / "lib" / "quillon_module.so";
+    const fs::path path = ProgramFile().parent_path().parent_path() / "lib" / "quillon_module.so";
     if (!fs::exists(path, ignored)) {
         throw Fault(
             fmt::format("{}: the tool's template module is missing; build it again, and keep bin and lib "

@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "cli/System.h"
 #include "cli/ToolError.h"
 
 namespace quillon::cli {
@@ -46,7 +47,7 @@ std::vector<std::byte> ReadWholeFile(const fs::path& path) {
         throw Fault(fmt::format("{}: is a folder; a file is needed here", path.string()));
     }
     errno = 0;
-    const File file(std::fopen(path.c_str(), "rb"));
+    const File file(OpenFile(path, "rb"));
     std::vector<std::byte> bytes;
     std::size_t filled = 0;
     while (file) {
@@ -66,7 +67,7 @@ void WriteWholeFile(const fs::path& path, std::span<const std::byte> bytes) {
     fs::path temporary = path;
     temporary.replace_filename(fmt::format(".{}.{:08x}", path.filename().string(), std::random_device{}()));
     errno = 0;
-    File file(std::fopen(temporary.c_str(), "wbx"));
+    File file(OpenFile(temporary, "wbx"));
     if (!file) throw CannotWrite(path, errno);
     const TemporaryName guard{temporary};
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();

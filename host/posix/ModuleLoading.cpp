@@ -18,4 +18,8 @@ void* findInModule(void* module, const char* name) {
     return dlsym(module, name);
 }
 
+void unloadModule(void* module) {
+    dlclose(module);
+}
+
 }  // namespace quillon::host

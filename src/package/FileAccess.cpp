@@ -18,9 +18,7 @@ constexpr const char* kNoTextFile = "popa";
 
 // All bytes of the file. A length that 32 bits with a sign cannot hold throws as an allocation that fails.
 std::vector<std::byte> readWhole(std::FILE* file) {
-    if (std::fseek(file, 0, SEEK_END) != 0) return {};
-    const long length = std::ftell(file);
-    std::rewind(file);
+    const std::int64_t length = FileLength(file);
     if (length > std::numeric_limits<std::int32_t>::max()) throw std::length_error("file of 2 GiB or more");
     std::vector<std::byte> bytes(length > 0 ? static_cast<std::size_t>(length) : 0);
     bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file));
@@ -40,11 +38,12 @@ std::string ReadFileText(const std::wstring& name) {
     const FileHandle file = OpenFileForReading(name);
     if (!file) return kNoTextFile;
 
-    // The same on every system, so that a file reads alike: the file is opened for its bytes, the line ends are ours.
+    // As Windows reads a text, on every system, so that a file reads alike: a line may end in two characters, and the
+    // old end-of-file mark ends it.
     std::string text;
     for (const std::byte byte : readWhole(file.get())) {
         const char character = std::to_integer<char>(byte);
-        if (character == '\0') break;
+        if (character == '\0' || character == '\x1A') break;
         if (character == '\n' && text.ends_with('\r')) text.pop_back();
         text.push_back(character);
     }

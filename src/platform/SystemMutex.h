@@ -1,13 +1,15 @@
 #pragma once
 
-#include <mutex>
+#include <memory>
 
 namespace quillon {
 
-// A mutex of the system, private to the process: recursive for the thread that owns it, waited for without limit.
+// A mutex of the system, private to the process: recursive for the thread that owns it, waited for without limit. On
+// Windows the kernel's own, without a name.
 class SystemMutex {
 public:
-    SystemMutex() = default;
+    SystemMutex();
+    ~SystemMutex();
     SystemMutex(const SystemMutex&) = delete;
     SystemMutex& operator=(const SystemMutex&) = delete;
 
@@ -17,7 +19,8 @@ public:
     void unlock();
 
 private:
-    std::recursive_mutex mutex;
+    struct System;
+    std::unique_ptr<System> system;
 };
 
 }  // namespace quillon

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <mutex>
 
+#include "platform/Export.h"
+#include "platform/SystemMutex.h"
 #include "shell/EventGate.h"
 #include "shell/Selectors.h"
 
@@ -75,8 +77,8 @@ static_assert(std::size(kHandlers) == PF_Cmd_SMART_RENDER + 1);
 
 // Held for the whole of every selector, by one thread as often as it comes back in. Lives in a cell that is never
 // freed: a host thread may still be inside when the process ends.
-std::recursive_mutex& entryGate() {
-    static auto* const gate = new std::recursive_mutex;
+SystemMutex& entryGate() {
+    static auto* const gate = new SystemMutex;
     return *gate;
 }
 
@@ -104,12 +106,6 @@ PF_Err runGuarded(Handler handler, const SelectorCall& call) {
 }  // namespace
 
 }  // namespace quillon
-
-#if defined(_WIN32)
-#define QUILLON_EXPORT __declspec(dllexport)
-#else
-#define QUILLON_EXPORT __attribute__((visibility("default")))
-#endif
 
 extern "C" QUILLON_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data,
                                                 PF_ParamDef* params[], PF_LayerDef* output, void* extra) {

@@ -23,7 +23,7 @@ using ReadmeExample = ToolTest;
 
 TEST_F(ReadmeExample, WarmsAPictureAsThePageSays) {
     std::ostringstream page;
-    page << std::ifstream(QUILLON_README).rdbuf();
+    page << std::ifstream(QUILLON_SOURCE "/README.md").rdbuf();
     addEffect("tint", {{"fx.js", fenced(page.str(), "js")},
                        {"tint.frag", fenced(page.str(), "glsl")},
                        {"config.xml", fenced(page.str(), "xml")}});

@@ -33,7 +33,7 @@ protected:
         Scripting::SetErrorObserver(collect);
         Files files;
         std::string script;
-        const std::filesystem::path folder = std::filesystem::path(QUILLON_EFFECTS) / GetParam().name;
+        const std::filesystem::path folder = std::filesystem::path(QUILLON_SOURCE) / "effects" / GetParam().name;
         for (const PackageFile& file : ReadEffectFolder(folder)) {
             const std::string content(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
             if (file.name == "fx.js")

@@ -1,23 +1,7 @@
-#include <EGL/egl.h>
-#include <dlfcn.h>
-
-#include <cstdlib>
-
+#include "WindowSystemCalls.h"
+#include "gpu/OpenGLContext.h"
 #include "support/EngineTest.h"
 #include "support/Pixels.h"
-
-namespace {
-
-bool refusesContexts = false;
-
-}  // namespace
-
-// This program's own takes the place of the system's.
-extern "C" EGLContext eglCreateContext(EGLDisplay display, EGLConfig config, EGLContext shared, const EGLint* list) {
-    using Create = EGLContext(EGLDisplay, EGLConfig, EGLContext, const EGLint*);
-    static const auto create = reinterpret_cast<Create*>(dlsym(RTLD_NEXT, "eglCreateContext"));
-    return refusesContexts ? EGL_NO_CONTEXT : create(display, config, shared, list);
-}
 
 namespace quillon::test {
 namespace {
@@ -55,10 +39,10 @@ protected:
 };
 
 TEST_F(WindowSystem, MayRefuseTheContextAndTheScriptRunsWithoutGL) {
-    refusesContexts = true;
+    refuseContexts(true);
     const TestEffect effect({{"fx.js", kBusy}, {"copy.frag", kCopyFragment}, {"config.xml", kConfig}});
     EXPECT_TRUE(engine.init(effect.module(), nullptr));
-    refusesContexts = false;
+    refuseContexts(false);
     EXPECT_EQ(engine.parameterCount(), 1u);
     EXPECT_EQ(eval("[s, rt, t]"), "[33554433,50331649,67108865]");
     EXPECT_EQ(eval("(QL_release(s), draw(), results)"), "[false,false,false,false,false,false]");
@@ -66,10 +50,18 @@ TEST_F(WindowSystem, MayRefuseTheContextAndTheScriptRunsWithoutGL) {
 }
 
 TEST_F(WindowSystem, MayLackGLAltogetherAndTheEngineSaysSo) {
-    for (const char* variable : {"__EGL_VENDOR_LIBRARY_FILENAMES", "LIBGL_DRIVERS_PATH"})
-        setenv(variable, "none", /*overwrite=*/1);
+    loseWindowSystem();
     const TestEffect effect({{"fx.js", kBusy}, {"copy.frag", kCopyFragment}, {"config.xml", kConfig}});
-    EXPECT_FALSE(engine.init(effect.module(), nullptr));
+    // A window that cannot be made is a fault of its own; without any OpenGL there is no window to be made.
+    const auto start = [&] {
+        try {
+            return engine.init(effect.module(), nullptr);
+        } catch (const OpenGLFault& fault) {
+            EXPECT_EQ(fault.code, 1);
+            return false;
+        }
+    };
+    EXPECT_FALSE(start());
     EXPECT_EQ(engine.parameterCount(), 0u);
     EXPECT_EQ(engine.effectFlags(), 33554464u);
     expectNoPicture();

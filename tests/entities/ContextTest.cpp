@@ -1,10 +1,10 @@
 #include "entities/Context.h"
 
 #include <cmath>
-#include <csignal>
 #include <limits>
 
 #include "package/BlobReader.h"
+#include "support/EndOfProcess.h"
 #include "support/GLTest.h"
 #include "support/TestEffect.h"
 
@@ -195,7 +195,7 @@ TEST(ContextDeathTest, EndsTheProcessForATagWithoutAKind) {
                 Context::Instance().Setup();
                 Context::Instance().Release(id);
             },
-            ::testing::KilledBySignal(SIGABRT), "");
+            endedOnPurpose, "");
 }
 
 }  // namespace

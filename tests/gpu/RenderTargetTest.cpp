@@ -1,23 +1,11 @@
 #include "gpu/RenderTarget.h"
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <limits>
 
+#include "ClearCounter.h"
 #include "gpu/TextOverlay.h"
 #include "support/GLTest.h"
-
-namespace {
-int clears = 0;
-}
-
-// This program's own takes the place of the library's: fresh storage is zero with some drivers, cleared or not.
-extern "C" void glClear(GLbitfield mask) {
-    static const auto clear = reinterpret_cast<void (*)(GLbitfield)>(dlsym(RTLD_NEXT, "glClear"));
-    ++clears;
-    clear(mask);
-}
 
 namespace quillon::test {
 namespace {
@@ -49,9 +37,9 @@ TEST_F(RenderTargetTest, StartsTransparentBlackAtEveryDepth) {
     for (const std::uint32_t bits : {8u, 16u, 32u}) {
         RenderTarget target;
         EXPECT_FALSE(target.isUsable());
-        const int before = clears;
+        const int before = clearCount();
         ASSERT_TRUE(target.initTarget(5, 3, bits));
-        EXPECT_EQ(clears, before + 1);
+        EXPECT_EQ(clearCount(), before + 1);
         EXPECT_TRUE(target.isUsable());
         EXPECT_TRUE(target.isArgbOrdered);
         EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);

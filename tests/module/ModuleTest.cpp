@@ -1,16 +1,10 @@
 // The module as a host gets it: a file that is loaded by its path.
 
-#include <dlfcn.h>
-#include <elf.h>
 #include <gmock/gmock.h>
 
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
-#include <iterator>
 
 #include "host/HostSession.h"
-#include "packer/Archive.h"
 #include "packer/ModuleWriter.h"
 #include "support/EngineTest.h"
 #include "support/Pixels.h"
@@ -20,25 +14,13 @@ namespace {
 
 using host::HostInstance;
 using host::HostSession;
-using testing::ElementsAre;
 using testing::IsEmpty;
-
-std::vector<std::byte> scrambled(const Files& files) {
-    std::vector<PackageFile> package;
-    for (const auto& [name, content] : files) {
-        PackageFile& file = package.emplace_back();
-        file.name = name;
-        file.bytes.resize(content.size());
-        std::memcpy(file.bytes.data(), content.data(), content.size());
-    }
-    return Scramble(WriteArchive(package));
-}
 
 class Module : public ::testing::Test {
 protected:
     // A module of its own file name, since the loader gives the same file out once only.
     host::EffectModule pack(std::span<const std::byte> package) {
-        const std::filesystem::path path = folder.path() / ("effect" + std::to_string(++count) + ".so");
+        const std::filesystem::path path = folder.path() / ("effect" + std::to_string(++count) + ".module");
         WriteModule(path, QUILLON_MODULE, package);
         return host::EffectModule(path);
     }
@@ -46,7 +28,7 @@ protected:
         Files files = more;
         files.emplace_back("fx.js", script);
         files.emplace_back("config.xml", kConfig);
-        return pack(scrambled(files));
+        return pack(ScrambledPackage(files));
     }
     static Bytes render(HostInstance& instance, const Bytes& input) {
         auto world = instance.session.newWorld(5, 3, 8);
@@ -60,29 +42,6 @@ protected:
     TemporaryFolder folder;
     int count = 0;
 };
-
-TEST_F(Module, ExportsItsEntryAndNothingElse) {
-    std::ifstream in(QUILLON_MODULE, std::ios::binary);
-    const std::string image{std::istreambuf_iterator<char>(in), {}};
-    const auto at = [&]<class Record>(Record, std::size_t offset) {
-        Record record;
-        std::memcpy(&record, image.substr(offset, sizeof record).data(), sizeof record);
-        return record;
-    };
-    const auto header = at(Elf64_Ehdr{}, 0);
-    std::vector<std::string> exported;
-    for (std::size_t s = 0; s < header.e_shnum; ++s) {
-        const auto table = at(Elf64_Shdr{}, header.e_shoff + s * sizeof(Elf64_Shdr));
-        if (table.sh_type != SHT_DYNSYM) continue;
-        const auto names = at(Elf64_Shdr{}, header.e_shoff + table.sh_link * sizeof(Elf64_Shdr));
-        for (std::size_t i = 0; i < table.sh_size / sizeof(Elf64_Sym); ++i) {
-            const auto symbol = at(Elf64_Sym{}, table.sh_offset + i * sizeof(Elf64_Sym));
-            const bool isOurs = symbol.st_shndx != SHN_UNDEF && ELF64_ST_BIND(symbol.st_info) != STB_LOCAL;
-            if (isOurs) exported.emplace_back(image.c_str() + names.sh_offset + symbol.st_name);
-        }
-    }
-    EXPECT_THAT(exported, ElementsAre("EntryPointFunc"));
-}
 
 TEST_F(Module, TwoEffectsInOneProcessShareNothing) {
     const char* const kUpside = "var turns = 0; function preRender() { ++turns; }";
@@ -131,7 +90,7 @@ TEST_F(Module, OneEffectAppliedTwiceSharesScriptVariablesAndNotValues) {
 }
 
 TEST_F(Module, WithAConfigurationThatDoesNotParseAnswers515) {
-    HostSession session(pack(scrambled({{"fx.js", "function setup() {}"}, {"config.xml", "<A><B></A>"}})));
+    HostSession session(pack(ScrambledPackage({{"fx.js", "function setup() {}"}, {"config.xml", "<A><B></A>"}})));
     EXPECT_EQ(session.globalSetup().error, 515);
     EXPECT_THAT(session.violations(), IsEmpty());
 }
@@ -153,19 +112,6 @@ TEST_F(Module, WithADamagedPackageReadsFromTheDisk) {
 }
 
 using ModuleDeathTest = Module;
-
-// In a process of its own, since the driver is loaded once a process.
-TEST_F(ModuleDeathTest, WithoutOpenGLTheStartAnswers512AndWritesNothing) {
-    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-    const auto run = [&] {
-        setenv("LIBGL_DRIVERS_PATH", "none", 1);
-        HostSession session(pack(CopyScript(true)));
-        const host::Answer answer = session.globalSetup();
-        const bool isUnwritten = answer.out.my_version == 0 && answer.out.out_flags == 0 && !answer.out.global_data;
-        std::_Exit(answer.error == 512 && isUnwritten ? 0 : 1);
-    };
-    EXPECT_EXIT(run(), ::testing::ExitedWithCode(0), "");
-}
 
 TEST_F(ModuleDeathTest, WithoutAPackageTheProcessEndsAtTheStart) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";

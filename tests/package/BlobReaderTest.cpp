@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <fstream>
 
-#include "LoadedModule.h"
 #include "ZipBuilder.h"
+#include "host/ModuleLoading.h"
 #include "package/FileAccess.h"
+#include "packer/Archive.h"
+#include "support/EndOfProcess.h"
+#include "support/TestEffect.h"
 
 namespace quillon::test {
 namespace {
@@ -22,7 +24,9 @@ protected:
         FileTextHook = nullptr;
     }
 
-    static void load(const std::string& archive) { BlobReader::Load(LoadedModule(Packaged(archive)).handle()); }
+    static void load(const std::string& archive) {
+        BlobReader::Load(TestModule(Scramble(std::as_bytes(std::span(archive)))).module());
+    }
 };
 
 class PackageLength : public BlobReaderTest, public ::testing::WithParamInterface<int> {};
@@ -110,10 +114,11 @@ TEST_F(BlobReaderTest, TakesTheNextPackageWhenLoadedAgain) {
 
 TEST_F(BlobReaderTest, EndsTheProcessWithoutAPackage) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-    const LoadedModule absent("");
-    const LoadedModule empty(Trailer(0));
-    EXPECT_EXIT(BlobReader::Load(absent.handle()), ::testing::KilledBySignal(SIGABRT), "");
-    EXPECT_EXIT(BlobReader::Load(empty.handle()), ::testing::KilledBySignal(SIGABRT), "");
+    std::string reason;
+    void* const absent = host::loadModule(QUILLON_CARRIER, reason);
+    const TestModule empty(std::span<const std::byte>{});
+    EXPECT_EXIT(BlobReader::Load(absent), endedOnPurpose, "");
+    EXPECT_EXIT(BlobReader::Load(empty.module()), endedOnPurpose, "");
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 // The worked example of docs/package-format.md, read from that page, on its way into a module and back.
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <map>
 #include <sstream>
 
+#include "host/ModuleLoading.h"
 #include "package/BlobReader.h"
 #include "package/FileAccess.h"
 #include "packer/Archive.h"
@@ -20,7 +20,7 @@ using Bytes = std::vector<std::byte>;
 
 // The dumps of the page by the name behind their fence.
 std::map<std::string, Bytes> DumpsOfThePage() {
-    std::ifstream page(std::filesystem::path(QUILLON_EFFECTS).parent_path() / "docs" / "package-format.md");
+    std::ifstream page(std::filesystem::path(QUILLON_SOURCE) / "docs" / "package-format.md");
     std::map<std::string, Bytes> dumps;
     std::string line, name;
     while (std::getline(page, line)) {
@@ -58,11 +58,12 @@ TEST(PackageFormatTest, IsWrittenAndReadAsThePageShows) {
     end.insert(end.end(), dumps["trailer"].begin(), dumps["trailer"].end());
     EXPECT_EQ(EndOf(module, end.size()), end);
 
-    void* handle = dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_TRUE(handle);
+    std::string reason;
+    void* handle = host::loadModule(module, reason);
+    ASSERT_TRUE(handle) << reason;
     BlobReader::Load(handle);
     EXPECT_EQ(ReadFileText(L"fx.js"), "0;\n");
-    dlclose(handle);
+    host::unloadModule(handle);
 }
 
 }  // namespace

@@ -1,42 +1,34 @@
 #include "support/TestEffect.h"
 
-#include <dlfcn.h>
-
-#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 
+#include "host/ModuleLoading.h"
 #include "packer/Archive.h"
 #include "packer/ModuleWriter.h"
 
 namespace quillon::test {
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "quillon-test-XXXXXX").string();
-    if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    folder = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-}
-
-TestEffect::TestEffect(const Files& files, const std::filesystem::path& templateModule) {
-    std::vector<PackageFile> packageFiles;
+std::vector<std::byte> ScrambledPackage(const Files& files) {
+    std::vector<PackageFile> package;
     for (const auto& [name, content] : files) {
-        PackageFile& file = packageFiles.emplace_back();
+        PackageFile& file = package.emplace_back();
         file.name = name;
         file.bytes.resize(content.size());
         if (!content.empty()) std::memcpy(file.bytes.data(), content.data(), content.size());
     }
-    WriteModule(file(), templateModule, Scramble(WriteArchive(packageFiles)));
-    handle = dlopen(file().c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle) throw std::runtime_error(dlerror());
+    return Scramble(WriteArchive(package));
 }
 
-TestEffect::~TestEffect() {
-    if (handle) dlclose(handle);
+TestModule::TestModule(std::span<const std::byte> scrambledPackage, const std::filesystem::path& templateModule) {
+    WriteModule(file(), templateModule, scrambledPackage);
+    std::string reason;
+    handle = host::loadModule(file(), reason);
+    if (!handle) throw std::runtime_error(reason);
+}
+
+TestModule::~TestModule() {
+    host::unloadModule(handle);
 }
 
 }  // namespace quillon::test

@@ -1,43 +1,44 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "platform/TemporaryFolder.h"
 
 namespace quillon::test {
 
 using Files = std::vector<std::pair<std::string, std::string>>;  // name, content
 
-// A folder of its own for one test, removed at the end.
-class TemporaryFolder {
+// The files as a package, scrambled.
+std::vector<std::byte> ScrambledPackage(const Files& files);
+
+// A copy of the template, which is the carrier unless another is given, with `scrambledPackage` inside, loaded. Found
+// by its handle or by its file.
+class TestModule {
 public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& path() const { return folder; }
-
-private:
-    std::filesystem::path folder;
-};
-
-// An effect as a loaded module: the files packed behind a copy of the template, which is the carrier unless another
-// is given. Found by its handle or by its file.
-class TestEffect {
-public:
-    explicit TestEffect(const Files& files, const std::filesystem::path& templateModule = QUILLON_CARRIER);
-    ~TestEffect();
-    TestEffect(const TestEffect&) = delete;
-    TestEffect& operator=(const TestEffect&) = delete;
+    explicit TestModule(std::span<const std::byte> scrambledPackage,
+                        const std::filesystem::path& templateModule = QUILLON_CARRIER);
+    ~TestModule();
+    TestModule(const TestModule&) = delete;
+    TestModule& operator=(const TestModule&) = delete;
 
     void* module() const { return handle; }
-    std::filesystem::path file() const { return folder.path() / "effect.so"; }
+    std::filesystem::path file() const { return folder.path() / "effect.module"; }
 
 private:
     TemporaryFolder folder;
     void* handle = nullptr;
+};
+
+// An effect as a loaded module.
+class TestEffect : public TestModule {
+public:
+    explicit TestEffect(const Files& files, const std::filesystem::path& templateModule = QUILLON_CARRIER)
+        : TestModule(ScrambledPackage(files), templateModule) {}
 };
 
 }  // namespace quillon::test

@@ -14,4 +14,10 @@ FileHandle OpenFileForReading(const std::wstring& name) {
     return file;
 }
 
+std::int64_t FileLength(std::FILE* file) {
+    const off_t length = fseeko(file, 0, SEEK_END) == 0 ? ftello(file) : -1;
+    std::rewind(file);
+    return length;
+}
+
 }  // namespace quillon

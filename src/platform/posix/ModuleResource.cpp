@@ -32,11 +32,9 @@ bool readBeforeEnd(std::FILE* file, std::uint64_t fromEnd, std::span<std::byte> 
 
 std::optional<std::vector<std::byte>> ReadModuleResource(void* module) {
     const FileHandle file = OpenFileForReading(WidenBytes(fileOfModule(module)));
-    if (!file || fseeko(file.get(), 0, SEEK_END) != 0) return std::nullopt;
-    const off_t fileBytes = ftello(file.get());
-
+    const std::int64_t fileBytes = file ? FileLength(file.get()) : -1;
     ModuleTrailer trailer;
-    if (!readBeforeEnd(file.get(), trailer.size(), trailer)) return std::nullopt;
+    if (fileBytes < 0 || !readBeforeEnd(file.get(), trailer.size(), trailer)) return std::nullopt;
     const auto packageBytes = PackageBytesBefore(trailer, static_cast<std::uint64_t>(fileBytes));
     if (!packageBytes) return std::nullopt;
 

@@ -1,12 +1,20 @@
 #include "platform/SystemMutex.h"
 
+#include <mutex>
 #include <system_error>
 
 namespace quillon {
 
+struct SystemMutex::System {
+    std::recursive_mutex mutex;
+};
+
+SystemMutex::SystemMutex() : system(std::make_unique<System>()) {}
+SystemMutex::~SystemMutex() = default;
+
 bool SystemMutex::lock() {
     try {
-        mutex.lock();
+        system->mutex.lock();
         return true;
     } catch (const std::system_error&) {
         return false;
@@ -14,7 +22,7 @@ bool SystemMutex::lock() {
 }
 
 void SystemMutex::unlock() {
-    mutex.unlock();
+    system->mutex.unlock();
 }
 
 }  // namespace quillon

@@ -3,12 +3,44 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <optional>
+#include <stdexcept>
 
-#include "LoadedModule.h"
+#include "host/ModuleLoading.h"
+#include "platform/TemporaryFolder.h"
 
 namespace quillon::test {
 namespace {
+
+// A module of the test's own making, loaded: the carrier's image with these bytes behind it.
+class LoadedModule {
+public:
+    explicit LoadedModule(const std::string& bytesBehindImage) {
+        const std::filesystem::path path = folder.path() / "module.so";
+        std::filesystem::copy_file(QUILLON_CARRIER, path);
+        std::ofstream(path, std::ios::binary | std::ios::app) << bytesBehindImage;
+        std::string reason;
+        module = host::loadModule(path, reason);
+        if (!module) throw std::runtime_error(reason);
+    }
+    ~LoadedModule() { host::unloadModule(module); }
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+
+    void* handle() const { return module; }
+
+private:
+    TemporaryFolder folder;
+    void* module = nullptr;
+};
+
+// What makes a package of the bytes in front of it.
+std::string Trailer(std::uint32_t packageBytes) {
+    std::string trailer;
+    for (int i = 0; i < 4; ++i) trailer.push_back(static_cast<char>(packageBytes >> (8 * i)));
+    return trailer + "QuillonBLOB1";
+}
 
 std::optional<std::string> ResourceOf(void* module) {
     const auto bytes = ReadModuleResource(module);

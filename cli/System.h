@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+// What the tool needs of the system and does not find in the language. Narrow text, names of files too, is UTF-8
+// inside the tool on every system.
+
+namespace quillon::cli {
+
+// How the modules that this system loads end their names, ".so" or ".aex".
+extern const char* const kModuleEnding;
+
+// The environment variable that names the folder of temporary files.
+extern const char* const kTemporaryVariable;
+
+// The first thing in main(): fits the process to what the tool does, its memory, its terminal and its texts.
+void PrepareProcess();
+
+// The command line without the program's name. `argc` and `argv` are those of main().
+std::vector<std::string> ProgramArguments(int argc, char** argv);
+
+// The file that this program was started from.
+std::filesystem::path ProgramFile();
+
+// fopen() for any name; `mode` is ASCII.
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
+
+}  // namespace quillon::cli

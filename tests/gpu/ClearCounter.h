@@ -1,0 +1,8 @@
+#pragma once
+
+namespace quillon::test {
+
+// How often the GPU layer has called glClear in this process: fresh storage is zero with some drivers, cleared or not.
+int clearCount();
+
+}  // namespace quillon::test

@@ -1,0 +1,55 @@
+// What this system's loader sees of the module, and what the module does without a driver.
+
+#include <elf.h>
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "host/HostSession.h"
+#include "support/EngineTest.h"
+
+namespace quillon::test {
+namespace {
+
+TEST(ModuleFile, ExportsItsEntryAndNothingElse) {
+    std::ifstream in(QUILLON_MODULE, std::ios::binary);
+    const std::string image{std::istreambuf_iterator<char>(in), {}};
+    const auto at = [&]<class Record>(Record, std::size_t offset) {
+        Record record;
+        std::memcpy(&record, image.substr(offset, sizeof record).data(), sizeof record);
+        return record;
+    };
+    const auto header = at(Elf64_Ehdr{}, 0);
+    std::vector<std::string> exported;
+    for (std::size_t s = 0; s < header.e_shnum; ++s) {
+        const auto table = at(Elf64_Shdr{}, header.e_shoff + s * sizeof(Elf64_Shdr));
+        if (table.sh_type != SHT_DYNSYM) continue;
+        const auto names = at(Elf64_Shdr{}, header.e_shoff + table.sh_link * sizeof(Elf64_Shdr));
+        for (std::size_t i = 0; i < table.sh_size / sizeof(Elf64_Sym); ++i) {
+            const auto symbol = at(Elf64_Sym{}, table.sh_offset + i * sizeof(Elf64_Sym));
+            const bool isOurs = symbol.st_shndx != SHN_UNDEF && ELF64_ST_BIND(symbol.st_info) != STB_LOCAL;
+            if (isOurs) exported.emplace_back(image.c_str() + names.sh_offset + symbol.st_name);
+        }
+    }
+    EXPECT_THAT(exported, testing::ElementsAre("EntryPointFunc"));
+}
+
+// In a process of its own, since the driver is loaded once a process.
+TEST(ModuleFileDeathTest, WithoutOpenGLTheStartAnswers512AndWritesNothing) {
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const auto run = [&] {
+        setenv("LIBGL_DRIVERS_PATH", "none", 1);
+        const TestEffect effect({{"fx.js", CopyScript(true)}, {"config.xml", kConfig}}, QUILLON_MODULE);
+        host::HostSession session{host::EffectModule(effect.file())};
+        const host::Answer answer = session.globalSetup();
+        const bool isUnwritten = answer.out.my_version == 0 && answer.out.out_flags == 0 && !answer.out.global_data;
+        std::_Exit(answer.error == 512 && isUnwritten ? 0 : 1);
+    };
+    EXPECT_EXIT(run(), ::testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
+}  // namespace quillon::test
