@@ -6,8 +6,10 @@
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
+#include <string>
 #include <system_error>
 
+#include "cli/ModuleKind.h"
 #include "cli/TemplateModule.h"
 
 namespace quillon::cli {
@@ -16,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-host::EffectModule Load(const fs::path& module, const char* remedy) {
+host::EffectModule Load(const fs::path& module, const std::string& remedy) {
     try {
         return host::EffectModule(module);
     } catch (const std::runtime_error& error) {
@@ -28,7 +30,12 @@ host::EffectModule Load(const fs::path& module, const char* remedy) {
 
 PackedModule::PackedModule(const EffectSource& source) {
     if (source.isModule) {
-        loaded = Load(source.path, "give a module that quillon pack has made on this system");
+        const ModuleKind* const kind = ModuleKindOf(source.path);
+        loaded = Load(source.path, kind && kind != &kOwnModuleKind
+                                       ? fmt::format("modules for {} run there only; give the effect's folder, or a "
+                                                     "module that ends in {}",
+                                                     kind->system, kOwnModuleKind.ending)
+                                       : "give a module that quillon pack has made on this system");
         return;
     }
     std::string name = (fs::temp_directory_path() / "quillon-XXXXXX").string();
@@ -37,7 +44,7 @@ PackedModule::PackedModule(const EffectSource& source) {
     }
     folder = name;
     try {
-        const fs::path module = folder / "effect.so";
+        const fs::path module = folder / (std::string("effect") + kOwnModuleKind.ending);
         WriteEffectModule(module, source, "name another folder in TMPDIR");
         loaded = Load(module, "name a folder in TMPDIR from which modules can be loaded");
     } catch (...) {

@@ -10,7 +10,7 @@
 namespace quillon::test {
 
 ToolRun ToolTest::run(const std::string& arguments, const std::string& environment) const {
-    const std::string command = "cd '" + folder.path().string() + "' && " + environment + " '" QUILLON_TOOL "' " +
+    const std::string command = "cd '" + folder.path().string() + "' && " + environment + " '" + tool + "' " +
                                 arguments + " >.out 2>.err </dev/null";
     const int status = std::system(command.c_str());
     ToolRun result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(".out"), readFile(".err")};
