@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string>
 
+#include "cli/IdentityChecks.h"
 #include "package/ConfigDocument.h"
 #include "package/EffectFlags.h"
 #include "package/EffectVersion.h"
@@ -45,8 +46,11 @@ std::vector<std::byte> DescribeEffect(const EffectSource& source) {
     try {
         return MakePiPL(identity);
     } catch (const PackageError& error) {
-        throw EffectFault(
-            {{.path = source.pathOf("config.xml"), .text = error.what(), .kind = Diagnostic::Kind::config}});
+        const std::string words = error.what();
+        throw EffectFault({{.path = source.pathOf("config.xml"),
+                            .line = LineOfKey(source, words.substr(0, words.find(':'))),
+                            .text = words,
+                            .kind = Diagnostic::Kind::config}});
     }
 }
 

@@ -75,13 +75,18 @@ public:
         return std::move(warnings);
     }
 
+    int lineOf(const std::string& key) const { return lineOf(document.first_node(key.c_str())); }
+
 private:
+    // Names stay where they were read, though the parser changes the text around them.
+    int lineOf(const Node* node) const {
+        if (!node) return 0;
+        return 1 + static_cast<int>(std::count(content.begin(), content.begin() + (node->name() - text.data()), '\n'));
+    }
+
     void warn(const Node* node, const std::string& words) {
-        // Names stay where they were read, though the parser changes the text around them.
-        const auto at = node ? node->name() - text.data() : 0;
-        const auto line = node ? 1 + static_cast<int>(std::count(content.begin(), content.begin() + at, '\n')) : 0;
         warnings.push_back({.path = path,
-                            .line = line,
+                            .line = lineOf(node),
                             .severity = Diagnostic::Severity::warning,
                             .text = words,
                             .kind = Diagnostic::Kind::config});
@@ -127,6 +132,10 @@ private:
 
 Diagnostics CheckIdentity(const EffectSource& source) {
     return Checker(source).check();
+}
+
+int LineOfKey(const EffectSource& source, const std::string& key) {
+    return Checker(source).lineOf(key);
 }
 
 }  // namespace quillon::cli

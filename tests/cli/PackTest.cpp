@@ -130,7 +130,7 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
         {"<FXNAME>\n  A &amp; B </FXNAME><CATEGORY>Cat</CATEGORY><MATCH_NAME>Match</MATCH_NAME>",
          {"A & B", "Cat", "Match"}},
         {"<FXNAME>\xC3\xA9</FXNAME><MATCH_NAME>e</MATCH_NAME><CATEGORY> </CATEGORY>", {"\xC3\xA9", "Quillon", "e"}},
-        {"<FXNAME/>", {}, "fx/config.xml: error: FXNAME: empty"},
+        {"\n<FXNAME/>", {}, "fx/config.xml:2: error: FXNAME: empty"},
         {"<FXNAME>\xC3\xA9</FXNAME>", {}, "fx/config.xml: error: MATCH_NAME: empty"},
         {"<FXNAME>NameOf29LettersAndDigits12345</FXNAME>",
          {},
