@@ -191,7 +191,9 @@ void AddPack(CLI::App& app, Run& run) {
         "config.xml is told as warnings. Scripts and shaders are taken as they are; render tells what is wrong with\n"
         "them.");
     command.add_option("FOLDER", options->folder, "The effect's folder")->required()->type_name("");
-    command.add_option("-o,--output", options->output, "The module: a name that ends in .so")
+    command
+        .add_option("-o,--output", options->output,
+                    "The module: a name that ends in .so for Linux, in .aex for Windows")
         ->required()
         ->type_name("MODULE");
     command.callback([&run, options] { run = [options] { return RunPack(*options); }; });

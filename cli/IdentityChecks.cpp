@@ -7,26 +7,36 @@
 #include <rapidxml/rapidxml.hpp>
 #include <string_view>
 
+#include "package/EffectFlags.h"
+
 namespace quillon::cli {
 
 namespace {
 
 using Node = rapidxml::xml_node<char>;
 
-// The flags that the module's own description promises to hosts, and those that are added to FLAGS whatever it says.
-constexpr std::uint32_t kPromisedFlags = 0x06008025;
-constexpr std::uint32_t kAddedFlags = 0x04008005;
-constexpr std::uint32_t kPromisedFlags2 = 0x1400;
+// What the engine can do, as hosts are to be told.
+constexpr std::uint32_t kEngineFlags = 33554464;
+constexpr std::uint32_t kEngineFlags2 = 5120;
 
 struct Key {
     const char* name;
     bool isNumber;
     long mostKept;  // of a version's part, what the host is told; 0: no such limit
+    bool isOptional = false;
 };
 
-constexpr Key kKeys[] = {{"MAJOR_VERSION", true, 63}, {"MINOR_VERSION", true, 15}, {"BUILD_VERSION", true, 511},
-                         {"STAGE_VERSION", true, 3},  {"FLAGS", true, 0},          {"FLAGS2", true, 0},
-                         {"ABOUT", false, 0},         {"FXNAME", false, 0},        {"AGEP_ID", false, 0}};
+constexpr Key kKeys[] = {{"MAJOR_VERSION", true, 63},
+                         {"MINOR_VERSION", true, 15},
+                         {"BUILD_VERSION", true, 511},
+                         {"STAGE_VERSION", true, 3},
+                         {"FLAGS", true, 0},
+                         {"FLAGS2", true, 0},
+                         {"ABOUT", false, 0},
+                         {"FXNAME", false, 0},
+                         {"AGEP_ID", false, 0},
+                         {"CATEGORY", false, 0, true},
+                         {"MATCH_NAME", false, 0, true}};
 
 bool IsDecimal(std::string_view text) {
     const auto isBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
@@ -49,7 +59,7 @@ public:
         for (const Key& key : kKeys) {
             const Node* node = document.first_node(key.name);
             if (!node) {
-                missing += (missing.empty() ? "" : ", ") + std::string(key.name);
+                if (!key.isOptional) missing += (missing.empty() ? "" : ", ") + std::string(key.name);
                 continue;
             }
             if (const Node* again = node->next_sibling(key.name))
@@ -65,13 +75,18 @@ public:
         return std::move(warnings);
     }
 
+    int lineOf(const std::string& key) const { return lineOf(document.first_node(key.c_str())); }
+
 private:
+    // Names stay where they were read, though the parser changes the text around them.
+    int lineOf(const Node* node) const {
+        if (!node) return 0;
+        return 1 + static_cast<int>(std::count(content.begin(), content.begin() + (node->name() - text.data()), '\n'));
+    }
+
     void warn(const Node* node, const std::string& words) {
-        // Names stay where they were read, though the parser changes the text around them.
-        const auto at = node ? node->name() - text.data() : 0;
-        const auto line = node ? 1 + static_cast<int>(std::count(content.begin(), content.begin() + at, '\n')) : 0;
         warnings.push_back({.path = path,
-                            .line = line,
+                            .line = lineOf(node),
                             .severity = Diagnostic::Severity::warning,
                             .text = words,
                             .kind = Diagnostic::Kind::config});
@@ -98,12 +113,11 @@ private:
             warn(&node, fmt::format("{}: hosts are told 0 to {} and get {} cut off to {}", name, key.mostKept, number,
                                     number & key.mostKept));
         }
-        if (name == "FLAGS" && (word | kAddedFlags) != kPromisedFlags) {
-            warn(&node,
-                 fmt::format("FLAGS: {} does not agree with the module, which promises 33554464 to hosts", number));
-        }
-        if (name == "FLAGS2" && word != kPromisedFlags2) {
-            warn(&node, fmt::format("FLAGS2: {} does not agree with the module, which promises 5120 to hosts", number));
+        const bool isOdd = (name == "FLAGS" && (word | kFixedOutFlags) != (kEngineFlags | kFixedOutFlags)) ||
+                           (name == "FLAGS2" && word != kEngineFlags2);
+        if (isOdd) {
+            warn(&node, fmt::format("{}: {} is what hosts go by, but {} is what the engine can do", name, number,
+                                    name == "FLAGS" ? kEngineFlags : kEngineFlags2));
         }
     }
 
@@ -118,6 +132,10 @@ private:
 
 Diagnostics CheckIdentity(const EffectSource& source) {
     return Checker(source).check();
+}
+
+int LineOfKey(const EffectSource& source, const std::string& key) {
+    return Checker(source).lineOf(key);
 }
 
 }  // namespace quillon::cli

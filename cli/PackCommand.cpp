@@ -3,9 +3,12 @@
 #include <fmt/format.h>
 
 #include <system_error>
+#include <vector>
 
+#include "cli/EffectDescription.h"
 #include "cli/EffectSource.h"
 #include "cli/IdentityChecks.h"
+#include "cli/ModuleKind.h"
 #include "cli/TemplateModule.h"
 
 namespace quillon::cli {
@@ -15,13 +18,9 @@ namespace {
 namespace fs = std::filesystem;
 
 void CheckOutput(const PackOptions& options) {
-    const std::string ending = options.output.extension().string();
-    if (ending == ".aex") {
-        throw Fault(fmt::format("{}: this build of the tool makes modules for Linux only; end the name in .so",
-                                options.output.string()));
-    }
-    if (ending != ".so") {
-        throw WrongCommandLine(fmt::format("{}: modules end in .so", options.output.string()));
+    if (!ModuleKindOf(options.output)) {
+        throw WrongCommandLine(
+            fmt::format("{}: modules end in .so for Linux and in .aex for Windows", options.output.string()));
     }
     std::error_code ignored;
     const fs::path place = fs::weakly_canonical(fs::absolute(options.output)).parent_path();
@@ -43,7 +42,9 @@ int RunPack(const PackOptions& options) {
     }
     const EffectSource source = ReadEffectSource(options.folder);
     ThrowIfAny(CheckPackage(source));
-    WriteEffectModule(options.output, source, "choose another place with -o");
+    const bool isDescribed = ModuleKindOf(options.output)->isDescribed;
+    const std::vector<std::byte> description = isDescribed ? DescribeEffect(source) : std::vector<std::byte>();
+    WriteEffectModule(options.output, source, "choose another place with -o", description);
     for (const Diagnostic& warning : CheckIdentity(source)) fmt::print(stderr, "{}\n", FormatDiagnostic(warning));
     fmt::print("{}\n", options.output.string());
     return 0;

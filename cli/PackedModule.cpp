@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <stdexcept>
+#include <string>
 
+#include "cli/ModuleKind.h"
 #include "cli/System.h"
 #include "cli/TemplateModule.h"
 #include "host/ModuleLoading.h"
@@ -14,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-host::EffectModule Load(const fs::path& module, const char* remedy) {
+host::EffectModule Load(const fs::path& module, const std::string& remedy) {
     try {
         return host::EffectModule(module);
     } catch (const std::runtime_error& error) {
@@ -26,7 +28,12 @@ host::EffectModule Load(const fs::path& module, const char* remedy) {
 
 PackedModule::PackedModule(const EffectSource& source) {
     if (source.isModule) {
-        loaded = Load(source.path, "give a module that quillon pack has made on this system");
+        const ModuleKind* const kind = ModuleKindOf(source.path);
+        loaded = Load(source.path, kind && kind != &kOwnModuleKind
+                                       ? fmt::format("modules for {} run there only; give the effect's folder, or a "
+                                                     "module that ends in {}",
+                                                     kind->system, kOwnModuleKind.ending)
+                                       : "give a module that quillon pack has made on this system");
         return;
     }
     try {
@@ -36,9 +43,9 @@ PackedModule::PackedModule(const EffectSource& source) {
                                 kTemporaryVariable));
     }
     const std::string remedy = fmt::format("name another folder in {}", kTemporaryVariable);
-    const fs::path module = folder->path() / fmt::format("effect{}", kModuleEnding);
-    WriteEffectModule(module, source, remedy.c_str());
-    loaded = Load(module, remedy.c_str());
+    const fs::path module = folder->path() / fmt::format("effect{}", kOwnModuleKind.ending);
+    WriteEffectModule(module, source, remedy);
+    loaded = Load(module, remedy);
 }
 
 PackedModule::~PackedModule() {

@@ -10,9 +10,6 @@
 
 namespace quillon::cli {
 
-// How the modules that this system loads end their names, ".so" or ".aex".
-extern const char* const kModuleEnding;
-
 // The environment variable that names the folder of temporary files.
 extern const char* const kTemporaryVariable;
 

@@ -2,8 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <string>
 #include <system_error>
 
+#include "cli/ModuleKind.h"
 #include "cli/System.h"
 #include "packer/Archive.h"
 #include "packer/ModuleWriter.h"
@@ -15,14 +17,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path TemplateModule() {
+fs::path TemplateModule(const ModuleKind& kind) {
+    const fs::path path =
+        ProgramFile().parent_path().parent_path() / "lib" / (std::string("quillon_module") + kind.ending);
     std::error_code ignored;
-    const fs::path path = ProgramFile().parent_path().parent_path() / "lib" / "quillon_module.so";
     if (!fs::exists(path, ignored)) {
         throw Fault(
-            fmt::format("{}: the tool's template module is missing; build it again, and keep bin and lib "
+            fmt::format("{}: the template of modules for {} is missing; build it again, and keep bin and lib "
                         "beside each other",
-                        path.string()));
+                        path.string(), kind.system));
     }
     return path;
 }
@@ -37,11 +40,13 @@ std::vector<std::byte> Package(const EffectSource& source) {
 
 }  // namespace
 
-void WriteEffectModule(const fs::path& output, const EffectSource& source, const char* remedy) {
-    const fs::path templateModule = TemplateModule();
+void WriteEffectModule(const fs::path& output, const EffectSource& source, const std::string& remedy,
+                       std::span<const std::byte> description) {
+    const ModuleKind* const kind = ModuleKindOf(output);
+    const fs::path templateModule = TemplateModule(kind ? *kind : kOwnModuleKind);
     const std::vector<std::byte> package = Package(source);
     try {
-        WriteModule(output, templateModule, package);
+        WriteModule(output, templateModule, package, description);
     } catch (const PackageError& error) {
         throw Fault(fmt::format("{}; {}", error.what(), remedy));
     }

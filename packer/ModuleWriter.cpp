@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "packer/PackageError.h"
+#include "packer/PortableExecutable.h"
 #include "packer/WholeFile.h"
+#include "packer/WindowsModule.h"
 #include "platform/ModuleTrailer.h"
 
 namespace quillon {
@@ -26,8 +28,13 @@ void removePackage(std::vector<std::byte>& module) {
         module.resize(module.size() - kModuleTrailerBytes - *packageBytes);
 }
 
-void write(std::ofstream& file, const void* bytes, std::size_t size) {
-    file.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(size));
+// Puts the package behind the image.
+void appendPackage(std::vector<std::byte>& module, std::span<const std::byte> scrambledPackage) {
+    removePackage(module);
+    const ModuleTrailer trailer = MakeModuleTrailer(static_cast<std::uint32_t>(scrambledPackage.size()));
+    module.reserve(module.size() + scrambledPackage.size() + trailer.size());
+    module.insert(module.end(), scrambledPackage.begin(), scrambledPackage.end());
+    module.insert(module.end(), trailer.begin(), trailer.end());
 }
 
 // A file beside the output, gone again unless it takes the output's place.
@@ -48,17 +55,23 @@ public:
 
 }  // namespace
 
-void WriteModule(const fs::path& output, const fs::path& templateModule, std::span<const std::byte> scrambledPackage) {
+void WriteModule(const fs::path& output, const fs::path& templateModule, std::span<const std::byte> scrambledPackage,
+                 std::span<const std::byte> description) {
     if (scrambledPackage.size() > 0xFFFFFFFF) throw PackageError("the package is too large; it must stay below 4 GiB");
-    std::vector<std::byte> image = ReadWholeFile(templateModule);
-    removePackage(image);
-    const ModuleTrailer trailer = MakeModuleTrailer(static_cast<std::uint32_t>(scrambledPackage.size()));
+    std::vector<std::byte> module = ReadWholeFile(templateModule);
+    if (!IsPortableExecutable(module)) {
+        appendPackage(module, scrambledPackage);
+    } else {
+        try {
+            module = MakeWindowsModule(module, scrambledPackage, description);
+        } catch (const PackageError& error) {
+            throw PackageError(templateModule.string() + ": " + error.what());
+        }
+    }
 
     const TemporaryFile temporary(output);
     std::ofstream file(temporary.path, std::ios::binary);
-    write(file, image.data(), image.size());
-    write(file, scrambledPackage.data(), scrambledPackage.size());
-    write(file, trailer.data(), trailer.size());
+    file.write(reinterpret_cast<const char*>(module.data()), static_cast<std::streamsize>(module.size()));
     file.close();
     if (!file) throw PackageError(output.string() + ": cannot be written; see the folder and the space left");
     try {

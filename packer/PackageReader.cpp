@@ -10,7 +10,9 @@
 #include "package/ZipArchive.h"
 #include "packer/Archive.h"
 #include "packer/PackageError.h"
+#include "packer/PortableExecutable.h"
 #include "packer/WholeFile.h"
+#include "packer/WindowsModule.h"
 #include "platform/ModuleTrailer.h"
 
 namespace quillon {
@@ -23,18 +25,27 @@ struct Listing {
     ~Listing() { mz_zip_reader_end(&zip); }
 };
 
+// Empty when there is none.
+std::span<const std::byte> PackageBehindImage(std::span<const std::byte> file) {
+    if (file.size() < kModuleTrailerBytes) return {};
+    ModuleTrailer trailer;
+    std::copy(file.end() - kModuleTrailerBytes, file.end(), trailer.begin());
+    const std::uint32_t packageBytes = PackageBytesBefore(trailer, file.size()).value_or(0);
+    return file.subspan(file.size() - kModuleTrailerBytes - packageBytes, packageBytes);
+}
+
 std::vector<std::byte> PlainArchive(const std::filesystem::path& module) {
     const std::vector<std::byte> file = ReadWholeFile(module);
-    std::optional<std::uint32_t> packageBytes;
-    if (file.size() >= kModuleTrailerBytes) {
-        ModuleTrailer trailer;
-        std::copy(file.end() - kModuleTrailerBytes, file.end(), trailer.begin());
-        packageBytes = PackageBytesBefore(trailer, file.size());
+    std::span<const std::byte> package;
+    try {
+        package = IsPortableExecutable(file) ? PackageOfWindowsModule(file) : PackageBehindImage(file);
+    } catch (const PackageError& error) {
+        throw PackageError(module.string() + ": " + error.what());
     }
-    if (!packageBytes || *packageBytes == 0)
+    if (package.empty())
         throw PackageError(module.string() +
                            ": carries no package; give an effect's folder, or a module of quillon pack");
-    return Unscramble(std::span(file).subspan(file.size() - kModuleTrailerBytes - *packageBytes, *packageBytes));
+    return Unscramble(package);
 }
 
 }  // namespace

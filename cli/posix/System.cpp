@@ -9,9 +9,12 @@
 #include <malloc.h>
 #endif
 
+#include "cli/ModuleKind.h"
+
 namespace quillon::cli {
 
-const char* const kModuleEnding = ".so";
+const ModuleKind& kOwnModuleKind = kModuleKinds[0];
+
 const char* const kTemporaryVariable = "TMPDIR";
 
 void PrepareProcess() {

@@ -9,9 +9,12 @@
 #include <codecvt>
 #include <locale>
 
+#include "cli/ModuleKind.h"
+
 namespace quillon::cli {
 
-const char* const kModuleEnding = ".aex";
+const ModuleKind& kOwnModuleKind = kModuleKinds[1];
+
 const char* const kTemporaryVariable = "TMP";
 
 namespace {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <limits>
 #include <rapidxml/rapidxml.hpp>
+#include <utility>
 
 #include "package/FileAccess.h"
 #include "package/XmlNesting.h"
@@ -20,8 +21,10 @@ struct ConfigDocument::Tree {
     std::string text;  // changed in place by the parser
 };
 
-ConfigDocument::ConfigDocument() : tree(std::make_unique<Tree>()) {
-    tree->text = ReadFileText(L"config.xml");
+ConfigDocument::ConfigDocument() : ConfigDocument(ReadFileText(L"config.xml")) {}
+
+ConfigDocument::ConfigDocument(std::string text) : tree(std::make_unique<Tree>()) {
+    tree->text = std::move(text);
     if (XmlNestsDeeperThan(tree->text, kDeepestLevel)) throw rapidxml::parse_error("nested too deeply", nullptr);
     tree->document.parse<0>(tree->text.data());
 }

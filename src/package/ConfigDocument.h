@@ -12,6 +12,8 @@ public:
     // Reads and parses the file. Throws rapidxml::parse_error when it is not XML; a package without the file gives a
     // document without keys.
     ConfigDocument();
+    // The same of a text that is at hand.
+    explicit ConfigDocument(std::string text);
     ~ConfigDocument();
     ConfigDocument(const ConfigDocument&) = delete;
     ConfigDocument& operator=(const ConfigDocument&) = delete;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "engine/AEQuillon2.h"
+#include "package/EffectFlags.h"
 #include "package/EffectVersion.h"
 #include "shell/HostTests.h"
 #include "shell/Selectors.h"
@@ -13,9 +14,8 @@ namespace quillon {
 
 namespace {
 
-constexpr A_long kFixedOutFlags =
-    PF_OutFlag_KEEP_RESOURCE_OPEN | PF_OutFlag_NON_PARAM_VARY | PF_OutFlag_CUSTOM_UI | PF_OutFlag_SEND_UPDATE_PARAMS_UI;
-static_assert(kFixedOutFlags == 0x4008005);
+static_assert(kFixedOutFlags == (PF_OutFlag_KEEP_RESOURCE_OPEN | PF_OutFlag_NON_PARAM_VARY | PF_OutFlag_CUSTOM_UI |
+                                 PF_OutFlag_SEND_UPDATE_PARAMS_UI));
 
 // The effect's global data, a block of host memory.
 struct GlobalData {
@@ -81,7 +81,7 @@ PF_Err globalSetup(PF_InData& in, PF_OutData& out) {
     EffectVersion version;
     engine.packedVersion(&version.word);
     out.my_version = version.HostWord();
-    out.out_flags = static_cast<A_long>(engine.effectFlags()) | kFixedOutFlags;
+    out.out_flags = static_cast<A_long>(engine.effectFlags() | kFixedOutFlags);
     out.out_flags2 = static_cast<A_long>(engine.effectFlags2());
     // The instance's data holds a pointer, which a copy of it must not carry along.
     if (isPremiere(in)) out.out_flags2 |= PF_OutFlag2_PPRO_DO_NOT_CLONE_SEQUENCE_DATA_FOR_RENDER;

@@ -1,6 +1,8 @@
 #include <filesystem>
 
 #include "ToolTest.h"
+#include "packer/PiPL.h"
+#include "support/WindowsImage.h"
 
 // Modules: what pack makes of a folder, and what the other commands make of the module.
 
@@ -54,9 +56,7 @@ TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
         {{{"config.xml", "<A>\n<"}, {"fx.js", ""}},
          "pack fx -o a.so",
          "fx/config.xml:2: error: not XML as effects need"},
-        {{{"fx.js", ""}},
-         "pack fx -o a.aex",
-         "quillon: error: a.aex: this build of the tool makes modules for Linux only"},
+        {{{"fx.js", ""}}, "pack fx -o a.dll", "quillon: error: a.dll: modules end in .so for Linux and in .aex", 2},
         {{{"fx.js", ""}}, "pack fx -o fx/a.so", "quillon: error: fx/a.so: lies in the effect's own folder", 2},
         {{{"fx.js", ""}}, "pack fx/fx.js -o a.so", "quillon: error: fx/fx.js: is not a folder"},
         {{{"fx.js", ""}}, "pack fx -o nowhere/a.so", "quillon: error: nowhere/a.so: cannot be written"},
@@ -89,10 +89,8 @@ TEST_F(Pack, WarnsOfWhatHostsWillNotSeeAsItIsMeant) {
          "fx/config.xml: warning: no ABOUT, FXNAME, AGEP_ID; numbers that are missing are 0, texts empty [config]\n"},
         {versions + texts + "\n\n<FLAGS>0x2000020</FLAGS> <FLAGS2> 1024 </FLAGS2>",
          "fx/config.xml:3: warning: FLAGS: \"0x2000020\" is no decimal number; it is read as 0 [config]\n"
-         "fx/config.xml:3: warning: FLAGS: 0 does not agree with the module, which promises 33554464 to hosts "
-         "[config]\n"
-         "fx/config.xml:3: warning: FLAGS2: 1024 does not agree with the module, which promises 5120 to hosts "
-         "[config]\n"},
+         "fx/config.xml:3: warning: FLAGS: 0 is what hosts go by, but 33554464 is what the engine can do [config]\n"
+         "fx/config.xml:3: warning: FLAGS2: 1024 is what hosts go by, but 5120 is what the engine can do [config]\n"},
         {"<MINOR_VERSION>20</MINOR_VERSION>\n" + versions + texts + flags,
          "fx/config.xml:2: warning: MINOR_VERSION stands here again; the first one counts [config]\n"
          "fx/config.xml:1: warning: MINOR_VERSION: hosts are told 0 to 15 and get 20 cut off to 4 [config]\n"},
@@ -104,6 +102,69 @@ TEST_F(Pack, WarnsOfWhatHostsWillNotSeeAsItIsMeant) {
         EXPECT_EQ(result.status, 0) << config;
         EXPECT_EQ(result.out, "fx.so\n");
     }
+}
+
+// The tool finds its templates beside itself.
+class PackForWindows : public ToolTest {
+protected:
+    PackForWindows() {
+        for (const char* name : {"bin", "lib"}) std::filesystem::create_directory(pathOf(name));
+        std::filesystem::copy_file(tool, pathOf("bin/quillon"));
+        tool = pathOf("bin/quillon");
+        const auto image = WindowsImage().bytes();
+        writeFile("lib/quillon_module.aex", {reinterpret_cast<const char*>(image.data()), image.size()});
+    }
+};
+
+TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
+    const std::string numbers =
+        "<MAJOR_VERSION>9</MAJOR_VERSION><MINOR_VERSION>2</MINOR_VERSION><BUILD_VERSION>1</BUILD_VERSION>"
+        "<STAGE_VERSION>3</STAGE_VERSION><FLAGS>33554464</FLAGS><FLAGS2>5120</FLAGS2><ABOUT/><AGEP_ID/>";
+    struct Row {
+        const char* texts;
+        EffectIdentity told;  // its texts
+        const char* words = "";
+    };
+    const Row kRows[] = {
+        {"<FXNAME>A-b 1</FXNAME>", {"A-b 1", "Quillon", "QLVAb1"}},
+        {"<FXNAME>\n  A &amp; B </FXNAME><CATEGORY>Cat</CATEGORY><MATCH_NAME>Match</MATCH_NAME>",
+         {"A & B", "Cat", "Match"}},
+        {"<FXNAME>\xC3\xA9</FXNAME><MATCH_NAME>e</MATCH_NAME><CATEGORY> </CATEGORY>", {"\xC3\xA9", "Quillon", "e"}},
+        {"\n<FXNAME/>", {}, "fx/config.xml:2: error: FXNAME: empty"},
+        {"<FXNAME>\xC3\xA9</FXNAME>", {}, "fx/config.xml: error: MATCH_NAME: empty"},
+        {"<FXNAME>NameOf29LettersAndDigits12345</FXNAME>",
+         {},
+         "fx/config.xml: error: MATCH_NAME: 'QLVNameOf29LettersAndDigits12345' has 32 bytes; hosts take at most 31"},
+    };
+    for (const Row& row : kRows) {
+        addEffect("fx", {{"fx.js", ""}, {"config.xml", numbers + row.texts}});
+        const ToolRun result = run("pack fx -o fx.aex");
+        EXPECT_EQ(result.status, *row.words ? 1 : 0);
+        EXPECT_EQ(result.err.substr(0, *row.words ? std::string(row.words).size() : std::string::npos), row.words);
+        EXPECT_EQ(exists("fx.aex"), !*row.words) << row.texts;
+        if (*row.words) continue;
+        EffectIdentity told = row.told;
+        told.version = 1u << 26 | 1u << 19 | 2u << 15 | 3u << 9 | 1;
+        told.outFlags = 0x06008025;
+        told.outFlags2 = 0x1400;
+        const auto description = MakePiPL(told);
+        EXPECT_NE(readFile("fx.aex").find({reinterpret_cast<const char*>(description.data()), description.size()}),
+                  std::string::npos)
+            << row.texts;
+        std::filesystem::remove(pathOf("fx.aex"));
+    }
+}
+
+TEST_F(PackForWindows, LeavesLoadingToThatSystem) {
+    addEffect("fx", {{"fx.js", ""}});
+    ASSERT_EQ(run("pack fx -o fx.aex").err, "");
+    const ToolRun params = run("params fx.aex");
+    EXPECT_EQ(params.err.rfind("quillon: error: fx.aex: cannot be loaded as an effect: ", 0), 0u) << params.err;
+    EXPECT_NE(params.err.find("; modules for Windows run there only; give the effect's folder"), std::string::npos);
+    EXPECT_EQ(
+        run("pack fx -o fx.so")
+            .err.rfind("quillon: error: " + pathOf("lib/quillon_module.so") + ": the template of modules for Linux", 0),
+        0u);
 }
 
 TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {

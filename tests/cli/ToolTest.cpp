@@ -1,19 +1,16 @@
 #include "ToolTest.h"
 
-#include <sys/wait.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
+
+#include "RunCommand.h"
 
 namespace quillon::test {
 
 ToolRun ToolTest::run(const std::string& arguments, const std::string& environment) const {
-    const std::string command = "cd '" + folder.path().string() + "' && " + environment + " '" QUILLON_TOOL "' " +
-                                arguments + " >.out 2>.err </dev/null";
-    const int status = std::system(command.c_str());
-    ToolRun result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(".out"), readFile(".err")};
+    ToolRun result{runCommand(folder.path(), environment, tool, arguments + " >.out 2>.err"), readFile(".out"),
+                   readFile(".err")};
     std::filesystem::remove(folder.path() / ".out");
     std::filesystem::remove(folder.path() / ".err");
     return result;

@@ -47,6 +47,8 @@ protected:
         return samples;
     }
 
+    std::string tool = QUILLON_TOOL;
+
     std::string pathOf(const std::string& name) const { return (folder.path() / name).string(); }
 
 private:

@@ -10,6 +10,7 @@
 #include "packer/PackageError.h"
 #include "packer/PackageReader.h"
 #include "support/TestEffect.h"
+#include "support/WindowsImage.h"
 
 namespace quillon::test {
 namespace {
@@ -39,7 +40,7 @@ TEST_F(ModuleWriterTest, PutsThePackageBehindTheImage) {
     fs::permissions(image, fs::perms::owner_all | fs::perms::group_read);
     write(output, image, "package");
     EXPECT_EQ(contentOf(output), std::string("imagepackage\x07\0\0\0QuillonBLOB1", 28));
-    EXPECT_EQ(fs::status(output).permissions(), fs::perms::owner_all | fs::perms::group_read);
+    EXPECT_EQ(fs::status(output).permissions(), fs::status(image).permissions());
     EXPECT_EQ(contentOf(image), "image");
     EXPECT_EQ(filesLeft(), 2);
 }
@@ -76,11 +77,15 @@ const DamageCase kDamageCases[] = {
     {"a file's content", [](auto& archive) { archive[30 + 4] ^= std::byte{1}; }, "'a.js' in its package is damaged"},
 };
 
-TEST_F(ModuleWriterTest, GivesThePackageBackOrSaysWhatIsDamaged) {
+class ModuleKinds : public ModuleWriterTest, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(ModuleKinds, GiveThePackageBackOrSayWhatIsDamaged) {
     const std::string text = "some text, some text";
     const auto* const bytes = reinterpret_cast<const std::byte*>(text.data());
     const std::vector<PackageFile> files = {{"a.js", {bytes, bytes + text.size()}}, {"b", {}}};
-    put(image, std::string(40, 'i'));
+    const std::vector<std::byte> forWindows = WindowsImage().bytes();
+    put(image, GetParam() ? std::string(reinterpret_cast<const char*>(forWindows.data()), forWindows.size())
+                          : std::string(40, 'i'));
     EXPECT_THROW(ReadPackage(image), PackageError);
     for (const DamageCase& row : kDamageCases) {
         std::vector<std::byte> archive = WriteArchive(files);
@@ -100,6 +105,8 @@ TEST_F(ModuleWriterTest, GivesThePackageBackOrSaysWhatIsDamaged) {
         }
     }
 }
+INSTANTIATE_TEST_SUITE_P(Systems, ModuleKinds, ::testing::Bool(),
+                         [](const auto& row) { return row.param ? "windows" : "linux"; });
 
 }  // namespace
 }  // namespace quillon::test

@@ -1,6 +1,6 @@
-#include <csignal>
 
 #include "script/Scripting.h"
+#include "support/EndOfProcess.h"
 #include "support/EngineTest.h"
 
 namespace quillon::test {
@@ -89,7 +89,7 @@ TEST(ReleaseDeathTest, EndsTheProcessForAnIdOfNoKind) {
                 Scripting::instance().Open();
                 Scripting::instance().Eval(("QL_release(" + std::string(id) + ")").c_str());
             },
-            ::testing::KilledBySignal(SIGABRT), "")
+            endedOnPurpose, "")
             << id;
 }
 

@@ -34,9 +34,11 @@ HWND WINAPI refusingWindow(DWORD exStyle, LPCWSTR name, LPCWSTR title, DWORD sty
 }  // namespace
 
 // This program's own take the places of the import libraries'.
-extern "C" BOOL(WINAPI* __imp_SwapBuffers)(HDC) = countingSwap;
-extern "C" HGLRC(WINAPI* __imp_wglCreateContext)(HDC) = refusingCreate;
-extern "C" decltype(&CreateWindowExW) __imp_CreateWindowExW = refusingWindow;
+extern "C" {
+BOOL(WINAPI* __imp_SwapBuffers)(HDC) = countingSwap;
+HGLRC(WINAPI* __imp_wglCreateContext)(HDC) = refusingCreate;
+decltype(&CreateWindowExW) __imp_CreateWindowExW = refusingWindow;
+}
 
 namespace quillon::test {
 

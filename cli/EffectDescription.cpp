@@ -1,0 +1,57 @@
+#include "cli/EffectDescription.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+
+#include "cli/IdentityChecks.h"
+#include "package/ConfigDocument.h"
+#include "package/EffectFlags.h"
+#include "package/EffectVersion.h"
+#include "packer/PackageError.h"
+#include "packer/PiPL.h"
+
+namespace quillon::cli {
+
+namespace {
+
+// Blanks and line breaks around a value are the file's layout.
+std::string TextOf(const ConfigDocument& config, const wchar_t* key) {
+    constexpr const char* blanks = " \t\r\n";
+    const std::string value = config.GetValue(key);
+    const std::size_t first = value.find_first_not_of(blanks);
+    return first == std::string::npos ? "" : value.substr(first, value.find_last_not_of(blanks) + 1 - first);
+}
+
+std::string DefaultMatchName(const std::string& name) {
+    std::string letters;
+    std::ranges::copy_if(name, std::back_inserter(letters), [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    });
+    return letters.empty() ? "" : "QLV" + letters;  // a prefix alone would be the same for two effects
+}
+
+}  // namespace
+
+std::vector<std::byte> DescribeEffect(const EffectSource& source) {
+    const ConfigDocument config(source.textOf("config.xml"));
+    EffectIdentity identity{.name = TextOf(config, L"FXNAME"),
+                            .category = TextOf(config, L"CATEGORY"),
+                            .matchName = TextOf(config, L"MATCH_NAME"),
+                            .version = EffectVersion::FromConfig(config).HostWord(),
+                            .outFlags = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) | kFixedOutFlags,
+                            .outFlags2 = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2"))};
+    if (identity.category.empty()) identity.category = "Quillon";
+    if (identity.matchName.empty()) identity.matchName = DefaultMatchName(identity.name);
+    try {
+        return MakePiPL(identity);
+    } catch (const PackageError& error) {
+        const std::string words = error.what();
+        throw EffectFault({{.path = source.pathOf("config.xml"),
+                            .line = LineOfKey(source, words.substr(0, words.find(':'))),
+                            .text = words,
+                            .kind = Diagnostic::Kind::config}});
+    }
+}
+
+}  // namespace quillon::cli

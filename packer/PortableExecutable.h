@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "packer/Resources.h"
+
+namespace quillon {
+
+// Whether a file is meant for Windows, as its first two bytes tell.
+bool IsPortableExecutable(std::span<const std::byte> file);
+
+// A 64-bit Windows module (PE32+), as the bytes of its file.
+class PortableExecutable {
+public:
+    // Reads the headers; `fileBytes` stay where they are as long as the object lives. Throws PackageError, without a
+    // path, for a file that no loader would take: no such headers, sections out of order or outside of the file.
+    explicit PortableExecutable(std::span<const std::byte> fileBytes);
+
+    // Their bytes lie in the file. Throws PackageError when the directory is damaged, see ResourceDirectory.h.
+    Resources resources() const;
+
+    // A copy of the file with these resources in the place of its own. A resource section that ends the image is
+    // written anew where it is; otherwise a new one is put behind the last section, and the old one stays as dead
+    // bytes, since nothing behind it can move. What follows the sections (a symbol table) follows them still, and a
+    // signature, which would be wrong, is dropped. Depends on nothing but the file and the resources, and done again
+    // with its own result for the file it gives that result. Throws PackageError when headers or address space have no
+    // room.
+    std::vector<std::byte> withResources(const Resources& resources) const;
+
+private:
+    struct Section {
+        std::uint32_t address, imageBytes;  // in the loaded image
+        std::uint32_t position, fileBytes;
+        std::uint32_t flags;
+        bool isNamedForResources;
+    };
+    struct DataDirectory {
+        std::uint32_t address = 0, size = 0;
+    };
+    struct Placement;
+
+    std::span<const std::byte> bytesAt(std::size_t position, std::size_t size) const;
+    std::uint32_t number(std::size_t position) const;
+    void readSections(std::size_t table, std::size_t count);
+    DataDirectory directory(std::size_t index) const;
+    const Section* sectionAt(std::uint32_t address) const;
+    std::span<const std::byte> imageBytes(std::uint32_t address, std::uint32_t size) const;
+    bool endsWithResources() const;
+    Placement placeResources() const;
+    void patchHeaders(std::span<std::byte> out, const Placement& placement, std::size_t sectionBytes,
+                      std::size_t overlayShift) const;
+
+    std::span<const std::byte> file;
+    std::size_t header = 0;        // position of the signature, behind which the headers follow
+    std::size_t sectionTable = 0;  // position
+    std::size_t directories = 0;   // how many the headers have
+    std::uint32_t sectionAlignment = 0, fileAlignment = 0;
+    std::vector<Section> sections;
+    std::size_t overlay = 0;  // position: where the last section's bytes end
+};
+
+}  // namespace quillon
