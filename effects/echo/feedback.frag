@@ -9,6 +9,7 @@ uniform vec2 back;          // cosine and sine of the turn, over the zoom
 uniform float strength;     // of the trail; 0 when there is none, and then nothing of it is read
 uniform int mode;           // 1 behind the picture, 2 in front, 3 the brighter of both
 
+const float MOST = 1e30;
 const float STEPS = 512.0;  // positions are rounded to this part of a pixel, so that whole pixels stay whole
 
 // One pixel of the trail, its color multiplied by its alpha; nothing outside the picture.
@@ -16,6 +17,7 @@ vec4 pixel(vec2 index)
 {
     if (any(lessThan(index, vec2(0.0))) || any(greaterThanEqual(index, pictureSize))) return vec4(0.0);
     vec4 color = texture2D(trail, (index + 0.5) / pictureSize);
+    if (!(dot(color, color) < MOST)) return vec4(0.0);  // endless or no number: it would never fade, and spread
     return vec4(color.rgb * color.a, color.a);
 }
 

@@ -206,6 +206,18 @@ TEST_F(EchoSample, StartsAfreshAtAnotherSize) {
     EXPECT_EQ(render(black, 8, 1.04).samples, black.samples);
 }
 
+TEST_F(EchoSample, ForgetsWhatIsNoNumber) {
+    load("echo");
+    addInstance();
+    for (const float strange : {std::nanf(""), INFINITY}) {
+        Picture input = ramps(6, 5, 1);
+        input.samples[4 * 14 + 1] = strange;
+        render(input, 32, 1);
+        const Picture left = render(flat(6, 5, {1, 0, 0, 0}), 32, 1.25);
+        for (const float sample : left.samples) EXPECT_TRUE(std::isfinite(sample));
+    }
+}
+
 TEST_F(EchoSample, KeepsTheTrailsOfFourInstancesApart) {
     load("echo");
     const float white[4] = {1, 1, 1, 1};
