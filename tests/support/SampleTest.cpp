@@ -1,0 +1,102 @@
+#include "support/SampleTest.h"
+
+#include <array>
+#include <cmath>
+#include <cstring>
+
+#include "packer/EffectFolder.h"
+#include "script/Scripting.h"
+#include "support/Pixels.h"
+
+namespace quillon::test {
+
+namespace {
+
+void fail(const ScriptError& error) {
+    ADD_FAILURE() << error.message;
+}
+
+// At each depth, one in the host's range.
+template <class Channel>
+constexpr float kOne = std::is_same_v<Channel, std::uint8_t> ? 255.0f
+                       : std::is_same_v<Channel, float>      ? 1.0f
+                                                             : 32768.0f;
+
+template <class Channel>
+Bytes toHost(const std::vector<float>& samples) {
+    std::vector<Channel> channels;
+    for (const float sample : samples) {
+        const float scaled = sample * kOne<Channel>;
+        channels.push_back(static_cast<Channel>(std::is_integral_v<Channel> ? std::round(scaled) : scaled));
+    }
+    return bytesOf(channels);
+}
+
+template <class Channel>
+std::vector<float> fromHost(const Bytes& bytes) {
+    std::vector<float> samples;
+    for (const Channel channel : channelsOf<Channel>(bytes))
+        samples.push_back(static_cast<float>(channel) / kOne<Channel>);
+    return samples;
+}
+
+}  // namespace
+
+SampleTest::~SampleTest() {
+    Scripting::SetErrorObserver(nullptr);
+}
+
+void SampleTest::load(const std::string& name) {
+    Scripting::SetErrorObserver(fail);
+    Files files;
+    std::string script;
+    for (const PackageFile& file : ReadEffectFolder(std::filesystem::path(QUILLON_SOURCE) / "effects" / name)) {
+        const std::string content(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
+        if (file.name == "fx.js")
+            script = content;
+        else
+            files.emplace_back(file.name, content);
+    }
+    start(script, files);
+    ASSERT_EQ(shaderErrors(), "");
+}
+
+void SampleTest::set(const std::string& uniform, float value) {
+    std::int32_t word;
+    std::memcpy(&word, &value, sizeof word);
+    set(uniform, word);
+}
+
+void SampleTest::set(const std::string& uniform, std::int32_t value) {
+    const std::array<std::int32_t, 4> words = {value};
+    for (std::uint32_t i = 0; i < engine.parameterCount(); ++i) {
+        if (engine.parameterInfo(i)->uniformName != uniform) continue;
+        engine.setParameterValue(i, words.data());
+        return;
+    }
+    FAIL() << "no control " << uniform;
+}
+
+Picture SampleTest::render(const Picture& input, std::uint32_t bitDepth, double timeSeconds) {
+    const float middle[4] = {static_cast<float>(input.width) / 2, static_cast<float>(input.height) / 2, 0, 0};
+    for (std::uint32_t i = 0; i < engine.parameterCount(); ++i)
+        if (engine.parameterInfo(i)->kind == POINT2D) engine.setParameterValue(i, middle);
+
+    Picture result;
+    engine.lockGL();
+    engine.preRender(input.width, input.height, &result.width, &result.height);
+    const Bytes bytes = bitDepth == 8    ? toHost<std::uint8_t>(input.samples)
+                        : bitDepth == 16 ? toHost<std::uint16_t>(input.samples)
+                                         : toHost<float>(input.samples);
+    engine.setLayerPixels(kInputLayer, bytes.data(), input.width, input.height, bitDepth,
+                          std::size_t{input.width} * bitDepth / 2);
+    engine.unlockGL();
+    const Bytes mapped = frame(result.width, result.height, bitDepth, {}, timeSeconds);
+    const Bytes upright = reversedRows(inHostRange(mapped, bitDepth), result.height);
+    result.samples = bitDepth == 8    ? fromHost<std::uint8_t>(upright)
+                     : bitDepth == 16 ? fromHost<std::uint16_t>(upright)
+                                      : fromHost<float>(upright);
+    return result;
+}
+
+}  // namespace quillon::test
