@@ -41,7 +41,8 @@ std::string EffectSource::textOf(std::string_view name) const {
 
 std::string EffectSource::pathOf(std::string_view name) const {
     const PackageFile* file = find(name);
-    return (path / (file ? std::string_view(file->name) : name)).string();
+    return (path / (file ? std::string_view(file->name) : name))
+        .generic_string();  // one form for editors on every system
 }
 
 EffectSource ReadEffectSource(const std::filesystem::path& path) {
@@ -62,7 +63,7 @@ EffectSource ReadEffectSource(const std::filesystem::path& path) {
 // The words begin with the path of the effect or of a file in it, when there is one to name.
 ToolError PackageFault(const std::filesystem::path& path, const PackageError& error) {
     const std::string_view words = error.what();
-    Diagnostic diagnostic{.path = path.string(), .text = std::string(words), .kind = Diagnostic::Kind::package};
+    Diagnostic diagnostic{.path = path.generic_string(), .text = std::string(words), .kind = Diagnostic::Kind::package};
     const std::size_t pathEnd = words.find(": ");
     if (words.starts_with(diagnostic.path) && pathEnd != std::string_view::npos) {
         diagnostic.path = words.substr(0, pathEnd);

@@ -1,6 +1,9 @@
 #include <filesystem>
 
 #include "ToolTest.h"
+#include "packer/Archive.h"
+#include "packer/ModuleWriter.h"
+#include "packer/PackageReader.h"
 #include "packer/PiPL.h"
 #include "support/WindowsImage.h"
 
@@ -15,30 +18,32 @@ using Pack = ToolTest;
 TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
     addCopyEffect();
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3, 128, 200, 100, 50});
-    const ToolRun packed = run("pack copy -o one.so");
-    EXPECT_EQ(packed.out, "one.so\n");
+    const std::string one = module("one"), two = module("two");
+    const ToolRun packed = run("pack copy -o " + one);
+    EXPECT_EQ(packed.out, one + "\n");
     EXPECT_EQ(packed.err, "");
     EXPECT_EQ(packed.status, 0);
-    ASSERT_EQ(run("pack ./copy/ -o two.so").err, "");
-    EXPECT_EQ(readFile("one.so"), readFile("two.so"));
-    for (const char* effect : {"one.so", "copy"}) {
-        ASSERT_EQ(run("render " + std::string(effect) + " -i in.argb --size 2x1 --depth 8 -o out.argb").err, "");
+    ASSERT_EQ(run("pack ./copy/ -o " + two).err, "");
+    EXPECT_EQ(readFile(one), readFile(two));
+    for (const std::string& effect : {one, std::string("copy")}) {
+        ASSERT_EQ(run("render " + effect + " -i in.argb --size 2x1 --depth 8 -o out.argb").err, "");
         EXPECT_EQ(readFile("out.argb"), readFile("in.argb")) << effect;
         std::filesystem::remove(pathOf("out.argb"));
     }
 }
 
 TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderTellsOfTheModule) {
+    const std::string fx = module("fx"), pack = "pack fx -o " + fx;
     addEffect("fx", {{"fx.js", "var a = \xE9;"}, {"a.frag", "nonsense"}});
-    ASSERT_EQ(run("pack fx -o fx.so").err, "");
+    ASSERT_EQ(run(pack).err, "");
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
-    const std::string render = "render fx.so -i in.argb --size 1x1 --depth 8 -o out.png";
+    const std::string render = "render " + fx + " -i in.argb --size 1x1 --depth 8 -o out.png";
     EXPECT_EQ(run(render).err,
-              "fx.so/fx.js:1:9: error: byte 0xE9 is not UTF-8 text; save the file as UTF-8 [script]\n");
+              fx + "/fx.js:1:9: error: byte 0xE9 is not UTF-8 text; save the file as UTF-8 [script]\n");
     addEffect("fx", {{"fx.js", "var a;\nfunction setup() { QL_initShader('a'); }\nfunction draw() {}\n"},
                      {"a.frag", "void main() {\n  x;\n}"}});
-    ASSERT_EQ(run("pack fx -o fx.so").err, "");
-    EXPECT_EQ(run(render, "LIBGL_ALWAYS_SOFTWARE=1").err, "fx.so/a.frag:2: error: `x' undeclared [shader]\n");
+    ASSERT_EQ(run(pack).err, "");
+    EXPECT_EQ(run(render, "LIBGL_ALWAYS_SOFTWARE=1").err, fx + "/a.frag:2: error: `x' undeclared [shader]\n");
 }
 
 TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
@@ -51,7 +56,9 @@ TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
     const Row kRows[] = {
         {{}, "pack nowhere -o a.so", "quillon: error: nowhere: no such effect"},
         {{}, "pack fx -o a.so", "fx/fx.js: error: no such file; every effect needs one [package]\n"},
+#if !defined(_WIN32)  // whose folders hold no two such
         {{{"fx.js", ""}, {"FX.js", ""}}, "pack fx -o a.so", "fx: error: 'FX.js' and 'fx.js' are the same name"},
+#endif
         {{{"config.xml", "<A>\n<"}}, "pack fx -o a.so", "fx/fx.js: error: no such file"},
         {{{"config.xml", "<A>\n<"}, {"fx.js", ""}},
          "pack fx -o a.so",
@@ -109,8 +116,9 @@ class PackForWindows : public ToolTest {
 protected:
     PackForWindows() {
         for (const char* name : {"bin", "lib"}) std::filesystem::create_directory(pathOf(name));
-        std::filesystem::copy_file(tool, pathOf("bin/quillon"));
-        tool = pathOf("bin/quillon");
+        const std::string copy = pathOf("bin/" + std::filesystem::path(tool).filename().string());
+        std::filesystem::copy_file(tool, copy);
+        tool = copy;
         const auto image = WindowsImage().bytes();
         writeFile("lib/quillon_module.aex", {reinterpret_cast<const char*>(image.data()), image.size()});
     }
@@ -157,35 +165,47 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
 
 TEST_F(PackForWindows, LeavesLoadingToThatSystem) {
     addEffect("fx", {{"fx.js", ""}});
-    ASSERT_EQ(run("pack fx -o fx.aex").err, "");
-    const ToolRun params = run("params fx.aex");
-    EXPECT_EQ(params.err.rfind("quillon: error: fx.aex: cannot be loaded as an effect: ", 0), 0u) << params.err;
-    EXPECT_NE(params.err.find("; modules for Windows run there only; give the effect's folder"), std::string::npos);
-    EXPECT_EQ(
-        run("pack fx -o fx.so")
-            .err.rfind("quillon: error: " + pathOf("lib/quillon_module.so") + ": the template of modules for Linux", 0),
-        0u);
+    const cli::ModuleKind& other = cli::kModuleKinds[&cli::kOwnModuleKind == cli::kModuleKinds];
+    const std::string fx = std::string("fx") + other.ending;
+    writeFile("lib/quillon_module.so", "a template");
+    ASSERT_EQ(run("pack fx -o " + fx).status, 0);
+    const ToolRun params = run("params " + fx);
+    EXPECT_EQ(params.status, 1);
+    EXPECT_NE(
+        params.err.find(std::string("; modules for ") + other.system + " run there only; give the effect's folder"),
+        std::string::npos)
+        << params.err;
+    std::filesystem::remove(pathOf("lib/quillon_module.so"));
+    EXPECT_EQ(run("pack fx -o fx.so")
+                  .err.rfind("quillon: error: " +
+                                 std::filesystem::path(pathOf("lib/quillon_module.so")).make_preferred().string() +
+                                 ": the template of modules for Linux",
+                             0),
+              0u);
 }
 
 TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {
     addCopyEffect();
-    ASSERT_EQ(run("pack copy -o good.so").err, "");
-    const std::string good = readFile("good.so");
-    std::string noArchive = good;
-    noArchive[good.size() - 20] ^= 1;  // in the archive's end record
-    writeFile("none.so", "no package and no module");
-    writeFile("broken.so", noArchive);
-    const std::size_t package =
-        static_cast<unsigned char>(good[good.size() - 16]) + 256u * static_cast<unsigned char>(good[good.size() - 15]);
-    writeFile("text.so", "no module" + good.substr(good.size() - 16 - package));
+    const std::string none = module("none"), broken = module("broken"), text = module("text");
+    ASSERT_EQ(run("pack copy -o " + module("good")).err, "");
+    const std::filesystem::path good = pathOf(module("good"));
+    writeFile(none, "no package and no module");
+    WriteModule(pathOf(broken), good, std::vector<std::byte>(100));
+#if defined(_WIN32)
+    const auto image = WindowsImage().bytes();  // nothing that runs
+    writeFile("template", {reinterpret_cast<const char*>(image.data()), image.size()});
+#else
+    writeFile("template", "no module");
+#endif
+    WriteModule(pathOf(text), pathOf("template"), Scramble(WriteArchive(ReadPackage(good))));
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
-    const std::pair<std::string, const char*> kRows[] = {
-        {"none.so", "none.so: error: carries no package"},
-        {"broken.so", "broken.so: error: its package is damaged; pack the effect again [package]\n"},
-        {"text.so", "quillon: error: text.so: cannot be loaded as an effect: "}};
-    for (const auto& [module, words] : kRows) {
+    const std::pair<std::string, std::string> kRows[] = {
+        {none, none + ": error: carries no package"},
+        {broken, broken + ": error: its package is damaged; pack the effect again [package]\n"},
+        {text, "quillon: error: " + text + ": cannot be loaded as an effect: "}};
+    for (const auto& [name, words] : kRows) {
         for (const std::string& command :
-             {"params " + module, "render " + module + " -i in.argb --size 1x1 --depth 8 -o out.png"}) {
+             {"params " + name, "render " + name + " -i in.argb --size 1x1 --depth 8 -o out.png"}) {
             const ToolRun result = run(command);
             EXPECT_EQ(result.err.rfind(words, 0), 0u) << command << "\n" << result.err;
             EXPECT_EQ(result.status, 1) << command;

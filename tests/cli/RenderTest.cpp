@@ -45,7 +45,7 @@ const std::string kChoices = "QL_setParamChoices(control, 'Normal|3|Add');";
 
 const ValueCase kCases[] = {
     {"number", "FLOAT", "float", "", "--set value=-2.5", {-2.5f, -2.5f, -2.5f, -2.5f}},
-    {"number_by_label", "FLOAT", "float", "", "--set 'The label=1e-3'", {1e-3f, 1e-3f, 1e-3f, 1e-3f}},
+    {"number_by_label", "FLOAT", "float", "", "--set \"The label=1e-3\"", {1e-3f, 1e-3f, 1e-3f, 1e-3f}},
     {"default_number", "FLOAT", "float", "QL_setParamValue(control, 0.75);", "", {0.75f, 0.75f, 0.75f, 0.75f}},
     {"angle", "ANGLE", "float", "", "--set value=450", {450, 450, 450, 450}},
     {"position", "POINT2D", "vec2", "", "--set value=12.5,-3", {12.5f, -3, 0, 0}},
@@ -55,7 +55,7 @@ const ValueCase kCases[] = {
      "QL_setParamValue(control, [0.5, 0.25]);",
      "",
      {2, 0.5f, 0, 0}},
-    {"position_in_space", "POINT", "vec3", "", "--set 'value= 1, 2, 3'", {1, 2, 3, 0}},
+    {"position_in_space", "POINT", "vec3", "", "--set \"value= 1, 2, 3\"", {1, 2, 3, 0}},
     {"default_position_in_space_has_z_of_y",
      "POINT",
      "vec3",

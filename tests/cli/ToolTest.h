@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/ModuleKind.h"
 #include "support/EngineTest.h"
 #include "support/TestEffect.h"
 
@@ -46,6 +47,9 @@ protected:
         bytes.copy(reinterpret_cast<char*>(samples.data()), samples.size() * sizeof(T));
         return samples;
     }
+
+    // A module that this system loads.
+    static std::string module(const std::string& name) { return name + cli::kOwnModuleKind.ending; }
 
     std::string tool = QUILLON_TOOL;
 

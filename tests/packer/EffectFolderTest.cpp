@@ -51,7 +51,7 @@ TEST_P(RefusedFolder, IsRefusedByName) {
         ReadEffectFolder(folder);
         ADD_FAILURE() << "was taken";
     } catch (const PackageError& error) {
-        EXPECT_THAT(error.what(), ::testing::HasSubstr(folder.string()));
+        EXPECT_THAT(error.what(), ::testing::HasSubstr(folder.generic_string()));
         EXPECT_THAT(error.what(), ::testing::HasSubstr(GetParam().culprit));
     }
 }
