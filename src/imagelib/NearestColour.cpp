@@ -8,7 +8,7 @@ namespace quillon::ImageLib {
 namespace {
 
 // Below it no rounding carries a colour out of the nearest level.
-constexpr float kSurelyNear = 0.749f;
+constexpr float kSurelyNear = 0.999f;
 
 __m128 magnitude(__m128 v) {
     return _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
@@ -45,7 +45,7 @@ NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pix
         for (int lane = 0; lane < 4; ++lane) blocks.back().lane[lane][i % 4] = channels[lane];
     }
     everything = static_cast<Cell>(blocks.size());
-    nearBits = pixels >= 500000 && palette.size() > 16 ? 6 : pixels >= 30000 ? 5 : 4;
+    nearBits = pixels >= 500000 ? 6 : pixels >= 30000 ? 5 : 4;
     near.resize(std::size_t{1} << 3 * nearBits);
     coarse.resize(std::size_t{1} << 3 * (nearBits - 2));
     memory -= (near.size() + coarse.size()) * sizeof(Cell);
@@ -114,23 +114,23 @@ void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
     const __m128 inside =
         _mm_and_ps(_mm_and_ps(_mm_cmplt_ps(magnitude(r), nearReach), _mm_cmplt_ps(magnitude(g), nearReach)),
                    _mm_and_ps(_mm_cmplt_ps(magnitude(b), nearReach), alphaNear));
-    __m128 pixels[4] = {colours.lane[0], colours.lane[1], colours.lane[2], colours.lane[3]};
-    _MM_TRANSPOSE4_PS(pixels[0], pixels[1], pixels[2], pixels[3]);
-    if (_mm_movemask_ps(inside) != 15) {
-        for (int i = 0; i < 4; ++i) entries[i] = find(pixels[i]);
-        return;
+    std::uint32_t cells[4] = {};
+    if (_mm_movemask_ps(inside) == 15) {
+        const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
+        const auto axis = [&](__m128 v) { return _mm_cvttps_epi32((v + _mm_set1_ps(kReach)) * scale); };
+        const __m128i index = _mm_or_si128(
+            _mm_or_si128(_mm_slli_epi32(axis(r), 2 * nearBits), _mm_slli_epi32(axis(g), nearBits)), axis(b));
+        alignas(16) std::uint32_t indices[4];
+        _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
+        ForLanes<4>([&](auto i) { cells[i] = near[indices[i]]; });
+        if (cells[0] & cells[1] & cells[2] & cells[3] & kSingle) {
+            ForLanes<4>([&](auto i) { entries[i] = cells[i] & 255; });
+            return;
+        }
     }
-    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
-    const auto axis = [&](__m128 v) { return _mm_cvttps_epi32((v + _mm_set1_ps(kReach)) * scale); };
-    const __m128i index =
-        _mm_or_si128(_mm_or_si128(_mm_slli_epi32(axis(r), 2 * nearBits), _mm_slli_epi32(axis(g), nearBits)), axis(b));
-    alignas(16) std::uint32_t indices[4];
-    _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
-    for (int i = 0; i < 4; ++i) {
-        Cell cell = near[indices[i]];
-        if (cell == 0) cell = cellOfNear(indices[i]);
-        entries[i] = resolve(cell, pixels[i]);
-    }
+    const FourPixels single =
+        FourPixels::Transposed(colours.lane[0], colours.lane[1], colours.lane[2], colours.lane[3]);
+    ForLanes<4>([&](auto i) { entries[i] = cells[i] != 0 ? resolve(cells[i], single.lane[i]) : find(single.lane[i]); });
 }
 
 std::uint32_t NearestColour::find(__m128 argb) {

@@ -30,7 +30,7 @@ public:
 private:
     // Level n covers distances up to kReach * 2^n from the middle of the colour cube, on each axis.
     static constexpr int kLevels = 8;
-    static constexpr float kReach = 0.75f;
+    static constexpr float kReach = 1.0f;
     static constexpr float kMiddle = 0.5f;
     static constexpr float kAlphaReach = 2.0f;
     // Each channel of an entry that only fills a list up: its distance is never the smallest.
