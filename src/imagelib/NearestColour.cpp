@@ -28,9 +28,15 @@ __m128 squared(__m128 v) {
     return v * v;
 }
 
+std::size_t firstEqual(__m128 four, __m128 value) {
+    return static_cast<std::size_t>(
+        std::countr_zero(static_cast<unsigned>(_mm_movemask_ps(_mm_cmpeq_ps(four, value)))));
+}
+
 }  // namespace
 
-NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels) : memory(pixels * 8 + 32768) {
+NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels)
+    : memory(std::min(pixels * 8 + 32768, kMostMemory)) {
     // Of equal entries only the first can win.
     std::vector<std::uint8_t> entries;
     for (std::size_t i = 0; i < palette.size(); ++i) {
@@ -44,7 +50,7 @@ NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pix
         const float* channels = &palette[entries[i]].alpha;
         for (int lane = 0; lane < 4; ++lane) blocks.back().lane[lane][i % 4] = channels[lane];
     }
-    everything = static_cast<Cell>(blocks.size());
+    everything = ListOf(0, blocks.size());
     nearBits = pixels >= 500000 ? 6 : pixels >= 30000 ? 5 : 4;
     near.resize(std::size_t{1} << 3 * nearBits);
     coarse.resize(std::size_t{1} << 3 * (nearBits - 2));
@@ -60,6 +66,12 @@ void NearestColour::addEmptyBlock() {
 struct NearestColour::Distances {
     explicit Distances(__m128 argb)
         : a(broadcast<0>(argb)), r(broadcast<1>(argb)), g(broadcast<2>(argb)), b(broadcast<3>(argb)) {}
+    template <int Pixel>
+    Distances(const FourPixels& colours, std::integral_constant<int, Pixel>)
+        : a(broadcast<Pixel>(colours.lane[0])),
+          r(broadcast<Pixel>(colours.lane[1])),
+          g(broadcast<Pixel>(colours.lane[2])),
+          b(broadcast<Pixel>(colours.lane[3])) {}
     __m128 operator()(const Block& to) const {
         return (squared(a - to.lane[0]) + squared(r - to.lane[1])) +
                (squared(g - to.lane[2]) + squared(b - to.lane[3]));
@@ -70,8 +82,8 @@ struct NearestColour::Distances {
 // For colours inside the cells only: all distances are finite and below the limit.
 std::uint32_t NearestColour::scan(Cell list, __m128 argb) const {
     const Distances distances(argb);
-    const Block* block = &blocks[list >> 8];
-    const auto* entries = &entriesOf[list >> 8];
+    const Block* block = &blocks[FirstBlockOf(list)];
+    const auto* entries = &entriesOf[FirstBlockOf(list)];
     const std::uint32_t count = list & 255;
     __m128 all[64];
     __m128 best = all[0] = distances(block[0]);
@@ -88,7 +100,7 @@ std::uint32_t NearestColour::scanEverything(__m128 argb) const {
     alignas(16) float all[4];
     float best = 1000000.0f;
     std::uint32_t entry = 0;
-    for (std::uint32_t i = 0; i < everything; ++i) {
+    for (std::uint32_t i = 0; i < (everything & 255); ++i) {
         const __m128 four = distances(blocks[i]);
         if (_mm_movemask_ps(_mm_cmplt_ps(four, _mm_set1_ps(best))) == 0) continue;
         _mm_store_ps(all, four);
@@ -123,8 +135,19 @@ void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
         alignas(16) std::uint32_t indices[4];
         _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
         ForLanes<4>([&](auto i) { cells[i] = near[indices[i]]; });
-        if (cells[0] & cells[1] & cells[2] & cells[3] & kSingle) {
+        const Cell all = cells[0] & cells[1] & cells[2] & cells[3];
+        if (all & kSingle) {
             ForLanes<4>([&](auto i) { entries[i] = cells[i] & 255; });
+            return;
+        }
+        if (all & kShort) {
+            // Which of the four are single is left to no branch: it would be guessed wrong too often.
+            ForLanes<4>([&](auto i) {
+                const std::size_t block = FirstBlockOf(cells[i]);
+                const __m128 four = Distances(colours, i)(blocks[block]);
+                const Cell entry = entriesOf[block][firstEqual(four, smallest(four))];
+                entries[i] = cells[i] & kSingle ? cells[i] & 255 : entry;
+            });
             return;
         }
     }

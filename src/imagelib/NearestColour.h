@@ -40,9 +40,18 @@ private:
     struct Block {
         __m128 lane[4];
     };
-    // 0: not made yet. Else one entry (kSingle | entry), or a list of blocks (first block << 8 | number of blocks).
+    // 0: not made yet. Else one entry (kSingle | kShort | entry), or a list of blocks (first block << 8 | number of
+    // blocks), which with kShort is one block.
     using Cell = std::uint32_t;
     static constexpr Cell kSingle = 0x80000000;
+    static constexpr Cell kShort = 0x40000000;
+    static constexpr Cell ListOf(std::size_t firstBlock, std::size_t count) {
+        return static_cast<Cell>(firstBlock << 8 | count) | (count == 1 ? kShort : 0);
+    }
+    // Block 0 for a single entry.
+    static constexpr std::size_t FirstBlockOf(Cell cell) { return (cell & ~(kSingle | kShort)) >> 8; }
+    // Bounds the blocks to what a cell can name.
+    static constexpr std::uint64_t kMostMemory = 1u << 28;
 
     struct Distances;
     struct Box {

@@ -32,8 +32,8 @@ bool NearestColour::afford(std::uint64_t bytes) {
 
 // A list of what stands at these places of another list.
 NearestColour::Cell NearestColour::makeList(Cell from, std::span<const std::uint8_t> places) {
-    const std::size_t source = from >> 8;
-    if (places.size() == 1) return kSingle | entriesOf[source + places[0] / 4][places[0] % 4];
+    const std::size_t source = FirstBlockOf(from);
+    if (places.size() == 1) return kSingle | kShort | entriesOf[source + places[0] / 4][places[0] % 4];
     const std::size_t count = (places.size() + 3) / 4;
     if (count == (from & 255) || !afford(count * 2 * (sizeof(Block) + 4))) return from;
     const std::size_t first = blocks.size();
@@ -43,7 +43,7 @@ NearestColour::Cell NearestColour::makeList(Cell from, std::span<const std::uint
         for (int lane = 0; lane < 4; ++lane) blocks.back().lane[lane][i % 4] = blocks[block].lane[lane][places[i] % 4];
         entriesOf.back()[i % 4] = entriesOf[block][places[i] % 4];
     }
-    return static_cast<Cell>(first << 8 | count);
+    return ListOf(first, count);
 }
 
 // In a cell with the middle m, the difference of an entry's squared distance to that of another is linear: it is
@@ -51,7 +51,7 @@ NearestColour::Cell NearestColour::makeList(Cell from, std::span<const std::uint
 NearestColour::Cell NearestColour::makeCell(Cell from, const Box& box) {
     if (from & kSingle) return from;
     const std::size_t count = from & 255;
-    const Block* list = &blocks[from >> 8];
+    const Block* list = &blocks[FirstBlockOf(from)];
 
     __m128 middle[4] = {_mm_set1_ps(1.0f), _mm_set1_ps(box.middle[0]), _mm_set1_ps(box.middle[1]),
                         _mm_set1_ps(box.middle[2])};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <span>
 #include <type_traits>
@@ -31,13 +32,14 @@ public:
     template <class Work>
     void forFours(std::uint32_t y, Work work) const {
         std::byte* pixels = row(y);
-        std::uint32_t x = 0;
-        for (; width - x >= 4; x += 4) work(pixels + x * sizeof(T), x, 4u);
-        if (x == width) return;
         std::byte rest[4 * sizeof(T)] = {};
-        std::memcpy(rest, pixels + x * sizeof(T), (width - x) * sizeof(T));
-        work(static_cast<std::byte*>(rest), x, width - x);
-        std::memcpy(pixels + x * sizeof(T), rest, (width - x) * sizeof(T));
+        for (std::uint32_t x = 0; x < width; x += std::min(4u, width - x), pixels += 4 * sizeof(T)) {
+            const std::uint32_t count = std::min(4u, width - x);
+            if (count < 4) std::memcpy(rest, pixels, count * sizeof(T));
+            // One call alone, so that it is inlined.
+            work(count < 4 ? rest : pixels, x, count);
+            if (count < 4) std::memcpy(pixels, rest, count * sizeof(T));
+        }
     }
 
     const std::uint32_t width;
