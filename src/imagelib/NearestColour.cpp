@@ -7,8 +7,8 @@ namespace quillon::ImageLib {
 
 namespace {
 
-// Below it no rounding carries a colour out of the nearest level.
-constexpr float kSurelyNear = 0.999f;
+// No rounding carries a colour out of a level where it is inside this part of it.
+constexpr float kSurely = 0.999f;
 
 __m128 magnitude(__m128 v) {
     return _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
@@ -35,8 +35,10 @@ std::size_t firstEqual(__m128 four, __m128 value) {
 
 }  // namespace
 
-NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels)
-    : memory(std::min(pixels * 8 + 32768, kMostMemory)) {
+NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected)
+    : middle((expected.low + expected.high) / 2),
+      reach((expected.high - expected.low) / 2 * 1.01f),
+      memory(std::min(pixels * 8 + 32768, kMostMemory)) {
     // Of equal entries only the first can win.
     std::vector<std::uint8_t> entries;
     for (std::size_t i = 0; i < palette.size(); ++i) {
@@ -118,18 +120,18 @@ std::uint32_t NearestColour::resolve(Cell cell, __m128 argb) const {
 }
 
 void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
-    const __m128 r = colours.lane[1] - _mm_set1_ps(kMiddle);
-    const __m128 g = colours.lane[2] - _mm_set1_ps(kMiddle);
-    const __m128 b = colours.lane[3] - _mm_set1_ps(kMiddle);
-    const __m128 nearReach = _mm_set1_ps(kSurelyNear);
+    const __m128 r = colours.lane[1] - _mm_set1_ps(middle);
+    const __m128 g = colours.lane[2] - _mm_set1_ps(middle);
+    const __m128 b = colours.lane[3] - _mm_set1_ps(middle);
+    const __m128 nearReach = _mm_set1_ps(reach * kSurely);
     const __m128 alphaNear = _mm_cmple_ps(magnitude(colours.lane[0] - _mm_set1_ps(1.0f)), _mm_set1_ps(kAlphaReach));
     const __m128 inside =
         _mm_and_ps(_mm_and_ps(_mm_cmplt_ps(magnitude(r), nearReach), _mm_cmplt_ps(magnitude(g), nearReach)),
                    _mm_and_ps(_mm_cmplt_ps(magnitude(b), nearReach), alphaNear));
     std::uint32_t cells[4] = {};
     if (_mm_movemask_ps(inside) == 15) {
-        const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
-        const auto axis = [&](__m128 v) { return _mm_cvttps_epi32((v + _mm_set1_ps(kReach)) * scale); };
+        const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * reach));
+        const auto axis = [&](__m128 v) { return _mm_cvttps_epi32((v + _mm_set1_ps(reach)) * scale); };
         const __m128i index = _mm_or_si128(
             _mm_or_si128(_mm_slli_epi32(axis(r), 2 * nearBits), _mm_slli_epi32(axis(g), nearBits)), axis(b));
         alignas(16) std::uint32_t indices[4];
@@ -157,20 +159,21 @@ void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
 }
 
 std::uint32_t NearestColour::find(__m128 argb) {
-    const __m128 away = magnitude(argb - _mm_setr_ps(1.0f, kMiddle, kMiddle, kMiddle));
+    const __m128 away = magnitude(argb - _mm_setr_ps(1.0f, middle, middle, middle));
     alignas(16) float distance[4];
     _mm_store_ps(distance, away);
     if (!(distance[0] <= kAlphaReach)) return scanEverything(argb);
-    const __m128 nearReach = _mm_setr_ps(4.0f, kSurelyNear, kSurelyNear, kSurelyNear);
+    const float sure = reach * kSurely;
+    const __m128 nearReach = _mm_setr_ps(4.0f, sure, sure, sure);
     if (_mm_movemask_ps(_mm_cmplt_ps(away, nearReach)) != 15) {
-        if (_mm_movemask_ps(_mm_cmplt_ps(away, _mm_set1_ps(kReach * (1 << (kLevels - 1)) * 0.999f))) != 15)
+        if (_mm_movemask_ps(_mm_cmplt_ps(away, _mm_set1_ps(reach * (1 << (kLevels - 1)) * kSurely))) != 15)
             return scanEverything(argb);
         return resolve(cellOfFar(argb, std::max({distance[1], distance[2], distance[3]})), argb);
     }
-    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
+    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * reach));
     alignas(16) std::int32_t at[4];
     _mm_store_si128(reinterpret_cast<__m128i*>(at),
-                    _mm_cvttps_epi32(((argb - _mm_set1_ps(kMiddle)) + _mm_set1_ps(kReach)) * scale));
+                    _mm_cvttps_epi32(((argb - _mm_set1_ps(middle)) + _mm_set1_ps(reach)) * scale));
     const auto index = static_cast<std::uint32_t>((at[1] << nearBits | at[2]) << nearBits | at[3]);
     Cell cell = near[index];
     if (cell == 0) cell = cellOfNear(index);

@@ -148,6 +148,13 @@ TEST_P(QuantizeDepth, EqualsThePlainRulesOnLargerPictures) {
                 if (!equalsThePlainRules({310, 120, GetParam(), mode, dither, 3.0f, false, dither == 6}, kind)) return;
 }
 
+// As many pixels as the finest cells of the palette search take.
+TEST_P(QuantizeDepth, EqualsThePlainRulesOnFullPictures) {
+    for (const std::int32_t mode : {7, 10})
+        for (const std::int32_t dither : {1, 3, 15})
+            if (!equalsThePlainRules({800, 640, GetParam(), mode, dither, 0.5f, false, false}, Kind::noise)) return;
+}
+
 // Values decide the outcome at the limit itself, and may be anything.
 TEST_P(QuantizeDepth, TakesAnyValue) {
     for (const float value :
