@@ -150,7 +150,7 @@ TEST_P(QuantizeDepth, EqualsThePlainRulesOnLargerPictures) {
 
 // As many pixels as the finest cells of the palette search take.
 TEST_P(QuantizeDepth, EqualsThePlainRulesOnFullPictures) {
-    equalsThePlainRules({800, 640, GetParam(), 5, 15, 0.5f, false, false}, Kind::noise);
+    equalsThePlainRules({800, 640, GetParam(), 10, 15, 0.5f, false, false}, Kind::noise);
     equalsThePlainRules({800, 640, GetParam(), 6, 3, 0, false, false}, Kind::ramp);
     equalsThePlainRules({800, 640, GetParam(), 10, 1, 0, false, false}, Kind::noise);
 }
