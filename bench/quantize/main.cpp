@@ -4,6 +4,7 @@
 //   quantize/BITS/mode MODE/dither DITHER   SurfaceQuantize
 //   palette/COLOURS                         building the adaptive palette alone, 8 bits
 //   growth/...                              times as multiples of each other: pixels, and palette entries
+//   memory/mode MODE, SIZE                  the most bytes that are allocated at once, at any depth and dither
 //
 // With arguments, only what begins with one of them. The results of both sides are compared byte for byte. The picture
 // is like an opaque photograph: slow gradients, a few edges, and grain. A time is processor time, which other programs
@@ -19,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "HeapUse.h"
 #include "imagelib/AdaptivePalette.h"
 #include "imagelib/Quantize.h"
 #include "imagelib/Surface.h"
@@ -174,6 +176,33 @@ void growth() {
     }
 }
 
+// A float picture and 64 KiB, and for adaptive palettes what the octree of the plain implementation takes and a picture
+// of bytes. Small pictures leave the least room.
+bool measureMemory(std::int32_t mode, std::uint32_t size) {
+    const double pixels = static_cast<double>(size) * size;
+    double most = 0;
+    double aim = pixels * 16 + 65536;
+    if (mode >= 2 && mode <= 7) {
+        const test::PlainQuantize settings{size, size, 8, mode, 1, 0.5f, false, false};
+        Bytes picture = makePicture(size, size, 8);
+        const HeapUse plain;
+        settings.run(picture.data());
+        aim = static_cast<double>(plain.peak()) + pixels * 4 + 65536;
+    }
+    for (const std::uint32_t bits : {8u, 16u, 32u})
+        for (const Way& way : kWays) {
+            Surface surface;
+            surface.init(size, size, bits, true);
+            surface.pixels = makePicture(size, size, bits);
+            const HeapUse own;
+            SurfaceQuantize(surface, mode, way.dither, 0.5f, false, way.serpentine);
+            most = std::max(most, static_cast<double>(own.peak()));
+        }
+    std::printf("memory/mode %d, %u by %u: up to %.2f bytes a pixel (aim %.2f)%s\n", mode, size, size, most / pixels,
+                aim / pixels, most > aim ? " ABOVE" : "");
+    return most <= aim;
+}
+
 }  // namespace
 
 }  // namespace quillon::bench
@@ -185,5 +214,9 @@ int main(int argc, char** argv) {
     for (const std::uint32_t bits : {8u, 16u, 32u}) equal = compare(bits) && equal;
     if (isWanted("palette")) equal = comparePalettes() && equal;
     if (isWanted("growth")) growth();
-    return equal ? 0 : 1;
+    bool fits = true;
+    if (isWanted("memory"))
+        for (const Aims& aims : kAims)
+            for (const std::uint32_t size : {8u, 170u, 720u}) fits = measureMemory(aims.mode, size) && fits;
+    return equal && fits ? 0 : 1;
 }
