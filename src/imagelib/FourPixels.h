@@ -52,7 +52,8 @@ struct PixelAccess;
 
 template <>
 struct PixelAccess<Pixel8> {
-    static constexpr float kByteScale = std::bit_cast<float>(0x3F808081u);  // as FloatFromChannel has it
+    // FloatFromChannel's two factors; the first is a power of two, so that their product rounds nothing.
+    static constexpr float kByteScale = std::bit_cast<float>(0x3F808081u) / 256;
     using Packed = std::uint32_t;
 
     static std::uint32_t Word(const std::byte* pixel) {
@@ -62,9 +63,7 @@ struct PixelAccess<Pixel8> {
     }
     static FourPixels Expand(__m128i words) {
         const __m128i byte = _mm_set1_epi32(255);
-        const auto toFloat = [](__m128i v) {
-            return _mm_cvtepi32_ps(v) * _mm_set1_ps(1.0f / 256) * _mm_set1_ps(kByteScale);
-        };
+        const auto toFloat = [](__m128i v) { return _mm_cvtepi32_ps(v) * _mm_set1_ps(kByteScale); };
         return {{toFloat(_mm_and_si128(words, byte)), toFloat(_mm_and_si128(_mm_srli_epi32(words, 8), byte)),
                  toFloat(_mm_and_si128(_mm_srli_epi32(words, 16), byte)), toFloat(_mm_srli_epi32(words, 24))}};
     }

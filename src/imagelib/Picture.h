@@ -33,11 +33,12 @@ public:
     void forFours(std::uint32_t y, Work work) const {
         std::byte* pixels = row(y);
         std::byte rest[4 * sizeof(T)] = {};
-        for (std::uint32_t x = 0; x < width; x += std::min(4u, width - x), pixels += 4 * sizeof(T)) {
-            const std::uint32_t count = std::min(4u, width - x);
+        const std::size_t end = width;
+        for (std::size_t x = 0; x < end; x += 4, pixels += 4 * sizeof(T)) {
+            const std::size_t count = std::min<std::size_t>(4, end - x);
             if (count < 4) std::memcpy(rest, pixels, count * sizeof(T));
             // One call alone, so that it is inlined.
-            work(count < 4 ? rest : pixels, x, count);
+            work(count < 4 ? rest : pixels, static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(count));
             if (count < 4) std::memcpy(pixels, rest, count * sizeof(T));
         }
     }
