@@ -4,19 +4,23 @@
 //   quantize/BITS/mode MODE/dither DITHER   SurfaceQuantize
 //   palette/COLOURS                         building the adaptive palette alone, 8 bits
 //   growth/...                              times as multiples of each other: pixels, and palette entries
+//   memory/mode MODE, SIZE                  the most bytes that are allocated at once, at any depth and dither
 //
-// The results of both sides are compared byte for byte. The picture is like an opaque photograph: slow gradients, a few
-// edges, and grain. A time is the smallest of its rounds; the plain side runs once.
+// With arguments, only what begins with one of them. The results of both sides are compared byte for byte. The picture
+// is like an opaque photograph: slow gradients, a few edges, and grain. A time is processor time, which other programs
+// disturb less, and the smallest of its rounds.
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <limits>
 #include <random>
+#include <string>
 #include <vector>
 
+#include "HeapUse.h"
 #include "imagelib/AdaptivePalette.h"
 #include "imagelib/Quantize.h"
 #include "imagelib/Surface.h"
@@ -47,11 +51,18 @@ constexpr Aims kAims[] = {{1, {20, 6, 20, 2.5, 6, 2.5}},
                           {10, {10, 3.5, 7, 1.7, 3.5, 1.7}},
                           {20, {10, 3.5, 7, 1.7, 3.5, 1.7}}};
 
+std::vector<std::string> wantedNames;
+
+bool isWanted(const std::string& name) {
+    return wantedNames.empty() || std::any_of(wantedNames.begin(), wantedNames.end(),
+                                              [&](const std::string& wanted) { return name.starts_with(wanted); });
+}
+
 template <class Work>
 double milliseconds(Work work) {
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock();
     work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    return 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
 Bytes makePicture(std::uint32_t width, std::uint32_t height, std::uint32_t bits) {
@@ -92,28 +103,31 @@ double measure(Surface& surface, const Bytes& picture, const test::PlainQuantize
 
 bool compare(std::uint32_t bits) {
     const Bytes picture = makePicture(1920, 1080, bits);
-    Bytes copied(picture.size());
+    Bytes expected = picture;
     double copy = std::numeric_limits<double>::max();
-    for (int round = 0; round < 5; ++round)
-        copy = std::min(copy, milliseconds([&] { std::memcpy(copied.data(), picture.data(), picture.size()); }));
+    for (int round = 0; round < 10; ++round)
+        copy = std::min(copy, milliseconds([&] { std::memcpy(expected.data(), picture.data(), picture.size()); }));
     bool equal = true;
     for (const Aims& aims : kAims)
         for (std::size_t way = 0; way < std::size(kWays); ++way) {
             const test::PlainQuantize settings{
                 1920, 1080, bits, aims.mode, kWays[way].dither, 0.5f, false, kWays[way].serpentine};
+            const std::string name = "quantize/" + std::to_string(bits) + "/mode " + std::to_string(aims.mode) +
+                                     "/dither " + kWays[way].name;
+            if (!isWanted(name)) continue;
             Surface surface;
-            const double time = measure(surface, picture, settings, 3);
-            double plain = std::numeric_limits<double>::max();
-            for (int round = 0; round < 2; ++round) {
-                copied = picture;
-                plain = std::min(plain, milliseconds([&] { settings.run(copied.data()); }));
+            double time = std::numeric_limits<double>::max();
+            double plain = time;
+            for (int round = 0; round < 3; ++round) {
+                time = std::min(time, measure(surface, picture, settings, 3));
+                expected = picture;
+                plain = std::min(plain, milliseconds([&] { settings.run(expected.data()); }));
             }
             const double aim = aims.factors[way] / (bits == 8 ? 1 : 2);
-            std::printf("quantize/%u/mode %d/dither %s: %.1f ms, %.1f copies, %.1f times the plain one (aim %.2f)%s\n",
-                        bits, aims.mode, kWays[way].name, time, time / copy, plain / time, aim,
-                        plain / time < aim ? " BELOW" : "");
+            std::printf("%s: %.1f ms, %.1f copies, %.1f times the plain one (aim %.2f)%s\n", name.c_str(), time,
+                        time / copy, plain / time, aim, plain / time < aim ? " BELOW" : "");
             std::fflush(stdout);
-            if (surface.pixels == copied) continue;
+            if (surface.pixels == expected) continue;
             std::printf("  the two differ\n");
             equal = false;
         }
@@ -134,12 +148,15 @@ bool comparePalettes() {
     for (const std::uint32_t colours : {8u, 32u, 256u}) {
         std::vector<ImageLib::Pixel32> palette, expected;
         double time = std::numeric_limits<double>::max();
-        for (int round = 0; round < 3; ++round)
+        double plain = time;
+        for (int round = 0; round < 5; ++round) {
             time = std::min(time, milliseconds([&] {
                                 palette = ImageLib::AdaptivePalette(ImageLib::Picture(view, false), colours);
                             }));
-        const double plain = milliseconds([&] { expected = test::PlainAdaptivePalette(image, colours); });
-        std::printf("palette/%u: %.1f ms, %.1f times the plain one (aim 4)\n", colours, time, plain / time);
+            plain = std::min(plain, milliseconds([&] { expected = test::PlainAdaptivePalette(image, colours); }));
+        }
+        std::printf("palette/%u: %.1f ms, %.1f times the plain one (aim 4)%s\n", colours, time, plain / time,
+                    plain / time < 4 ? " BELOW" : "");
         equal = equal && std::memcmp(palette.data(), expected.data(), colours * sizeof(palette[0])) == 0;
     }
     return equal;
@@ -159,15 +176,47 @@ void growth() {
     }
 }
 
+// A float picture and 64 KiB, and for adaptive palettes what the octree of the plain implementation takes and a picture
+// of bytes. Small pictures leave the least room.
+bool measureMemory(std::int32_t mode, std::uint32_t size) {
+    const double pixels = static_cast<double>(size) * size;
+    double most = 0;
+    double aim = pixels * 16 + 65536;
+    if (mode >= 2 && mode <= 7) {
+        const test::PlainQuantize settings{size, size, 8, mode, 1, 0.5f, false, false};
+        Bytes picture = makePicture(size, size, 8);
+        const HeapUse plain;
+        settings.run(picture.data());
+        aim = static_cast<double>(plain.peak()) + pixels * 4 + 65536;
+    }
+    for (const std::uint32_t bits : {8u, 16u, 32u})
+        for (const Way& way : kWays) {
+            Surface surface;
+            surface.init(size, size, bits, true);
+            surface.pixels = makePicture(size, size, bits);
+            const HeapUse own;
+            SurfaceQuantize(surface, mode, way.dither, 0.5f, false, way.serpentine);
+            most = std::max(most, static_cast<double>(own.peak()));
+        }
+    std::printf("memory/mode %d, %u by %u: up to %.2f bytes a pixel (aim %.2f)%s\n", mode, size, size, most / pixels,
+                aim / pixels, most > aim ? " ABOVE" : "");
+    return most <= aim;
+}
+
 }  // namespace
 
 }  // namespace quillon::bench
 
-int main() {
+int main(int argc, char** argv) {
     using namespace quillon::bench;
+    wantedNames.assign(argv + 1, argv + argc);
     bool equal = true;
     for (const std::uint32_t bits : {8u, 16u, 32u}) equal = compare(bits) && equal;
-    equal = comparePalettes() && equal;
-    growth();
-    return equal ? 0 : 1;
+    if (isWanted("palette")) equal = comparePalettes() && equal;
+    if (isWanted("growth")) growth();
+    bool fits = true;
+    if (isWanted("memory"))
+        for (const Aims& aims : kAims)
+            for (const std::uint32_t size : {8u, 170u, 720u}) fits = measureMemory(aims.mode, size) && fits;
+    return equal && fits ? 0 : 1;
 }

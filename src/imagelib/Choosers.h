@@ -8,8 +8,8 @@
 namespace quillon::ImageLib {
 
 // What a reduction puts in a colour's place. Each chooser tells which lanes of a colour have a part in that, from
-// kFirstLane to before kEndLane; passes carry those alone. `choose` takes colours and gives the chosen entries' colours
-// in the same lanes, and their numbers.
+// kFirstLane to before kEndLane; passes carry those alone. `number` tells the numbers of the chosen entries; `choose`
+// also puts the entries' colours in the same lanes.
 
 // Entry 1, white, where red is strictly above the threshold; else entry 0, black. Other lanes decide nothing.
 class TwoLevels {
@@ -23,7 +23,7 @@ public:
     void choose(FourPixels& colours, std::uint32_t entries[4]) const {
         const __m128 white = above(colours);
         const int bits = _mm_movemask_ps(white);
-        for (int i = 0; i < 4; ++i) entries[i] = static_cast<std::uint32_t>(bits >> i & 1);
+        ForLanes<4>([&](auto i) { entries[i] = static_cast<std::uint32_t>(bits >> i & 1); });
         colours.lane[1] = _mm_and_ps(white, _mm_set1_ps(1.0f));
     }
 
@@ -50,6 +50,7 @@ public:
 
     FromPalette(Search& nearest, std::span<const Pixel32> colours) : search(nearest), palette(colours) {}
 
+    void number(const FourPixels& colours, std::uint32_t entries[4]) const { search.find(colours, entries); }
     void choose(FourPixels& colours, std::uint32_t entries[4]) const {
         if (Opaque) colours.lane[0] = _mm_set1_ps(1.0f);
         search.find(colours, entries);

@@ -45,13 +45,15 @@ inline void ForLanes(Work work) {
 
 // How pixels of type T are read as floats, and how a colour of a palette is put in their place. Memory need not be
 // aligned. `Packed` is a palette's colour as it will stand in memory; `Put` leaves the pixel its own alpha, which goes
-// through a float on its way at 8 and 16 bits.
+// through a float on its way at 8 and 16 bits. `PutTwoLevels` does so with four: white where the mask is set, else
+// black.
 template <class T>
 struct PixelAccess;
 
 template <>
 struct PixelAccess<Pixel8> {
-    static constexpr float kByteScale = std::bit_cast<float>(0x3F808081u);  // as FloatFromChannel has it
+    // FloatFromChannel's two factors; the first is a power of two, so that their product rounds nothing.
+    static constexpr float kByteScale = std::bit_cast<float>(0x3F808081u) / 256;
     using Packed = std::uint32_t;
 
     static std::uint32_t Word(const std::byte* pixel) {
@@ -61,9 +63,7 @@ struct PixelAccess<Pixel8> {
     }
     static FourPixels Expand(__m128i words) {
         const __m128i byte = _mm_set1_epi32(255);
-        const auto toFloat = [](__m128i v) {
-            return _mm_cvtepi32_ps(v) * _mm_set1_ps(1.0f / 256) * _mm_set1_ps(kByteScale);
-        };
+        const auto toFloat = [](__m128i v) { return _mm_cvtepi32_ps(v) * _mm_set1_ps(kByteScale); };
         return {{toFloat(_mm_and_si128(words, byte)), toFloat(_mm_and_si128(_mm_srli_epi32(words, 8), byte)),
                  toFloat(_mm_and_si128(_mm_srli_epi32(words, 16), byte)), toFloat(_mm_srli_epi32(words, 24))}};
     }
@@ -79,7 +79,6 @@ struct PixelAccess<Pixel8> {
                static_cast<std::uint32_t>(Channel8FromFloat(colour.green)) << 16 |
                static_cast<std::uint32_t>(Channel8FromFloat(colour.blue)) << 24;
     }
-    // Of four pixels, white where the mask is set, else black.
     static void PutTwoLevels(std::byte* row, __m128 mask) {
         const __m128i alpha = _mm_set1_epi32(255);
         auto* words = reinterpret_cast<__m128i*>(row);
@@ -121,6 +120,19 @@ struct PixelAccess<Pixel15> {
                std::uint64_t{Channel15FromFloat(colour.green)} << 32 |
                std::uint64_t{Channel15FromFloat(colour.blue)} << 48;
     }
+    static void PutTwoLevels(std::byte* row, __m128 mask) {
+        const __m128i alpha = _mm_set1_epi64x(0xFFFF);
+        const __m128i most = _mm_set1_epi16(32767);
+        auto* pairs = reinterpret_cast<__m128i*>(row);
+        const auto put = [&](__m128i* pair, __m128i white) {
+            const __m128i pixels = _mm_loadu_si128(pair);
+            const __m128i limited = _mm_sub_epi16(pixels, _mm_subs_epu16(pixels, most));
+            const __m128i colours = _mm_andnot_si128(alpha, _mm_and_si128(white, most));
+            _mm_storeu_si128(pair, _mm_or_si128(_mm_and_si128(limited, alpha), colours));
+        };
+        put(pairs, _mm_castps_si128(_mm_unpacklo_ps(mask, mask)));
+        put(pairs + 1, _mm_castps_si128(_mm_unpackhi_ps(mask, mask)));
+    }
     static void Put(std::byte* pixel, Packed colour) {
         std::uint16_t alpha;
         std::memcpy(&alpha, pixel, sizeof alpha);
@@ -142,6 +154,15 @@ struct PixelAccess<Pixel32> {
         return Gather(pixels);
     }
     static Packed Pack(const Pixel32& colour) { return colour; }
+    static void PutTwoLevels(std::byte* row, __m128 mask) {
+        const __m128 alpha = _mm_castsi128_ps(_mm_setr_epi32(-1, 0, 0, 0));
+        const __m128 white = _mm_setr_ps(0, 1, 1, 1);
+        auto* floats = reinterpret_cast<float*>(row);
+        ForLanes<4>([&](auto i) {
+            const __m128 colour = _mm_and_ps(_mm_shuffle_ps(mask, mask, i * 0x55), white);
+            _mm_storeu_ps(floats + i * 4, _mm_or_ps(_mm_and_ps(_mm_loadu_ps(floats + i * 4), alpha), colour));
+        });
+    }
     static void Put(std::byte* pixel, const Packed& colour) { std::memcpy(pixel + 4, &colour.red, 12); }
 };
 

@@ -7,8 +7,8 @@ namespace quillon::ImageLib {
 
 namespace {
 
-// Below it no rounding carries a colour out of the nearest level.
-constexpr float kSurelyNear = 0.749f;
+// No rounding carries a colour out of a level where it is inside this part of it.
+constexpr float kSurely = 0.999f;
 
 __m128 magnitude(__m128 v) {
     return _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
@@ -28,9 +28,17 @@ __m128 squared(__m128 v) {
     return v * v;
 }
 
+std::size_t firstEqual(__m128 four, __m128 value) {
+    return static_cast<std::size_t>(
+        std::countr_zero(static_cast<unsigned>(_mm_movemask_ps(_mm_cmpeq_ps(four, value)))));
+}
+
 }  // namespace
 
-NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels) : memory(pixels * 8 + 32768) {
+NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected)
+    : middle((expected.low + expected.high) / 2),
+      reach((expected.high - expected.low) / 2 * 1.01f),
+      memory(std::min(pixels * 8 + 32768, kMostMemory)) {
     // Of equal entries only the first can win.
     std::vector<std::uint8_t> entries;
     for (std::size_t i = 0; i < palette.size(); ++i) {
@@ -44,8 +52,8 @@ NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pix
         const float* channels = &palette[entries[i]].alpha;
         for (int lane = 0; lane < 4; ++lane) blocks.back().lane[lane][i % 4] = channels[lane];
     }
-    everything = static_cast<Cell>(blocks.size());
-    nearBits = pixels >= 500000 && palette.size() > 16 ? 6 : pixels >= 30000 ? 5 : 4;
+    everything = ListOf(0, blocks.size());
+    nearBits = pixels >= 500000 ? 6 : pixels >= 30000 ? 5 : 4;
     near.resize(std::size_t{1} << 3 * nearBits);
     coarse.resize(std::size_t{1} << 3 * (nearBits - 2));
     memory -= (near.size() + coarse.size()) * sizeof(Cell);
@@ -60,6 +68,12 @@ void NearestColour::addEmptyBlock() {
 struct NearestColour::Distances {
     explicit Distances(__m128 argb)
         : a(broadcast<0>(argb)), r(broadcast<1>(argb)), g(broadcast<2>(argb)), b(broadcast<3>(argb)) {}
+    template <int Pixel>
+    Distances(const FourPixels& colours, std::integral_constant<int, Pixel>)
+        : a(broadcast<Pixel>(colours.lane[0])),
+          r(broadcast<Pixel>(colours.lane[1])),
+          g(broadcast<Pixel>(colours.lane[2])),
+          b(broadcast<Pixel>(colours.lane[3])) {}
     __m128 operator()(const Block& to) const {
         return (squared(a - to.lane[0]) + squared(r - to.lane[1])) +
                (squared(g - to.lane[2]) + squared(b - to.lane[3]));
@@ -70,8 +84,8 @@ struct NearestColour::Distances {
 // For colours inside the cells only: all distances are finite and below the limit.
 std::uint32_t NearestColour::scan(Cell list, __m128 argb) const {
     const Distances distances(argb);
-    const Block* block = &blocks[list >> 8];
-    const auto* entries = &entriesOf[list >> 8];
+    const Block* block = &blocks[FirstBlockOf(list)];
+    const auto* entries = &entriesOf[FirstBlockOf(list)];
     const std::uint32_t count = list & 255;
     __m128 all[64];
     __m128 best = all[0] = distances(block[0]);
@@ -88,7 +102,7 @@ std::uint32_t NearestColour::scanEverything(__m128 argb) const {
     alignas(16) float all[4];
     float best = 1000000.0f;
     std::uint32_t entry = 0;
-    for (std::uint32_t i = 0; i < everything; ++i) {
+    for (std::uint32_t i = 0; i < (everything & 255); ++i) {
         const __m128 four = distances(blocks[i]);
         if (_mm_movemask_ps(_mm_cmplt_ps(four, _mm_set1_ps(best))) == 0) continue;
         _mm_store_ps(all, four);
@@ -106,48 +120,60 @@ std::uint32_t NearestColour::resolve(Cell cell, __m128 argb) const {
 }
 
 void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
-    const __m128 r = colours.lane[1] - _mm_set1_ps(kMiddle);
-    const __m128 g = colours.lane[2] - _mm_set1_ps(kMiddle);
-    const __m128 b = colours.lane[3] - _mm_set1_ps(kMiddle);
-    const __m128 nearReach = _mm_set1_ps(kSurelyNear);
+    const __m128 r = colours.lane[1] - _mm_set1_ps(middle);
+    const __m128 g = colours.lane[2] - _mm_set1_ps(middle);
+    const __m128 b = colours.lane[3] - _mm_set1_ps(middle);
+    const __m128 nearReach = _mm_set1_ps(reach * kSurely);
     const __m128 alphaNear = _mm_cmple_ps(magnitude(colours.lane[0] - _mm_set1_ps(1.0f)), _mm_set1_ps(kAlphaReach));
     const __m128 inside =
         _mm_and_ps(_mm_and_ps(_mm_cmplt_ps(magnitude(r), nearReach), _mm_cmplt_ps(magnitude(g), nearReach)),
                    _mm_and_ps(_mm_cmplt_ps(magnitude(b), nearReach), alphaNear));
-    __m128 pixels[4] = {colours.lane[0], colours.lane[1], colours.lane[2], colours.lane[3]};
-    _MM_TRANSPOSE4_PS(pixels[0], pixels[1], pixels[2], pixels[3]);
-    if (_mm_movemask_ps(inside) != 15) {
-        for (int i = 0; i < 4; ++i) entries[i] = find(pixels[i]);
-        return;
+    std::uint32_t cells[4] = {};
+    if (_mm_movemask_ps(inside) == 15) {
+        const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * reach));
+        const auto axis = [&](__m128 v) { return _mm_cvttps_epi32((v + _mm_set1_ps(reach)) * scale); };
+        const __m128i index = _mm_or_si128(
+            _mm_or_si128(_mm_slli_epi32(axis(r), 2 * nearBits), _mm_slli_epi32(axis(g), nearBits)), axis(b));
+        alignas(16) std::uint32_t indices[4];
+        _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
+        ForLanes<4>([&](auto i) { cells[i] = near[indices[i]]; });
+        const Cell all = cells[0] & cells[1] & cells[2] & cells[3];
+        if (all & kSingle) {
+            ForLanes<4>([&](auto i) { entries[i] = cells[i] & 255; });
+            return;
+        }
+        if (all & kShort) {
+            // Which of the four are single is left to no branch: it would be guessed wrong too often.
+            ForLanes<4>([&](auto i) {
+                const std::size_t block = FirstBlockOf(cells[i]);
+                const __m128 four = Distances(colours, i)(blocks[block]);
+                const Cell entry = entriesOf[block][firstEqual(four, smallest(four))];
+                entries[i] = cells[i] & kSingle ? cells[i] & 255 : entry;
+            });
+            return;
+        }
     }
-    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
-    const auto axis = [&](__m128 v) { return _mm_cvttps_epi32((v + _mm_set1_ps(kReach)) * scale); };
-    const __m128i index =
-        _mm_or_si128(_mm_or_si128(_mm_slli_epi32(axis(r), 2 * nearBits), _mm_slli_epi32(axis(g), nearBits)), axis(b));
-    alignas(16) std::uint32_t indices[4];
-    _mm_store_si128(reinterpret_cast<__m128i*>(indices), index);
-    for (int i = 0; i < 4; ++i) {
-        Cell cell = near[indices[i]];
-        if (cell == 0) cell = cellOfNear(indices[i]);
-        entries[i] = resolve(cell, pixels[i]);
-    }
+    const FourPixels single =
+        FourPixels::Transposed(colours.lane[0], colours.lane[1], colours.lane[2], colours.lane[3]);
+    ForLanes<4>([&](auto i) { entries[i] = cells[i] != 0 ? resolve(cells[i], single.lane[i]) : find(single.lane[i]); });
 }
 
 std::uint32_t NearestColour::find(__m128 argb) {
-    const __m128 away = magnitude(argb - _mm_setr_ps(1.0f, kMiddle, kMiddle, kMiddle));
+    const __m128 away = magnitude(argb - _mm_setr_ps(1.0f, middle, middle, middle));
     alignas(16) float distance[4];
     _mm_store_ps(distance, away);
     if (!(distance[0] <= kAlphaReach)) return scanEverything(argb);
-    const __m128 nearReach = _mm_setr_ps(4.0f, kSurelyNear, kSurelyNear, kSurelyNear);
+    const float sure = reach * kSurely;
+    const __m128 nearReach = _mm_setr_ps(4.0f, sure, sure, sure);
     if (_mm_movemask_ps(_mm_cmplt_ps(away, nearReach)) != 15) {
-        if (_mm_movemask_ps(_mm_cmplt_ps(away, _mm_set1_ps(kReach * (1 << (kLevels - 1)) * 0.999f))) != 15)
+        if (_mm_movemask_ps(_mm_cmplt_ps(away, _mm_set1_ps(reach * (1 << (kLevels - 1)) * kSurely))) != 15)
             return scanEverything(argb);
         return resolve(cellOfFar(argb, std::max({distance[1], distance[2], distance[3]})), argb);
     }
-    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * kReach));
+    const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * reach));
     alignas(16) std::int32_t at[4];
     _mm_store_si128(reinterpret_cast<__m128i*>(at),
-                    _mm_cvttps_epi32(((argb - _mm_set1_ps(kMiddle)) + _mm_set1_ps(kReach)) * scale));
+                    _mm_cvttps_epi32(((argb - _mm_set1_ps(middle)) + _mm_set1_ps(reach)) * scale));
     const auto index = static_cast<std::uint32_t>((at[1] << nearBits | at[2]) << nearBits | at[3]);
     Cell cell = near[index];
     if (cell == 0) cell = cellOfNear(index);

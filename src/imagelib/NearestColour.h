@@ -15,23 +15,27 @@ namespace quillon::ImageLib {
 // as single floats come out, the first of equal ones, and entry 0 when none is below 1000000 (NaN never is).
 //
 // Space is cut into cells, and each cell, once a colour falls into it, gets a list of the entries that can win there:
-// an entry is left out only where another is nearer in the whole cell by more than all rounding together. Cells grow
-// with the distance from the middle of the colour cube, up to kLevels doublings; beyond that, and where alpha is more
-// than 2 away from opaque, every entry is tried.
+// an entry is left out only where another is nearer in the whole cell by more than all rounding together. Cells are
+// finest where colours are expected and grow with the distance from there, up to kLevels doublings; beyond that, and
+// where alpha is more than 2 away from opaque, every entry is tried.
 class NearestColour {
 public:
+    // Where most colours are: each channel from `low` to `high`, which hold 0 to 1 and lie within -1 and 2.
+    struct Range {
+        float low;
+        float high;
+    };
+
     // At most 256 entries, channels 0 to 1, alpha 0 or 1. `pixels` to be looked up bound the memory: 8 bytes for
     // each, and 32 KiB.
-    NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels);
+    NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected);
 
     void find(const FourPixels& colours, std::uint32_t entries[4]);
     std::uint32_t find(__m128 argb);
 
 private:
-    // Level n covers distances up to kReach * 2^n from the middle of the colour cube, on each axis.
+    // Level n covers distances up to reach * 2^n from the middle, on each axis.
     static constexpr int kLevels = 8;
-    static constexpr float kReach = 0.75f;
-    static constexpr float kMiddle = 0.5f;
     static constexpr float kAlphaReach = 2.0f;
     // Each channel of an entry that only fills a list up: its distance is never the smallest.
     static constexpr float kFar = std::numeric_limits<float>::infinity();
@@ -40,9 +44,18 @@ private:
     struct Block {
         __m128 lane[4];
     };
-    // 0: not made yet. Else one entry (kSingle | entry), or a list of blocks (first block << 8 | number of blocks).
+    // 0: not made yet. Else one entry (kSingle | kShort | entry), or a list of blocks (first block << 8 | number of
+    // blocks), which with kShort is one block.
     using Cell = std::uint32_t;
     static constexpr Cell kSingle = 0x80000000;
+    static constexpr Cell kShort = 0x40000000;
+    static constexpr Cell ListOf(std::size_t firstBlock, std::size_t count) {
+        return static_cast<Cell>(firstBlock << 8 | count) | (count == 1 ? kShort : 0);
+    }
+    // Block 0 for a single entry.
+    static constexpr std::size_t FirstBlockOf(Cell cell) { return (cell & ~(kSingle | kShort)) >> 8; }
+    // Bounds the blocks to what a cell can name.
+    static constexpr std::uint64_t kMostMemory = 1u << 28;
 
     struct Distances;
     struct Box {
@@ -60,6 +73,8 @@ private:
     void addEmptyBlock();
     bool afford(std::uint64_t bytes);
 
+    const float middle;
+    const float reach;
     std::vector<Block> blocks;
     std::vector<std::array<std::uint8_t, 4>> entriesOf;  // the entries in a block
     Cell everything = 0;

@@ -11,6 +11,9 @@ constexpr int kDepth = 7;
 // Seven levels hold less than 2^24 nodes.
 constexpr int kNodeBits = 24;
 
+// A table takes as much memory as the nodes of some twenty leaves; it is made once as many have been walked to.
+constexpr std::uint32_t kWalksForTable = 32;
+
 std::uint64_t rank(std::uint64_t entry) {
     return entry >> kNodeBits;
 }
@@ -21,9 +24,9 @@ std::uint32_t nodeIn(std::uint64_t entry) {
 
 }  // namespace
 
-OctreePalette::OctreePalette() : nodes(1), childTables(1), leafTables(1), heap(1) {}
+OctreePalette::OctreePalette() : nodes(1), childTables(1), heap(1) {}
 
-std::uint32_t OctreePalette::growLeaf(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+std::uint32_t OctreePalette::walkToLeaf(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
     std::uint32_t node = 0;
     for (int depth = 1; depth <= kDepth; ++depth) {
         const int bit = 8 - depth;
@@ -43,12 +46,14 @@ std::uint32_t OctreePalette::growLeaf(std::uint8_t red, std::uint8_t green, std:
         }
         node = child;
     }
-    std::uint32_t& table = tableOf[(red >> 4) << 8 | (green >> 4) << 4 | blue >> 4];
-    if (table == 0) {
-        table = static_cast<std::uint32_t>(leafTables.size());
-        leafTables.emplace_back();
+    std::unique_ptr<LeafTable>& table = leafTables[(red >> 4) << 8 | (green >> 4) << 4 | blue >> 4];
+    ++walks;
+    if (!table) {
+        if (walks < kWalksForTable * (leafTableCount + 1)) return node;
+        table = std::make_unique<LeafTable>();
+        ++leafTableCount;
     }
-    leafTables[table][(red >> 1 & 7) << 6 | (green >> 1 & 7) << 3 | (blue >> 1 & 7)] = node;
+    (*table)[(red >> 1 & 7) << 6 | (green >> 1 & 7) << 3 | (blue >> 1 & 7)] = node;
     return node;
 }
 

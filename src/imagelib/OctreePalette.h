@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -43,13 +44,13 @@ private:
     using ChildTable = std::array<std::uint32_t, 8>;
     using LeafTable = std::array<std::uint32_t, 512>;
 
-    // A leaf by the upper four bits of its channels and then the next three; 0 where there is none yet.
+    // A leaf by the upper four bits of its channels and then the next three; 0 where none is known yet.
     std::uint32_t leafOf(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
-        const std::uint32_t table = tableOf[(red >> 4) << 8 | (green >> 4) << 4 | blue >> 4];
-        const std::uint32_t leaf = leafTables[table][(red >> 1 & 7) << 6 | (green >> 1 & 7) << 3 | (blue >> 1 & 7)];
-        return leaf != 0 ? leaf : growLeaf(red, green, blue);
+        const LeafTable* table = leafTables[(red >> 4) << 8 | (green >> 4) << 4 | blue >> 4].get();
+        const std::uint32_t leaf = table ? (*table)[(red >> 1 & 7) << 6 | (green >> 1 & 7) << 3 | (blue >> 1 & 7)] : 0;
+        return leaf != 0 ? leaf : walkToLeaf(red, green, blue);
     }
-    std::uint32_t growLeaf(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+    std::uint32_t walkToLeaf(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
 
     std::uint64_t heapEntry(std::uint32_t node) const;
     void addToHeap(std::uint32_t node);
@@ -60,9 +61,10 @@ private:
 
     std::vector<Node> nodes;  // [0] is the root
     std::vector<ChildTable> childTables;
-    std::array<std::uint32_t, 4096> tableOf{};
-    std::vector<LeafTable> leafTables;  // [0] stays empty
-    std::vector<std::uint64_t> heap;    // [0] is unused; a node's rank above its number
+    std::array<std::unique_ptr<LeafTable>, 4096> leafTables;
+    std::uint32_t leafTableCount = 0;
+    std::uint32_t walks = 0;          // from the root
+    std::vector<std::uint64_t> heap;  // [0] is unused; a node's rank above its number
 };
 
 }  // namespace quillon::ImageLib

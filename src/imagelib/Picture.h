@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <span>
 #include <type_traits>
@@ -31,13 +32,15 @@ public:
     template <class Work>
     void forFours(std::uint32_t y, Work work) const {
         std::byte* pixels = row(y);
-        std::uint32_t x = 0;
-        for (; width - x >= 4; x += 4) work(pixels + x * sizeof(T), x, 4u);
-        if (x == width) return;
         std::byte rest[4 * sizeof(T)] = {};
-        std::memcpy(rest, pixels + x * sizeof(T), (width - x) * sizeof(T));
-        work(static_cast<std::byte*>(rest), x, width - x);
-        std::memcpy(pixels + x * sizeof(T), rest, (width - x) * sizeof(T));
+        const std::size_t end = width;
+        for (std::size_t x = 0; x < end; x += 4, pixels += 4 * sizeof(T)) {
+            const std::size_t count = std::min<std::size_t>(4, end - x);
+            if (count < 4) std::memcpy(rest, pixels, count * sizeof(T));
+            // One call alone, so that it is inlined.
+            work(count < 4 ? rest : pixels, static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(count));
+            if (count < 4) std::memcpy(pixels, rest, count * sizeof(T));
+        }
     }
 
     const std::uint32_t width;

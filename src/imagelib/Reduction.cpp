@@ -71,6 +71,15 @@ void diffuse(const Picture<T>& picture, const ReductionSettings& settings, const
         BandDiffusion(picture, kernel, chooser, colours).run();
 }
 
+// Errors, and the amplitude of a matrix, carry colours out of their cube. An amplitude may be anything.
+NearestColour::Range expectedColours(const ReductionSettings& settings, const DitherKernel* kernel,
+                                     const OrderedMatrix* matrix) {
+    if (kernel) return {-0.5f, 1.5f};
+    if (matrix && settings.value > 0) return {0, 1 + std::min(settings.value, 1.0f)};
+    if (matrix && settings.value < 0) return {std::max(settings.value, -1.0f), 1};
+    return {0, 1};
+}
+
 template <class T>
 struct PaletteReduction {
     const Picture<T>& picture;
@@ -123,7 +132,8 @@ void reduceAs(Surface<T>& surface, const ReductionSettings& settings) {
         const ShortPalette search(palette);
         return reduction.run(search);
     }
-    NearestColour search(palette, std::uint64_t{picture.width} * picture.height);
+    NearestColour search(palette, std::uint64_t{picture.width} * picture.height,
+                         expectedColours(settings, kernel, matrix));
     reduction.run(search);
 }
 

@@ -29,7 +29,7 @@ bool ShortPalette::Holds(std::span<const Pixel32> palette) {
 
 // Places behind the last entry are filled with what is nearest to nothing.
 ShortPalette::ShortPalette(std::span<const Pixel32> palette)
-    : half((palette.size() + 1) / 2), sixteens((palette.size() + 15) / 16) {
+    : half((palette.size() + 1) / 2), isLong(palette.size() > kMost / 2) {
     constexpr float kFar = std::numeric_limits<float>::infinity();
     for (std::size_t i = 0; i < kMost; ++i) {
         const Pixel32 entry = i < palette.size() ? palette[i] : Pixel32{1, kFar, kFar, kFar};
@@ -74,24 +74,26 @@ std::uint32_t ShortPalette::find(__m128 argb) const {
     const __m128 alpha = squared(broadcast<0>(argb) - _mm_set1_ps(1.0f));
     __m128 distances[kMost / 4];
     __m128 best = _mm_set1_ps(kLimit);
-    for (std::size_t i = 0; i < sixteens * 4; i += 4) {
-        for (std::size_t k = i; k < i + 4; ++k)
+    const auto measureSixteen = [&](std::size_t first) {
+        for (std::size_t k = first; k < first + 4; ++k)
             distances[k] =
                 (alpha + squared(r - blocks[k].red)) + (squared(g - blocks[k].green) + squared(b - blocks[k].blue));
-        const __m128 low = _mm_min_ps(distances[i], best);
-        const __m128 high = _mm_min_ps(distances[i + 2], best);
-        best = _mm_min_ps(_mm_min_ps(distances[i + 1], low), _mm_min_ps(distances[i + 3], high));
-    }
+        const __m128 low = _mm_min_ps(distances[first], best);
+        const __m128 high = _mm_min_ps(distances[first + 2], best);
+        best = _mm_min_ps(_mm_min_ps(distances[first + 1], low), _mm_min_ps(distances[first + 3], high));
+    };
+    measureSixteen(0);
+    if (isLong) measureSixteen(4);
     best = _mm_min_ps(best, _mm_shuffle_ps(best, best, _MM_SHUFFLE(1, 0, 3, 2)));
     best = _mm_min_ps(best, _mm_shuffle_ps(best, best, _MM_SHUFFLE(2, 3, 0, 1)));
     if (!(_mm_cvtss_f32(best) < kLimit)) return 0;
-    std::uint32_t equal = 0;
-    for (std::size_t i = 0; i < sixteens * 4; i += 4) {
-        const auto isBest = [&](std::size_t k) { return _mm_castps_si128(_mm_cmpeq_ps(distances[k], best)); };
-        const __m128i sixteen =
-            _mm_packs_epi16(_mm_packs_epi32(isBest(i), isBest(i + 1)), _mm_packs_epi32(isBest(i + 2), isBest(i + 3)));
-        equal |= static_cast<std::uint32_t>(_mm_movemask_epi8(sixteen)) << i * 4;
-    }
+    const auto bestOfSixteen = [&](std::size_t first) {
+        const auto isBest = [&](std::size_t k) { return _mm_castps_si128(_mm_cmpeq_ps(distances[first + k], best)); };
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(
+            _mm_packs_epi16(_mm_packs_epi32(isBest(0), isBest(1)), _mm_packs_epi32(isBest(2), isBest(3)))));
+    };
+    std::uint32_t equal = bestOfSixteen(0);
+    if (isLong) equal |= bestOfSixteen(4) << 16;
     return static_cast<std::uint32_t>(std::countr_zero(equal));
 }
 

@@ -39,7 +39,7 @@ private:
 
     std::size_t half;  // of the entries, rounded up
     std::array<Entry, kMost> entries;
-    std::size_t sixteens;
+    bool isLong;  // more than 16 entries
     std::array<Block, kMost / 4> blocks;
 };
 

@@ -21,14 +21,14 @@ void ReduceSinglePixels(const Picture<T>& picture, Chooser& chooser, PackedColou
             FourPixels four = picture.load(pixels);
             if (matrix) {
                 const __m128 offset = _mm_loadu_ps(offsets + (x & 4));
-                for (__m128& lane : four.lane) lane = offset + lane;
+                ForLanes<4>([&](auto lane) { four.lane[lane] = offset + four.lane[lane]; });
             }
-            if constexpr (std::is_same_v<T, Pixel8> && std::is_same_v<Chooser, TwoLevels>) {
+            if constexpr (std::is_same_v<Chooser, TwoLevels>) {
                 PixelAccess<T>::PutTwoLevels(pixels, chooser.above(four));
             } else {
                 std::uint32_t entries[4];
-                chooser.choose(four, entries);
-                for (std::size_t i = 0; i < 4; ++i) PixelAccess<T>::Put(pixels + i * sizeof(T), colours[entries[i]]);
+                chooser.number(four, entries);
+                ForLanes<4>([&](auto i) { PixelAccess<T>::Put(pixels + i * sizeof(T), colours[entries[i]]); });
             }
         });
     }

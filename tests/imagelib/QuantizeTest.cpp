@@ -149,6 +149,13 @@ TEST_P(QuantizeDepth, EqualsThePlainRulesOnLargerPictures) {
                 if (!equalsThePlainRules({310, 120, GetParam(), mode, dither, 3.0f, false, dither == 6}, kind)) return;
 }
 
+// As many pixels as the finest cells of the palette search take.
+TEST_P(QuantizeDepth, EqualsThePlainRulesOnFullPictures) {
+    equalsThePlainRules({800, 640, GetParam(), 10, 15, 0.5f, false, false}, Kind::noise);
+    equalsThePlainRules({800, 640, GetParam(), 6, 3, 0, false, false}, Kind::ramp);
+    equalsThePlainRules({800, 640, GetParam(), 10, 1, 0, false, false}, Kind::noise);
+}
+
 // Values decide the outcome at the limit itself, and may be anything.
 TEST_P(QuantizeDepth, TakesAnyValue) {
     for (const float value :
