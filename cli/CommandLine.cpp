@@ -11,6 +11,7 @@
 #include "cli/RenderCommand.h"
 #include "cli/TextScanner.h"
 #include "cli/ToolError.h"
+#include "platform/Utf8Path.h"
 
 namespace quillon::cli {
 
@@ -86,6 +87,12 @@ CLI::Option* AddPair(CLI::App& command, const char* option, char separator, int 
     return command.add_option_function<std::string>(option, read, description)->type_name(form);
 }
 
+CLI::Option* AddPath(CLI::App& command, const char* option, std::filesystem::path& path,
+                     const std::string& description) {
+    return command.add_option_function<std::string>(
+        option, [&path](const std::string& text) { path = PathFromUtf8(text); }, description);
+}
+
 void AddSize(CLI::App& command, const char* option, std::uint32_t& width, std::uint32_t& height,
              const std::string& description) {
     AddPair(command, option, 'x', 1, "WIDTHxHEIGHT", "1920x1080", width, height, description);
@@ -130,11 +137,11 @@ void AddRender(CLI::App& app, Run& run) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App& command = *app.add_subcommand("render", kRenderAbout);
     command.footer(kRenderMore);
-    command.add_option("EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
-    command.add_option("-i,--input", options->input, "The picture that the effect is applied to")
+    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    AddPath(command, "-i,--input", options->input, "The picture that the effect is applied to")
         ->required()
         ->type_name("FILE");
-    command.add_option("-o,--output", options->output, "Where the result goes: .png, .exr or .argb")
+    AddPath(command, "-o,--output", options->output, "Where the result goes: .png, .exr or .argb")
         ->required()
         ->type_name("FILE");
     command
@@ -167,7 +174,7 @@ void AddChart(CLI::App& app, Run& run) {
     auto options = std::make_shared<ChartOptions>();
     CLI::App& command = *app.add_subcommand(
         "chart", "Writes a test picture: ramps, patches, fine lines, round shapes, lights and soft transparent parts.");
-    command.add_option("-o,--output", options->output, "Where it goes: .png, .exr or .argb (8 bits)")
+    AddPath(command, "-o,--output", options->output, "Where it goes: .png, .exr or .argb (8 bits)")
         ->required()
         ->type_name("FILE");
     AddSize(command, "--size", options->width, options->height, "Its extent in pixels; default 960x540");
@@ -178,7 +185,7 @@ void AddParams(CLI::App& app, Run& run) {
     auto options = std::make_shared<ParamsOptions>();
     CLI::App& command = *app.add_subcommand(
         "params", "Lists the effect's controls as its host has got them, in the host's order, with every field.");
-    command.add_option("EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
     command.add_flag("--json", options->isJson, "As a JSON array of objects, for programs");
     command.callback([&run, options] { run = [options] { return RunParams(*options); }; });
 }
@@ -190,10 +197,9 @@ void AddPack(CLI::App& app, Run& run) {
         "Makes the module that a host loads, from an effect's folder, and prints its path. What looks wrong in\n"
         "config.xml is told as warnings. Scripts and shaders are taken as they are; render tells what is wrong with\n"
         "them.");
-    command.add_option("FOLDER", options->folder, "The effect's folder")->required()->type_name("");
-    command
-        .add_option("-o,--output", options->output,
-                    "The module: a name that ends in .so for Linux, in .aex for Windows")
+    AddPath(command, "FOLDER", options->folder, "The effect's folder")->required()->type_name("");
+    AddPath(command, "-o,--output", options->output,
+            "The module: a name that ends in .so for Linux, in .aex for Windows")
         ->required()
         ->type_name("MODULE");
     command.callback([&run, options] { run = [options] { return RunPack(*options); }; });

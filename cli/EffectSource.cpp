@@ -9,6 +9,7 @@
 #include "cli/SourceChecks.h"
 #include "packer/PackageError.h"
 #include "packer/PackageReader.h"
+#include "platform/Utf8Path.h"
 
 namespace quillon::cli {
 
@@ -41,7 +42,7 @@ std::string EffectSource::textOf(std::string_view name) const {
 
 std::string EffectSource::pathOf(std::string_view name) const {
     const PackageFile* file = find(name);
-    return (path / (file ? std::string_view(file->name) : name))
+    return (path / PathFromUtf8(file ? std::string_view(file->name) : name))
         .generic_string();  // one form for editors on every system
 }
 

@@ -6,6 +6,7 @@
 
 #include "cli/TextScanner.h"
 #include "cli/ToolError.h"
+#include "platform/Utf8Path.h"
 
 namespace quillon::cli {
 
@@ -66,7 +67,7 @@ std::optional<FramePattern> FindFramePattern(const std::filesystem::path& path) 
 std::filesystem::path PathOfFrame(const std::filesystem::path& path, std::int32_t frame) {
     const std::optional<FramePattern> pattern = FindFramePattern(path);
     if (!pattern) return path;
-    return fmt::format("{}{:0{}}{}", pattern->before, frame, pattern->digits, pattern->after);
+    return PathFromUtf8(fmt::format("{}{:0{}}{}", pattern->before, frame, pattern->digits, pattern->after));
 }
 
 }  // namespace quillon::cli

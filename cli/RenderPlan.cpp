@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "cli/ToolError.h"
+#include "platform/Utf8Path.h"
 
 namespace quillon::cli {
 
@@ -52,7 +53,7 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
         auto [name, file] = SplitAssignment("--layer", text);
         checkInput(file);
         hasRaw = hasRaw || IsRawPicture(file);
-        layers.push_back({name, PictureSource(file, layout, options.downsample)});
+        layers.push_back({name, PictureSource(PathFromUtf8(file), layout, options.downsample)});
     }
     if (layout.width != 0 && !hasRaw) {
         throw WrongCommandLine("--size is for .argb pictures; others know their size");

@@ -6,7 +6,7 @@
 #include <vector>
 
 // What the tool needs of the system and does not find in the language. Narrow text, names of files too, is UTF-8
-// inside the tool on every system.
+// inside the tool on every system, see Utf8Path.h.
 
 namespace quillon::cli {
 

@@ -64,8 +64,10 @@ std::vector<std::byte> ReadWholeFile(const fs::path& path) {
 }
 
 void WriteWholeFile(const fs::path& path, std::span<const std::byte> bytes) {
-    fs::path temporary = path;
-    temporary.replace_filename(fmt::format(".{}.{:08x}", path.filename().string(), std::random_device{}()));
+    fs::path name = ".";
+    name += path.filename();
+    name += fmt::format(".{:08x}", std::random_device{}());
+    const fs::path temporary = path.parent_path() / name;
     errno = 0;
     File file(OpenFile(temporary, "wbx"));
     if (!file) throw CannotWrite(path, errno);

@@ -17,7 +17,8 @@ std::vector<PackageFile> ReadEffectFolder(const std::filesystem::path& folder) {
             const std::string name = entry.path().filename().string();
             if (name.starts_with('.')) continue;
             if (entry.is_directory())
-                throw PackageError(entry.path().generic_string() + ": a folder; an effect's folder is flat, move its files up");
+                throw PackageError(entry.path().generic_string() +
+                                   ": a folder; an effect's folder is flat, move its files up");
             files.push_back({name, ReadWholeFile(entry.path())});
         }
     } catch (const std::filesystem::filesystem_error& error) {

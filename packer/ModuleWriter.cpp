@@ -40,9 +40,12 @@ void appendPackage(std::vector<std::byte>& module, std::span<const std::byte> sc
 // A file beside the output, gone again unless it takes the output's place.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const fs::path& output)
-        : path(output.parent_path() /
-               ("." + output.filename().string() + "." + std::to_string(std::random_device{}()) + ".tmp")) {}
+    explicit TemporaryFile(const fs::path& output) : path(output) {
+        fs::path name = ".";
+        name += output.filename();
+        name += "." + std::to_string(std::random_device{}()) + ".tmp";
+        path.replace_filename(name);
+    }
     ~TemporaryFile() {
         std::error_code ignored;
         fs::remove(path, ignored);
@@ -50,7 +53,7 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    const fs::path path;
+    fs::path path;
 };
 
 }  // namespace

@@ -6,9 +6,6 @@
 #include <io.h>
 #include <shellapi.h>
 
-#include <codecvt>
-#include <locale>
-
 #include "cli/ModuleKind.h"
 
 namespace quillon::cli {
@@ -30,8 +27,6 @@ std::string Utf8(const wchar_t* text) {
 }  // namespace
 
 void PrepareProcess() {
-    // The conversion by which std::filesystem::path reads narrow text; the C library here knows no UTF-8.
-    std::locale::global(std::locale(std::locale::classic(), new std::codecvt_utf8_utf16<wchar_t>));
     SetConsoleOutputCP(CP_UTF8);
     // Results and words are the same bytes on every system.
     _setmode(_fileno(stdout), _O_BINARY);

@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <filesystem>
 
 #include "ToolTest.h"
@@ -44,6 +46,22 @@ TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderTellsOfTheModule) {
                      {"a.frag", "void main() {\n  x;\n}"}});
     ASSERT_EQ(run(pack).err, "");
     EXPECT_EQ(run(render, "LIBGL_ALWAYS_SOFTWARE=1").err, fx + "/a.frag:2: error: `x' undeclared [shader]\n");
+}
+
+TEST_F(Pack, NamesOutsideAsciiArePassedThrough) {
+    const std::string name = "\xC3\xA9 \xE6\xBC\xA2", packed = module(name);
+    addEffect(name, {{"fx.js", CopyScript(/*flip=*/true)}, {"copy.frag", kCopyFragment}});
+    writeSamples<std::uint8_t>(name + ".argb", {255, 1, 2, 3});
+    const std::string input = "\" -i \"" + name + ".argb\" --size 1x1 --depth 8 -o \"" + name;
+    EXPECT_EQ(run("pack \"" + name + "\" -o \"" + packed + "\"").out, packed + "\n");
+    EXPECT_EQ(run("render \"" + name + input + "1.argb\"").out, name + "1.argb\n");
+    EXPECT_EQ(run("render \"" + packed + input + "##.argb\" --frames 2-2").out, name + "02.argb\n");
+    EXPECT_EQ(readFile(name + "1.argb"), readFile(name + ".argb"));
+    EXPECT_EQ(readFile(name + "02.argb"), readFile(name + ".argb"));
+    EXPECT_THAT(list(), testing::UnorderedElementsAre(name, packed, name + ".argb", name + "1.argb", name + "02.argb"));
+    writeFile(name + "/" + name + ".frag", "");
+    addEffect(name, {{"fx.js", "function setup() { QL_initShader('" + name + "'); } function draw() {}"}});
+    EXPECT_EQ(run("render \"" + name + input + "1.argb\"").err.rfind(name + "/" + name + ".frag: error: ", 0), 0u);
 }
 
 TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
@@ -192,17 +210,19 @@ TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {
     writeFile(none, "no package and no module");
     WriteModule(pathOf(broken), good, std::vector<std::byte>(100));
 #if defined(_WIN32)
-    const auto image = WindowsImage().bytes();  // nothing that runs
+    const auto image = WindowsImage().bytes();  // sound, and empty
     writeFile("template", {reinterpret_cast<const char*>(image.data()), image.size()});
+    const char* const refusal = ": is no effect: ";
 #else
     writeFile("template", "no module");
+    const char* const refusal = ": cannot be loaded as an effect: ";
 #endif
     WriteModule(pathOf(text), pathOf("template"), Scramble(WriteArchive(ReadPackage(good))));
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
     const std::pair<std::string, std::string> kRows[] = {
         {none, none + ": error: carries no package"},
         {broken, broken + ": error: its package is damaged; pack the effect again [package]\n"},
-        {text, "quillon: error: " + text + ": cannot be loaded as an effect: "}};
+        {text, "quillon: error: " + text + refusal}};
     for (const auto& [name, words] : kRows) {
         for (const std::string& command :
              {"params " + name, "render " + name + " -i in.argb --size 1x1 --depth 8 -o out.png"}) {

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "RunCommand.h"
+#include "platform/Utf8Path.h"
 
 namespace quillon::test {
 
@@ -17,7 +18,7 @@ ToolRun ToolTest::run(const std::string& arguments, const std::string& environme
 }
 
 void ToolTest::addEffect(const std::string& name, const Files& files) const {
-    std::filesystem::create_directories(folder.path() / name);
+    std::filesystem::create_directories(folder.path() / PathFromUtf8(name));
     writeFile(name + "/config.xml", kConfig);
     for (const auto& [fileName, content] : files) writeFile(name + "/" + fileName, content);
 }
@@ -27,12 +28,12 @@ void ToolTest::addCopyEffect() const {
 }
 
 void ToolTest::writeFile(const std::string& name, const std::string& content) const {
-    std::ofstream(folder.path() / name, std::ios::binary) << content;
+    std::ofstream(folder.path() / PathFromUtf8(name), std::ios::binary) << content;
 }
 
 std::string ToolTest::readFile(const std::string& name) const {
     std::ostringstream content;
-    content << std::ifstream(folder.path() / name, std::ios::binary).rdbuf();
+    content << std::ifstream(folder.path() / PathFromUtf8(name), std::ios::binary).rdbuf();
     return content.str();
 }
 

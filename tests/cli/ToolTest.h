@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/ModuleKind.h"
+#include "platform/Utf8Path.h"
 #include "support/EngineTest.h"
 #include "support/TestEffect.h"
 
@@ -32,7 +33,7 @@ protected:
 
     void writeFile(const std::string& name, const std::string& content) const;
     std::string readFile(const std::string& name) const;
-    bool exists(const std::string& name) const { return std::filesystem::exists(folder.path() / name); }
+    bool exists(const std::string& name) const { return std::filesystem::exists(folder.path() / PathFromUtf8(name)); }
     // Names in the folder, sorted.
     std::vector<std::string> list() const;
 
@@ -53,7 +54,7 @@ protected:
 
     std::string tool = QUILLON_TOOL;
 
-    std::string pathOf(const std::string& name) const { return (folder.path() / name).string(); }
+    std::string pathOf(const std::string& name) const { return (folder.path() / PathFromUtf8(name)).string(); }
 
 private:
     TemporaryFolder folder;

@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "packer/PackageError.h"
+#include "platform/Utf8Path.h"
 #include "support/TestEffect.h"
 
 namespace quillon::test {
@@ -21,7 +22,7 @@ void Write(const fs::path& path, const std::string& content) {
 TEST(EffectFolderTest, GivesItsFilesSortedWithoutTheHiddenOnes) {
     const TemporaryFolder folder;
     for (const char* name : {"fx.js", "b.frag", "Z.png", ".hidden", "a.frag", "\xC3\xA9.png"})
-        Write(folder.path() / name, std::string("of ") + name + '\0');
+        Write(folder.path() / PathFromUtf8(name), std::string("of ") + name + '\0');
     fs::create_directory(folder.path() / ".git");
     Write(folder.path() / "empty", "");
 
