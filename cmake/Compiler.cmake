@@ -32,8 +32,10 @@ endif()
 
 find_program(QUILLON_CCACHE ccache)
 if(QUILLON_CCACHE)
-    set(CMAKE_C_COMPILER_LAUNCHER ${QUILLON_CCACHE})
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLON_CCACHE})
+    # What was compiled for one clone of the repository serves the others.
+    set(launcher env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=true ${QUILLON_CCACHE})
+    set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
 # The warnings for our own code; third-party sources are compiled without them.

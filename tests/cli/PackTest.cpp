@@ -55,7 +55,8 @@ TEST_F(Pack, NamesOutsideAsciiArePassedThrough) {
     const std::string input = "\" -i \"" + name + ".argb\" --size 1x1 --depth 8 -o \"" + name;
     EXPECT_EQ(run("pack \"" + name + "\" -o \"" + packed + "\"").out, packed + "\n");
     EXPECT_EQ(run("render \"" + name + input + "1.argb\"").out, name + "1.argb\n");
-    EXPECT_EQ(run("render \"" + packed + input + "##.argb\" --frames 2-2").out, name + "02.argb\n");
+    const ToolRun second = run("render \"" + packed + input + "##.argb\" --frames 2-2");
+    EXPECT_EQ(second.out, name + "02.argb\n") << second.status << second.err;
     EXPECT_EQ(readFile(name + "1.argb"), readFile(name + ".argb"));
     EXPECT_EQ(readFile(name + "02.argb"), readFile(name + ".argb"));
     EXPECT_THAT(list(), testing::UnorderedElementsAre(name, packed, name + ".argb", name + "1.argb", name + "02.argb"));

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "ToolTest.h"
+#include "support/BuiltFiles.h"
 
 namespace quillon::test {
 
@@ -23,7 +24,7 @@ using ReadmeExample = ToolTest;
 
 TEST_F(ReadmeExample, WarmsAPictureAsThePageSays) {
     std::ostringstream page;
-    page << std::ifstream(QUILLON_SOURCE "/README.md").rdbuf();
+    page << std::ifstream(sourceFolder() / "README.md").rdbuf();
     addEffect("tint", {{"fx.js", fenced(page.str(), "js")},
                        {"tint.frag", fenced(page.str(), "glsl")},
                        {"config.xml", fenced(page.str(), "xml")}});

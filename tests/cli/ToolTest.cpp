@@ -10,8 +10,7 @@
 namespace quillon::test {
 
 ToolRun ToolTest::run(const std::string& arguments, const std::string& environment) const {
-    ToolRun result{runCommand(folder.path(), environment, tool, arguments + " >.out 2>.err"), readFile(".out"),
-                   readFile(".err")};
+    ToolRun result{runCommand(folder.path(), environment, tool, arguments), readFile(".out"), readFile(".err")};
     std::filesystem::remove(folder.path() / ".out");
     std::filesystem::remove(folder.path() / ".err");
     return result;

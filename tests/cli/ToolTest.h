@@ -9,6 +9,7 @@
 
 #include "cli/ModuleKind.h"
 #include "platform/Utf8Path.h"
+#include "support/BuiltFiles.h"
 #include "support/EngineTest.h"
 #include "support/TestEffect.h"
 
@@ -52,7 +53,7 @@ protected:
     // A module that this system loads.
     static std::string module(const std::string& name) { return name + cli::kOwnModuleKind.ending; }
 
-    std::string tool = QUILLON_TOOL;
+    std::string tool = toolProgram().string();
 
     std::string pathOf(const std::string& name) const { return (folder.path() / PathFromUtf8(name)).string(); }
 

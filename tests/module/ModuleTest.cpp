@@ -6,6 +6,7 @@
 
 #include "host/HostSession.h"
 #include "packer/ModuleWriter.h"
+#include "support/BuiltFiles.h"
 #include "support/EngineTest.h"
 #include "support/Pixels.h"
 
@@ -21,7 +22,7 @@ protected:
     // A module of its own file name, since the loader gives the same file out once only.
     host::EffectModule pack(std::span<const std::byte> package) {
         const std::filesystem::path path = folder.path() / ("effect" + std::to_string(++count) + ".module");
-        WriteModule(path, QUILLON_MODULE, package);
+        WriteModule(path, templateModule(), package);
         return host::EffectModule(path);
     }
     host::EffectModule pack(const std::string& script, const Files& more = {}) {
@@ -115,7 +116,7 @@ using ModuleDeathTest = Module;
 
 TEST_F(ModuleDeathTest, WithoutAPackageTheProcessEndsAtTheStart) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-    const host::EffectModule module{std::filesystem::path(QUILLON_MODULE)};
+    const host::EffectModule module{templateModule()};
     EXPECT_DEATH(HostSession(module).globalSetup(), "");
 }
 

@@ -8,6 +8,7 @@
 #include "host/ModuleLoading.h"
 #include "package/FileAccess.h"
 #include "packer/Archive.h"
+#include "support/BuiltFiles.h"
 #include "support/EndOfProcess.h"
 #include "support/TestEffect.h"
 
@@ -115,7 +116,7 @@ TEST_F(BlobReaderTest, TakesTheNextPackageWhenLoadedAgain) {
 TEST_F(BlobReaderTest, EndsTheProcessWithoutAPackage) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     std::string reason;
-    void* const absent = host::loadModule(QUILLON_CARRIER, reason);
+    void* const absent = host::loadModule(carrierModule(), reason);
     const TestModule empty(std::span<const std::byte>{});
     EXPECT_EXIT(BlobReader::Load(absent), endedOnPurpose, "");
     EXPECT_EXIT(BlobReader::Load(empty.module()), endedOnPurpose, "");

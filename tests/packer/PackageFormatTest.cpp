@@ -10,6 +10,7 @@
 #include "package/FileAccess.h"
 #include "packer/Archive.h"
 #include "packer/ModuleWriter.h"
+#include "support/BuiltFiles.h"
 #include "support/TestEffect.h"
 
 namespace quillon::test {
@@ -19,7 +20,7 @@ using Bytes = std::vector<std::byte>;
 
 // The dumps of the page by the name behind their fence.
 std::map<std::string, Bytes> DumpsOfThePage() {
-    std::ifstream page(std::filesystem::path(QUILLON_SOURCE) / "docs" / "package-format.md");
+    std::ifstream page(sourceFolder() / "docs" / "package-format.md");
     std::map<std::string, Bytes> dumps;
     std::string line, name;
     while (std::getline(page, line)) {

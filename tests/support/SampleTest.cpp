@@ -6,6 +6,7 @@
 
 #include "packer/EffectFolder.h"
 #include "script/Scripting.h"
+#include "support/BuiltFiles.h"
 #include "support/Pixels.h"
 
 namespace quillon::test {
@@ -50,7 +51,7 @@ void SampleTest::load(const std::string& name) {
     Scripting::SetErrorObserver(fail);
     Files files;
     std::string script;
-    for (const PackageFile& file : ReadEffectFolder(std::filesystem::path(QUILLON_SOURCE) / "effects" / name)) {
+    for (const PackageFile& file : ReadEffectFolder(sourceFolder() / "effects" / name)) {
         const std::string content(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
         if (file.name == "fx.js")
             script = content;

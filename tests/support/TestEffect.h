@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/TemporaryFolder.h"
+#include "support/BuiltFiles.h"
 
 namespace quillon::test {
 
@@ -21,7 +22,7 @@ std::vector<std::byte> ScrambledPackage(const Files& files);
 class TestModule {
 public:
     explicit TestModule(std::span<const std::byte> scrambledPackage,
-                        const std::filesystem::path& templateModule = QUILLON_CARRIER);
+                        const std::filesystem::path& templateModule = carrierModule());
     ~TestModule();
     TestModule(const TestModule&) = delete;
     TestModule& operator=(const TestModule&) = delete;
@@ -37,7 +38,7 @@ private:
 // An effect as a loaded module.
 class TestEffect : public TestModule {
 public:
-    explicit TestEffect(const Files& files, const std::filesystem::path& templateModule = QUILLON_CARRIER)
+    explicit TestEffect(const Files& files, const std::filesystem::path& templateModule = carrierModule())
         : TestModule(ScrambledPackage(files), templateModule) {}
 };
 

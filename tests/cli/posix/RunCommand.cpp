@@ -8,8 +8,8 @@ namespace quillon::test {
 
 int runCommand(const std::filesystem::path& folder, const std::string& environment, const std::string& program,
                const std::string& arguments) {
-    const std::string command =
-        "cd '" + folder.string() + "' && " + environment + " '" + program + "' " + arguments + " </dev/null";
+    const std::string command = "cd '" + folder.string() + "' && " + environment + " '" + program + "' " + arguments +
+                                " </dev/null >.out 2>.err";
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/ModuleLoading.h"
+#include "support/BuiltFiles.h"
 
 namespace quillon::test {
 namespace {
@@ -15,7 +16,7 @@ class ModuleFile : public ::testing::Test {
 protected:
     void SetUp() override {
         std::string reason;
-        image = static_cast<const std::byte*>(host::loadModule(QUILLON_MODULE, reason));
+        image = static_cast<const std::byte*>(host::loadModule(templateModule(), reason));
         ASSERT_TRUE(image) << reason;
     }
 

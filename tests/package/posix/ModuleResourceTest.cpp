@@ -9,6 +9,7 @@
 
 #include "host/ModuleLoading.h"
 #include "platform/TemporaryFolder.h"
+#include "support/BuiltFiles.h"
 
 namespace quillon::test {
 namespace {
@@ -18,7 +19,7 @@ class LoadedModule {
 public:
     explicit LoadedModule(const std::string& bytesBehindImage) {
         const std::filesystem::path path = folder.path() / "module.so";
-        std::filesystem::copy_file(QUILLON_CARRIER, path);
+        std::filesystem::copy_file(carrierModule(), path);
         std::ofstream(path, std::ios::binary | std::ios::app) << bytesBehindImage;
         std::string reason;
         module = host::loadModule(path, reason);
@@ -49,7 +50,7 @@ std::optional<std::string> ResourceOf(void* module) {
 }
 
 TEST(ModuleResourceTest, TellsAbsentEmptyAndPresentApart) {
-    const auto imageBytes = static_cast<std::uint32_t>(std::filesystem::file_size(QUILLON_CARRIER));
+    const auto imageBytes = static_cast<std::uint32_t>(std::filesystem::file_size(carrierModule()));
     const struct {
         const char* name;
         std::string behindImage;

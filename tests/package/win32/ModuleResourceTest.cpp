@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/ModuleLoading.h"
+#include "support/BuiltFiles.h"
 #include "support/TestEffect.h"
 
 namespace quillon::test {
@@ -12,7 +13,7 @@ namespace {
 
 TEST(ModuleResourceTest, TellsAbsentEmptyAndPresentApart) {
     std::string reason;
-    void* const carrier = host::loadModule(QUILLON_CARRIER, reason);
+    void* const carrier = host::loadModule(carrierModule(), reason);
     ASSERT_TRUE(carrier) << reason;
     EXPECT_FALSE(ReadModuleResource(carrier));
     host::unloadModule(carrier);
