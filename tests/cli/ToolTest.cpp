@@ -9,11 +9,19 @@
 
 namespace quillon::test {
 
+namespace {
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+}
+
+}  // namespace
+
 ToolRun ToolTest::run(const std::string& arguments, const std::string& environment) const {
-    ToolRun result{runCommand(folder.path(), environment, tool, arguments), readFile(".out"), readFile(".err")};
-    std::filesystem::remove(folder.path() / ".out");
-    std::filesystem::remove(folder.path() / ".err");
-    return result;
+    const int status = runCommand(folder.path(), printed.path(), environment, tool, arguments);
+    return {status, contentOf(printed.path() / "out"), contentOf(printed.path() / "err")};
 }
 
 void ToolTest::addEffect(const std::string& name, const Files& files) const {
@@ -31,9 +39,7 @@ void ToolTest::writeFile(const std::string& name, const std::string& content) co
 }
 
 std::string ToolTest::readFile(const std::string& name) const {
-    std::ostringstream content;
-    content << std::ifstream(folder.path() / PathFromUtf8(name), std::ios::binary).rdbuf();
-    return content.str();
+    return contentOf(folder.path() / PathFromUtf8(name));
 }
 
 std::vector<std::string> ToolTest::list() const {

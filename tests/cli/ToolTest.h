@@ -59,6 +59,7 @@ protected:
 
 private:
     TemporaryFolder folder;
+    TemporaryFolder printed;
 };
 
 }  // namespace quillon::test

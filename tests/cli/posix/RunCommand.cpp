@@ -6,10 +6,11 @@
 
 namespace quillon::test {
 
-int runCommand(const std::filesystem::path& folder, const std::string& environment, const std::string& program,
-               const std::string& arguments) {
+int runCommand(const std::filesystem::path& folder, const std::filesystem::path& printed,
+               const std::string& environment, const std::string& program, const std::string& arguments) {
     const std::string command = "cd '" + folder.string() + "' && " + environment + " '" + program + "' " + arguments +
-                                " </dev/null >.out 2>.err";
+                                " </dev/null >'" + (printed / "out").string() + "' 2>'" + (printed / "err").string() +
+                                "'";
     const int status = std::system(command.c_str());
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }

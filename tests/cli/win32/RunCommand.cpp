@@ -31,13 +31,13 @@ private:
 }  // namespace
 
 // Without the system's shell, which would take part of the words for itself.
-int runCommand(const std::filesystem::path& folder, const std::string& environment, const std::string& program,
-               const std::string& arguments) {
+int runCommand(const std::filesystem::path& folder, const std::filesystem::path& printed,
+               const std::string& environment, const std::string& program, const std::string& arguments) {
     const std::wstring name = PathFromUtf8(program).make_preferred().wstring();
     std::wstring command = L"\"" + name + L"\" " + PathFromUtf8(arguments).wstring();
     const InheritedFile input("NUL", GENERIC_READ, OPEN_EXISTING);
-    const InheritedFile output(folder / ".out", GENERIC_WRITE, CREATE_ALWAYS);
-    const InheritedFile words(folder / ".err", GENERIC_WRITE, CREATE_ALWAYS);
+    const InheritedFile output(printed / "out", GENERIC_WRITE, CREATE_ALWAYS);
+    const InheritedFile words(printed / "err", GENERIC_WRITE, CREATE_ALWAYS);
 
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
