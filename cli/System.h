@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -21,8 +20,5 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 
 // The file that this program was started from.
 std::filesystem::path ProgramFile();
-
-// fopen() for any name; `mode` is ASCII.
-std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
 
 }  // namespace quillon::cli

@@ -2,42 +2,21 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <memory>
-#include <random>
+#include <fstream>
 #include <string>
 #include <system_error>
 
-#include "cli/System.h"
 #include "cli/ToolError.h"
+#include "packer/WholeFile.h"
 
 namespace quillon::cli {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-// Gone at the end of the scope unless it was renamed.
-struct TemporaryName {
-    fs::path path;
-    ~TemporaryName() {
-        std::error_code ignored;
-        fs::remove(path, ignored);
-    }
-};
-
-// `error` is an errno, or 0 when the system gave no reason.
-ToolError CannotWrite(const fs::path& path, int error) {
-    return Fault(fmt::format("{}: cannot be written: {}; choose another place with -o", path.string(),
-                             error != 0 ? std::strerror(error) : "no reason was given"));
-}
 
 }  // namespace
 
@@ -47,16 +26,15 @@ std::vector<std::byte> ReadWholeFile(const fs::path& path) {
         throw Fault(fmt::format("{}: is a folder; a file is needed here", path.string()));
     }
     errno = 0;
-    const File file(OpenFile(path, "rb"));
+    std::ifstream file(path, std::ios::binary);
     std::vector<std::byte> bytes;
     std::size_t filled = 0;
     while (file) {
         bytes.resize(filled + std::max<std::size_t>(filled, 1 << 16));
-        const std::size_t count = std::fread(bytes.data() + filled, 1, bytes.size() - filled, file.get());
-        filled += count;
-        if (count == 0) break;
+        file.read(reinterpret_cast<char*>(bytes.data() + filled), static_cast<std::streamsize>(bytes.size() - filled));
+        filled += static_cast<std::size_t>(file.gcount());
     }
-    if (!file || std::ferror(file.get())) {
+    if (!file.is_open() || file.bad()) {
         throw Fault(fmt::format("{}: cannot be read: {}; check the name", path.string(), std::strerror(errno)));
     }
     bytes.resize(filled);
@@ -64,20 +42,10 @@ std::vector<std::byte> ReadWholeFile(const fs::path& path) {
 }
 
 void WriteWholeFile(const fs::path& path, std::span<const std::byte> bytes) {
-    fs::path name = ".";
-    name += path.filename();
-    name += fmt::format(".{:08x}", std::random_device{}());
-    const fs::path temporary = path.parent_path() / name;
-    errno = 0;
-    File file(OpenFile(temporary, "wbx"));
-    if (!file) throw CannotWrite(path, errno);
-    const TemporaryName guard{temporary};
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    if (!written || std::fflush(file.get()) != 0) throw CannotWrite(path, errno);
-    if (std::fclose(file.release()) != 0) throw CannotWrite(path, errno);
-    std::error_code renamed;
-    fs::rename(temporary, path, renamed);
-    if (renamed) throw CannotWrite(path, renamed.value());
+    if (const std::error_code error = quillon::WriteWholeFile(path, bytes)) {
+        throw Fault(
+            fmt::format("{}: cannot be written: {}; choose another place with -o", path.string(), error.message()));
+    }
 }
 
 }  // namespace quillon::cli

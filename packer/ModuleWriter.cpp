@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
-#include <random>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "packer/PackageError.h"
@@ -37,25 +36,6 @@ void appendPackage(std::vector<std::byte>& module, std::span<const std::byte> sc
     module.insert(module.end(), trailer.begin(), trailer.end());
 }
 
-// A file beside the output, gone again unless it takes the output's place.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const fs::path& output) : path(output) {
-        fs::path name = ".";
-        name += output.filename();
-        name += "." + std::to_string(std::random_device{}()) + ".tmp";
-        path.replace_filename(name);
-    }
-    ~TemporaryFile() {
-        std::error_code ignored;
-        fs::remove(path, ignored);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    fs::path path;
-};
-
 }  // namespace
 
 void WriteModule(const fs::path& output, const fs::path& templateModule, std::span<const std::byte> scrambledPackage,
@@ -72,17 +52,10 @@ void WriteModule(const fs::path& output, const fs::path& templateModule, std::sp
         }
     }
 
-    const TemporaryFile temporary(output);
-    std::ofstream file(temporary.path, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(module.data()), static_cast<std::streamsize>(module.size()));
-    file.close();
-    if (!file) throw PackageError(output.string() + ": cannot be written; see the folder and the space left");
-    try {
-        fs::permissions(temporary.path, fs::status(templateModule).permissions());
-        fs::rename(temporary.path, output);
-    } catch (const fs::filesystem_error& error) {
-        throw PackageError(output.string() + ": cannot be written; " + error.code().message());
-    }
+    std::error_code error;
+    const fs::perms permissions = fs::status(templateModule, error).permissions();
+    if (!error) error = WriteWholeFile(output, module, permissions);
+    if (error) throw PackageError(output.string() + ": cannot be written; " + error.message());
 }
 
 }  // namespace quillon

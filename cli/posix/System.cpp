@@ -37,8 +37,4 @@ std::filesystem::path ProgramFile() {
     return std::filesystem::read_symlink("/proc/self/exe", ignored);
 }
 
-std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
-    return std::fopen(path.c_str(), mode);
-}
-
 }  // namespace quillon::cli

@@ -6,6 +6,8 @@
 #include <io.h>
 #include <shellapi.h>
 
+#include <cstdio>
+
 #include "cli/ModuleKind.h"
 
 namespace quillon::cli {
@@ -57,10 +59,6 @@ std::filesystem::path ProgramFile() {
         }
         name.resize(2 * name.size());
     }
-}
-
-std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
-    return _wfopen(path.c_str(), std::wstring(mode, mode + std::char_traits<char>::length(mode)).c_str());
 }
 
 }  // namespace quillon::cli
