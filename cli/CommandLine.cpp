@@ -6,6 +6,7 @@
 #include <map>
 
 #include "cli/ChartCommand.h"
+#include "cli/CheckCommand.h"
 #include "cli/PackCommand.h"
 #include "cli/ParamsCommand.h"
 #include "cli/RenderCommand.h"
@@ -27,6 +28,7 @@ constexpr const char* kAbout =
     "\n"
     "  quillon chart -o chart.png\n"
     "  quillon render effects/glow -i chart.png -o glow.png\n"
+    "  quillon check effects/glow\n"
     "  quillon pack effects/glow -o glow.so\n"
     "\n"
     "Results go to standard output, words to standard error. Exit status: 0 when all went well, 1 when the effect\n"
@@ -190,6 +192,16 @@ void AddParams(CLI::App& app, Run& run) {
     command.callback([&run, options] { run = [options] { return RunParams(*options); }; });
 }
 
+void AddCheck(CLI::App& app, Run& run) {
+    auto options = std::make_shared<CheckOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "check",
+        "Tells what is wrong with an effect, with file and line: in its files, its config.xml, its script and its\n"
+        "shaders, up to a frame at 8, 16 and 32 bits with its controls at their defaults.");
+    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    command.callback([&run, options] { run = [options] { return RunCheck(*options); }; });
+}
+
 void AddPack(CLI::App& app, Run& run) {
     auto options = std::make_shared<PackOptions>();
     CLI::App& command = *app.add_subcommand(
@@ -214,6 +226,7 @@ int RunCommandLine(std::vector<std::string> arguments) {
     app.require_subcommand(0, 1);
     AddRender(app, run);
     AddParams(app, run);
+    AddCheck(app, run);
     AddPack(app, run);
     AddChart(app, run);
     try {

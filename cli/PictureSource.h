@@ -15,6 +15,9 @@ struct PictureExtent {
     std::uint32_t height = 0;
 };
 
+// The picture in a host's memory at this depth, at 1/n of its size.
+std::shared_ptr<host::World> WorldOf(Picture picture, std::uint32_t bitDepth, std::uint32_t n = 1);
+
 // The pictures of an input or a layer: a file a frame, or one file for all, which is read once.
 class PictureSource {
 public:

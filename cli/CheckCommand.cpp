@@ -1,0 +1,42 @@
+#include "cli/CheckCommand.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "cli/Chart.h"
+#include "cli/EffectDescription.h"
+#include "cli/IdentityChecks.h"
+#include "cli/LoadedEffect.h"
+
+namespace quillon::cli {
+
+namespace {
+
+// Large enough for what an effect divides its picture into.
+constexpr PictureExtent kExtent = {256, 144};
+
+}  // namespace
+
+int RunCheck(const CheckOptions& options) {
+    EffectSource source = ReadEffectSource(options.effect);
+    ThrowIfAny(CheckSource(source));
+    for (const Diagnostic& warning : CheckIdentity(source)) fmt::print(stderr, "{}\n", FormatDiagnostic(warning));
+    DescribeEffect(source);  // throws what hosts would not take
+
+    host::HostSettings settings;
+    settings.compWidth = static_cast<A_long>(kExtent.width);
+    settings.compHeight = static_cast<A_long>(kExtent.height);
+    LoadedEffect effect(std::move(source), settings);
+    const Picture chart = DrawChart(kExtent.width, kExtent.height);
+    for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
+        FrameInput input;
+        input.picture = WorldOf(chart, bitDepth);
+        input.fullExtent = kExtent;
+        effect.render(input);
+    }
+    fmt::print("{}: nothing wrong\n", options.effect.string());
+    return 0;
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,48 @@
+#include "ToolTest.h"
+
+namespace quillon::test {
+
+namespace {
+
+using Check = ToolTest;
+
+TEST_F(Check, TellsTheFirstStageThatGoesWrong) {
+    const struct {
+        Files files;
+        const char* words;
+    } kRows[] = {
+        {{}, "fx/fx.js: error: no such file; every effect needs one [package]\n"},
+        {{{"config.xml", "<A>"}, {"fx.js", ""}}, "fx/config.xml:1: error: not XML as effects need"},
+        {{{"config.xml", "<FXNAME>n</FXNAME>\n<CATEGORY>a category of far too many letters</CATEGORY>"}, {"fx.js", ""}},
+         "fx/config.xml:2: error: CATEGORY: 'a category of far too many letters' has 34 bytes"},
+        {{{"fx.js", "function setup() {}\nfunction draw() { x; }"}},
+         "fx/fx.js:2: error: draw: ReferenceError: identifier 'x' undefined [script]\n"},
+        {{{"fx.js",
+           "var s; function setup() {}\nfunction draw() {\n  if (QL_getSurfaceDim(QL_getSequenceRT())[2] === 32) "
+           "x;\n}"}},
+         "fx/fx.js:3: error: draw: ReferenceError: identifier 'x' undefined [script]\n"},
+    };
+    for (const auto& [files, words] : kRows) {
+        std::filesystem::remove_all(pathOf("fx"));
+        addEffect("fx", files);
+        const ToolRun result = run("check fx");
+        EXPECT_NE(("\n" + result.err).find(std::string("\n") + words), std::string::npos) << result.err;
+        EXPECT_EQ(result.status, 1) << words;
+        EXPECT_EQ(result.out, "") << words;
+    }
+}
+
+TEST_F(Check, FindsNothingInWhatIsSoundAndLeavesNothingBehind) {
+    addCopyEffect();
+    ASSERT_EQ(run("pack copy -o " + module("copy")).status, 0);
+    for (const std::string& effect : {std::string("copy"), module("copy")}) {
+        const ToolRun result = run("check " + effect);
+        EXPECT_EQ(result.out, effect + ": nothing wrong\n") << result.err;
+        EXPECT_EQ(result.status, 0);
+    }
+    EXPECT_EQ(list(), (std::vector<std::string>{"copy", module("copy")}));
+}
+
+}  // namespace
+
+}  // namespace quillon::test
