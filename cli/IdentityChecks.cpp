@@ -103,7 +103,7 @@ private:
 
     void checkNumber(const Key& key, const Node& node) {
         const std::string value(node.value(), node.value_size());
-        const long number = std::strtol(value.c_str(), nullptr, 10);
+        const long long number = std::strtoll(value.c_str(), nullptr, 10);  // a long has 32 bits on Windows
         if (!IsDecimal(value)) {
             warn(&node, fmt::format("{}: \"{}\" is no decimal number; it is read as {}", key.name, value, number));
         }
