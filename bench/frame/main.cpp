@@ -17,25 +17,11 @@
 #include "ModuleFrame.h"
 #include "engine/AEQuillon2.h"
 #include "imagelib/HostRange.h"
-#include "support/TestEffect.h"
+#include "support/EngineTest.h"
 
 namespace quillon::bench {
 
 namespace {
-
-constexpr const char* kScript =
-    "var copy;\n"
-    "function setup() { copy = QL_initShader('copy'); }\n"
-    "function draw() {\n"
-    "  var input = QL_getSequenceTexture();\n"
-    "  QL_setTextureParam(input, QL_GL.TEXTURE_MIN_FILTER, QL_GL.NEAREST);\n"
-    "  QL_setTextureParam(input, QL_GL.TEXTURE_MAG_FILTER, QL_GL.NEAREST);\n"
-    "  QL_setShaderParamVal(copy, 'picture', input);\n"
-    "  QL_renderShader(copy, QL_getSequenceRT(), false);\n"
-    "}\n";
-constexpr const char* kFragment =
-    "uniform sampler2D picture;\n"
-    "void main() { gl_FragColor = texture2D(picture, gl_TexCoord[0].st); }\n";
 
 struct Case {
     FrameSize size;
@@ -144,9 +130,8 @@ bool measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
 
 int main() {
     using namespace quillon;
-    const test::Files files = {{"fx.js", bench::kScript},
-                               {"copy.frag", bench::kFragment},
-                               {"config.xml", "<FLAGS>33554464</FLAGS><FLAGS2>5120</FLAGS2>"}};
+    const test::Files files = {
+        {"fx.js", test::CopyScript(/*flip=*/false)}, {"copy.frag", test::kCopyFragment}, {"config.xml", test::kConfig}};
     const test::TestEffect effect(files);
     const test::TestEffect packed(files, QUILLON_MODULE);
     IPlugin& engine = AEQuillon2::instance();
