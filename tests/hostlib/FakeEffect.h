@@ -6,7 +6,7 @@
 
 namespace quillon::host::test {
 
-// An effect that does as it is told: what it runs for a selector is `act`, on whichever thread.
+// An effect that does as it is told: what it runs for a selector is `act` of the calling thread.
 struct Given {
     PF_Cmd cmd;
     PF_InData& in;
@@ -27,7 +27,8 @@ struct Given {
     }
 };
 
-extern thread_local std::function<PF_Err(const Given&)> act;
+// Of the calling thread; nothing to begin with.
+std::function<PF_Err(const Given&)>& act();
 
 PF_Err fakeEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output, void* extra);
 

@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 bool isHad(HostSession& session, const char* name, std::int32_t version) {
     bool isThere = false;
-    act = [&](const Given& given) -> PF_Err {
+    act() = [&](const Given& given) -> PF_Err {
         const void* table = nullptr;
         const SPErr error = given.in.pica_basicP->AcquireSuite(name, version, &table);
         isThere = error == 0 && table;
@@ -54,7 +54,7 @@ TEST(Suites, AreThoseOfTheHostAndFailOnCommand) {
 TEST(Faults, StrikeWhereTheyAreToldTo) {
     HostSession session{EffectModule(fakeEntry)};
     std::vector<PF_Err> errors;
-    act = [&](const Given& given) -> PF_Err {
+    act() = [&](const Given& given) -> PF_Err {
         PF_ParamDef def;
         for (PF_ParamIndex index : {0, 0, 0}) {
             errors.push_back(given.in.inter.checkout_param(given.in.effect_ref, index, 0, 1, 30, &def));
@@ -101,7 +101,7 @@ TEST(Frames, ComeOutInTheSizeAskedForOnBothRoutes) {
     for (const Route route : {Route::smart, Route::classic})
         for (const int depth : {8, 16, 32}) {
             HostSession session{EffectModule(fakeEntry), {.route = route}};
-            act = halve;
+            act() = halve;
             session.start();
             const FrameRequest request{.input = session.newWorld(4, 3, depth)};
             for (A_long y = 0; y < 3; ++y)
@@ -121,7 +121,7 @@ TEST(Frames, AreLeftOutWhereNoHostWouldMakeTheOutput) {
     HostInstance& instance = session.newInstance();
     const A_long kWidths[] = {0, -1, 30001, 2147483647};
     for (const A_long width : kWidths) {
-        act = [=](const Given& given) { return given.out.width = width, 0; };
+        act() = [=](const Given& given) { return given.out.width = width, 0; };
         const FrameResult result = session.renderFrame(instance, {.input = session.newWorld(4, 3, 8)});
         EXPECT_TRUE(result.leftOut && !result.output) << width;
     }
