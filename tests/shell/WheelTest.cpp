@@ -24,15 +24,13 @@ protected:
         session->clearRecords();
     }
     // The event as the effect leaves it; `x` and `y` from the control's corner.
-    PF_EventExtra send(PF_EventType type, A_long x = 0, A_long y = 0, PF_Err error = 0, A_long window = 2,
-                       A_long area = 2) {
+    PF_EventExtra send(PF_EventType type, A_long x = 0, A_long y = 0, A_long window = 2, A_long area = 2) {
         host::HostEvent event(type, 1);
         event.context.w_type = window;
         event.extra.effect_win.area = area;
         event.extra.effect_win.current_frame = {kLeft, kTop, kLeft + kWidth, kTop + kHeight};
-        if (type != PF_Event_DRAW && type != PF_Event_ADJUST_CURSOR)
-            event.extra.u.do_click.screen_point = {kLeft + x, kTop + y};
-        EXPECT_EQ(session->event(*instance, event.extra).error, error);
+        if (type != PF_Event_DRAW) event.extra.u.do_click.screen_point = {kLeft + x, kTop + y};
+        EXPECT_EQ(session->event(*instance, event.extra).error, 0);
         EXPECT_EQ(event.extra.evt_out_flags, 1);
         return event.extra;
     }
@@ -43,18 +41,6 @@ protected:
     HostSession* session = nullptr;
     HostInstance* instance = nullptr;
 };
-
-TEST_F(Wheel, ClickAsksForToolAndDrag) {
-    open();
-    EXPECT_EQ(send(PF_Event_DO_CLICK).u.do_click.send_drag, 1);
-    const auto& trace = session->records().trace;
-    EXPECT_EQ(std::count_if(trace.begin(), trace.end(),
-                            [](auto& line) { return line.callback == Callback::setExtendedTool && line.key == 14; }),
-              1);
-    session->faults().fail(Callback::setExtendedTool, 31);
-    EXPECT_EQ(send(PF_Event_DO_CLICK, 0, 0, 31).u.do_click.send_drag, 0);
-    for (PF_EventType type : {0, 1, 5, 6, 7, 8, 10, 11}) send(type);
-}
 
 TEST_F(Wheel, DragTakesHueAndSaturationOrAlpha) {
     const struct {
@@ -77,8 +63,8 @@ TEST_F(Wheel, DragTakesHueAndSaturationOrAlpha) {
     }
     open();
     EXPECT_EQ(send(PF_Event_DRAG, -70, 5).u.do_click.continue_refcon[0], -50) << "with its sign";
-    send(PF_Event_DRAG, 60, 70, 0, PF_Window_COMP);
-    EXPECT_EQ(send(PF_Event_DRAG, 60, 70, 0, PF_Window_EFFECT, PF_EA_PARAM_TITLE).u.do_click.continue_refcon[0], 0);
+    send(PF_Event_DRAG, 60, 70, PF_Window_COMP);
+    EXPECT_EQ(send(PF_Event_DRAG, 60, 70, PF_Window_EFFECT, PF_EA_PARAM_TITLE).u.do_click.continue_refcon[0], 0);
     EXPECT_THAT(color(), ElementsAre(255, 0, 255, 0));
 }
 
