@@ -41,12 +41,10 @@ void PrintTo(const HostCase& hostCase, std::ostream* out) {
 // The input has 40x20 pixels.
 const HostCase kCases[] = {
     {"smart", "", 40, 20, {40020, 20005, 1012}},
-    {"smart_of_an_old_version", "--host-version 13.0 --route smart", 40, 20, {40020, 20005, 1012}},
     {"classic_is_a_pixel_smaller", "--route classic", 39, 19, {40020, 20005, 1012}},
     {"premiere_keeps_the_size_around_it", "--host premiere", 40, 20, {40020, 20005, 1012}},
     {"composition_and_aspect", "--comp 100x50 --pixel-aspect 2/1", 40, 20, {100020, 50005, 2012}},
     {"half_size", "--downsample 2", 20, 10, {40010, 20002.5f, 1006}},
-    {"third_is_rounded_up", "--downsample 3", 14, 7, {40007, 20001.75f, 1004}},
     {"positions_are_given_at_full_size", "--downsample 2 --set place=8,4 --set far=20", 20, 10, {40004, 20002, 1010}},
 };
 

@@ -73,19 +73,16 @@ TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
         int status = 1;
     };
     const Row kRows[] = {
-        {{}, "pack nowhere -o a.so", "quillon: error: nowhere: no such effect"},
         {{}, "pack fx -o a.so", "fx/fx.js: error: no such file; every effect needs one [package]\n"},
 #if !defined(_WIN32)  // whose folders hold no two such
         {{{"fx.js", ""}, {"FX.js", ""}}, "pack fx -o a.so", "fx: error: 'FX.js' and 'fx.js' are the same name"},
 #endif
-        {{{"config.xml", "<A>\n<"}}, "pack fx -o a.so", "fx/fx.js: error: no such file"},
         {{{"config.xml", "<A>\n<"}, {"fx.js", ""}},
          "pack fx -o a.so",
          "fx/config.xml:2: error: not XML as effects need"},
         {{{"fx.js", ""}}, "pack fx -o a.dll", "quillon: error: a.dll: modules end in .so for Linux and in .aex", 2},
         {{{"fx.js", ""}}, "pack fx -o fx/a.so", "quillon: error: fx/a.so: lies in the effect's own folder", 2},
         {{{"fx.js", ""}}, "pack fx/fx.js -o a.so", "quillon: error: fx/fx.js: is not a folder"},
-        {{{"fx.js", ""}}, "pack fx -o nowhere/a.so", "quillon: error: nowhere/a.so: cannot be written"},
     };
     for (const Row& row : kRows) {
         std::filesystem::remove_all(pathOf("fx"));
@@ -96,8 +93,6 @@ TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
         EXPECT_EQ(result.status, row.status) << row.arguments;
         EXPECT_EQ(list(), (std::vector<std::string>{"fx"}));
     }
-    std::filesystem::create_directory(pathOf("fx/more"));
-    EXPECT_EQ(run("pack fx -o a.so").err.rfind("fx/more: error: a folder", 0), 0u);
 }
 
 TEST_F(Pack, WarnsOfWhatHostsWillNotSeeAsItIsMeant) {
@@ -157,11 +152,7 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
         {"<FXNAME>\n  A &amp; B </FXNAME><CATEGORY>Cat</CATEGORY><MATCH_NAME>Match</MATCH_NAME>",
          {"A & B", "Cat", "Match"}},
         {"<FXNAME>\xC3\xA9</FXNAME><MATCH_NAME>e</MATCH_NAME><CATEGORY> </CATEGORY>", {"\xC3\xA9", "Quillon", "e"}},
-        {"\n<FXNAME/>", {}, "fx/config.xml:2: error: FXNAME: empty"},
         {"<FXNAME>\xC3\xA9</FXNAME>", {}, "fx/config.xml: error: MATCH_NAME: empty"},
-        {"<FXNAME>NameOf29LettersAndDigits12345</FXNAME>",
-         {},
-         "fx/config.xml: error: MATCH_NAME: 'QLVNameOf29LettersAndDigits12345' has 32 bytes; hosts take at most 31"},
     };
     for (const Row& row : kRows) {
         addEffect("fx", {{"fx.js", ""}, {"config.xml", numbers + row.texts}});

@@ -27,12 +27,8 @@ const Row kRows[] = {
     {"", "GROUP_END", 6, 0, R"({"name": ""})"},
     {"tint", "COLOR", 7, 96, R"({"default": [255, 128, 0, 64], "value": [255, 128, 0, 64]})"},
     {"at", "POINT", 8, 96, R"({"default": [-32768.0, 16384.0], "default_share": [0.5, 0.25]})"},
-    {"spot", "POINT_3D", 9, 0, R"({"default": [1.0, 2.0, 2.0]})"},
-    {"turn", "ANGLE", 10, 96, R"({"default": 90.5})"},
-    {"on", "CHECKBOX", 11, 64, R"({"default": 1, "value": 1, "text": ""})"},
-    {"mode", "POPUP", 12, 64, R"({"default": 2, "num_choices": 2, "choices": ["Add", "Screen"]})"},
-    {"map", "LAYER", 13, 64, R"({"default": 0})"},
-    {"mask", "PATH", 12, 64, R"({"kind": "PATH"})"},
+    {"mode", "POPUP", 9, 64, R"({"default": 2, "num_choices": 2, "choices": ["Add", "Screen"]})"},
+    {"mask", "PATH", 8, 64, R"({"kind": "PATH"})"},
 };
 
 TEST_F(Params, AreListedAsTheHostHasThem) {
@@ -47,12 +43,8 @@ TEST_F(Params, AreListedAsTheHostHasThem) {
                       "  QL_initParam('', QL_Type.GROUP_END, 'End');\n"
                       "  QL_setParamValue(QL_initParam('tint', QL_Type.COLOR, 'Tint'), [255, 128, 0, 64]);\n"
                       "  QL_setParamValue(QL_initParam('at', QL_Type.POINT2D, 'At'), [0.5, 0.25]);\n"
-                      "  QL_setParamValue(QL_initParam('spot', QL_Type.POINT, 'Spot'), [1, 2, 3]);\n"
-                      "  QL_setParamValue(QL_initParam('turn', QL_Type.ANGLE, 'Turn'), 90.5);\n"
-                      "  QL_setParamValue(QL_initParam('on', QL_Type.BOOL, 'On'), 1);\n"
                       "  var mode = QL_initParam('mode', QL_Type.POPUP, 'Mode');\n"
                       "  QL_setParamChoices(mode, 'Add|Screen');\n  QL_setParamValue(mode, 2);\n"
-                      "  QL_initParam('map', QL_Type.LAYER, 'Map');\n"
                       "  QL_initParam('mask', QL_Type.PATH, 'Mask');\n"
                       "}\nfunction draw() {}\n"}});
     const ToolRun json = run("params fx --json");
@@ -75,7 +67,7 @@ TEST_F(Params, AreListedAsTheHostHasThem) {
     const ToolRun table = run("params " + module("fx"));
     EXPECT_EQ(table.err, "");
     EXPECT_EQ(table.out.rfind("index  uniform  kind", 0), 0u) << table.out;
-    EXPECT_NE(table.out.find("\n9      mode     POPUP "), std::string::npos) << table.out;
+    EXPECT_NE(table.out.find("\n6      mode     POPUP "), std::string::npos) << table.out;
     EXPECT_NE(table.out.find(" choices=Add|Screen\n"), std::string::npos) << table.out;
 }
 

@@ -40,45 +40,24 @@ protected:
         const auto width = static_cast<unsigned>(rgba.size() / 4);
         ASSERT_EQ(lodepng::encode(pathOf(name), bytes, width, 1, LCT_RGBA, bits), 0u);
     }
-    std::vector<std::uint16_t> readPng(const std::string& name, unsigned bits) {
+    std::vector<std::uint16_t> readPng16(const std::string& name) {
         std::vector<unsigned char> file;
         std::vector<unsigned char> bytes;
         unsigned width = 0;
         unsigned height = 0;
         lodepng::State state;
         state.info_raw.colortype = LCT_RGBA;
-        state.info_raw.bitdepth = bits;
+        state.info_raw.bitdepth = 16;
         lodepng::load_file(file, pathOf(name));
         EXPECT_EQ(lodepng::decode(bytes, width, height, state, file), 0u);
-        EXPECT_EQ(state.info_png.color.bitdepth, bits);
+        EXPECT_EQ(state.info_png.color.bitdepth, 16u);
         std::vector<std::uint16_t> rgba;
-        for (std::size_t i = 0; i < bytes.size(); i += bits / 8) {
-            rgba.push_back(bits == 8 ? bytes[i] : static_cast<std::uint16_t>(bytes[i] << 8 | bytes[i + 1]));
+        for (std::size_t i = 0; i < bytes.size(); i += 2) {
+            rgba.push_back(static_cast<std::uint16_t>(bytes[i] << 8 | bytes[i + 1]));
         }
         return rgba;
     }
 };
-
-TEST_F(Pictures, RowsAndChannelsStayInPlaceAtEachDepth) {
-    // 3 by 2 pixels; every channel of every pixel has its own value.
-    std::vector<std::uint8_t> bytes;
-    std::vector<std::uint16_t> words;
-    std::vector<float> reals;
-    for (int i = 0; i < 24; ++i) {
-        bytes.push_back(static_cast<std::uint8_t>(10 * i + 3));
-        words.push_back(static_cast<std::uint16_t>(1365 * i + (i == 23 ? 1373 : 0)));
-        reals.push_back(static_cast<float>(i) * 0.25f - 1.0f);
-    }
-    writeSamples("8.argb", bytes);
-    writeSamples("16.argb", words);
-    writeSamples("32.argb", reals);
-    render("8.argb", "8o.argb", "--size 3x2 --depth 8");
-    render("16.argb", "16o.argb", "--size 3x2 --depth 16");
-    render("32.argb", "32o.argb", "--size 3x2 --depth 32");
-    EXPECT_EQ(readSamples<std::uint8_t>("8o.argb"), bytes);
-    EXPECT_EQ(readSamples<std::uint16_t>("16o.argb"), words);
-    EXPECT_EQ(readSamples<float>("32o.argb"), reals);
-}
 
 TEST_F(Pictures, PngKeepsItsBitsWhenNoDepthIsAskedFor) {
     writePng("8.png", {10, 20, 30, 40, 0, 255, 1, 254}, 8);
@@ -90,7 +69,7 @@ TEST_F(Pictures, PngKeepsItsBitsWhenNoDepthIsAskedFor) {
     // 0 to 65535 becomes 0 to 32768, to the nearest.
     EXPECT_EQ(readSamples<std::uint16_t>("16.argb"),
               (std::vector<std::uint16_t>{16384, 32768, 0, 1, 500, 20000, 25000, 30000}));
-    EXPECT_EQ(readPng("back.png", 16), (std::vector<std::uint16_t>{65535, 0, 2, 32768, 39999, 49999, 59999, 1000}));
+    EXPECT_EQ(readPng16("back.png"), (std::vector<std::uint16_t>{65535, 0, 2, 32768, 39999, 49999, 59999, 1000}));
 }
 
 TEST_F(Pictures, DepthsConvertToTheNearestAndFullScaleToFullScale) {
@@ -107,7 +86,7 @@ TEST_F(Pictures, DepthsConvertToTheNearestAndFullScaleToFullScale) {
     const float none = std::numeric_limits<float>::quiet_NaN();
     writeSamples<float>("wild.argb", {1, -0.5f, 1.5f, none, 0.5f, 0.25f, 0.75f, 1e30f});
     render("wild.argb", "wild.png", "--size 2x1 --depth 32");
-    EXPECT_EQ(readPng("wild.png", 16), (std::vector<std::uint16_t>{0, 65535, 0, 65535, 16384, 49151, 65535, 32768}));
+    EXPECT_EQ(readPng16("wild.png"), (std::vector<std::uint16_t>{0, 65535, 0, 65535, 16384, 49151, 65535, 32768}));
 }
 
 TEST_F(Pictures, ExrIsPremultipliedOutsideAndStraightInside) {
@@ -154,14 +133,6 @@ TEST_F(Pictures, TiledHalfExrWithoutAlphaFillsItsDisplayWindow) {
     EXPECT_EQ(readSamples<float>("out.argb"), expected);
 }
 
-TEST_F(Pictures, OtherFormatsAreReadByTheirContent) {
-    // A BMP of one orange pixel, under a name that says nothing.
-    writeFile("picture.dat", std::string("BM\x3a\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0", 30) +
-                                 std::string(24, '\0') + std::string("\x10\x80\xff\0", 4));
-    render("picture.dat", "out.argb");
-    EXPECT_EQ(readSamples<std::uint8_t>("out.argb"), (std::vector<std::uint8_t>{255, 255, 128, 16}));
-}
-
 TEST_F(Pictures, DamagedInputsAreRefusedAndNothingIsWritten) {
     ASSERT_EQ(run("chart -o good.png --size 64x64").status, 0);
     ASSERT_EQ(run("chart -o good.exr --size 64x64").status, 0);
@@ -174,11 +145,8 @@ TEST_F(Pictures, DamagedInputsAreRefusedAndNothingIsWritten) {
     hugeExr.replace(window + 11 + 6 + 4 + 8, 8, std::string("\xff\xff\1\0\xff\xff\1\0", 8));
     const std::pair<const char*, std::string> files[] = {
         {"cut.png", png.substr(0, png.size() / 2)},
-        {"empty.png", ""},
-        {"signature.png", png.substr(0, 8)},
         {"huge.png", huge},
         {"cut.exr", exr.substr(0, exr.size() / 2)},
-        {"signature.exr", exr.substr(0, 4)},
         {"huge.exr", hugeExr},
         {"words.txt", "no picture at all"},
         {"short.argb", std::string(15, '\0')},
@@ -197,30 +165,6 @@ TEST_F(Pictures, DamagedInputsAreRefusedAndNothingIsWritten) {
     std::filesystem::create_directory(pathOf("taken.png"));
     EXPECT_EQ(run("render copy -i good.png -o taken.png").status, 1);
     for (const std::string& name : list()) EXPECT_NE(name.front(), '.') << "left behind: " << name;
-}
-
-TEST_F(Pictures, TheChartIsTheSameEachTimeAndNoTwoCornersAreAlike) {
-    ASSERT_EQ(run("chart -o one.argb --size 320x180").out, "one.argb\n");
-    ASSERT_EQ(run("chart -o two.argb --size 320x180").status, 0);
-    const auto chart = readSamples<std::uint8_t>("one.argb");
-    EXPECT_EQ(chart, readSamples<std::uint8_t>("two.argb"));
-    ASSERT_EQ(chart.size(), 320u * 180 * 4);
-    std::vector<std::vector<std::uint8_t>> quarters(4);
-    int clear = 0;
-    int soft = 0;
-    for (std::size_t y = 0; y < 180; ++y) {
-        for (std::size_t x = 0; x < 320; ++x) {
-            const std::uint8_t* pixel = &chart[(y * 320 + x) * 4];
-            quarters[y / 90 * 2 + x / 160].insert(quarters[y / 90 * 2 + x / 160].end(), pixel, pixel + 4);
-            clear += pixel[0] == 0;
-            soft += pixel[0] > 0 && pixel[0] < 255;
-        }
-    }
-    for (int i = 0; i < 4; ++i) {
-        for (int j = 0; j < i; ++j) EXPECT_NE(quarters[i], quarters[j]);
-    }
-    EXPECT_GT(clear, 100);
-    EXPECT_GT(soft, 1000);
 }
 
 }  // namespace

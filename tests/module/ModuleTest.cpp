@@ -90,12 +90,6 @@ TEST_F(Module, OneEffectAppliedTwiceSharesScriptVariablesAndNotValues) {
     session.remove(second);
 }
 
-TEST_F(Module, WithAConfigurationThatDoesNotParseAnswers515) {
-    HostSession session(pack(ScrambledPackage({{"fx.js", "function setup() {}"}, {"config.xml", "<A><B></A>"}})));
-    EXPECT_EQ(session.globalSetup().error, 515);
-    EXPECT_THAT(session.violations(), IsEmpty());
-}
-
 // No archive inside: what the effect reads comes from the disk then, from the folder that the process stands in.
 TEST_F(Module, WithADamagedPackageReadsFromTheDisk) {
     std::ofstream(folder.path() / "fx.js") << "function setup() { QL_initParam('d', 1, 'Disk'); } function draw() {}";

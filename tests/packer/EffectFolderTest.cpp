@@ -59,15 +59,9 @@ TEST_P(RefusedFolder, IsRefusedByName) {
 
 const RefusedCase kRefusedCases[] = {
     {"absent", [](auto& folder) { fs::remove_all(folder); }, "no such folder"},
-    {"a_file", [](auto& folder) { fs::remove_all(folder), Write(folder, "text"); }, "no such folder"},
-    {"folder_inside", [](auto& folder) { fs::create_directory(folder / "shaders"); }, "shaders"},
 #if !defined(_WIN32)  // whose folders hold none of these
     {"dangling_link", [](auto& folder) { fs::create_symlink("nowhere", folder / "image.png"); }, "image.png"},
     {"no_file", [](auto& folder) { fs::create_symlink("/dev/null", folder / "null.png"); }, "null.png"},
-    {"link_to_a_folder", [](auto& folder) { fs::create_symlink("/", folder / "root"); }, "root"},
-    {"differs_in_case", [](auto& folder) { Write(folder / "FX.js", ""); }, "FX.js"},
-    {"backslash", [](auto& folder) { Write(folder / "a\\b.png", ""); }, "a\\b.png"},
-    {"colon", [](auto& folder) { Write(folder / "c:b.png", ""); }, "c:b.png"},
 #endif
 };
 INSTANTIATE_TEST_SUITE_P(Cases, RefusedFolder, ::testing::ValuesIn(kRefusedCases),

@@ -180,13 +180,11 @@ TEST_P(FailingLifecycle, LeavesTheHostsBlockAlone) {
 
 INSTANTIATE_TEST_SUITE_P(
     , FailingLifecycle,
-    ::testing::Values(
-        LifecycleFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 516, 516, 516},
-        LifecycleFault{"no_handles", [](auto& f) { f.refuseSuite("PF Handle Suite"); }, 516, 516, 516, 516},
-        LifecycleFault{"null_handles", [](auto& f) { f.nullSuite("PF Handle Suite"); }, 516, 516, 516, 516},
-        LifecycleFault{"other_handles", [](auto& f) { f.offerOnly("PF Handle Suite", 3); }, 516, 516, 516, 516},
-        LifecycleFault{"no_memory", [](auto& f) { f.fail(Callback::newHandle); }, 4, 0, 0, 0},
-        LifecycleFault{"no_lock", [](auto& f) { f.fail(Callback::lockHandle); }, 0, 0, 0, 0, 1}),
+    ::testing::Values(LifecycleFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 516, 516, 516},
+                      LifecycleFault{"null_handles", [](auto& f) { f.nullSuite("PF Handle Suite"); }, 516, 516, 516,
+                                     516},
+                      LifecycleFault{"no_memory", [](auto& f) { f.fail(Callback::newHandle); }, 4, 0, 0, 0},
+                      LifecycleFault{"no_lock", [](auto& f) { f.fail(Callback::lockHandle); }, 0, 0, 0, 0, 1}),
     [](const auto& row) { return row.param.name; });
 
 TEST_F(Lifecycle, WithoutABlockNothingHappens) {

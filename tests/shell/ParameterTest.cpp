@@ -19,9 +19,9 @@ TEST_F(Parameters, ScaleByTheRendersSizeAndAspect) {
         PF_RationalScale x, y, aspect;
         float byWidth, byHeight, byBoth, pointX, pointY;  // of 100 and of (100, 100)
     } kCases[] = {
-        {{1, 1}, {1, 1}, {1, 1}, 100, 100, 100, 100, 100}, {{1, 2}, {1, 2}, {1, 1}, 50, 50, 25, 200, 200},
-        {{1, 4}, {1, 2}, {2, 1}, 25, 50, 12.5f, 800, 200}, {{1, 2}, {1, 1}, {1, 2}, 50, 100, 50, 100, 100},
-        {{2, 1}, {1, 8}, {1, 1}, 200, 12.5f, 25, 50, 800},
+        {{1, 2}, {1, 2}, {1, 1}, 50, 50, 25, 200, 200},
+        {{1, 4}, {1, 2}, {2, 1}, 25, 50, 12.5f, 800, 200},
+        {{1, 2}, {1, 1}, {1, 2}, 50, 100, 50, 100, 100},
     };
     for (const auto& row : kCases) {
         HostSettings settings;

@@ -159,27 +159,18 @@ const char* const kUISuite = "PF Effect UI Suite";
 
 INSTANTIATE_TEST_SUITE_P(
     , FailingRegistration,
-    ::testing::Values(
-        RegistrationFault{"first_control", [](auto& f) { f.failKey(Callback::addParam, 1, 71); }, 71, 1},
-        RegistrationFault{"second_control_is_a_path", [](auto& f) { f.failNth(Callback::addParam, 2, 72); }, 0, 4, 1,
-                          "", true},
-        RegistrationFault{"third_control", [](auto& f) { f.failNth(Callback::addParam, 3, 73); }, 73, 3},
-        RegistrationFault{"no_suite", [](auto& f) { f.refuseSuite(kUISuite); }, 516, 4, 0, kNotAcquired},
-        RegistrationFault{"null_suite", [](auto& f) { f.nullSuite(kUISuite); }, 516, 4, 0, kNotAcquired},
-        RegistrationFault{"other_suite", [](auto& f) { f.offerOnly(kUISuite, 2); }, 516, 4, 0, kNotAcquired},
-        RegistrationFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 4, 0,
-                          "Not able to release AEFX Suite."},
-        RegistrationFault{"button", [](auto& f) { f.fail(Callback::setOptionsButtonName, 74); }, 74, 4},
-        RegistrationFault{"registration", [](auto& f) { f.fail(Callback::registerUI, 75); }, 75, 4, 0, "", true},
-        RegistrationFault{"premiere_has_none", [](auto& f) { f.refuseSuite(kUISuite); }, 0, 4, 1, "", false,
-                          HostKind::premiere}),
+    ::testing::Values(RegistrationFault{"second_control_is_a_path",
+                                        [](auto& f) { f.failNth(Callback::addParam, 2, 72); }, 0, 4, 1, "", true},
+                      RegistrationFault{"third_control", [](auto& f) { f.failNth(Callback::addParam, 3, 73); }, 73, 3},
+                      RegistrationFault{"no_suite", [](auto& f) { f.refuseSuite(kUISuite); }, 516, 4, 0, kNotAcquired},
+                      RegistrationFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 4, 0,
+                                        "Not able to release AEFX Suite."},
+                      RegistrationFault{"button", [](auto& f) { f.fail(Callback::setOptionsButtonName, 74); }, 74, 4},
+                      RegistrationFault{"registration", [](auto& f) { f.fail(Callback::registerUI, 75); }, 75, 4, 0, "",
+                                        true},
+                      RegistrationFault{"premiere_has_none", [](auto& f) { f.refuseSuite(kUISuite); }, 0, 4, 1, "",
+                                        false, HostKind::premiere}),
     [](const auto& row) { return row.param.name; });
-
-TEST_F(Registration, WithoutControlsStillRegistersTheUI) {
-    HostSession& session = start(kNoControls);
-    EXPECT_THAT(session.records().registeredUIs, SizeIs(1));
-    EXPECT_EQ(session.paramsSetup().out.num_params, 1);
-}
 
 }  // namespace
 }  // namespace quillon::test

@@ -51,11 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         RenderFault{"pixels", [](auto& f) { f.fail(Callback::checkoutPixels, 81); }, 81, HostKind::afterEffects, true},
         RenderFault{"output", [](auto& f) { f.fail(Callback::checkoutOutput, 82); }, 82, HostKind::afterEffects, true},
-        RenderFault{"no_data_suite", [](auto& f) { f.refuseSuite("PF Pixel Data Suite"); }, 13},
         RenderFault{"null_data_suite", [](auto& f) { f.nullSuite("PF Pixel Data Suite"); }, 13},
-        RenderFault{"other_data_suite", [](auto& f) { f.offerOnly("PF Pixel Data Suite", 2); }, 13},
-        RenderFault{"no_world_suite", [](auto& f) { f.refuseSuite("PF World Suite"); }, 0, HostKind::afterEffects,
-                    false, true},
         RenderFault{"null_world_suite", [](auto& f) { f.nullSuite("PF World Suite"); }, 0, HostKind::afterEffects,
                     false, true},
         RenderFault{"no_format", [](auto& f) { f.fail(Callback::worldFormat); }, 0},

@@ -25,7 +25,6 @@ TEST_F(Setup, TellsFlagsAndFormatsByHost) {
         std::uint32_t outFlags, outFlags2;
         int formats;  // bits: bytes, words, floats
     } kCases[] = {
-        {HostKind::afterEffects, 0, 0, 0x4008005, 0, 0},
         {HostKind::afterEffects, 33554464, 5120, 0x6008025, 0x1400, 0},
         {HostKind::premiere, 0, 0, 0x4008005, 0x8000, 1},
         {HostKind::premiere, 33554464, 5120, 0x4008025, 0x8400, 7},
@@ -49,20 +48,6 @@ TEST_F(Setup, TellsFlagsAndFormatsByHost) {
         EXPECT_EQ(session.records().pixelFormats, formats);
         EXPECT_EQ(session.records().count(Callback::clearPixelFormats), row.kind == HostKind::premiere ? 1 : 0);
     }
-}
-
-TEST_F(Setup, FoldsTheVersionIntoTheHostsWord) {
-    const struct {
-        const char* keys;
-        std::uint32_t mask, word;
-    } kCases[] = {
-        {"<MAJOR_VERSION>1</MAJOR_VERSION><MINOR_VERSION>2</MINOR_VERSION><STAGE_VERSION>3</STAGE_VERSION>", ~0u,
-         0x00090600},
-        {"<MAJOR_VERSION>9</MAJOR_VERSION>", ~0u, 1u << 19 | 1u << 26},
-        {"<STAGE_VERSION>3</STAGE_VERSION><BUILD_VERSION>600</BUILD_VERSION>", 0x7FF, 0x658},
-    };
-    for (const auto& [keys, mask, word] : kCases)
-        EXPECT_EQ(load(kNoControls, {}, config(keys)).globalSetup().out.my_version & mask, word) << keys;
 }
 
 TEST_F(Setup, MakesTheGlobalDataAndRegistersUnderAfterEffects) {
@@ -120,16 +105,11 @@ INSTANTIATE_TEST_SUITE_P(
     , FailingSetup,
     ::testing::Values(
         SetupFault{"no_basic", HostKind::afterEffects, [](auto& f) { f.withoutBasicSuite(); }, 516, false, 0, 0},
-        SetupFault{"no_handles", HostKind::afterEffects, [](auto& f) { f.refuseSuite("PF Handle Suite"); }, 516, false,
-                   0, 0},
         SetupFault{"null_handles", HostKind::afterEffects, [](auto& f) { f.nullSuite("PF Handle Suite"); }, 516, false,
                    0, 0},
-        SetupFault{"old_handles", HostKind::premiere, [](auto& f) { f.offerOnly("PF Handle Suite", 1); }, 516, false, 0,
-                   0},
         SetupFault{"no_memory", HostKind::afterEffects, [](auto& f) { f.fail(Callback::newHandle); }, 512, false, 0, 0},
         SetupFault{"no_memory_premiere", HostKind::premiere, [](auto& f) { f.fail(Callback::newHandle); }, 512, false,
                    0, 6, 0},
-        SetupFault{"no_lock", HostKind::afterEffects, [](auto& f) { f.fail(Callback::lockHandle); }, 0, false, 1, 0},
         SetupFault{"no_lock_premiere", HostKind::premiere, [](auto& f) { f.fail(Callback::lockHandle); }, 0, false, 1,
                    6, 0},
         SetupFault{"no_registry", HostKind::afterEffects, [](auto& f) { f.refuseSuite("AEGP Utility Suite"); }, 516,
@@ -137,8 +117,6 @@ INSTANTIATE_TEST_SUITE_P(
         SetupFault{"not_registered", HostKind::afterEffects, [](auto& f) { f.fail(Callback::registerAegp, 77); }, 77,
                    false, 1, 0},
         SetupFault{"no_formats", HostKind::premiere, [](auto& f) { f.refuseSuite("PF Pixel Format Suite"); }, 0, true,
-                   0, 0},
-        SetupFault{"null_formats", HostKind::premiere, [](auto& f) { f.nullSuite("PF Pixel Format Suite"); }, 0, true,
                    0, 0}),
     [](const auto& row) { return row.param.name; });
 

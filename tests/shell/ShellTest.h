@@ -35,12 +35,10 @@ using host::HostSession;
 using host::HostSettings;
 using host::Route;
 using host::World;
-using testing::AllOf;
 using testing::Each;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::Field;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
