@@ -21,17 +21,6 @@ protected:
     using List = std::vector<std::uint32_t>;
 };
 
-TEST_F(GLNames, EndOnceWithTheirOwner) {
-    {
-        const Name none;
-        const Name zero(0);
-        const Name owner(5);
-        EXPECT_FALSE(none);
-        EXPECT_TRUE(owner);
-    }
-    EXPECT_EQ(deleted, List{5});
-}
-
 TEST_F(GLNames, MoveWithoutEnding) {
     {
         Name first(5);

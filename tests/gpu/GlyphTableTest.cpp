@@ -25,14 +25,6 @@ TEST(GlyphTable, HasACharacterOfItsOwnForEachCode) {
     EXPECT_LT(FindGlyph('i').width, FindGlyph('m').width);
 }
 
-TEST(GlyphTable, StandsUpright) {
-    const Glyph& letter = FindGlyph('L');
-    EXPECT_EQ(letter.rows[Glyph::kBelowBaseline], 0b11110000)
-        << "the foot is on the baseline, to the right of the stem";
-    EXPECT_EQ(letter.rows[Glyph::kBelowBaseline + 7], 0b10000000);
-    EXPECT_NE(FindGlyph('g').rows[0], 0) << "a tail below the baseline";
-}
-
 TEST(GlyphTable, HasNothingForOtherCodes) {
     for (unsigned code : {0u, 10u, 31u, 127u, 128u, 255u, 0xFFFFFFFFu}) EXPECT_EQ(FindGlyph(code).width, 0) << code;
     EXPECT_FALSE(IsInked(FindGlyph(' ')));
