@@ -49,12 +49,5 @@ TEST_F(GLNames, EndAtOnceWhenReplaced) {
     EXPECT_EQ(deleted, (List{5, 6, 7}));
 }
 
-TEST_F(GLNames, StayWhenReleased) {
-    Name owner(5);
-    EXPECT_EQ(owner.release(), 5u);
-    EXPECT_EQ(owner.release(), 0u);
-    EXPECT_TRUE(deleted.empty());
-}
-
 }  // namespace
 }  // namespace quillon::test

@@ -32,16 +32,6 @@ TEST(OpenGLContext, RefusesUntilItIsCreated) {
         << "a failed make-current leaves the mutex to others";
 }
 
-TEST(OpenGLContext, RefusesOnceItIsDestroyed) {
-    OpenGLContext context;
-    ASSERT_EQ(context.create(), 0);
-    ASSERT_EQ(context.makeCurrent(), 0) << "these tests need a GL context";
-    EXPECT_EQ(context.destroy(), 0);
-    EXPECT_EQ(context.makeCurrent(), 7);
-    EXPECT_EQ(context.destroy(), 0);
-    EXPECT_FALSE(GLLockScope(&context).isHeld());
-}
-
 class GLLock : public GLTest {};
 
 TEST_F(GLLock, FailsAtOnceOnAnotherThreadAndWaitsForNothing) {

@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "gpu/RenderTarget.h"
-#include "package/BlobReader.h"
 #include "support/GLTest.h"
-#include "support/TestEffect.h"
 
 namespace quillon::test {
 namespace {
@@ -53,25 +51,6 @@ TEST_F(ShaderTest, CutsTheDriversWordsAt4096Bytes) {
     build(source + "}");
     EXPECT_LE(shader.errorText.size(), 27u + 4095u);
     EXPECT_GE(shader.errorText.size(), 4000u);
-}
-
-TEST_F(ShaderTest, ReadsItsFileOfThePackage) {
-    const TestEffect effect({{"white.frag", kWhite}, {"empty.frag", ""}});
-    BlobReader::Load(effect.module());
-    const char* const kMissing = "Shader file not found or shader is empty!";
-    build("");
-    EXPECT_EQ(shader.errorText, kMissing);
-    EXPECT_EQ(shader.path, L"\\s.frag");
-    EXPECT_TRUE(shader.initFromName("white", "", L"", none));
-    EXPECT_EQ(shader.errorText, "");
-    EXPECT_FALSE(shader.compileFile(L""));
-    EXPECT_EQ(shader.errorText, "");
-    EXPECT_EQ(shader.path, L"\\white.frag");
-    EXPECT_FALSE(shader.compileFile(L"empty.frag"));
-    EXPECT_EQ(shader.errorText, kMissing);
-    EXPECT_FALSE(shader.rebuild(false));
-    EXPECT_TRUE(shader.rebuild(true)) << "the text of the last good file is kept";
-    EXPECT_EQ(shader.errorText, "");
 }
 
 TEST_F(ShaderTest, DrawsNothingOnceACompileFailed) {

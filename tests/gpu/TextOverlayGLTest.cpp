@@ -31,15 +31,5 @@ TEST_F(TextOverlayGLTest, PutsTheUnpackParametersBack) {
     EXPECT_EQ(integer(GL_MATRIX_MODE), GL_MODELVIEW);
 }
 
-TEST_F(TextOverlayGLTest, HasAListForEachCodeOfSevenBits) {
-    draw("\xFF\x80 and codes without a list");
-    const GLint first = integer(GL_LIST_BASE);
-    ASSERT_NE(first, 0);
-    for (GLint code = 0; code < 128; ++code) EXPECT_TRUE(glIsList(first + code)) << code;
-    EXPECT_FALSE(glIsList(first + 128));
-    draw("again");
-    EXPECT_EQ(integer(GL_LIST_BASE), first) << "made once";
-}
-
 }  // namespace
 }  // namespace quillon

@@ -45,17 +45,6 @@ protected:
     RenderTarget target;
 };
 
-TEST_F(UniformTest, MarksTheBuiltInNames) {
-    build(
-        "uniform float time, times, resolution, _height_, s_Texture0, my_s_Texture_x, S_Texture1;\n"
-        "uniform sampler2D sInput0, sInput1;\n"
-        "void main() { gl_FragColor = texture2D(sInput0, vec2(time + times + resolution)) + \n"
-        "  texture2D(sInput1, vec2(_height_ + s_Texture0 + my_s_Texture_x + S_Texture1)); }");
-    for (const char* name : {"sInput0", "time", "resolution", "_height_", "s_Texture0", "my_s_Texture_x"})
-        EXPECT_EQ(uniform(name).flags, 1u) << name;
-    for (const char* name : {"sInput1", "times", "S_Texture1"}) EXPECT_EQ(uniform(name).flags, 0u) << name;
-}
-
 TEST_F(UniformTest, TakesItsKindFromTheFirstControlOfItsName) {
     controls.declare("turn", ANGLE);
     controls.declare("turn", POINT2D);
