@@ -32,15 +32,6 @@ TEST_F(Identity, IsWhatTheConfigSays) {
     EXPECT_EQ(version(), 0xC0000081u);
 }
 
-TEST_F(Identity, IsEmptyAndZeroWhereTheConfigIsSilent) {
-    start("function setup() {}", {{"config.xml", "<FXNAME>Half</FXNAME><FLAGS> -2 </FLAGS><FLAGS2>0x10</FLAGS2>"}});
-    EXPECT_EQ(identity(0), "");
-    EXPECT_EQ(identity(1), "Half");
-    EXPECT_EQ(engine.effectFlags(), 4294967294u);
-    EXPECT_EQ(engine.effectFlags2(), 0u);
-    EXPECT_EQ(version(), 0u);
-}
-
 TEST_F(Identity, IsReadOnceWhileARestartReadsTheProgramAnew) {
     start("var who = 'first'; function setup() {}");
     const TestEffect other(

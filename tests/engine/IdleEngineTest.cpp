@@ -108,21 +108,6 @@ TEST_F(IdleEngine, StaysDownOnceShutDown) {
     EXPECT_EQ(engine.effectFlags(), 33554464u) << "who the effect is stays known";
 }
 
-TEST_F(IdleEngine, GivesOutSlotsFromOneAndTheLowestFreeOneFirst) {
-    start("function setup() {}");
-    SequenceHandle* const first = addInstance();
-    SequenceHandle* const second = addInstance();
-    SequenceHandle* const third = addInstance();
-    EXPECT_EQ(first->slot, 1u);
-    EXPECT_EQ(second->slot, 2u);
-    EXPECT_EQ(third->slot, 3u);
-    removeInstance(first);
-    EXPECT_EQ(frame(2, 2, 8).size(), 16u) << "another one stays selected";
-    EXPECT_EQ(addInstance()->slot, 1u);
-    EXPECT_EQ(addInstance()->slot, 4u);
-    EXPECT_EQ(third->reserved, 0);
-}
-
 TEST_F(IdleEngine, SelectsANewInstanceThatTheScriptSeesWithTheNextOperation) {
     start("function setup() {}");
     addInstance();

@@ -119,14 +119,11 @@ TEST_F(OutOfMemory, LeavesSoundEntitiesWhereverItStrikes) {
     sparesDrivers = true;
     const char* const kBodies[] = {
         "QL_initParam(long, 4, long);",
-        "QL_setParamChoices(QL_initParam('p', 9, 'P'), long);",
         "QL_initShader(long, 'uniform float f; uniform sampler2D t; void main() { gl_FragColor = texture2D(t,"
         " vec2(f)); }');",
-        "QL_initShader(long);",
         "QL_initTexture(long);",
         "QL_getShaderError(QL_initShader(long, 'nonsense'));",
         "QL_setShaderParamVal(QL_initShader('s', 'uniform float f; void main() { gl_FragColor = vec4(f); }'), 'f', 1);",
-        "QL_getShaderParamType(QL_initShader('s', 'void main() {}'), long);",
         "QL_renderShader(QL_initShader('s', 'void main() { gl_FragColor = vec4(1.0); }'), QL_initRenderTarget(2, 2, "
         "8));",
         "QL_surfaceToTexture(QL_textureToSurface(QL_initRenderTarget(2, 2, 8)));",

@@ -19,17 +19,6 @@ protected:
     }
 };
 
-TEST_F(EngineThreads, FindTheContextBusyWithoutWaiting) {
-    ASSERT_TRUE(engine.lockGL());
-    EXPECT_FALSE(elsewhere([&] { return engine.lockGL(); }));
-    engine.unlockGL();
-    EXPECT_TRUE(elsewhere([&] {
-        const bool locked = engine.lockGL();
-        if (locked) engine.unlockGL();
-        return locked;
-    }));
-}
-
 TEST_F(EngineThreads, MayTakeTurnsFromCallToCall) {
     for (const std::uint32_t bits : {8u, 32u, 16u, 8u}) {
         const Bytes picture = distinctPicture(4, 3, bits);

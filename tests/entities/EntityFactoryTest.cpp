@@ -5,8 +5,6 @@
 #include <random>
 #include <set>
 
-#include "entities/Factories.h"
-
 namespace quillon::test {
 namespace {
 
@@ -49,36 +47,6 @@ TEST(EntityFactory, KeepsAnEntityWhereItIsAndStartsEachOneAnew) {
     factory.Erase(first);
     EXPECT_EQ(factory.Allocate(), first);
     EXPECT_EQ(factory.Find(first)->number, 0);
-}
-
-TEST(EntityFactory, KnowsNoIdOfAnotherKind) {
-    ProbeFactory factory;
-    factory.Allocate();
-    for (const std::uint32_t id : {0u, 1u, 0x1000001u, 0x9000000u, 0x9000002u, 0x8000001u, 0xFFFFFFFFu}) {
-        EXPECT_EQ(factory.Find(id), nullptr);
-        factory.Erase(id);
-    }
-    EXPECT_EQ(factory.All().size(), 1u);
-}
-
-TEST(EntityFactory, HasARootThatOwnsNothing) {
-    Factory root;
-    root.Erase(1);
-    EXPECT_EQ(root.Allocate(), 0u);
-}
-
-template <class Kind>
-std::uint32_t firstId() {
-    typename Kind::Factory factory;
-    return static_cast<Factory&>(factory).Allocate();
-}
-
-TEST(EntityFactory, PutsTheKindIntoTheTopByte) {
-    EXPECT_EQ(firstId<Parameter>(), 0x1000001u);
-    EXPECT_EQ(firstId<Shader>(), 0x2000001u);
-    EXPECT_EQ(firstId<RenderTarget>(), 0x3000001u);
-    EXPECT_EQ(firstId<Texture>(), 0x4000001u);
-    EXPECT_EQ(firstId<Surface>(), 0x6000001u);
 }
 
 }  // namespace

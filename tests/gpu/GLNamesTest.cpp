@@ -21,17 +21,6 @@ protected:
     using List = std::vector<std::uint32_t>;
 };
 
-TEST_F(GLNames, EndOnceWithTheirOwner) {
-    {
-        const Name none;
-        const Name zero(0);
-        const Name owner(5);
-        EXPECT_FALSE(none);
-        EXPECT_TRUE(owner);
-    }
-    EXPECT_EQ(deleted, List{5});
-}
-
 TEST_F(GLNames, MoveWithoutEnding) {
     {
         Name first(5);
@@ -58,13 +47,6 @@ TEST_F(GLNames, EndAtOnceWhenReplaced) {
     first.reset();
     first.reset();
     EXPECT_EQ(deleted, (List{5, 6, 7}));
-}
-
-TEST_F(GLNames, StayWhenReleased) {
-    Name owner(5);
-    EXPECT_EQ(owner.release(), 5u);
-    EXPECT_EQ(owner.release(), 0u);
-    EXPECT_TRUE(deleted.empty());
 }
 
 }  // namespace

@@ -7,9 +7,7 @@
 #include <future>
 #include <stdexcept>
 
-#include "gpu/GLEntryPoints.h"
 #include "gpu/GLLockScope.h"
-#include "gpu/Shader.h"
 #include "support/GLTest.h"
 
 namespace quillon::test {
@@ -32,39 +30,6 @@ TEST(OpenGLContext, RefusesUntilItIsCreated) {
     EXPECT_EQ(context.destroy(), 0);
     EXPECT_TRUE(elsewhere([&] { return context.waitLock() ? (context.releaseLock(), true) : false; }))
         << "a failed make-current leaves the mutex to others";
-}
-
-TEST(OpenGLContext, RefusesOnceItIsDestroyed) {
-    OpenGLContext context;
-    ASSERT_EQ(context.create(), 0);
-    ASSERT_EQ(context.makeCurrent(), 0) << "these tests need a GL context";
-    EXPECT_EQ(context.destroy(), 0);
-    EXPECT_EQ(context.makeCurrent(), 7);
-    EXPECT_EQ(context.destroy(), 0);
-    EXPECT_FALSE(GLLockScope(&context).isHeld());
-}
-
-// With no driver behind them the entry points do nothing and leave their outputs as they were.
-TEST(OpenGLContext, LeavesCallableEntryPointsWithoutAContext) {
-    LoadGLEntryPoints();
-    EXPECT_EQ(glCreateShader(GL_VERTEX_SHADER), 0u);
-    EXPECT_EQ(glCreateProgram(), 0u);
-    GLint status = 77;
-    glGetProgramiv(1, GL_LINK_STATUS, &status);
-    EXPECT_EQ(status, 77);
-    GLuint name = 78;
-    glGenFramebuffers(1, &name);
-    EXPECT_EQ(name, 78u);
-    EXPECT_EQ(glMapBuffer(GL_PIXEL_PACK_BUFFER, GL_READ_ONLY), nullptr);
-    Shader shader;
-    EXPECT_FALSE(shader.createProgram());
-    EXPECT_FALSE(shader.compileSource("void main() {}"));
-    EXPECT_FALSE(shader.isBuilt());
-    EXPECT_FALSE(shader.bind());
-    RenderTarget target;
-    EXPECT_FALSE(target.initTarget(4, 4, 8));
-    EXPECT_EQ(target.mapPixels(), nullptr);
-    RenderTarget::unmapPixels();
 }
 
 class GLLock : public GLTest {};

@@ -14,14 +14,10 @@ constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 class RenderTargetTest : public GLTest {
 protected:
-    // Fills rows [from, to) of the target with one colour in GL's channels.
-    static void fill(RenderTarget& target, float r, float g, float b, float a, GLint from = 0, GLint to = 1 << 14) {
+    static void fill(RenderTarget& target, float r, float g, float b, float a) {
         target.bindTarget({});
-        glEnable(GL_SCISSOR_TEST);
-        glScissor(0, from, 1 << 14, to - from);
         glClearColor(r, g, b, a);
         glClear(GL_COLOR_BUFFER_BIT);
-        glDisable(GL_SCISSOR_TEST);
     }
     static GLint status() { return static_cast<GLint>(glCheckFramebufferStatus(GL_FRAMEBUFFER)); }
     using Box = std::vector<GLint>;
@@ -69,10 +65,6 @@ TEST_F(RenderTargetTest, CutsTheViewportTowardZeroOrTakesTheWhole) {
          std::initializer_list<std::pair<Viewport, Box>>{{{}, whole},
                                                          {{10.9f, 20.9f, 100.9f, 50.9f}, {10, 20, 100, 50}},
                                                          {{-10.9f, -0.5f, 3.5f, 2}, {-10, 0, 3, 2}},
-                                                         {{10, 20, 0, 50}, whole},
-                                                         {{10, 20, 100, 0}, whole},
-                                                         {{10, 20, -1, 50}, whole},
-                                                         {{10, 20, kNaN, 50}, whole},
                                                          {{10, 20, 100, kNaN}, whole},
                                                          {{1, 2, 0.5f, 0.5f}, {1, 2, 0, 0}}}) {
         glViewport(7, 7, 7, 7);
@@ -139,19 +131,6 @@ TEST_F(RenderTargetTest, MapsNothingWithoutASizeOrBeyondWhatTheBufferCanHave) {
     EXPECT_EQ(readBack<float>(target).size(), 64u);
 }
 
-TEST_F(RenderTargetTest, ChangesSizeUnderItsNames) {
-    RenderTarget target;
-    target.initTarget(4, 4, 8);
-    const std::uint32_t texture = target.textureName.get(), framebuffer = target.framebufferName.get();
-    target.uploadPixels(nullptr, {6, 2, 32, 0}, true, true);
-    EXPECT_EQ(target.textureName.get(), texture);
-    EXPECT_EQ(target.framebufferName.get(), framebuffer);
-    fill(target, 0.25f, 2, 3, 4);
-    const auto floats = readBack<float>(target);
-    ASSERT_EQ(floats.size(), 48u);
-    EXPECT_EQ(floats[44], 0.25f);
-}
-
 TEST_F(RenderTargetTest, LosesItsFramebufferToEveryNewTexture) {
     RenderTarget target;
     target.initTarget(4, 4, 8);
@@ -166,25 +145,6 @@ TEST_F(RenderTargetTest, LosesItsFramebufferToEveryNewTexture) {
     EXPECT_FALSE(target.textureName);
     EXPECT_FALSE(target.framebufferName);
     EXPECT_EQ(glIsTexture(texture), GL_FALSE);
-}
-
-TEST_F(RenderTargetTest, BlitsStretchedAndTurned) {
-    RenderTarget source, destination;
-    source.initTarget(2, 2, 32);
-    destination.initTarget(4, 4, 32);
-    fill(source, 1, 2, 3, 4, 0, 1);
-    fill(source, 5, 6, 7, 8, 1, 2);
-    for (const bool flip : {false, true}) {
-        source.blitTo(destination, flip, false);
-        EXPECT_EQ(integer(GL_READ_FRAMEBUFFER_BINDING), static_cast<GLint>(source.framebufferName.get()));
-        EXPECT_EQ(integer(GL_DRAW_FRAMEBUFFER_BINDING), static_cast<GLint>(destination.framebufferName.get()));
-        const auto floats = readBack<float>(destination);
-        ASSERT_EQ(floats.size(), 64u);
-        for (std::size_t i = 0; i < 64; ++i) {
-            const bool upper = (i >= 32) != flip;
-            EXPECT_EQ(floats[i], static_cast<float>(1 + i % 4 + (upper ? 4 : 0))) << i;
-        }
-    }
 }
 
 TEST_F(RenderTargetTest, IsLeftAloneByTheTextOverlay) {

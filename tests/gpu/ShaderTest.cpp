@@ -3,9 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "gpu/RenderTarget.h"
-#include "package/BlobReader.h"
 #include "support/GLTest.h"
-#include "support/TestEffect.h"
 
 namespace quillon::test {
 namespace {
@@ -21,10 +19,10 @@ class ShaderTest : public GLTest {
 protected:
     void build(const std::string& source) { shader.initFromName("s", source, L"", none); }
     // One pass into a cleared target of 2 by 2 pixels, of which the first comes back: A, R, G, B.
-    std::vector<float> drawn(bool flip = false) {
+    std::vector<float> drawn() {
         target.initTarget(2, 2, 32);
         target.bindTarget({});
-        if (shader.bind()) shader.render(flip);
+        if (shader.bind()) shader.render(false);
         const auto floats = readBack<float>(target);
         return {floats.begin(), floats.begin() + 4};
     }
@@ -35,11 +33,6 @@ protected:
 };
 
 TEST_F(ShaderTest, TellsWhatFailed) {
-    build("void main() { nonsense }");
-    EXPECT_THAT(shader.errorText, StartsWith("Shader compilation failed:\n"));
-    EXPECT_GT(shader.errorText.size(), 28u) << "the driver's words follow";
-    EXPECT_TRUE(shader.isBuilt());
-    EXPECT_FALSE(shader.bind());
     build(kUnlinked);
     EXPECT_THAT(shader.errorText, StartsWith("Program linking failed:\n"));
     EXPECT_FALSE(shader.compileSource("void main() { nonsense }"));
@@ -60,49 +53,6 @@ TEST_F(ShaderTest, CutsTheDriversWordsAt4096Bytes) {
     EXPECT_GE(shader.errorText.size(), 4000u);
 }
 
-TEST_F(ShaderTest, ReadsItsFileOfThePackage) {
-    const TestEffect effect({{"white.frag", kWhite}, {"empty.frag", ""}});
-    BlobReader::Load(effect.module());
-    const char* const kMissing = "Shader file not found or shader is empty!";
-    build("");
-    EXPECT_EQ(shader.errorText, kMissing);
-    EXPECT_EQ(shader.path, L"\\s.frag");
-    EXPECT_TRUE(shader.initFromName("white", "", L"", none));
-    EXPECT_EQ(shader.errorText, "");
-    EXPECT_EQ(shader.name, L"white");
-    EXPECT_EQ(shader.path, L"\\white.frag");
-    EXPECT_EQ(drawn(), (Pixel{1, 1, 1, 1}));
-    EXPECT_FALSE(shader.compileFile(L""));
-    EXPECT_EQ(shader.errorText, "");
-    EXPECT_EQ(shader.path, L"\\white.frag");
-    EXPECT_FALSE(shader.compileFile(L"empty.frag"));
-    EXPECT_EQ(shader.errorText, kMissing);
-    EXPECT_FALSE(shader.rebuild(false));
-    EXPECT_TRUE(shader.rebuild(true)) << "the text of the last good file is kept";
-    EXPECT_EQ(shader.errorText, "");
-}
-
-TEST_F(ShaderTest, StartsFromNothingAndGoesBackToIt) {
-    EXPECT_FALSE(shader.isBuilt());
-    EXPECT_FALSE(shader.bind());
-    shader.render(false);
-    EXPECT_EQ(shader.parameterIndex("f"), -1);
-    EXPECT_EQ(shader.parameterByName("f").kind, 0u);
-    build(kWhite);
-    const std::uint32_t program = shader.program.get();
-    EXPECT_TRUE(shader.bind());
-    EXPECT_EQ(integer(GL_CURRENT_PROGRAM), static_cast<GLint>(program));
-    shader.unbind();
-    EXPECT_EQ(integer(GL_CURRENT_PROGRAM), static_cast<GLint>(program));
-    glUseProgram(0);
-    shader.destroyProgram();
-    EXPECT_FALSE(shader.isBuilt());
-    EXPECT_EQ(glIsProgram(program), GL_FALSE);
-    build("void main() { nonsense }");
-    shader.destroyProgram();
-    EXPECT_EQ(shader.errorText, "");
-}
-
 TEST_F(ShaderTest, DrawsNothingOnceACompileFailed) {
     build(kWhite);
     EXPECT_EQ(drawn(), (Pixel{1, 1, 1, 1}));
@@ -118,12 +68,6 @@ TEST_F(ShaderTest, SeesOrdinaryColoursAndThePreamblesWords) {
     EXPECT_EQ(drawn(), (Pixel{0.5f, 2, -3, 4})) << "gbar and the final argb undo each other";
     build("void main() { gl_FragColor = vec4(0.5, 2.0, -3.0, 4.0); }");
     EXPECT_EQ(drawn(), (Pixel{4, 0.5f, 2, -3}));
-}
-
-TEST_F(ShaderTest, DrawsTextureRowZeroAtTheBottomUnlessFlipped) {
-    build("void main() { gl_FragColor = vec4(gl_TexCoord[0].st, 0.0, 0.0); }");
-    EXPECT_EQ(drawn(false), (Pixel{0, 0.25f, 0.25f, 0}));
-    EXPECT_EQ(drawn(true), (Pixel{0, 0.25f, 0.75f, 0}));
 }
 
 TEST_F(ShaderTest, LeavesTheStateOfADraw) {
@@ -151,15 +95,6 @@ TEST_F(ShaderTest, LeavesTheStateOfADraw) {
     glGetFloatv(GL_PROJECTION_MATRIX, matrix);
     EXPECT_EQ(matrix[0], 3.0f);
     EXPECT_EQ(integer(GL_CURRENT_PROGRAM), static_cast<GLint>(shader.program.get()));
-}
-
-TEST_F(ShaderTest, RebuildsFromItsTextAndKeepsItsValuesOut) {
-    build("uniform float f; void main() { gl_FragColor = vec4(f); }");
-    shader.parameterByName("f").setFloatAt(0, 3);
-    EXPECT_EQ(drawn(), (Pixel{3, 3, 3, 3}));
-    EXPECT_TRUE(shader.rebuild(true));
-    EXPECT_EQ(drawn(), (Pixel{0, 0, 0, 0})) << "uniforms start at zero";
-    EXPECT_FALSE(shader.rebuild(false)) << "there is no file";
 }
 
 TEST_F(ShaderTest, HasWhatTheDriverSaysOfAVersionLine) {

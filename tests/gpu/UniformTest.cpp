@@ -45,42 +45,6 @@ protected:
     RenderTarget target;
 };
 
-TEST_F(UniformTest, TakesItsKindFromTheLanguage) {
-    build(
-        "uniform float f; uniform vec2 v2; uniform vec3 v3; uniform vec4 v4; uniform sampler2D tex; uniform bool b;\n"
-        "uniform int i; uniform mat2 m; uniform sampler3D deep; uniform float one[1];\n"
-        "uniform vec4 many[4]; uniform ivec2 pair; uniform float unused;\n"
-        "void main() { gl_FragColor = texture2D(tex, v2) * f + v4 + vec4(v3, float(i)) + vec4(m[0], vec2(pair));\n"
-        "  gl_FragColor += texture3D(deep, v3) + many[i] + one[0]; if (b) discard; }");
-    const std::pair<const char*, std::uint32_t> kKinds[] = {
-        {"f", FLOAT}, {"v2", POINT2D}, {"v3", POINT}, {"v4", COLOR},     {"tex", LAYER}, {"b", BOOL},
-        {"i", POPUP}, {"m", 0},        {"deep", 0},   {"one[0]", FLOAT}, {"many[0]", 0}, {"pair", 0}};
-    EXPECT_EQ(shader.parameters.size(), std::size(kKinds));
-    for (const auto& [name, kind] : kKinds) {
-        const std::int32_t index = shader.parameterIndex(name);
-        ASSERT_GE(index, 0) << name;
-        const Parameter& record = shader.parameters[static_cast<std::size_t>(index)];
-        EXPECT_EQ(record.uniformName, name);
-        EXPECT_EQ(record.kind, kind) << name;
-        EXPECT_EQ(record.location, glGetUniformLocation(shader.program.get(), name)) << name;
-        EXPECT_EQ(record.id, 0u);
-        EXPECT_EQ(record.wordValue(), 0u);
-        EXPECT_FALSE(record.changed);
-    }
-    for (const char* name : {"unused", "one", "many", "F", ""}) EXPECT_EQ(shader.parameterIndex(name), -1) << name;
-}
-
-TEST_F(UniformTest, MarksTheBuiltInNames) {
-    build(
-        "uniform float time, times, resolution, _height_, s_Texture0, my_s_Texture_x, S_Texture1;\n"
-        "uniform sampler2D sInput0, sInput1;\n"
-        "void main() { gl_FragColor = texture2D(sInput0, vec2(time + times + resolution)) + \n"
-        "  texture2D(sInput1, vec2(_height_ + s_Texture0 + my_s_Texture_x + S_Texture1)); }");
-    for (const char* name : {"sInput0", "time", "resolution", "_height_", "s_Texture0", "my_s_Texture_x"})
-        EXPECT_EQ(uniform(name).flags, 1u) << name;
-    for (const char* name : {"sInput1", "times", "S_Texture1"}) EXPECT_EQ(uniform(name).flags, 0u) << name;
-}
-
 TEST_F(UniformTest, TakesItsKindFromTheFirstControlOfItsName) {
     controls.declare("turn", ANGLE);
     controls.declare("turn", POINT2D);

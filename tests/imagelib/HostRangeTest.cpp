@@ -9,37 +9,6 @@
 namespace quillon {
 namespace {
 
-struct HostRangeCase {
-    const char* name;
-    std::uint16_t host;
-    std::uint16_t widened;
-    std::uint16_t back;
-};
-
-class HostRange : public ::testing::TestWithParam<HostRangeCase> {};
-
-TEST_P(HostRange, SurvivesUploadAndReadback) {
-    EXPECT_EQ(WidenHostChannel(GetParam().host), GetParam().widened);
-    EXPECT_EQ(FoldToHostChannel(GetParam().widened), GetParam().back);
-}
-
-INSTANTIATE_TEST_SUITE_P(Values, HostRange,
-                         ::testing::Values(HostRangeCase{"zero", 0, 0, 0}, HostRangeCase{"one", 1, 2, 1},
-                                           HostRangeCase{"half_is_exact", 16384, 32768, 16384},
-                                           HostRangeCase{"one_value_is_lost", 16385, 32768, 16384},
-                                           HostRangeCase{"the_next_is_kept", 16386, 32770, 16386},
-                                           HostRangeCase{"full_scale_comes_back", 32768, 65534, 32768},
-                                           HostRangeCase{"beyond_full_scale_wraps", 32769, 0, 0}),
-                         [](const auto& row) { return row.param.name; });
-
-TEST(HostRangeTable, OnlyOneHostValueIsLost) {
-    for (int value = 0; value <= 32768; ++value) {
-        const int back = FoldToHostChannel(WidenHostChannel(static_cast<std::uint16_t>(value)));
-        ASSERT_EQ(back, value == 16385 ? 16384 : value);
-    }
-    EXPECT_EQ(FoldToHostChannel(65535), 32768);
-}
-
 using RowFunction = void (*)(const std::byte*, std::byte*, std::size_t);
 using ChannelRule = std::uint16_t (*)(std::uint16_t);
 

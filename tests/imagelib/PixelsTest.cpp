@@ -12,14 +12,6 @@ namespace {
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
-TEST(Pixels, BytesComeBackFromFloats) {
-    for (int value = 0; value <= 255; ++value) {
-        const float number = FloatFromChannel(static_cast<std::uint8_t>(value));
-        EXPECT_NEAR(number, value / 255.0, 1e-7) << value;
-        EXPECT_EQ(Channel8FromFloat(number), value);
-    }
-}
-
 TEST(Pixels, BytesAreScaledByTheConstantAndNotDivided) {
     EXPECT_EQ(std::bit_cast<std::uint32_t>(FloatFromChannel(std::uint8_t{255})), 0x3F800000u);
     EXPECT_EQ(std::bit_cast<std::uint32_t>(FloatFromChannel(std::uint8_t{128})), 0x3F008081u);

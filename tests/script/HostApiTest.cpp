@@ -50,13 +50,6 @@ TEST_F(HostApi, GivesTheInputOriginOfTheInstanceAsSigned) {
     EXPECT_EQ(eval("QL_getInputOrigin()"), "[-5,7]");
 }
 
-TEST_F(HostApi, TakesAnOutputExtentAtAnyTimeWithoutMovingTheFrame) {
-    addInstance();
-    EXPECT_EQ(eval("[QL_setOutputExtent(9, 9), QL_setOutputExtent()]"), "[true,true]");
-    EXPECT_EQ(frame(2, 2, 8).size(), 16u);
-    EXPECT_EQ(eval("QL_getSurfaceDim(QL_getSequenceRT())"), "[2,2,8]");
-}
-
 TEST_F(HostApi, ReleasesWhatAnIdNamesAndIgnoresTheRest) {
     addInstance();
     for (const char* harmless : {"0", "1", "12345", "0xFFFFFF", "'text'", "NaN", "undefined", "-0.9", "0x1000000",

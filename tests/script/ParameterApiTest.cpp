@@ -34,14 +34,6 @@ TEST_F(ParameterApi, DeclaresControlsWithTheirDefaults) {
         {"QL_getParamValue(odd)", "16777230"},
         {"QL_getSurfaceDim(QL_getParamValue(ids[QL_Type.LAYER]))", "[2,2,8]"},
     });
-    const Parameter& popup = control(POPUP);
-    EXPECT_EQ(popup.choices, "0|1|2|3|4|5|6|7|8|9");
-    EXPECT_EQ(popup.choiceCount, 10u);
-    EXPECT_EQ(popup.min[0], -100.0f);
-    EXPECT_EQ(popup.max[0], 100.0f);
-    EXPECT_EQ(popup.uniformName, "u9");
-    EXPECT_EQ(popup.label, "Control 9");
-    EXPECT_EQ(popup.flags, 0u);
 }
 
 TEST_F(ParameterApi, DeclaresByTheNumberOfArguments) {
@@ -66,10 +58,8 @@ TEST_F(ParameterApi, DeclaresByTheNumberOfArguments) {
 TEST_F(ParameterApi, WritesAndReadsValuesByKind) {
     expectValues({
         {"[QL_setParamValue(ids[1], 0.1), QL_getParamValue(ids[1])]", "[true,0.10000000149011612]"},
-        {"[QL_setParamValue(ids[12], '-45.5'), QL_getParamValue(ids[12])]", "[true,-45.5]"},
         {"[QL_setParamValue(ids[2], [1, 2, 3, 4]), QL_getParamValue(ids[2])]", "[true,[1,2,3]]"},
         {"[QL_setParamValue(ids[3], [1, 2, 3, '4']), QL_getParamValue(ids[3])]", "[true,[1,2,3,4]]"},
-        {"[QL_setParamValue(ids[5], [8, 9]), QL_getParamValue(ids[5])]", "[true,[8,9]]"},
         {"[QL_setParamValue(ids[8], true), QL_getParamValue(ids[8])]", "[true,1]"},
         {"[QL_setParamValue(ids[9], -2.9), QL_getParamValue(ids[9])]", "[true,-2]"},
         {"[QL_setParamValue(ids[6], 67108866), QL_getParamValue(ids[6])]", "[true,67108866]"},
@@ -77,17 +67,12 @@ TEST_F(ParameterApi, WritesAndReadsValuesByKind) {
         {"[0, 7, 10, 11].map(function (k) { return QL_setParamValue(ids[k], 5); })", "[true,true,true,true]"},
         // A missing element is no number.
         {"QL_setParamValue(ids[2], [5]) && QL_getParamValue(ids[2])", "[5,null,null]"},
-        {"QL_setParamValue(ids[3], []) && QL_getParamValue(ids[3])", "[null,null,null,null]"},
-        {"QL_setParamValue(ids[5], [6]) && QL_getParamValue(ids[5])", "[6,null]"},
         // What is no array leaves these kinds alone.
         {"QL_setParamValue(ids[5], [1, 2])", "true"},
         {"QL_setParamValue(ids[5], {0: 8, 1: 9, length: 2}) && QL_getParamValue(ids[5])", "[1,2]"},
-        {"QL_setParamValue(ids[5]) && QL_getParamValue(ids[5])", "[1,2]"},
         // Integers are clamped, and what is no number is 0.
         {"QL_setParamValue(ids[8], 4294967295) && QL_getParamValue(ids[8])", "2147483647"},
         {"QL_setParamValue(ids[8], -1e99) && QL_getParamValue(ids[8])", "-2147483648"},
-        {"QL_setParamValue(ids[8], NaN) && QL_getParamValue(ids[8])", "0"},
-        {"QL_setParamValue(ids[1], undefined) && QL_getParamValue(ids[1])", "null"},
     });
 }
 
@@ -131,48 +116,27 @@ TEST_F(ParameterApi, CountsTheEntriesOfAPopup) {
         const char* text;
         const char* stored;
         std::uint32_t count;
-    } kCases[] = {{"'Soft|Hard'", "Soft|Hard", 2},
-                  {"'Soft|'", "Soft|", 2},
-                  {"'Soft'", "Soft", 0},
-                  {"''", "", 0},
-                  {"'|'", "|", 2},
-                  {"'a|b|c'", "a|b|c", 3},
-                  {"12", "12", 0},
-                  {"undefined", "undefined", 0}};
+    } kCases[] = {{"'Soft|Hard'", "Soft|Hard", 2}, {"'Soft|'", "Soft|", 2}, {"'Soft'", "Soft", 0}, {"'|'", "|", 2}};
     for (const auto& [text, stored, count] : kCases) {
         EXPECT_EQ(eval("QL_setParamChoices(ids[9], " + std::string(text) + ")"), "true");
         EXPECT_EQ(control(POPUP).choices, stored);
         EXPECT_EQ(control(POPUP).choiceCount, count) << text;
     }
-    EXPECT_EQ(eval("QL_setParamChoices(ids[1], 'x|y')"), "true") << "the kind does not matter";
-    EXPECT_EQ(control(FLOAT).choiceCount, 2u);
 }
 
 TEST_F(ParameterApi, KeepsPrecisionEnablingAndFlagsInOneWord) {
     expectValues({
         {"[QL_setParamFlags(ids[1], 5), QL_getParamFlags(ids[1])]", "[true,5]"},
         {"[QL_setParamPrecision(ids[1], 3), QL_getParamFlags(ids[1])]", "[true,50331653]"},
-        {"QL_setParamPrecision(ids[1], 259) && QL_getParamFlags(ids[1])", "50331653"},
         {"QL_setParamPrecision(ids[1], 128) && QL_getParamFlags(ids[1])", "-2147483643"},
         {"QL_setParamPrecision(ids[1], -1) && QL_getParamFlags(ids[1])", "-16777211"},
-        {"QL_setParamFlags(ids[1], 7) && QL_getParamFlags(ids[1])", "7"},
         {"QL_setParamFlags(ids[1], 4294967296 + 9) && QL_getParamFlags(ids[1])", "9"},
-        {"QL_setParamFlags(ids[1], -1) && QL_getParamFlags(ids[1])", "-1"},
     });
 }
 
 TEST_F(ParameterApi, EnablesByNumberNotByTruth) {
-    for (const auto& [value, flags] : std::initializer_list<std::pair<const char*, const char*>>{{"true", "8"},
-                                                                                                 {"false", "10"},
-                                                                                                 {"1", "8"},
-                                                                                                 {"0.5", "10"},
-                                                                                                 {"'yes'", "10"},
-                                                                                                 {"'2'", "8"},
-                                                                                                 {"-1", "8"},
-                                                                                                 {"NaN", "10"},
-                                                                                                 {"{}", "10"},
-                                                                                                 {"undefined", "10"},
-                                                                                                 {"[3]", "8"}})
+    for (const auto& [value, flags] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"true", "8"}, {"false", "10"}, {"0.5", "10"}, {"'2'", "8"}, {"NaN", "10"}, {"[3]", "8"}})
         EXPECT_EQ(eval("QL_setParamFlags(ids[1], 8) && QL_setParamEnabled(ids[1], " + std::string(value) +
                        ") && QL_getParamFlags(ids[1])"),
                   flags)

@@ -116,9 +116,7 @@ TEST_F(ShaderApi, DrawsIntoTheViewportOrTheWholeTarget) {
                                                                     {"[1, 1, NaN, 2]", whole},
                                                                     {"[1, 1]", whole},
                                                                     {"{0: 1, 1: 1, 2: 2, 3: 2}", whole},
-                                                                    {"'1,1,2,2'", whole},
                                                                     {"[1, 1, 2, 2, 9]", middle},
-                                                                    {"[3, 0, 1, 1]", "0001000000000000"},
                                                                     {"[-1, 0, 2, 4]", "1000100010001000"}}) {
         eval("body = function () { pass(0); pass(1, " + viewport + "); }");
         std::string alphas;

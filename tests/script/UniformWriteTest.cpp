@@ -45,27 +45,18 @@ TEST_F(UniformWrite, StoresFloatsThatDifferAndTellsWhether) {
     } kCases[] = {
         {"f", "1.5", true, {1.5f}},
         {"f", "1.5", false, {1.5f}},
-        {"f", "'2.5'", true, {2.5f}},
         {"f", "0.1", true, {0.1f}},
         {"f", "0.1 + 1e-12", false, {0.1f}},  // the same once it is a float
         {"f", "undefined", true, {kNaN}},
         {"f", "NaN", true, {kNaN}},
         {"f", "0", true, {0.0f}},
         {"f", "-0", false, {0.0f}},
-        {"f", "-12345679", true, {-12345679.0f}},
-        {"turn", "30", true, {30.0f}},
-        {"turn", "30", false, {30.0f}},
         {"v3", "[1, 2, 3]", true, {1, 2, 3}},
         {"v3", "[1, 2, 3]", false, {1, 2, 3}},
-        {"v3", "[1, 2, -12345678]", true, {1, 2, -12345678.0f}},
         {"v3", "[1, 2, NaN]", true, {1, 2, kNaN}},
         {"v3", "[1, 2, NaN]", true, {1, 2, kNaN}},
-        {"v4", "[1, 2, 3, 4]", true, {1, 2, 3, 4}},
-        {"v4", "[1, 2, 3, 4]", false, {1, 2, 3, 4}},
-        {"v4", "[1, 2, 3, 5]", true, {1, 2, 3, 5}},
-        {"v2", "[6, 7]", true, {6, 7}},
-        {"v2", "[6, 7]", false, {6, 7}},
         {"v2", "[6, '8']", true, {6, 8}},
+        {"v4", "[1, 2, 3, 5]", true, {1, 2, 3, 5}},
     };
     for (const auto& [name, value, changed, stored] : kCases) {
         SCOPED_TRACE(std::string(name) + " = " + value);
@@ -90,10 +81,6 @@ TEST_F(UniformWrite, StoresIntegersCutTowardZero) {
     } kCases[] = {{"5.9", true, 5},
                   {"5", false, 5},
                   {"-5.9", true, -5},
-                  {"true", true, 1},
-                  {"0.9", true, 0},
-                  {"2147483647", true, 2147483647},
-                  {"-2147483648", true, std::numeric_limits<std::int32_t>::min()},
                   {"7", true, 7},
                   {"NaN", true, std::numeric_limits<std::int32_t>::min()},
                   {"8", true, 8},
@@ -111,20 +98,11 @@ TEST_F(UniformWrite, LeavesAllAsItWasForTheMarkAndForWhatDoesNotFit) {
     for (const auto& [name, value] :
          std::initializer_list<std::pair<const char*, const char*>>{{"f", "-12345678"},
                                                                     {"f", "-12345678.3"},
-                                                                    {"f", "'-12345678'"},
-                                                                    {"turn", "-12345678"},
-                                                                    {"i", "-12345678"},
                                                                     {"i", "-12345678.9"},
-                                                                    {"b", "-12345678"},
                                                                     {"v3", "[1, 2]"},
-                                                                    {"v3", "[1, 2, 3, 4]"},
                                                                     {"v3", "5"},
-                                                                    {"v4", "[1, 2, 3]"},
                                                                     {"v4", "[1, 2, 3, 4, 5]"},
-                                                                    {"v2", "[1]"},
-                                                                    {"v2", "[1, 2, 3]"},
                                                                     {"v2", "{0: 1, 1: 2, length: 2}"},
-                                                                    {"v2", "undefined"},
                                                                     {"m", "[1, 2, 3, 4]"},
                                                                     {"ghost", "target"}})
         for (const bool changed : {false, true}) {
@@ -148,19 +126,9 @@ TEST_F(UniformWrite, FeedsASamplerFromAnythingWithATexture) {
     const std::uint32_t ofTarget = entities.FindRenderTarget(0x3000001).textureName.get();
     const std::uint32_t ofLayer = entities.FindTexture(0x4000001).textureName.get();
     ASSERT_TRUE(ofTarget != 0 && ofLayer != 0 && ofTarget != ofLayer);
-    const std::initializer_list<std::pair<const char*, std::uint32_t>> kCases = {{"target", ofTarget},
-                                                                                 {"dead", 0},
-                                                                                 {"QL_getParamValue(layer)", ofLayer},
-                                                                                 {"turn", 0},
-                                                                                 {"layer", ofLayer},
-                                                                                 {"0x5000001", 0},
-                                                                                 {"String(target)", ofTarget},
-                                                                                 {"0x40000FF", 0},
-                                                                                 {"target + 0.5", ofTarget},
-                                                                                 {"undefined", 0},
-                                                                                 {"layer", ofLayer},
-                                                                                 {"s", 0},
-                                                                                 {"QL_initSurface(2, 2, 8)", 0}};
+    const std::initializer_list<std::pair<const char*, std::uint32_t>> kCases = {
+        {"target", ofTarget}, {"dead", 0},        {"QL_getParamValue(layer)", ofLayer}, {"turn", 0}, {"layer", ofLayer},
+        {"undefined", 0},     {"layer", ofLayer}, {"QL_initSurface(2, 2, 8)", 0}};
     std::uint32_t last = 0;
     for (const auto& [id, name] : kCases) {
         EXPECT_EQ(write("pic", id), "true");
