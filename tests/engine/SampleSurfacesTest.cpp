@@ -21,7 +21,7 @@ using ::testing::Pointwise;
 using PaletteSample = SampleTest;
 using EchoSample = SampleTest;
 
-constexpr std::int32_t kBlackAndWhite = 1, kSixteenPcColors = 20;                       // of the control `palette`
+constexpr std::int32_t kBlackAndWhite = 1, kAllColors = 8, kSixteenPcColors = 20;       // of the control `palette`
 constexpr std::int32_t kNone = 1, kFloydSteinberg = 2, kPattern4 = 12, kPattern8 = 13;  // of the control `dither`
 
 // Ramps; no two rows or columns are the same.
@@ -51,6 +51,13 @@ std::set<Colour> coloursOf(const Picture& picture) {
     return colours;
 }
 
+double brightnessOf(const Picture& picture) {
+    double sum = 0;
+    for (std::size_t i = 0; i < picture.samples.size(); i += 4)
+        sum += 0.2126 * picture.samples[i + 1] + 0.7152 * picture.samples[i + 2] + 0.0722 * picture.samples[i + 3];
+    return sum / static_cast<double>(picture.samples.size() / 4);
+}
+
 // Whether the palette, a fixed one or black and white, has the colour, at a depth with steps of this size.
 bool holds(std::int32_t palette, const Colour& colour, float step) {
     std::vector<ImageLib::Pixel32> entries = ImageLib::FixedPalette(palette);
@@ -63,7 +70,7 @@ bool holds(std::int32_t palette, const Colour& colour, float step) {
 
 }  // namespace
 
-TEST_F(PaletteSample, HoldsOnlyColoursOfThePaletteAtEveryDepth) {
+TEST_F(PaletteSample, HoldsOnlyColoursOfThePaletteAtEveryDepthAndStaysAsBright) {
     load("palette");
     addInstance();
     set("amount", 0.5f);
@@ -79,8 +86,29 @@ TEST_F(PaletteSample, HoldsOnlyColoursOfThePaletteAtEveryDepth) {
                 for (const Colour& colour : coloursOf(output))
                     EXPECT_TRUE(holds(palette, colour, step))
                         << palette << " " << dither << " " << bitDepth << ": " << ::testing::PrintToString(colour);
+                if (palette == kSixteenPcColors || (palette == kBlackAndWhite && dither == kFloydSteinberg)) {
+                    EXPECT_NEAR(brightnessOf(output), brightnessOf(input), dither == kNone ? 0.1 : 0.03)
+                        << palette << " " << dither << " " << bitDepth;
+                }
             }
         }
+    }
+}
+
+TEST_F(PaletteSample, ChoosesAsManyColoursFromThePictureAsItSays) {
+    load("palette");
+    addInstance();
+    set("dither", kNone);
+    const Picture input = ramps(96, 64, 1);
+    for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
+        for (std::int32_t palette = 2; palette < kAllColors; ++palette) {
+            set("palette", palette);
+            const std::size_t count = coloursOf(render(input, bitDepth)).size();
+            EXPECT_LE(count, std::size_t{1} << (palette + 1));
+            EXPECT_GT(count, std::size_t{1} << palette);
+        }
+        set("palette", kAllColors);
+        EXPECT_THAT(render(input, bitDepth).samples, Pointwise(FloatNear(1e-4f), input.samples));
     }
 }
 
@@ -100,6 +128,40 @@ TEST_F(PaletteSample, ChoosesColoursWithoutRegardToAlphaAndKeepsIt) {
             }
             EXPECT_EQ(soft.samples, opaque.samples) << palette << " " << dither;
         }
+    }
+}
+
+TEST_F(PaletteSample, DrawsBlocksOfThePicturesMeans) {
+    load("palette");
+    addInstance();
+    set("palette", kAllColors);
+    const Picture input = ramps(10, 7, 1);
+    for (const std::uint32_t block : {1u, 2u, 4u, 64u}) {
+        set("pixelSize", static_cast<float>(block));
+        const Picture output = render(input, 32);
+        for (std::uint32_t y = 0; y < input.height; ++y)
+            for (std::uint32_t x = 0; x < input.width; ++x) {
+                float sums[4] = {}, count = 0;
+                for (std::uint32_t row = y / block * block; row < std::min(input.height, (y / block + 1) * block);
+                     ++row)
+                    for (std::uint32_t at = x / block * block; at < std::min(input.width, (x / block + 1) * block);
+                         ++at) {
+                        for (int channel = 0; channel < 4; ++channel) sums[channel] += input.at(at, row)[channel];
+                        ++count;
+                    }
+                for (int channel = 0; channel < 4; ++channel)
+                    EXPECT_NEAR(output.at(x, y)[channel], sums[channel] / count, 1e-5f) << x << " " << y;
+            }
+    }
+}
+
+TEST_F(EchoSample, ShowsThePictureAsItIsWhereNoTrailCanBe) {
+    load("echo");
+    addInstance();
+    for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
+        const Picture soft = ramps(12, 9, 0.6f);
+        EXPECT_THAT(render(soft, bitDepth, 1).samples,
+                    Pointwise(FloatNear(bitDepth == 8 ? 1e-6f : 4e-5f), soft.samples));
     }
 }
 
@@ -134,6 +196,14 @@ TEST_F(EchoSample, FadesByTimeAndStartsAfreshWhereTheOrderBreaks) {
         }
         removeInstance(instance);
     }
+}
+
+TEST_F(EchoSample, StartsAfreshAtAnotherSize) {
+    load("echo");
+    addInstance();
+    render(ramps(12, 9, 1), 8, 1);
+    const Picture black = flat(20, 9, {1, 0, 0, 0});
+    EXPECT_EQ(render(black, 8, 1.04).samples, black.samples);
 }
 
 TEST_F(EchoSample, ForgetsWhatIsNoNumber) {

@@ -2,9 +2,12 @@
 
 #include <cmath>
 
+#include "imagelib/Surface.h"
+#include "package/BlobReader.h"
 #include "support/GLTest.h"
 #include "support/GuardedBytes.h"
 #include "support/Pixels.h"
+#include "support/TestEffect.h"
 
 namespace quillon::test {
 namespace {
@@ -44,10 +47,15 @@ TEST_F(TextureTest, ChoosesStorageAndRowLengthByDepth) {
         bool argbOrdered;
         GLint storageBits, storageType, rowLength;
     } kCases[] = {
+        {8, 8, true, 8, GL_UNSIGNED_NORMALIZED, 2},
         {8, 12, false, 8, GL_UNSIGNED_NORMALIZED, 3},
         {16, 16, true, 32, GL_FLOAT, 2},
+        {16, 40, true, 32, GL_FLOAT, 5},
+        {32, 32, false, 32, GL_FLOAT, 2},
         {32, 48, true, 32, GL_FLOAT, 3},
         {15, 16, true, 32, GL_FLOAT, 4},
+        {24, 24, true, 32, GL_FLOAT, 2},
+        {4, 8, true, 8, GL_UNSIGNED_NORMALIZED, 0},
         {0, 0, true, 8, GL_UNSIGNED_NORMALIZED, 0},
     };
     Texture texture;
@@ -61,18 +69,27 @@ TEST_F(TextureTest, ChoosesStorageAndRowLengthByDepth) {
         SCOPED_TRACE(std::to_string(bits) + " bits, rows of " + std::to_string(rowBytes));
         texture.uploadPixels(nullptr, {2, 3, bits, rowBytes}, argbOrdered, false);
         EXPECT_EQ(integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(name));
+        EXPECT_EQ(level(GL_TEXTURE_WIDTH), 2);
+        EXPECT_EQ(level(GL_TEXTURE_HEIGHT), 3);
         EXPECT_EQ(level(GL_TEXTURE_RED_SIZE), storageBits);
         EXPECT_EQ(level(GL_TEXTURE_ALPHA_SIZE), storageBits);
         EXPECT_EQ(level(GL_TEXTURE_RED_TYPE), storageType);
         EXPECT_EQ(integer(GL_UNPACK_ROW_LENGTH), rowLength) << "and it stays";
         EXPECT_EQ(swizzle(), argbOrdered ? identity : fromRgba);
         EXPECT_EQ(texture.textureName.get(), name);
+        EXPECT_EQ(texture.width, 2u);
+        EXPECT_EQ(texture.height, 3u);
+        EXPECT_EQ(texture.bitDepth, bits);
+        EXPECT_EQ(texture.rowBytes, rowBytes);
+        EXPECT_EQ(texture.isArgbOrdered, argbOrdered);
+        EXPECT_EQ(texture.pixelCopy(), nullptr);
     }
 }
 
 TEST_F(TextureTest, ResetsFiltersAndWrappingAtEachUpload) {
     Texture texture;
     EXPECT_TRUE(texture.initTexture(2, 2, 8, true));
+    EXPECT_EQ(texture.rowBytes, 0);
     for (const GLenum what : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) {
         EXPECT_EQ(state(what), GL_LINEAR);
         glTexParameteri(GL_TEXTURE_2D, what, GL_NEAREST);
@@ -140,10 +157,48 @@ TEST_F(TextureTest, KeepsItsNameOverExtentsAndDepths) {
     const Bytes big(std::size_t{1920} * 1080 * 8);
     texture.uploadPixels(big.data(), {1920, 1080, 16, 1920 * 8}, true, true);
     EXPECT_EQ(texture.textureName.get(), name);
+    EXPECT_EQ(texture.bitDepth, 16u);
+    EXPECT_EQ(level(GL_TEXTURE_HEIGHT), 1080);
     texture.releaseGL();
     EXPECT_FALSE(texture.textureName);
     EXPECT_EQ(glIsTexture(name), GL_FALSE);
     EXPECT_EQ(texture.pixelCopy()->size(), big.size()) << "the copy stays";
+}
+
+// Rows apart by more than their width, the last one without its padding, and rows that lie upwards in memory. A read
+// of one byte too many faults.
+TEST_F(TextureTest, ReadsPaddedAndUpwardRowsAndNotAByteMore) {
+    for (const std::uint32_t bits : {8u, 16u, 32u})
+        for (const bool expand : {false, true})
+            for (const bool upwards : {false, true}) {
+                SCOPED_TRACE(std::to_string(bits) + (upwards ? " upwards" : " downwards"));
+                const Bytes picture = distinctPicture(3, 2, bits);
+                const std::size_t row = picture.size() / 2, apart = row + bits / 2;
+                Bytes padded(apart, std::byte{0xEE});
+                const Bytes inMemory = upwards ? reversedRows(picture, 2) : picture;
+                std::copy(inMemory.begin(), inMemory.begin() + static_cast<std::ptrdiff_t>(row), padded.begin());
+                padded.insert(padded.end(), inMemory.begin() + static_cast<std::ptrdiff_t>(row), inMemory.end());
+                const GuardedBytes memory(padded);
+                const auto rowBytes = static_cast<std::int64_t>(apart);
+                Texture texture;
+                texture.initTexture(3, 2, bits, true);
+                if (upwards)
+                    texture.uploadPixels(memory.data() + apart, {3, 2, bits, -rowBytes}, true, expand);
+                else
+                    texture.uploadPixels(memory.data(), {3, 2, bits, rowBytes}, true, expand);
+                if (bits == 8)
+                    EXPECT_EQ(bytesOf(storage<std::uint8_t>(GL_UNSIGNED_BYTE)), picture);
+                else if (bits == 32)
+                    EXPECT_EQ(bytesOf(storage<float>(GL_FLOAT)), picture);
+                else
+                    EXPECT_EQ(inHostRange(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)), expand ? 16 : 8),
+                              picture);
+                ASSERT_NE(texture.pixelCopy(), nullptr);
+                EXPECT_GE(texture.pixelCopy()->size(), picture.size());
+                if (!upwards) {
+                    EXPECT_EQ(texture.pixelCopy()->size(), 2 * apart);
+                }
+            }
 }
 
 TEST_F(TextureTest, SurvivesFifteenBitsThoughTheyReadTwiceTheRows) {
@@ -155,6 +210,47 @@ TEST_F(TextureTest, SurvivesFifteenBitsThoughTheyReadTwiceTheRows) {
     const std::vector<std::uint16_t> stored = storage<std::uint16_t>(GL_UNSIGNED_SHORT);
     const std::vector<std::uint16_t> given = channelsOf<std::uint16_t>(picture);
     EXPECT_TRUE(std::equal(stored.begin(), stored.begin() + 12, given.begin())) << "the first row is as it was";
+}
+
+TEST_F(TextureTest, LoadsAPictureOrStaysWithoutAName) {
+    const std::string tga = {0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1, 0, 32, 0x28, 30, 20, 10, 40};
+    const TestEffect effect({{"one.tga", tga}, {"junk.png", "junk"}});
+    BlobReader::Load(effect.module());
+    Texture texture;
+    EXPECT_EQ(texture.loadImage("one.tga"), 1);
+    EXPECT_EQ(texture.name, "one.tga");
+    EXPECT_FALSE(texture.isArgbOrdered);
+    EXPECT_EQ(texture.bitDepth, 8u);
+    EXPECT_EQ(texture.rowBytes, 4);
+    EXPECT_EQ(swizzle(), fromRgba);
+    EXPECT_EQ(*texture.pixelCopy(), bytesOf<std::uint8_t>({10, 20, 30, 40}));
+    for (const char* file : {"none.tga", "junk.png", ""}) {
+        Texture none;
+        EXPECT_EQ(none.loadImage(file), 0) << file;
+        EXPECT_FALSE(none.textureName);
+    }
+}
+
+TEST_F(TextureTest, TakesASurfaceUprightOrTurned) {
+    Surface surface;
+    surface.init(3, 2, 16, true);
+    surface.pixels = distinctPicture(3, 2, 16);
+    Texture texture;
+    texture.initTexture(1, 1, 8, true);
+    for (const bool flip : {false, true}) {
+        texture.loadFromSurface(surface, flip);
+        EXPECT_EQ(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)),
+                  flip ? reversedRows(surface.pixels, 2) : surface.pixels);
+    }
+    const Bytes borrowed = distinctPicture(3, 2, 16);
+    surface.pixels.clear();
+    surface.borrowedPixels = std::make_shared<Bytes>(reversedRows(borrowed, 2));
+    texture.loadFromSurface(surface, false);
+    EXPECT_EQ(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)), reversedRows(borrowed, 2));
+    Surface empty;
+    empty.init(4, 5, 8, true);
+    texture.loadFromSurface(empty, true);
+    EXPECT_EQ(level(GL_TEXTURE_HEIGHT), 5);
 }
 
 }  // namespace

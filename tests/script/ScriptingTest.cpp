@@ -54,6 +54,20 @@ TEST_F(ScriptHeap, CollectsAllGarbageAfterEachText) {
     }
 }
 
+TEST_F(ScriptHeap, DoesNothingOnceClosedAndStartsAnewWhenOpened) {
+    scripting.Eval("var kept = 1; QL_initParam('n', 1);");
+    EXPECT_EQ(Context::Instance().Count(), 1u);
+    scripting.Close();
+    EXPECT_EQ(scripting.Context(), nullptr);
+    EXPECT_EQ(Context::Instance().Count(), 0u);
+    scripting.Eval("QL_initParam('n', 1);");
+    scripting.Close();
+    EXPECT_EQ(Context::Instance().Count(), 0u);
+    scripting.Open();
+    scripting.Eval("var id = QL_initParam('n', 1);");
+    EXPECT_EQ(number("typeof kept === 'undefined' ? id : 0"), 0x1000001);
+}
+
 TEST_F(ScriptHeap, IsSilentUnlessSomebodyObserves) {
     scripting.Eval("throw new Error('unseen')");
     seenErrors.clear();
@@ -78,6 +92,18 @@ TEST_F(ScriptHeap, IsSilentUnlessSomebodyObserves) {
     scripting.Eval("throw 2");
     EXPECT_EQ(seenErrors.size(), 4u);
     EXPECT_EQ(duk_get_top(scripting.Context()), 0);
+}
+
+// A finalizer runs in a collection, behind an error, at the end of the heap; natives work in it all the same.
+TEST_F(ScriptHeap, LetsFinalizersCallNativesUntilTheVeryEnd) {
+    scripting.Eval(
+        "function guard(id) { var o = {}; Duktape.fin(o, function () { QL_release(id); QL_initParam('late', 1);"
+        " QL_initSurface(1, 1, 8); }); return o; }"
+        "var alive = guard(QL_initParam('a', 1)); guard(QL_initSurface(2, 2, 8)); throw "
+        "guard(QL_initTexture('none'));");
+    EXPECT_EQ(Context::Instance().Count(), 3u) << "one that lives, and one of each finalizer that ran";
+    scripting.Close();
+    EXPECT_EQ(Context::Instance().Count(), 0u);
 }
 
 // The host calls on threads of its own making, whose stacks can be small.

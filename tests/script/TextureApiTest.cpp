@@ -46,8 +46,11 @@ TEST_F(TextureApi, LoadsPicturesOfThePackage) {
     expectValues({
         {"[QL_initTexture(), QL_getSurfaceDim(67108866)]", "[0,false]"},
         {"QL_initTexture('four.tga')", "67108866"},
+        {"QL_getSurfaceDim(67108866)", "[2,2,8]"},
         {"QL_getSurfaceDim(QL_initTexture('Four.TGA', 'ignored'))", "[2,2,8]"},
         {"QL_getSurfaceDim(QL_initTexture('bright.hdr'))", "[1,1,32]"},
+        {"QL_initTexture('none.png')", "67108869"},
+        {"QL_getSurfaceDim(67108869)", "false"},
         {"QL_getSurfaceDim(QL_initTexture('junk.png'))", "false"},
         {"QL_initTexture('four.tga', {toString: function () { throw 'asked'; }})", "throws asked"},
     });
@@ -92,6 +95,19 @@ TEST_F(TextureApi, PassesTextureStateToGLForAnyIdThatHasATexture) {
         EXPECT_EQ(wrap, GL_CLAMP_TO_EDGE);
     }
     engine.unlockGL();
+}
+
+TEST_F(TextureApi, UndoesTextureStateAtTheNextUpload) {
+    const Bytes picture = distinctPicture(2, 2, 8);
+    frame(2, 2, 8, picture);
+    eval("QL_setTextureParam(QL_getSequenceTexture(), QL_GL.TEXTURE_MAG_FILTER, QL_GL.NEAREST)");
+    frame(2, 2, 8, picture);
+    ASSERT_TRUE(engine.lockGL());
+    GLint filter = 0;
+    glBindTexture(GL_TEXTURE_2D, Context::Instance().FindTexture(0x4000002).textureName.get());
+    glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, &filter);
+    engine.unlockGL();
+    EXPECT_EQ(filter, GL_LINEAR);
 }
 
 }  // namespace
