@@ -26,6 +26,7 @@ TEST_F(FrameOperations, AskTheScriptForTheOutputSize) {
         Size input, output;
     } kCases[] = {
         {"QL_setOutputExtent(200, 0)", {100, 50}, {200, 50}},
+        {"QL_setOutputExtent(0, 100)", {640, 360}, {640, 100}},
         {"QL_setOutputExtent(w * 2.5, '30')", {5, 6}, {12, 30}},
         {"QL_setOutputExtent(7, 7); QL_setOutputExtent(0, 0)", {5, 6}, {5, 6}},
         {"QL_setOutputExtent(8, 9); throw 1", {5, 6}, {8, 9}},

@@ -61,6 +61,22 @@ TEST_F(ContextTest, HasNoCurrentSequenceOnAFreedSlot) {
     EXPECT_EQ(entities.FindParameter(id).floatAt(0), 4.0f);
 }
 
+TEST_F(ContextTest, GivesANewSequenceTheValuesOfThatMoment) {
+    const std::uint32_t id = declare("p", FLOAT, 1);
+    EXPECT_EQ(entities.CurrentSequence().Count(), 0u) << "nothing was declared when slot 0 came to be";
+    entities.NewSequence();
+    entities.FindParameter(id).setFloatAt(0, 2);
+    entities.NewSequence();
+    for (const std::uint32_t slot : {1u, 2u}) {
+        entities.current = slot;
+        EXPECT_EQ(entities.FindParameter(id).floatAt(0), static_cast<float>(slot));
+        EXPECT_EQ(&entities.FindParameter(id), &entities.CurrentSequence().At(0));
+    }
+    entities.FindParameter(id).setFloatAt(0, 9);
+    entities.current = 0;
+    EXPECT_EQ(entities.FindParameter(id).floatAt(0), 2.0f);
+}
+
 TEST_F(ContextTest, ListsDeclarationsInTheOrderOfTheirIds) {
     const std::uint32_t first = declare("first", FLOAT, 0);
     declare("second", POPUP, 0);

@@ -60,7 +60,7 @@ const NameCase kNameCases[] = {
     {"upper_case", L"shaders\\FX.JS", "script"},   {"ends_at_a_zero", L"fx.js\0/other"s, "script"},
     {"byte_above_127", L"\xE9.png", "image"},      {"no_byte_at_all", L"\x4E00.png", ""},
     {"stored_in_a_folder", L"shaders/a.frag", ""}, {"separator_at_the_end", L"a/", ""},
-    {"a_stored_directory", L"dir/", ""},
+    {"slashes", L"a/b//fx.js", "script"},          {"a_stored_directory", L"dir/", ""},
 };
 INSTANTIATE_TEST_SUITE_P(Cases, RequestedName, ::testing::ValuesIn(kNameCases),
                          [](const auto& row) { return std::string(row.param.name); });

@@ -126,6 +126,7 @@ TEST_F(ConfigDocumentTest, PacksTheVersionAndCutsItForTheHost) {
         std::uint32_t packed, host;
     } cases[] = {
         {"1", "2", "0", "3", 0xC0000081, 0x00090600},
+        {"9", "0", "0", "0", 0x00000009, 0x04080000},     // split over two fields
         {"0", "0", "0", "7", 0xC0000000, 0x00000600},     // stage keeps two bits
         {"0", "31", "0", "0", 0x000007C0, 0x00078000},    // minor loses its fifth bit
         {"0", "0", "1023", "0", 0x00FFC000, 0x000001FF},  // build loses its tenth bit

@@ -72,6 +72,7 @@ TEST_F(ParameterApi, WritesAndReadsValuesByKind) {
         {"QL_setParamValue(ids[5], {0: 8, 1: 9, length: 2}) && QL_getParamValue(ids[5])", "[1,2]"},
         // Integers are clamped, and what is no number is 0.
         {"QL_setParamValue(ids[8], 4294967295) && QL_getParamValue(ids[8])", "2147483647"},
+        {"QL_setParamValue(ids[8], NaN) && QL_getParamValue(ids[8])", "0"},
         {"QL_setParamValue(ids[8], -1e99) && QL_getParamValue(ids[8])", "-2147483648"},
     });
 }

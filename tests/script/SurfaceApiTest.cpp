@@ -45,6 +45,8 @@ TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
         {"QL_textureToSurface('none') === 0", "true"},
         {"QL_textureToSurface(0x40000FF)", "100663299"},
     });
+    EXPECT_EQ(surface(3).width, 0u);
+    EXPECT_EQ(surface(3).height, 0u);
     EXPECT_EQ(surface(3).pixelAddress(), nullptr);
 }
 

@@ -51,6 +51,7 @@ TEST_F(UniformWrite, StoresFloatsThatDifferAndTellsWhether) {
         {"f", "NaN", true, {kNaN}},
         {"f", "0", true, {0.0f}},
         {"f", "-0", false, {0.0f}},
+        {"turn", "30", true, {30.0f}},
         {"v3", "[1, 2, 3]", true, {1, 2, 3}},
         {"v3", "[1, 2, 3]", false, {1, 2, 3}},
         {"v3", "[1, 2, NaN]", true, {1, 2, kNaN}},
