@@ -19,9 +19,8 @@ constexpr PictureExtent kExtent = {256, 144};
 }  // namespace
 
 int RunCheck(const CheckOptions& options) {
-    EffectSource source = ReadEffectSource(options.effect);
-    ThrowIfAny(CheckSource(source));
-    for (const Diagnostic& warning : CheckIdentity(source)) fmt::print(stderr, "{}\n", FormatDiagnostic(warning));
+    EffectSource source = ReadCheckedSource(options.effect);
+    PrintWarnings(CheckIdentity(source));
     DescribeEffect(source);  // throws what hosts would not take
 
     host::HostSettings settings;

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
 
 namespace quillon::cli {
@@ -24,6 +25,10 @@ std::string FormatDiagnostic(const Diagnostic& diagnostic) {
         text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
     return fmt::format("{}: {}: {} [{}]", place, kSeverities[static_cast<int>(diagnostic.severity)], text,
                        kKinds[static_cast<int>(diagnostic.kind)]);
+}
+
+void PrintWarnings(const Diagnostics& warnings) {
+    for (const Diagnostic& warning : warnings) fmt::print(stderr, "{}\n", FormatDiagnostic(warning));
 }
 
 ToolError EffectFault(const Diagnostics& diagnostics) {

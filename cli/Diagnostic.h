@@ -27,6 +27,9 @@ using Diagnostics = std::vector<Diagnostic>;
 // "PATH:LINE:COLUMN: error: TEXT [KIND]" without a line end; line breaks in the text become blanks.
 std::string FormatDiagnostic(const Diagnostic& diagnostic);
 
+// Each as a line on standard error.
+void PrintWarnings(const Diagnostics& warnings);
+
 // The end of a command over these faults, each told once however often it stands in the list.
 ToolError EffectFault(const Diagnostics& diagnostics);
 

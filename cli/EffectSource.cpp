@@ -98,6 +98,12 @@ Diagnostics CheckSource(const EffectSource& source) {
     return diagnostics;
 }
 
+EffectSource ReadCheckedSource(const std::filesystem::path& path) {
+    EffectSource source = ReadEffectSource(path);
+    ThrowIfAny(CheckSource(source));
+    return source;
+}
+
 int CountLines(std::string_view text) {
     const auto ends = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
     return ends + (text.empty() || text.back() == '\n' ? 0 : 1);

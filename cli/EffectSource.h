@@ -41,6 +41,9 @@ Diagnostics CheckPackage(const EffectSource& source);
 // The same, and a script that is not UTF-8: whatever can be told before the engine sees the files.
 Diagnostics CheckSource(const EffectSource& source);
 
+// ReadEffectSource, and EffectFault for what CheckSource finds.
+EffectSource ReadCheckedSource(const std::filesystem::path& path);
+
 // Lines of a text; an unfinished last line counts.
 int CountLines(std::string_view text);
 

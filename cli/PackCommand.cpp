@@ -45,7 +45,7 @@ int RunPack(const PackOptions& options) {
     const bool isDescribed = ModuleKindOf(options.output)->isDescribed;
     const std::vector<std::byte> description = isDescribed ? DescribeEffect(source) : std::vector<std::byte>();
     WriteEffectModule(options.output, source, "choose another place with -o", description);
-    for (const Diagnostic& warning : CheckIdentity(source)) fmt::print(stderr, "{}\n", FormatDiagnostic(warning));
+    PrintWarnings(CheckIdentity(source));
     fmt::print("{}\n", options.output.string());
     return 0;
 }

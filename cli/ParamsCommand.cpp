@@ -60,9 +60,7 @@ Row RowOf(const nlohmann::ordered_json& control) {
 }  // namespace
 
 int RunParams(const ParamsOptions& options) {
-    EffectSource source = ReadEffectSource(options.effect);
-    ThrowIfAny(CheckSource(source));
-    const LoadedEffect effect(std::move(source), {});
+    const LoadedEffect effect(ReadCheckedSource(options.effect), {});
     nlohmann::ordered_json list = nlohmann::ordered_json::array();
     for (std::size_t i = 0; i < effect.controls().size(); ++i)
         list.push_back(DescribeControl(effect.controls()[i], effect.parameters()[i]));

@@ -15,12 +15,6 @@ namespace quillon::cli {
 
 namespace {
 
-EffectSource ReadChecked(const std::filesystem::path& path) {
-    EffectSource source = ReadEffectSource(path);
-    ThrowIfAny(CheckSource(source));
-    return source;
-}
-
 // All that one frame of the command needs.
 class Renderer {
 public:
@@ -28,7 +22,7 @@ public:
         : options(renderOptions),
           plan(options),
           frames(plan.frames()),
-          source(ReadChecked(options.effect)),
+          source(ReadCheckedSource(options.effect)),
           effect(std::move(source), plan.settings(plan.input.fullExtentAt(frames.front()))) {
         for (const auto& [name, text] : plan.values) {
             const Control& control = FindControl(effect.controls(), name);
@@ -79,11 +73,10 @@ private:
         if (options.host != host::HostKind::afterEffects) return;
         const std::string config = effect.pathOf("config.xml");
         const auto say = [&](const std::string& text) {
-            fmt::print(stderr, "{}\n",
-                       FormatDiagnostic({.path = config,
-                                         .severity = Diagnostic::Severity::warning,
-                                         .text = text,
-                                         .kind = Diagnostic::Kind::config}));
+            PrintWarnings({{.path = config,
+                            .severity = Diagnostic::Severity::warning,
+                            .text = text,
+                            .kind = Diagnostic::Kind::config}});
         };
         const std::uint32_t flags = OwnEngine::Flags(), flags2 = OwnEngine::Flags2();
         if (options.route != host::Route::classic && (flags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)

@@ -1,6 +1,5 @@
 #include "packer/ModuleWriter.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <system_error>
@@ -20,11 +19,8 @@ namespace fs = std::filesystem;
 
 // Takes off the package that the module carries, if it does.
 void removePackage(std::vector<std::byte>& module) {
-    if (module.size() < kModuleTrailerBytes) return;
-    ModuleTrailer trailer;
-    std::copy(module.end() - kModuleTrailerBytes, module.end(), trailer.begin());
-    if (const auto packageBytes = PackageBytesBefore(trailer, module.size()))
-        module.resize(module.size() - kModuleTrailerBytes - *packageBytes);
+    if (const auto package = PackageBehindImage(module))
+        module.resize(module.size() - kModuleTrailerBytes - package->size());
 }
 
 // Puts the package behind the image.

@@ -2,7 +2,6 @@
 
 #include <miniz.h>
 
-#include <algorithm>
 #include <span>
 #include <string>
 
@@ -25,20 +24,12 @@ struct Listing {
     ~Listing() { mz_zip_reader_end(&zip); }
 };
 
-// Empty when there is none.
-std::span<const std::byte> PackageBehindImage(std::span<const std::byte> file) {
-    if (file.size() < kModuleTrailerBytes) return {};
-    ModuleTrailer trailer;
-    std::copy(file.end() - kModuleTrailerBytes, file.end(), trailer.begin());
-    const std::uint32_t packageBytes = PackageBytesBefore(trailer, file.size()).value_or(0);
-    return file.subspan(file.size() - kModuleTrailerBytes - packageBytes, packageBytes);
-}
-
 std::vector<std::byte> PlainArchive(const std::filesystem::path& module) {
     const std::vector<std::byte> file = ReadWholeFile(module);
     std::span<const std::byte> package;
     try {
-        package = IsPortableExecutable(file) ? PackageOfWindowsModule(file) : PackageBehindImage(file);
+        package =
+            IsPortableExecutable(file) ? PackageOfWindowsModule(file) : PackageBehindImage(file).value_or(package);
     } catch (const PackageError& error) {
         throw PackageError(module.string() + ": " + error.what());
     }

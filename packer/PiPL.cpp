@@ -4,8 +4,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "packer/LittleEndian.h"
 #include "packer/PackageError.h"
+#include "platform/LittleEndian.h"
 
 namespace quillon {
 

@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "packer/LittleEndian.h"
 #include "packer/PackageError.h"
 #include "packer/PortableExecutableRecords.h"
 #include "packer/ResourceDirectory.h"
+#include "platform/LittleEndian.h"
 
 namespace quillon {
 

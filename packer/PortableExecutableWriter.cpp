@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "packer/LittleEndian.h"
 #include "packer/PackageError.h"
 #include "packer/PortableExecutable.h"
 #include "packer/PortableExecutableRecords.h"
 #include "packer/ResourceDirectory.h"
+#include "platform/LittleEndian.h"
 
 namespace quillon {
 

@@ -1,8 +1,8 @@
 #include "packer/ResourceDirectory.h"
 
-#include "packer/LittleEndian.h"
 #include "packer/PackageError.h"
 #include "packer/ResourceRecords.h"
+#include "platform/LittleEndian.h"
 
 namespace quillon {
 

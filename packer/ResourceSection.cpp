@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "packer/LittleEndian.h"
 #include "packer/PackageError.h"
 #include "packer/ResourceDirectory.h"
 #include "packer/ResourceRecords.h"
+#include "platform/LittleEndian.h"
 
 namespace quillon {
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "platform/LittleEndian.h"
+
 namespace quillon {
 
 namespace {
@@ -12,13 +14,8 @@ constexpr std::size_t kEndBytes = 22, kEntryBytes = 46, kLocator64Bytes = 20;
 constexpr std::size_t kLongestComment = 0xFFFF;
 constexpr std::uint32_t kSizeIsElsewhere = 0xFFFFFFFF;
 
-// `at` and the field behind it lie inside the data; the caller has seen to that.
-std::uint32_t word16(std::span<const std::byte> data, std::size_t at) {
-    return std::to_integer<std::uint32_t>(data[at]) | std::to_integer<std::uint32_t>(data[at + 1]) << 8;
-}
-std::uint32_t word32(std::span<const std::byte> data, std::size_t at) {
-    return word16(data, at) | word16(data, at + 2) << 16;
-}
+constexpr auto& word16 = LoadLittle<std::uint16_t>;
+constexpr auto& word32 = LoadLittle<std::uint32_t>;
 
 std::optional<std::size_t> findEndRecord(std::span<const std::byte> data) {
     if (data.size() < kEndBytes) return std::nullopt;

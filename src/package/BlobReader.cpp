@@ -7,6 +7,7 @@
 #include "package/KeySchedule.h"
 #include "package/ZipArchive.h"
 #include "platform/EndProcess.h"
+#include "platform/LittleEndian.h"
 #include "platform/ModuleResource.h"
 #include "platform/WideText.h"
 
@@ -70,10 +71,8 @@ void BlobReader::Unscramble() {
 
     KeySchedule schedule;
     for (std::size_t at = 0; at + 4 <= package.size(); at += 4) {
-        std::uint32_t stored = 0;
-        for (std::size_t i = 0; i < 4; ++i) stored |= std::to_integer<std::uint32_t>(package[at + i]) << (8 * i);
-        const std::uint32_t plain = stored ^ schedule.key;
-        for (std::size_t i = 0; i < 4; ++i) package[at + i] = static_cast<std::byte>(plain >> (8 * i));
+        const std::uint32_t plain = LoadLittle<std::uint32_t>(package, at) ^ schedule.key;
+        StoreLittle(package, at, plain);
         schedule.advance(plain);
     }
 }
