@@ -11,6 +11,7 @@
 var LONGEST_GAP = 0.5;        // seconds that a trail outlives without a frame
 var MOST_MEMORIES = 4;        // the one not used for longest goes when there are more instances
 var SMALLEST_STEP = 1e-6;     // seconds; moments closer than this are one
+var LARGEST = 512 << 20;      // bytes of a target that can no longer be taken to the CPU; frames so large leave no trail
 
 var controls = {};
 var feedback;
@@ -120,7 +121,7 @@ function draw() {
     QL_setShaderParam(feedback, controls.mode);
     QL_renderShader(feedback, shown, false);
 
-    memory.end = QL_textureToSurface(shown);
+    if (size[0] * size[1] * bits / 2 < LARGEST) memory.end = QL_textureToSurface(shown);
     remember(memory);
     QL_blitRenderTarget(shown, output, true, false);  // the one flip of the chain
 }

@@ -12,6 +12,7 @@
 
 var BITS = 32;
 var LARGEST = 64;             // pixel size; the loops in shrink.frag end there
+var MOST_BLOCKS = 1 << 25;    // a float target of so many pixels, 512 MiB, can no longer be taken to the CPU
 
 var BLACK_AND_WHITE = 1, ALL_COLORS = 8, FIRST_FIXED = 9;
 // A popup's value is the number that the reduction knows the palette by.
@@ -137,6 +138,10 @@ function takePixelsAsTheyAre(texture) {
     QL_setTextureParam(texture, QL_GL.TEXTURE_MAG_FILTER, QL_GL.NEAREST);
 }
 
+function blocksAlong(length, block) {
+    return Math.max(Math.ceil(length / block - 0.001), 1);
+}
+
 function draw() {
     var picture = QL_getSequenceTexture();
     var output = QL_getSequenceRT();
@@ -147,8 +152,9 @@ function draw() {
 
     // In a preview at reduced size this may lie between whole numbers; the blocks are then of uneven size.
     var block = Math.min(Math.max(QL_getParamValue(controls.pixelSize), 1), LARGEST);
-    var columns = Math.max(Math.ceil(size[0] / block - 0.001), 1);
-    var rows = Math.max(Math.ceil(size[1] / block - 0.001), 1);
+    while (blocksAlong(size[0], block) * blocksAlong(size[1], block) >= MOST_BLOCKS) ++block;
+    var columns = blocksAlong(size[0], block);
+    var rows = blocksAlong(size[1], block);
     small = ofSize(small, columns, rows);
     reduced = ofSize(reduced, columns, rows);
 
