@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
 
 #include "imagelib/HostRange.h"
 #include "imagelib/ImageDecoder.h"
@@ -47,18 +48,25 @@ GLint unpackRowLength(const PixelLayout& layout) {
         std::min<std::int64_t>(layout.rowBytes / channelBytes / 4, std::numeric_limits<GLint>::max()));
 }
 
+// The bytes of so many rows. A script can name extents whose product wraps: what no memory holds is std::bad_alloc.
+std::size_t bytesOfRows(std::size_t rows, std::size_t rowBytes) {
+    if (rowBytes != 0 && rows > std::numeric_limits<std::size_t>::max() / rowBytes) throw std::bad_alloc();
+    return rows * rowBytes;
+}
+
 // The bytes of the caller's memory that the layout names: all rows, the last one no further than its width.
 std::size_t sourceBytes(const PixelLayout& layout) {
     if (layout.height == 0) return 0;
-    const std::size_t lastRow = std::min<std::size_t>(layout.width * pixelBytes(layout.bitDepth), layout.rowBytes);
-    return (std::size_t{layout.height} - 1) * layout.rowBytes + lastRow;
+    const auto rowStride = static_cast<std::size_t>(layout.rowBytes);
+    const std::size_t lastRow = std::min<std::size_t>(layout.width * pixelBytes(layout.bitDepth), rowStride);
+    return bytesOfRows(layout.height, rowStride) - rowStride + lastRow;
 }
 
 // The bytes that GL reads for an upload with this row length.
 std::size_t bytesReadByGL(const PixelLayout& layout, GLint rowLength) {
     if (layout.height == 0 || layout.width == 0) return 0;
     const std::size_t rowPixels = rowLength > 0 ? static_cast<std::size_t>(rowLength) : layout.width;
-    return ((std::size_t{layout.height} - 1) * rowPixels + layout.width) * pixelBytes(layout.bitDepth);
+    return bytesOfRows((std::size_t{layout.height} - 1) * rowPixels + layout.width, pixelBytes(layout.bitDepth));
 }
 
 // Rows that lie upwards in memory, copied to lie tightly downwards.
@@ -87,7 +95,8 @@ void specifyStorage(const PixelLayout& layout, const void* pixels) {
 // Fills the storage with the host's 16-bit rows.
 void uploadWidened(const std::byte* memory, const PixelLayout& layout) {
     const auto rowStride = static_cast<std::size_t>(layout.rowBytes);
-    const auto rowsPerBand = static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / rowStride));
+    const auto rowsPerBand =
+        static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / std::max<std::size_t>(1, rowStride)));
     std::vector<std::byte> widened(std::min(rowsPerBand, layout.height) * rowStride);
     for (std::uint32_t first = 0; first < layout.height; first += rowsPerBand) {
         PixelLayout band = layout;
@@ -113,13 +122,15 @@ std::uint32_t GLChannelType(std::uint32_t bitDepth) {
 }
 
 void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand) {
-    const std::size_t rowStride = static_cast<std::size_t>(layout.rowBytes);
+    const std::size_t copyBytes = bytesOfRows(layout.height, static_cast<std::size_t>(layout.rowBytes));
     const std::size_t readable = sourceBytes(layout);
     const std::size_t read = bytesReadByGL(layout, rowLength);
-    // A surface that shares the old copy keeps it as it was.
-    copy.reset();
+    // Surfaces that share the copy see a picture of the same size arrive in it. Any other, and widened rows, come to
+    // lie in new bytes, and the surfaces keep the old ones as they were.
+    const bool arrivesInCopy = copy && copy.use_count() > 1 && copy->size() == copyBytes && !expand;
+    if (!arrivesInCopy) copy.reset();
     // A row length that disagrees with the rows makes GL read on past the caller's memory.
-    copyIsInGL = mayLeaveCopyInGL && textureName && read <= readable;
+    copyIsInGL = !copy && mayLeaveCopyInGL && textureName && read <= readable;
     if (copyIsInGL && !expand) {
         specifyStorage(layout, memory);
         return;
@@ -130,11 +141,11 @@ void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::in
         return;
     }
 
-    copy = std::make_shared<std::vector<std::byte>>(layout.height * rowStride);
+    if (!copy) copy = std::make_shared<std::vector<std::byte>>(copyBytes);
     if (expand)
         expandTo16(memory, layout, copy->data());
     else
-        std::memcpy(copy->data(), memory, readable);
+        std::memmove(copy->data(), memory, readable);  // the memory may be the copy itself
     const std::byte* pixels = copy->data();
     std::vector<std::byte> padded;
     if (read > copy->size()) {
@@ -154,11 +165,11 @@ PixelBuffer Texture::pixelCopy() {
 PixelBuffer Texture::readBackUpload() const {
     const std::size_t rowPixels = width * pixelBytes(bitDepth);
     const auto rowStride = static_cast<std::size_t>(rowBytes);
-    std::vector<std::byte> tight(rowPixels * height);
+    std::vector<std::byte> tight(bytesOfRows(height, rowPixels));
     glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
     glBindTexture(GL_TEXTURE_2D, textureName.get());
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GLChannelType(bitDepth), tight.data());
-    auto rows = std::make_shared<std::vector<std::byte>>(rowStride * height);
+    auto rows = std::make_shared<std::vector<std::byte>>(bytesOfRows(height, rowStride));
     const std::size_t kept = std::min(rowPixels, rowStride);
     for (std::uint32_t y = 0; y < height; ++y)
         std::memcpy(rows->data() + y * rowStride, tight.data() + y * rowPixels, kept);
@@ -176,6 +187,7 @@ bool Texture::initTexture(std::uint32_t columns, std::uint32_t rows, std::uint32
 }
 
 void Texture::releaseGL() {
+    pixelCopy();  // the storage goes, and the copy stays
     textureName.reset();
 }
 
@@ -230,7 +242,7 @@ void Texture::loadFromSurface(Surface& surface, bool flip) {
     const PixelLayout layout{surface.width, surface.height, surface.bitDepth,
                              static_cast<std::int64_t>(surface.rowBytes)};
     const std::byte* source = surface.pixelAddress();
-    const std::size_t bytes = surface.height * surface.rowBytes;
+    const std::size_t bytes = source ? bytesOfRows(surface.height, surface.rowBytes) : 0;
     std::vector<std::byte> rows;
     if (source && surface.pixelBytes() < bytes) {
         // What the surface lacks counts as zero.

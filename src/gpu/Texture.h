@@ -45,7 +45,7 @@ public:
     // Specifies the storage anew and fills it from `source`, or leaves its contents undefined when that is null. Also
     // resets filters to linear and wrapping to repeat. With `expand15`, 16-bit data is taken as the host's, 0 to 32768,
     // and widened; all other data goes up as it is. Reads row by row what the layout names, and no byte behind the
-    // width of the last row; keeps no pointer.
+    // width of the last row; keeps no pointer. Throws std::bad_alloc.
     void uploadPixels(const void* source, const PixelLayout& layout, bool argbOrdered, bool expand15);
 
     // Decodes a file of the package into the texture. 1, or 0 when it is missing or no picture; the texture then has
@@ -60,8 +60,8 @@ public:
     void setParameter(std::uint32_t parameterName, std::int32_t value);
 
     // The CPU copy of the last upload that had data, height * rowBytes bytes; null before that. It is shared: whoever
-    // holds it keeps the bytes, whatever becomes of the texture, and a change of them is seen by all. As long as nobody
-    // asks, GL alone holds the picture, and it is read back here: that is exact at 8, 16 and 32 bits, and padding
+    // holds it keeps the bytes, whatever becomes of the texture, and a change of them is seen by all; so is the next
+    // upload of as many bytes, unless it widens them. As long as nobody asks, GL alone holds the picture, and it is read back here: that is exact at 8, 16 and 32 bits, and padding
     // behind rows comes back as zero.
     PixelBuffer pixelCopy();
 

@@ -22,11 +22,14 @@ duk_ret_t initSurface(duk_context* ctx) {
 void readBack(RenderTarget& target, Surface& surface) {
     surface.rowBytes = (std::uint64_t{target.bitDepth} * target.width * 4) >> 3;
     if (!target.isUsable()) return;
+    // Also when there is no memory for the pixels: a buffer left mapped gives no picture to those who come after.
+    const struct Unmapping {
+        ~Unmapping() { RenderTarget::unmapPixels(); }
+    } atTheEnd;
     if (const void* mapped = target.mapPixels()) {
         surface.pixels.resize(surface.height * surface.rowBytes);
         std::memcpy(surface.pixels.data(), mapped, surface.pixels.size());
     }
-    RenderTarget::unmapPixels();
 }
 
 duk_ret_t textureToSurface(duk_context* ctx) {
@@ -60,12 +63,12 @@ duk_ret_t surfaceToTexture(duk_context* ctx) {
 // The arguments' order is the script's own.
 duk_ret_t surfaceQuantize(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
+    if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);  // before the script's own conversions run
     const bool grayscale = duk_to_boolean(ctx, 1) != 0;
     const std::int32_t mode = duk_to_int(ctx, 2);
     const std::int32_t dither = duk_to_int(ctx, 3);
     const float value = ToFloat(ctx, 4);
     const bool serpentine = duk_to_boolean(ctx, 5) != 0;
-    if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);
     Surface& surface = Context::Instance().FindSurface(id);
     if (surface.width == 0 || surface.height == 0) return PushBool(ctx, false);
     SurfaceQuantize(surface, mode, dither, value, grayscale, serpentine);

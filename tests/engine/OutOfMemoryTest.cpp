@@ -1,6 +1,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "entities/Context.h"
 #include "support/EngineTest.h"
 
 #if !defined(_WIN32)
@@ -113,6 +114,17 @@ TEST_F(OutOfMemory, ComesOutEvenWhenTheScriptCaughtItsStandIn) {
     for (int i = 0; i < 400; ++i) ASSERT_TRUE(runsOut(0)) << i;
     EXPECT_EQ(eval("[calls, caught]"), "[400,400]");
     EXPECT_FALSE(runsOut(-1)) << "an exception is thrown on once";
+}
+
+TEST_F(OutOfMemory, LeavesNoReadBackHalfDone) {
+    sparesDrivers = true;
+    setBody("QL_textureToSurface(QL_initRenderTarget(2, 2, 8));");
+    for (long allocations = 0; runsOut(allocations); ++allocations) {
+        ASSERT_LT(allocations, 2000);
+        const std::string id = eval("QL_textureToSurface(QL_initRenderTarget(2, 2, 8))");
+        EXPECT_NE(Context::Instance().FindSurface(static_cast<std::uint32_t>(std::stoul(id))).pixelAddress(), nullptr)
+            << "after " << allocations << " allocations";
+    }
 }
 
 TEST_F(OutOfMemory, LeavesSoundEntitiesWhereverItStrikes) {

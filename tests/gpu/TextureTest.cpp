@@ -126,9 +126,30 @@ TEST_F(TextureTest, GivesEveryValueOfAnUploadBack) {
             EXPECT_EQ(texture.pixelCopy(), texture.pixelCopy()) << "all who ask share one copy";
             const PixelBuffer held = texture.pixelCopy();
             texture.uploadPixels(upload.data() + 16, {1, 1, bits, bits / 2}, isArgb, false);
-            EXPECT_EQ(held->front(), upload.front()) << "and keep it as it was";
+            EXPECT_EQ(held->front(), upload.front()) << "and keep it as it was when another size comes";
         }
     }
+}
+
+TEST_F(TextureTest, ShowsThoseWhoShareTheCopyAPictureOfTheSameSize) {
+    const Bytes first = distinctPicture(3, 2, 16), second = reversedRows(first, 2);
+    Texture texture;
+    texture.initTexture(3, 2, 16, true);
+    texture.uploadPixels(first.data(), {3, 2, 16, 24}, true, false);
+    const PixelBuffer held = texture.pixelCopy();
+    texture.uploadPixels(second.data(), {3, 2, 16, 24}, true, false);
+    EXPECT_EQ(*held, second);
+    EXPECT_EQ(texture.pixelCopy(), held);
+    Surface alias;
+    alias.init(3, 2, 16, true);
+    alias.borrowedPixels = held;
+    texture.loadFromSurface(alias, /*flip=*/false);
+    EXPECT_EQ(texture.pixelCopy(), held) << "its own copy, put onto it, stays its copy";
+    texture.loadFromSurface(alias, /*flip=*/true);
+    EXPECT_EQ(*held, first);
+    EXPECT_EQ(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)), first);
+    texture.uploadPixels(second.data(), {3, 2, 16, 24}, true, /*expand15=*/true);
+    EXPECT_EQ(*held, first) << "widened rows are new ones";
 }
 
 TEST_F(TextureTest, WidensTheHostsSixteenBitsOnlyWhenAsked) {
@@ -154,15 +175,15 @@ TEST_F(TextureTest, KeepsItsNameOverExtentsAndDepths) {
     Texture texture;
     texture.initTexture(2, 2, 8, true);
     const std::uint32_t name = texture.textureName.get();
-    const Bytes big(std::size_t{1920} * 1080 * 8);
-    texture.uploadPixels(big.data(), {1920, 1080, 16, 1920 * 8}, true, true);
+    const Bytes big = distinctPicture(1920, 1080, 16);
+    texture.uploadPixels(big.data(), {1920, 1080, 16, 1920 * 8}, true, false);
     EXPECT_EQ(texture.textureName.get(), name);
     EXPECT_EQ(texture.bitDepth, 16u);
     EXPECT_EQ(level(GL_TEXTURE_HEIGHT), 1080);
     texture.releaseGL();
     EXPECT_FALSE(texture.textureName);
     EXPECT_EQ(glIsTexture(name), GL_FALSE);
-    EXPECT_EQ(texture.pixelCopy()->size(), big.size()) << "the copy stays";
+    EXPECT_TRUE(*texture.pixelCopy() == big) << "the copy stays";
 }
 
 // Rows apart by more than their width, the last one without its padding, and rows that lie upwards in memory. A read

@@ -34,8 +34,9 @@ TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
         {"(s = QL_initSurface(2, 2, 8), none = QL_initSurface(0, 2, 8), t = QL_getParamValue(layer), 0)", "0"},
         {"[QL_surfaceToTexture(0), QL_surfaceToTexture(t), QL_surfaceToTexture()]", "[false,false,false]"},
         {"[QL_surfaceQuantize(t, false, 1, 1, 1, false), QL_surfaceQuantize(none, false, 1, 1, 1, false),"
-         " QL_surfaceQuantize(0x60000FF, false, 1, 1, 1, false), QL_surfaceQuantize()]",
-         "[false,false,false,false]"},
+         " QL_surfaceQuantize(0x60000FF, false, 1, 1, 1, false), QL_surfaceQuantize(),"
+         " QL_surfaceQuantize(t, false, {valueOf: function () { throw 0; }})]",
+         "[false,false,false,false,false]"},
         {"[QL_surfaceCopyTo(t, t), QL_surfaceCopyTo(none, t), QL_surfaceCopyTo(0x60000FF, t)]", "[false,false,false]"},
         {"[QL_surfaceCopyTo(s, 0), QL_surfaceCopyTo(s, layer), QL_surfaceCopyTo(s, 0x2000001), QL_surfaceCopyTo(s, s),"
          " QL_surfaceCopyTo(s, 0x30000FF), QL_surfaceCopyTo(s, QL_initTexture('none'))]",
@@ -91,7 +92,25 @@ TEST_F(SurfaceApi, ReadsNoMoreThanAnAliasHolds) {
         {"(s = QL_textureToSurface(t), rt = QL_initRenderTarget(1, 1, 8), 0)", "0"},
         {"[QL_surfaceCopyTo(s, rt, false), QL_surfaceCopyTo(s, rt, true)]", "[true,true]"},
         {"QL_getSurfaceDim(QL_surfaceToTexture(s))", "[64,64,32]"},
+        // Rows of 2^49 bytes, 2^15 of them: 0 in 64 bits.
+        {"QL_surfaceCopyTo(QL_textureToSurface(QL_initRenderTarget(1 << 20, 1 << 15, 1 << 30)), t, false)", "true"},
+        {"(s = QL_textureToSurface(t), 0)", "0"},
     });
+    for (const char* copy : {"QL_surfaceCopyTo(s, rt, true)", "QL_surfaceCopyTo(s, rt)", "QL_surfaceToTexture(s)"})
+        EXPECT_EQ(eval(copy), "throws Error: a native function failed") << copy;
+}
+
+// An alias that is held shows each frame of the same size, at 16 bits only the frame it was taken in.
+TEST_F(SurfaceApi, ShowsTheInputsNextFrameInAHeldAlias) {
+    eval(
+        "held = 0, body = function () { if (!held) held = QL_textureToSurface(QL_getSequenceTexture());"
+        " QL_surfaceCopyTo(held, QL_getSequenceRT()); }");
+    for (const std::uint32_t bits : {8u, 32u}) {
+        const Bytes first = distinctPicture(2, 2, bits), second = reversedRows(first, 2);
+        EXPECT_EQ(frame(2, 2, bits, first), first);
+        EXPECT_EQ(frame(2, 2, bits, second), second);
+        eval("held = 0");
+    }
 }
 
 // Two surfaces of one texture are one picture, and what GL holds is not touched by it.
