@@ -49,7 +49,8 @@ void WriteModule(const fs::path& output, const fs::path& templateModule, std::sp
     }
 
     std::error_code error;
-    const fs::perms permissions = fs::status(templateModule, error).permissions();
+    // The template may be read-only; its module has to be replaced the next time.
+    const fs::perms permissions = fs::status(templateModule, error).permissions() | fs::perms::owner_write;
     if (!error) error = WriteWholeFile(output, module, permissions);
     if (error) throw PackageError(output.string() + ": cannot be written; " + error.message());
 }

@@ -52,7 +52,11 @@ std::vector<PackageFile> ReadPackage(const std::filesystem::path& module) {
         mz_zip_archive_file_stat entry;
         if (!mz_zip_reader_file_stat(&listing.zip, i, &entry) || mz_zip_reader_is_file_a_directory(&listing.zip, i))
             continue;
-        PackageFile file{entry.m_filename, archive->Read(entry.m_filename)};
+        // Not the name in the entry, which has room for 511 bytes.
+        std::string name(mz_zip_reader_get_filename(&listing.zip, i, nullptr, 0), '\0');
+        mz_zip_reader_get_filename(&listing.zip, i, name.data(), static_cast<mz_uint>(name.size()));
+        name.resize(name.size() - 1);  // its end
+        PackageFile file{name, archive->Read(name)};
         if (file.bytes.size() != entry.m_uncomp_size)
             throw PackageError(module.string() + ": '" + file.name +
                                "' in its package is damaged; pack the effect again");

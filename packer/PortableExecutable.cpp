@@ -78,11 +78,15 @@ void PortableExecutable::readSections(std::size_t table, std::size_t count) {
                         .imageBytes = LoadLittle<std::uint32_t>(entry, pe::kSectionImageBytes),
                         .position = LoadLittle<std::uint32_t>(entry, pe::kSectionPosition),
                         .fileBytes = LoadLittle<std::uint32_t>(entry, pe::kSectionFileBytes),
+                        .mappedBytes = 0,
                         .flags = LoadLittle<std::uint32_t>(entry, pe::kSectionFlags),
                         .isNamedForResources = StartsWith(entry, std::string_view(".rsrc\0\0\0", 8))};
         if (section.position == 0 || section.fileBytes == 0) section.position = section.fileBytes = 0;
         if (section.imageBytes == 0) section.imageBytes = section.fileBytes;
         bytesAt(section.position, section.fileBytes);
+        const std::uint64_t pages = (std::uint64_t{section.imageBytes} + sectionAlignment - 1) / sectionAlignment;
+        section.mappedBytes =
+            static_cast<std::uint32_t>(std::min<std::uint64_t>(section.fileBytes, pages * sectionAlignment));
         if (section.address % sectionAlignment != 0 || section.address < nextAddress)
             fail("its sections are out of order");
         nextAddress = std::uint64_t{section.address} + section.imageBytes;
@@ -99,7 +103,7 @@ PortableExecutable::DataDirectory PortableExecutable::directory(std::size_t inde
 
 const PortableExecutable::Section* PortableExecutable::sectionAt(std::uint32_t address) const {
     const auto found = std::ranges::find_if(sections, [address](const Section& section) {
-        return address >= section.address && address - section.address < section.fileBytes;
+        return address >= section.address && address - section.address < section.mappedBytes;
     });
     return found == sections.end() ? nullptr : &*found;
 }
@@ -107,7 +111,7 @@ const PortableExecutable::Section* PortableExecutable::sectionAt(std::uint32_t a
 std::span<const std::byte> PortableExecutable::imageBytes(std::uint32_t address, std::uint32_t size) const {
     if (size == 0) return {};
     const Section* section = sectionAt(address);
-    if (!section || size > section->fileBytes - (address - section->address))
+    if (!section || size > section->mappedBytes - (address - section->address))
         fail("its resources lie outside of its sections");
     return file.subspan(section->position + std::size_t{address - section->address}, size);
 }
@@ -119,7 +123,7 @@ Resources PortableExecutable::resources() const {
     if (!section) fail("its resources lie outside of its sections");
     const std::uint32_t start = found.address - section->address;
     return ReadResourceDirectory(
-        file.subspan(std::size_t{section->position} + start, section->fileBytes - start),
+        file.subspan(std::size_t{section->position} + start, section->mappedBytes - start),
         [this](std::uint32_t address, std::uint32_t size) { return imageBytes(address, size); });
 }
 

@@ -34,6 +34,7 @@ private:
     struct Section {
         std::uint32_t address, imageBytes;  // in the loaded image
         std::uint32_t position, fileBytes;
+        std::uint32_t mappedBytes;  // of the file's, those that lie in the image: never past its last page
         std::uint32_t flags;
         bool isNamedForResources;
     };

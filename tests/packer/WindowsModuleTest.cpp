@@ -46,6 +46,7 @@ struct Template {
 const Template kTemplates[] = {
     {"bare", {}, false},
     {"zeroes_at_the_end", {.sections = {{".data", Bytes(10), 10000}}}, false},
+    {"more_in_the_file_than_in_memory", {.sections = {{".data", Bytes(10000), -9000}}}, false},
     {"resources_at_the_end", WithResources(1), true, "", 0},
     {"resources_before_relocations", WithResources(1, WithRelocations()), true},
     {"symbols", WithResources(1, {.overlay = "symbol table", .hasSymbols = true}), true, "symbol table", 0},

@@ -40,7 +40,8 @@ std::vector<std::byte> WindowsImage::bytes() const {
     std::size_t address = 0x1000;
     for (std::size_t i = 0; i < sections.size(); ++i) {
         const auto& [name, content, bssBytes] = sections[i];
-        const std::size_t entry = kTable + 40 * i, position = file.size(), imageBytes = content.size() + bssBytes;
+        const std::size_t entry = kTable + 40 * i, position = file.size(),
+                          imageBytes = content.size() + static_cast<std::size_t>(bssBytes);
         for (std::size_t c = 0; c < name.size(); ++c) file[entry + c] = static_cast<std::byte>(name[c]);
         PutNumber(file, entry + 8, static_cast<std::uint32_t>(imageBytes));
         PutNumber(file, entry + 12, static_cast<std::uint32_t>(address));

@@ -12,7 +12,7 @@ struct WindowsImage {
     struct Section {
         std::string name;
         std::vector<std::byte> content;
-        std::uint32_t bssBytes = 0;  // in memory, behind the content
+        std::int32_t bssBytes = 0;  // in memory, behind the content; negative: so much of it is not in memory
     };
 
     std::vector<Section> sections = {{".text", std::vector<std::byte>(700, std::byte{0xC3})}};
