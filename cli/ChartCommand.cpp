@@ -1,9 +1,8 @@
 #include "cli/ChartCommand.h"
 
-#include <fmt/format.h>
-
 #include "cli/Chart.h"
 #include "cli/PictureFormat.h"
+#include "cli/PrintLine.h"
 
 namespace quillon::cli {
 
@@ -13,7 +12,7 @@ int RunChart(const ChartOptions& options) {
     // As EXR the floats as they are; all other forms of it are 8-bit pictures.
     const bool asFloats = IsFloatPicture(options.output);
     WritePicture(options.output, asFloats ? chart : Convert(chart, SampleFormat::byte, ChannelOrder::argb));
-    fmt::print("{}\n", options.output.string());
+    PrintLine(stdout, options.output.string());
     return 0;
 }
 

@@ -1,13 +1,12 @@
 #include "cli/CheckCommand.h"
 
-#include <fmt/format.h>
-
 #include <utility>
 
 #include "cli/Chart.h"
 #include "cli/EffectDescription.h"
 #include "cli/IdentityChecks.h"
 #include "cli/LoadedEffect.h"
+#include "cli/PrintLine.h"
 
 namespace quillon::cli {
 
@@ -34,7 +33,7 @@ int RunCheck(const CheckOptions& options) {
         input.fullExtent = kExtent;
         effect.render(input);
     }
-    fmt::print("{}: nothing wrong\n", options.effect.string());
+    PrintLine(stdout, options.effect.string() + ": nothing wrong");
     return 0;
 }
 

@@ -1,5 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
@@ -7,6 +9,7 @@
 
 #include "cli/ChartCommand.h"
 #include "cli/CheckCommand.h"
+#include "cli/ModuleKind.h"
 #include "cli/PackCommand.h"
 #include "cli/ParamsCommand.h"
 #include "cli/RenderCommand.h"
@@ -20,6 +23,7 @@ namespace {
 
 using Run = std::function<int()>;
 
+// {}: what modules end in on the system at hand, the only ones that its tool is sure to have a template for.
 constexpr const char* kAbout =
     "Renders shader effects at their author's desk, and makes the modules that hosts load.\n"
     "\n"
@@ -29,7 +33,7 @@ constexpr const char* kAbout =
     "  quillon chart -o chart.png\n"
     "  quillon render effects/glow -i chart.png -o glow.png\n"
     "  quillon check effects/glow\n"
-    "  quillon pack effects/glow -o glow.so\n"
+    "  quillon pack effects/glow -o glow{}\n"
     "\n"
     "Results go to standard output, words to standard error. Exit status: 0 when all went well, 1 when the effect\n"
     "or a file is at fault, 2 for a wrong command line.";
@@ -221,7 +225,7 @@ void AddPack(CLI::App& app, Run& run) {
 
 int RunCommandLine(std::vector<std::string> arguments) {
     Run run;
-    CLI::App app(kAbout, "quillon");
+    CLI::App app(fmt::format(kAbout, kOwnModuleKind.ending), "quillon");
     app.set_version_flag("--version", "quillon " QUILLON_VERSION);
     app.require_subcommand(0, 1);
     AddRender(app, run);

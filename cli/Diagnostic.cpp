@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <iterator>
 
+#include "cli/PrintLine.h"
+
 namespace quillon::cli {
 
 namespace {
@@ -28,7 +30,7 @@ std::string FormatDiagnostic(const Diagnostic& diagnostic) {
 }
 
 void PrintWarnings(const Diagnostics& warnings) {
-    for (const Diagnostic& warning : warnings) fmt::print(stderr, "{}\n", FormatDiagnostic(warning));
+    for (const Diagnostic& warning : warnings) PrintLine(stderr, FormatDiagnostic(warning));
 }
 
 ToolError EffectFault(const Diagnostics& diagnostics) {

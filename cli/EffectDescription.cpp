@@ -23,12 +23,20 @@ std::string TextOf(const ConfigDocument& config, const wchar_t* key) {
     return first == std::string::npos ? "" : value.substr(first, value.find_last_not_of(blanks) + 1 - first);
 }
 
+// Made of the name. Throws PackageError when that gives none that hosts take.
 std::string DefaultMatchName(const std::string& name) {
     std::string letters;
     std::ranges::copy_if(name, std::back_inserter(letters), [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     });
-    return letters.empty() ? "" : "QLV" + letters;  // a prefix alone would be the same for two effects
+    // A prefix alone would be the same for two effects.
+    if (letters.empty() && !name.empty())
+        throw PackageError("FXNAME: has no letter or digit to make a match name of; give a MATCH_NAME");
+    if (letters.size() + 3 > kLongestIdentityText)
+        throw PackageError(
+            "FXNAME: too long to make a match name of, which has at most 28 letters and digits of it; "
+            "give a MATCH_NAME");
+    return "QLV" + letters;
 }
 
 }  // namespace
@@ -42,8 +50,8 @@ std::vector<std::byte> DescribeEffect(const EffectSource& source) {
                             .outFlags = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) | kFixedOutFlags,
                             .outFlags2 = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2"))};
     if (identity.category.empty()) identity.category = "Quillon";
-    if (identity.matchName.empty()) identity.matchName = DefaultMatchName(identity.name);
     try {
+        if (identity.matchName.empty()) identity.matchName = DefaultMatchName(identity.name);
         return MakePiPL(identity);
     } catch (const PackageError& error) {
         const std::string words = error.what();

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <string>
+
+#include "cli/FileEnding.h"
 
 namespace quillon::cli {
 
@@ -18,10 +21,11 @@ inline constexpr ModuleKind kModuleKinds[] = {{".so", "Linux", false}, {".aex", 
 // What the system that the tool runs on can load; each system's System.cpp says which.
 extern const ModuleKind& kOwnModuleKind;
 
-// Null for a name that ends in another way.
+// Null for a name that ends in another way; the case of letters does not count.
 inline const ModuleKind* ModuleKindOf(const std::filesystem::path& module) {
-    const auto* const found = std::ranges::find_if(
-        kModuleKinds, [&module](const ModuleKind& kind) { return module.extension() == kind.ending; });
+    const std::string ending = LowerEnding(module);
+    const auto* const found =
+        std::ranges::find_if(kModuleKinds, [&ending](const ModuleKind& kind) { return kind.ending == ending; });
     return found == std::end(kModuleKinds) ? nullptr : found;
 }
 

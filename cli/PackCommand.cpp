@@ -9,6 +9,7 @@
 #include "cli/EffectSource.h"
 #include "cli/IdentityChecks.h"
 #include "cli/ModuleKind.h"
+#include "cli/PrintLine.h"
 #include "cli/TemplateModule.h"
 
 namespace quillon::cli {
@@ -46,7 +47,7 @@ int RunPack(const PackOptions& options) {
     const std::vector<std::byte> description = isDescribed ? DescribeEffect(source) : std::vector<std::byte>();
     WriteEffectModule(options.output, source, "choose another place with -o", description);
     PrintWarnings(CheckIdentity(source));
-    fmt::print("{}\n", options.output.string());
+    PrintLine(stdout, options.output.string());
     return 0;
 }
 

@@ -1,7 +1,5 @@
 #include "cli/ParamsCommand.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <string>
@@ -9,6 +7,7 @@
 
 #include "cli/ControlTexts.h"
 #include "cli/LoadedEffect.h"
+#include "cli/PrintLine.h"
 
 namespace quillon::cli {
 
@@ -29,7 +28,7 @@ void PrintTable(const std::vector<Row>& rows) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) line += row[i] + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
         line.resize(line.find_last_not_of(' ') + 1);
-        fmt::print("{}\n", line);
+        PrintLine(stdout, line);
     }
 }
 
@@ -65,11 +64,11 @@ int RunParams(const ParamsOptions& options) {
     for (std::size_t i = 0; i < effect.controls().size(); ++i)
         list.push_back(DescribeControl(effect.controls()[i], effect.parameters()[i]));
     if (options.isJson) {
-        fmt::print("{}\n", list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
+        PrintLine(stdout, list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
         return 0;
     }
     if (list.empty()) {
-        fmt::print("no controls\n");
+        PrintLine(stdout, "no controls");
         return 0;
     }
     std::vector<Row> rows = {{kColumns.begin(), kColumns.end()}};

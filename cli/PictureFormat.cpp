@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "cli/FileEnding.h"
 #include "cli/ToolError.h"
 #include "cli/WholeFile.h"
 
@@ -20,12 +21,6 @@ constexpr PictureFormat kFormats[] = {
     {".argb", "", ReadRaw, WriteRaw},
     {"", "", ReadOther, nullptr},
 };
-
-std::string LowerEnding(const std::filesystem::path& path) {
-    std::string ending = path.extension().string();
-    for (char& c : ending) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    return ending;
-}
 
 const PictureFormat* FindByEnding(const std::filesystem::path& path) {
     const std::string ending = LowerEnding(path);

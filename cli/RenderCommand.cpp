@@ -8,6 +8,7 @@
 #include "cli/LoadedEffect.h"
 #include "cli/OwnEngine.h"
 #include "cli/PictureFormat.h"
+#include "cli/PrintLine.h"
 #include "cli/ProgressBar.h"
 #include "cli/RenderPlan.h"
 
@@ -50,7 +51,7 @@ public:
                 throw;
             }
             progress.clear();
-            fmt::print("{}\n", output.string());
+            PrintLine(stdout, output.string());
             std::fflush(stdout);
             progress.advance();
         }

@@ -13,8 +13,6 @@ namespace {
 
 using Bytes = std::vector<std::byte>;
 
-constexpr std::size_t kLongestText = 31;  // bytes; what the host's own fields hold beside the closing zero
-
 struct Property {
     const char* key;
     Bytes value;
@@ -59,7 +57,7 @@ Bytes zeroTerminated(std::string_view text) {
 
 Bytes pascalString(const char* key, std::string_view text) {
     if (text.empty()) throw PackageError(std::string(key) + ": empty; hosts need 1 to 31 bytes of text");
-    if (text.size() > kLongestText)
+    if (text.size() > kLongestIdentityText)
         throw PackageError(std::string(key) + ": '" + std::string(text) + "' has " + std::to_string(text.size()) +
                            " bytes; hosts take at most 31");
     if (std::ranges::any_of(text, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }))

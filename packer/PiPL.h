@@ -7,6 +7,9 @@
 
 namespace quillon {
 
+// Bytes of each text; what the host's own fields hold beside the closing zero.
+inline constexpr std::size_t kLongestIdentityText = 31;
+
 // What a host learns of an effect without loading its code.
 struct EffectIdentity {
     std::string name;            // in the host's menu

@@ -7,6 +7,7 @@
 #include <shellapi.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "cli/ModuleKind.h"
 
@@ -26,10 +27,15 @@ std::string Utf8(const wchar_t* text) {
     return bytes;
 }
 
+UINT terminalCodePage = 0;
+
 }  // namespace
 
 void PrepareProcess() {
+    // The terminal outlives the tool, and other programs count on what it was set to.
+    terminalCodePage = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
+    std::atexit([] { SetConsoleOutputCP(terminalCodePage); });
     // Results and words are the same bytes on every system.
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);

@@ -152,24 +152,29 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
         {"<FXNAME>\n  A &amp; B </FXNAME><CATEGORY>Cat</CATEGORY><MATCH_NAME>Match</MATCH_NAME>",
          {"A & B", "Cat", "Match"}},
         {"<FXNAME>\xC3\xA9</FXNAME><MATCH_NAME>e</MATCH_NAME><CATEGORY> </CATEGORY>", {"\xC3\xA9", "Quillon", "e"}},
-        {"<FXNAME>\xC3\xA9</FXNAME>", {}, "fx/config.xml: error: MATCH_NAME: empty"},
+        {"<FXNAME>\xC3\xA9</FXNAME>", {}, "fx/config.xml:1: error: FXNAME: has no letter"},
+        {"<FXNAME>A name of thirty-one, all of it</FXNAME>",
+         {"A name of thirty-one, all of it", "Quillon", "QLVAnameofthirtyoneallofit"}},
+        {"<FXNAME>Anameofthirtyoneletters28letter</FXNAME>",
+         {},
+         "fx/config.xml:1: error: FXNAME: too long to make a match"},
     };
     for (const Row& row : kRows) {
         addEffect("fx", {{"fx.js", ""}, {"config.xml", numbers + row.texts}});
-        const ToolRun result = run("pack fx -o fx.aex");
+        const ToolRun result = run("pack fx -o fx.AEX");
         EXPECT_EQ(result.status, *row.words ? 1 : 0);
         EXPECT_EQ(result.err.substr(0, *row.words ? std::string(row.words).size() : std::string::npos), row.words);
-        EXPECT_EQ(exists("fx.aex"), !*row.words) << row.texts;
+        EXPECT_EQ(exists("fx.AEX"), !*row.words) << row.texts;
         if (*row.words) continue;
         EffectIdentity told = row.told;
         told.version = 1u << 26 | 1u << 19 | 2u << 15 | 3u << 9 | 1;
         told.outFlags = 0x06008025;
         told.outFlags2 = 0x1400;
         const auto description = MakePiPL(told);
-        EXPECT_NE(readFile("fx.aex").find({reinterpret_cast<const char*>(description.data()), description.size()}),
+        EXPECT_NE(readFile("fx.AEX").find({reinterpret_cast<const char*>(description.data()), description.size()}),
                   std::string::npos)
             << row.texts;
-        std::filesystem::remove(pathOf("fx.aex"));
+        std::filesystem::remove(pathOf("fx.AEX"));
     }
 }
 
