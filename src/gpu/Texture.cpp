@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <new>
 
 #include "imagelib/HostRange.h"
 #include "imagelib/ImageDecoder.h"
@@ -48,25 +47,26 @@ GLint unpackRowLength(const PixelLayout& layout) {
         std::min<std::int64_t>(layout.rowBytes / channelBytes / 4, std::numeric_limits<GLint>::max()));
 }
 
-// The bytes of so many rows. A script can name extents whose product wraps: what no memory holds is std::bad_alloc.
-std::size_t bytesOfRows(std::size_t rows, std::size_t rowBytes) {
-    if (rowBytes != 0 && rows > std::numeric_limits<std::size_t>::max() / rowBytes) throw std::bad_alloc();
-    return rows * rowBytes;
-}
-
 // The bytes of the caller's memory that the layout names: all rows, the last one no further than its width.
 std::size_t sourceBytes(const PixelLayout& layout) {
     if (layout.height == 0) return 0;
     const auto rowStride = static_cast<std::size_t>(layout.rowBytes);
     const std::size_t lastRow = std::min<std::size_t>(layout.width * pixelBytes(layout.bitDepth), rowStride);
-    return bytesOfRows(layout.height, rowStride) - rowStride + lastRow;
+    return (std::size_t{layout.height} - 1) * rowStride + lastRow;
+}
+
+// Whether GL takes such a picture at all. A script can name extents of which even the number of bytes wraps.
+bool fitsGL(const PixelLayout& layout) {
+    GLint longest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &longest);
+    return std::max(layout.width, layout.height) <= static_cast<std::uint32_t>(longest);
 }
 
 // The bytes that GL reads for an upload with this row length.
 std::size_t bytesReadByGL(const PixelLayout& layout, GLint rowLength) {
     if (layout.height == 0 || layout.width == 0) return 0;
     const std::size_t rowPixels = rowLength > 0 ? static_cast<std::size_t>(rowLength) : layout.width;
-    return bytesOfRows((std::size_t{layout.height} - 1) * rowPixels + layout.width, pixelBytes(layout.bitDepth));
+    return ((std::size_t{layout.height} - 1) * rowPixels + layout.width) * pixelBytes(layout.bitDepth);
 }
 
 // Rows that lie upwards in memory, copied to lie tightly downwards.
@@ -122,15 +122,16 @@ std::uint32_t GLChannelType(std::uint32_t bitDepth) {
 }
 
 void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand) {
-    const std::size_t copyBytes = bytesOfRows(layout.height, static_cast<std::size_t>(layout.rowBytes));
+    const std::size_t copyBytes = layout.height * static_cast<std::size_t>(layout.rowBytes);
     const std::size_t readable = sourceBytes(layout);
-    const std::size_t read = bytesReadByGL(layout, rowLength);
+    const bool isTaken = fitsGL(layout);
+    const std::size_t read = isTaken ? bytesReadByGL(layout, rowLength) : 0;
     // Surfaces that share the copy see a picture of the same size arrive in it. Any other, and widened rows, come to
     // lie in new bytes, and the surfaces keep the old ones as they were.
     const bool arrivesInCopy = copy && copy.use_count() > 1 && copy->size() == copyBytes && !expand;
     if (!arrivesInCopy) copy.reset();
     // A row length that disagrees with the rows makes GL read on past the caller's memory.
-    copyIsInGL = !copy && mayLeaveCopyInGL && textureName && read <= readable;
+    copyIsInGL = !copy && mayLeaveCopyInGL && textureName && isTaken && read <= readable;
     if (copyIsInGL && !expand) {
         specifyStorage(layout, memory);
         return;
@@ -165,11 +166,11 @@ PixelBuffer Texture::pixelCopy() {
 PixelBuffer Texture::readBackUpload() const {
     const std::size_t rowPixels = width * pixelBytes(bitDepth);
     const auto rowStride = static_cast<std::size_t>(rowBytes);
-    std::vector<std::byte> tight(bytesOfRows(height, rowPixels));
+    std::vector<std::byte> tight(rowPixels * height);
     glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
     glBindTexture(GL_TEXTURE_2D, textureName.get());
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GLChannelType(bitDepth), tight.data());
-    auto rows = std::make_shared<std::vector<std::byte>>(bytesOfRows(height, rowStride));
+    auto rows = std::make_shared<std::vector<std::byte>>(rowStride * height);
     const std::size_t kept = std::min(rowPixels, rowStride);
     for (std::uint32_t y = 0; y < height; ++y)
         std::memcpy(rows->data() + y * rowStride, tight.data() + y * rowPixels, kept);
@@ -242,17 +243,11 @@ void Texture::loadFromSurface(Surface& surface, bool flip) {
     const PixelLayout layout{surface.width, surface.height, surface.bitDepth,
                              static_cast<std::int64_t>(surface.rowBytes)};
     const std::byte* source = surface.pixelAddress();
-    const std::size_t bytes = source ? bytesOfRows(surface.height, surface.rowBytes) : 0;
-    std::vector<std::byte> rows;
-    if (source && surface.pixelBytes() < bytes) {
-        // What the surface lacks counts as zero.
-        rows.assign(source, source + surface.pixelBytes());
-        rows.resize(bytes);
-        source = rows.data();
-    }
+    // An alias that tells of more than it holds has no picture to give.
+    if (surface.rowBytes != 0 && surface.height > surface.pixelBytes() / surface.rowBytes) source = nullptr;
     std::vector<std::byte> flipped;
     if (source && flip) {
-        flipped.resize(bytes);
+        flipped.resize(surface.height * surface.rowBytes);
         for (std::uint32_t y = 0; y < surface.height; ++y)
             std::memcpy(flipped.data() + (surface.height - 1 - y) * surface.rowBytes, source + y * surface.rowBytes,
                         surface.rowBytes);

@@ -45,15 +45,15 @@ public:
     // Specifies the storage anew and fills it from `source`, or leaves its contents undefined when that is null. Also
     // resets filters to linear and wrapping to repeat. With `expand15`, 16-bit data is taken as the host's, 0 to 32768,
     // and widened; all other data goes up as it is. Reads row by row what the layout names, and no byte behind the
-    // width of the last row; keeps no pointer. Throws std::bad_alloc.
+    // width of the last row; keeps no pointer.
     void uploadPixels(const void* source, const PixelLayout& layout, bool argbOrdered, bool expand15);
 
     // Decodes a file of the package into the texture. 1, or 0 when it is missing or no picture; the texture then has
     // no GL name, though name, width and height may be set.
     int loadImage(const std::string& fileName);
 
-    // Uploads the surface's pixels as they are; `flip` turns the rows upside down on the way. An empty surface gives
-    // empty storage.
+    // Uploads the surface's pixels as they are; `flip` turns the rows upside down on the way. An empty surface, and
+    // one that holds fewer bytes than its extent, give empty storage.
     void loadFromSurface(Surface& surface, bool flip);
 
     // glTexParameteri with both numbers unchecked. The texture stays bound.
