@@ -145,7 +145,7 @@ void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::in
     if (!copy) copy = std::make_shared<std::vector<std::byte>>(copyBytes);
     if (expand)
         expandTo16(memory, layout, copy->data());
-    else
+    else if (readable > 0)
         std::memmove(copy->data(), memory, readable);  // the memory may be the copy itself
     const std::byte* pixels = copy->data();
     std::vector<std::byte> padded;
