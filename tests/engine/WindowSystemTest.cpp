@@ -21,7 +21,6 @@ protected:
     void expectNoPicture() {
         EXPECT_TRUE(engine.isReady());
         EXPECT_FALSE(engine.lockGL());
-        engine.unlockGL();
         SequenceHandle* const instance = addInstance();
         const Bytes picture = distinctPicture(2, 2, 16);
         engine.setLayerPixels(kInputLayer, picture.data(), 2, 2, 16, 16);
