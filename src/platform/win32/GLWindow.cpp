@@ -11,6 +11,18 @@ struct GLWindow::System {
     HGLRC renderContext = nullptr;
 };
 
+namespace {
+
+// What a make-current said. Why it failed and on which thread is told to a debugger alone: nothing acts on it.
+bool noted(BOOL succeeded) {
+    if (succeeded) return true;
+    [[maybe_unused]] const volatile DWORD reason = GetLastError();
+    [[maybe_unused]] const volatile DWORD thread = GetCurrentThreadId();
+    return false;
+}
+
+}  // namespace
+
 GLWindow::GLWindow() : system(std::make_unique<System>()) {}
 GLWindow::~GLWindow() = default;
 
@@ -62,11 +74,11 @@ bool GLWindow::close() {
 
 bool GLWindow::makeCurrent() {
     // Without a context the system would take the call for "none shall be current", and succeed.
-    return system->renderContext && wglMakeCurrent(system->deviceContext, system->renderContext);
+    return system->renderContext && noted(wglMakeCurrent(system->deviceContext, system->renderContext));
 }
 
 void GLWindow::clearCurrent() {
-    wglMakeCurrent(system->deviceContext, nullptr);
+    noted(wglMakeCurrent(system->deviceContext, nullptr));
 }
 
 void GLWindow::swapBuffers() {
