@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <string_view>
 
 #include "cli/IdentityChecks.h"
 #include "package/ConfigDocument.h"
@@ -23,20 +24,22 @@ std::string TextOf(const ConfigDocument& config, const wchar_t* key) {
     return first == std::string::npos ? "" : value.substr(first, value.find_last_not_of(blanks) + 1 - first);
 }
 
+constexpr std::string_view kMatchNamePrefix = "QLV";
+
 // Made of the name. Throws PackageError when that gives none that hosts take.
 std::string DefaultMatchName(const std::string& name) {
-    std::string letters;
-    std::ranges::copy_if(name, std::back_inserter(letters), [](char c) {
+    std::string matchName(kMatchNamePrefix);
+    std::ranges::copy_if(name, std::back_inserter(matchName), [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     });
-    // A prefix alone would be the same for two effects.
-    if (letters.empty() && !name.empty())
+    // The prefix alone would be the same for two effects.
+    if (matchName == kMatchNamePrefix)
         throw PackageError("FXNAME: has no letter or digit to make a match name of; give a MATCH_NAME");
-    if (letters.size() + 3 > kLongestIdentityText)
+    if (matchName.size() > kLongestIdentityText)
         throw PackageError(
             "FXNAME: too long to make a match name of, which has at most 28 letters and digits of it; "
             "give a MATCH_NAME");
-    return "QLV" + letters;
+    return matchName;
 }
 
 }  // namespace
@@ -51,7 +54,8 @@ std::vector<std::byte> DescribeEffect(const EffectSource& source) {
                             .outFlags2 = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2"))};
     if (identity.category.empty()) identity.category = "Quillon";
     try {
-        if (identity.matchName.empty()) identity.matchName = DefaultMatchName(identity.name);
+        // Without a name it is the name that is refused.
+        if (identity.matchName.empty() && !identity.name.empty()) identity.matchName = DefaultMatchName(identity.name);
         return MakePiPL(identity);
     } catch (const PackageError& error) {
         const std::string words = error.what();

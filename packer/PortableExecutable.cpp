@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "packer/AlignUp.h"
 #include "packer/PackageError.h"
 #include "packer/PortableExecutableRecords.h"
 #include "packer/ResourceDirectory.h"
@@ -84,9 +85,8 @@ void PortableExecutable::readSections(std::size_t table, std::size_t count) {
         if (section.position == 0 || section.fileBytes == 0) section.position = section.fileBytes = 0;
         if (section.imageBytes == 0) section.imageBytes = section.fileBytes;
         bytesAt(section.position, section.fileBytes);
-        const std::uint64_t pages = (std::uint64_t{section.imageBytes} + sectionAlignment - 1) / sectionAlignment;
-        section.mappedBytes =
-            static_cast<std::uint32_t>(std::min<std::uint64_t>(section.fileBytes, pages * sectionAlignment));
+        section.mappedBytes = static_cast<std::uint32_t>(
+            std::min<std::uint64_t>(section.fileBytes, AlignUp(section.imageBytes, sectionAlignment)));
         if (section.address % sectionAlignment != 0 || section.address < nextAddress)
             fail("its sections are out of order");
         nextAddress = std::uint64_t{section.address} + section.imageBytes;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "packer/AlignUp.h"
 #include "packer/PackageError.h"
 #include "packer/PortableExecutable.h"
 #include "packer/PortableExecutableRecords.h"
@@ -14,10 +15,6 @@ namespace quillon {
 namespace {
 
 constexpr std::uint64_t kMostBytes = 0x7FFFFFFF;  // of the file, and of the image in memory
-
-std::uint64_t alignUp(std::uint64_t value, std::uint64_t alignment) {
-    return (value + alignment - 1) / alignment * alignment;
-}
 
 // The sum of the file's 16-bit words, carries added in again, and its length. The field of the sum itself holds 0.
 std::uint32_t checksumOf(std::span<const std::byte> file) {
@@ -68,8 +65,8 @@ PortableExecutable::Placement PortableExecutable::placeResources() const {
     if (!hasRoom)
         throw PackageError(
             "its headers have no room for one more section; link the module with a .rsrc section at its end");
-    return {sections.size(), alignUp(std::uint64_t{last.address} + last.imageBytes, sectionAlignment),
-            alignUp(overlay, fileAlignment), overlay};
+    return {sections.size(), AlignUp(std::uint64_t{last.address} + last.imageBytes, sectionAlignment),
+            AlignUp(overlay, fileAlignment), overlay};
 }
 
 void PortableExecutable::patchHeaders(std::span<std::byte> out, const Placement& placement, std::size_t sectionBytes,
@@ -78,7 +75,7 @@ void PortableExecutable::patchHeaders(std::span<std::byte> out, const Placement&
         StoreLittle(out, position, static_cast<std::uint32_t>(value));
     };
     const auto directoryAt = [this](std::size_t index) { return header + pe::kDirectories + 8 * index; };
-    const std::uint64_t fileBytes = alignUp(sectionBytes, fileAlignment);
+    const std::uint64_t fileBytes = AlignUp(sectionBytes, fileAlignment);
 
     const std::size_t entry = sectionTable + placement.index * pe::kSectionHeaderBytes;
     if (placement.index == sections.size()) {
@@ -104,7 +101,7 @@ void PortableExecutable::patchHeaders(std::span<std::byte> out, const Placement&
     for (std::size_t i = 0; i < std::min(placement.index, sections.size()); ++i)
         if (sections[i].flags & pe::kInitializedData) initialized += sections[i].fileBytes;
     put(header + pe::kInitializedBytes, initialized);
-    put(header + pe::kImageBytes, alignUp(placement.address + sectionBytes, sectionAlignment));
+    put(header + pe::kImageBytes, AlignUp(placement.address + sectionBytes, sectionAlignment));
 
     // Debuggers find the names of functions, and of sections with long names, in the symbol table behind the sections.
     const std::uint32_t symbols = number(header + pe::kSymbolPosition);
@@ -133,7 +130,7 @@ std::vector<std::byte> PortableExecutable::withResources(const Resources& resour
     out.resize(placement.position);
     AppendResourceSection(out, resources, static_cast<std::uint32_t>(placement.address), kMostBytes - taken);
     const std::size_t sectionBytes = out.size() - placement.position;
-    out.resize(alignUp(out.size(), fileAlignment));
+    out.resize(AlignUp(out.size(), fileAlignment));
     const std::size_t overlayShift = out.size() - overlay;  // a module may become shorter: the sum wraps, and is right
     out.insert(out.end(), rest.begin(), rest.end());
     patchHeaders(out, placement, sectionBytes, overlayShift);

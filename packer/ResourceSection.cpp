@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "packer/AlignUp.h"
 #include "packer/PackageError.h"
 #include "packer/ResourceDirectory.h"
 #include "packer/ResourceRecords.h"
@@ -12,7 +13,7 @@ namespace quillon {
 namespace {
 
 std::uint64_t alignUp(std::uint64_t value) {
-    return (value + kResourceAlignment - 1) / kResourceAlignment * kResourceAlignment;
+    return AlignUp(value, kResourceAlignment);
 }
 
 // The resources by type, name and language; keys and data stay where they are.

@@ -95,8 +95,8 @@ void specifyStorage(const PixelLayout& layout, const void* pixels) {
 // Fills the storage with the host's 16-bit rows.
 void uploadWidened(const std::byte* memory, const PixelLayout& layout) {
     const auto rowStride = static_cast<std::size_t>(layout.rowBytes);
-    const auto rowsPerBand =
-        static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / std::max<std::size_t>(1, rowStride)));
+    if (rowStride == 0) return;  // rows without a pixel
+    const auto rowsPerBand = static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / rowStride));
     std::vector<std::byte> widened(std::min(rowsPerBand, layout.height) * rowStride);
     for (std::uint32_t first = 0; first < layout.height; first += rowsPerBand) {
         PixelLayout band = layout;

@@ -61,8 +61,8 @@ public:
 
     // The CPU copy of the last upload that had data, height * rowBytes bytes; null before that. It is shared: whoever
     // holds it keeps the bytes, whatever becomes of the texture, and a change of them is seen by all; so is the next
-    // upload of as many bytes, unless it widens them. As long as nobody asks, GL alone holds the picture, and it is read back here: that is exact at 8, 16 and 32 bits, and padding
-    // behind rows comes back as zero.
+    // upload of as many bytes, unless it widens them. As long as nobody asks, GL alone holds the picture, and it is
+    // read back here: that is exact at 8, 16 and 32 bits, and padding behind rows comes back as zero.
     PixelBuffer pixelCopy();
 
     std::string name;  // of the file it came from

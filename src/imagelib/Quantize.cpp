@@ -10,7 +10,7 @@ namespace {
 
 // Whether the rows lie inside the surface's bytes: an alias may tell of a larger picture than it holds.
 bool holdsItsExtent(const Surface& surface, std::uint64_t rowBytes, std::uint64_t usedRowBytes) {
-    const std::uint64_t held = surface.borrowedPixels ? surface.borrowedPixels->size() : surface.pixels.size();
+    const std::uint64_t held = surface.pixelBytes();
     if (usedRowBytes > held) return false;
     return surface.height == 1 || rowBytes <= (held - usedRowBytes) / (surface.height - 1);
 }
