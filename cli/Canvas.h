@@ -8,7 +8,7 @@
 
 namespace quillon::cli {
 
-using Colour = std::array<float, 3>;  // red, green, blue, 0 to 1
+using Color = std::array<float, 3>;  // red, green, blue, 0 to 1
 
 // A box in pixels; pixel (x, y) covers x to x + 1, y to y + 1, y downwards.
 struct Box {
@@ -28,16 +28,16 @@ class Canvas {
 public:
     Canvas(std::uint32_t width, std::uint32_t height);
 
-    // Calls `paint(x, y, colour)` with the middle of each pixel that the box touches and that lies on the canvas;
-    // `colour` is what is there, and what it returns is mixed in as far as the box covers the pixel.
+    // Calls `paint(x, y, color)` with the middle of each pixel that the box touches and that lies on the canvas;
+    // `color` is what is there, and what it returns is mixed in as far as the box covers the pixel.
     template <class Paint>
     void fill(const Box& box, Paint paint) {
         forEach(box, [&](float x, float y, float* pixel) {
             const float share =
                 Coverage(std::fmax(box.left - x, x - box.right)) * Coverage(std::fmax(box.top - y, y - box.bottom));
-            const Colour there = {pixel[0], pixel[1], pixel[2]};
-            const Colour colour = paint(x, y, there);
-            for (int i = 0; i < 3; ++i) pixel[i] += (colour[i] - pixel[i]) * share;
+            const Color there = {pixel[0], pixel[1], pixel[2]};
+            const Color color = paint(x, y, there);
+            for (int i = 0; i < 3; ++i) pixel[i] += (color[i] - pixel[i]) * share;
         });
     }
 
@@ -68,7 +68,7 @@ private:
     Picture painted;
 };
 
-inline Colour Mix(const Colour& from, const Colour& to, float share) {
+inline Color Mix(const Color& from, const Color& to, float share) {
     return {from[0] + (to[0] - from[0]) * share, from[1] + (to[1] - from[1]) * share,
             from[2] + (to[2] - from[2]) * share};
 }

@@ -9,17 +9,17 @@ namespace quillon::cli {
 namespace {
 
 constexpr float kPi = 3.14159265f;
-constexpr Colour kWhite = {1, 1, 1};
-constexpr Colour kNight = {0.045f, 0.055f, 0.10f};
-constexpr Colour kPatches[] = {
+constexpr Color kWhite = {1, 1, 1};
+constexpr Color kNight = {0.045f, 0.055f, 0.10f};
+constexpr Color kPatches[] = {
     {0.36f, 0.25f, 0.20f}, {0.76f, 0.58f, 0.50f}, {0.35f, 0.47f, 0.61f}, {0.34f, 0.42f, 0.26f},
     {0.52f, 0.50f, 0.69f}, {0.40f, 0.74f, 0.67f}, {0.86f, 0.49f, 0.17f}, {0.28f, 0.36f, 0.64f},
     {0.76f, 0.33f, 0.38f}, {0.62f, 0.73f, 0.25f}, {0.95f, 0.77f, 0.18f}, {0.70f, 0.22f, 0.24f},
 };
-constexpr Colour kRamps[] = {{1, 1, 1}, {1, 0.1f, 0.1f}, {0.1f, 0.9f, 0.25f}, {0.15f, 0.35f, 1}};
+constexpr Color kRamps[] = {{1, 1, 1}, {1, 0.1f, 0.1f}, {0.1f, 0.9f, 0.25f}, {0.15f, 0.35f, 1}};
 
-float Distance(float x, float y, float centreX, float centreY) {
-    return std::sqrt((x - centreX) * (x - centreX) + (y - centreY) * (y - centreY));
+float Distance(float x, float y, float centerX, float centerY) {
+    return std::sqrt((x - centerX) * (x - centerX) + (y - centerY) * (y - centerY));
 }
 
 // A part of a box, in shares of its extent.
@@ -28,20 +28,20 @@ Box Part(const Box& box, float left, float top, float right, float bottom) {
             box.top + bottom * box.height()};
 }
 
-void PaintDisc(Canvas& canvas, float x, float y, float radius, const Colour& colour, float opacity) {
+void PaintDisc(Canvas& canvas, float x, float y, float radius, const Color& color, float opacity) {
     canvas.fill({x - radius - 1, y - radius - 1, x + radius + 1, y + radius + 1},
-                [&](float px, float py, const Colour& there) {
-                    return Mix(there, colour, opacity * Coverage(Distance(px, py, x, y) - radius));
+                [&](float px, float py, const Color& there) {
+                    return Mix(there, color, opacity * Coverage(Distance(px, py, x, y) - radius));
                 });
 }
 
-// A light: white in its middle, falling off in its colour.
-void PaintLight(Canvas& canvas, float x, float y, float radius, const Colour& colour) {
+// A light: white in its middle, falling off in its color.
+void PaintLight(Canvas& canvas, float x, float y, float radius, const Color& color) {
     canvas.fill({x - 4 * radius, y - 4 * radius, x + 4 * radius, y + 4 * radius},
-                [&](float px, float py, const Colour& there) {
+                [&](float px, float py, const Color& there) {
                     const float d = Distance(px, py, x, y) / radius;
                     const float halo = d < 4 ? 0.35f * (1 - d / 4) * (1 - d / 4) : 0;
-                    return Mix(Mix(there, colour, halo), Mix(kWhite, colour, std::fmin(1.0f, d * 0.6f)),
+                    return Mix(Mix(there, color, halo), Mix(kWhite, color, std::fmin(1.0f, d * 0.6f)),
                                Coverage((d - 1) * radius));
                 });
 }
@@ -49,8 +49,8 @@ void PaintLight(Canvas& canvas, float x, float y, float radius, const Colour& co
 void PaintGround(Canvas& canvas) {
     const Box frame = canvas.frame();
     const float step = frame.height() / 12;
-    canvas.fill(frame, [&](float x, float y, const Colour&) {
-        const Colour sky = Mix({0.16f, 0.19f, 0.27f}, {0.30f, 0.25f, 0.33f}, y / frame.height());
+    canvas.fill(frame, [&](float x, float y, const Color&) {
+        const Color sky = Mix({0.16f, 0.19f, 0.27f}, {0.30f, 0.25f, 0.33f}, y / frame.height());
         const float toLine = std::fmin(std::fmod(x, step), std::fmod(y, step));
         return Mix(sky, {0.45f, 0.48f, 0.58f}, toLine < 1 ? 0.35f : 0.0f);
     });
@@ -62,7 +62,7 @@ void PaintPatches(Canvas& canvas, const Box& box) {
         const float column = static_cast<float>(i % kColumns);
         const float row = static_cast<float>(i / kColumns);
         const Box patch = Part(box, column / kColumns, row / 2, (column + 1) / kColumns, (row + 1) / 2);
-        canvas.fill(patch.inset(box.height() * 0.02f), [&](float, float, const Colour&) { return kPatches[i]; });
+        canvas.fill(patch.inset(box.height() * 0.02f), [&](float, float, const Color&) { return kPatches[i]; });
     }
 }
 
@@ -70,7 +70,7 @@ void PaintPatches(Canvas& canvas, const Box& box) {
 void PaintRamps(Canvas& canvas, const Box& box) {
     for (int i = 0; i < 5; ++i) {
         const Box ramp = Part(box, 0, static_cast<float>(i) / 5, 1, static_cast<float>(i + 1) / 5);
-        canvas.fill(ramp, [&](float x, float, const Colour&) {
+        canvas.fill(ramp, [&](float x, float, const Color&) {
             const float share = (x - box.left) / box.width();
             const float value = i == 1 ? std::fmin(10.0f, std::floor(share * 11)) / 10 : share;
             return Mix({0, 0, 0}, kRamps[i < 2 ? 0 : i - 1], value);
@@ -83,7 +83,7 @@ void PaintLines(Canvas& canvas, const Box& box) {
     for (int i = 0; i < 5; ++i) {
         const int period = 2 * (i + 1);
         const Box group = Part(box, static_cast<float>(i) / 5, 0, static_cast<float>(i + 1) / 5, 1);
-        canvas.fill(group.inset(2), [&](float x, float y, const Colour&) {
+        canvas.fill(group.inset(2), [&](float x, float y, const Color&) {
             const float along = y < (box.top + box.bottom) / 2 ? x - group.left : y - box.top;
             const bool isLine = static_cast<int>(along) % period < period / 2;
             return isLine ? kWhite : kNight;
@@ -96,7 +96,7 @@ void PaintStar(Canvas& canvas, float x, float y, float radius) {
     constexpr int kWedges = 24;
     PaintDisc(canvas, x, y, radius * 1.12f, {0.93f, 0.90f, 0.82f}, 1);
     canvas.fill({x - radius - 1, y - radius - 1, x + radius + 1, y + radius + 1},
-                [&](float px, float py, const Colour& there) {
+                [&](float px, float py, const Color& there) {
                     const float d = Distance(px, py, x, y);
                     const float turn = std::atan2(py - y, px - x) * kWedges / kPi;
                     const float phase = std::fabs(turn - 2 * std::floor(turn / 2) - 1) - 0.5f;
@@ -108,7 +108,7 @@ void PaintStar(Canvas& canvas, float x, float y, float radius) {
 
 // Lights on a dark ground, for effects that look for what is bright.
 void PaintNight(Canvas& canvas, const Box& box) {
-    canvas.fill(box, [&](float, float y, const Colour&) {
+    canvas.fill(box, [&](float, float y, const Color&) {
         return Mix(kNight, {0.10f, 0.07f, 0.14f}, (y - box.top) / box.height());
     });
     for (int i = 0; i < 9; ++i) {
@@ -120,16 +120,16 @@ void PaintNight(Canvas& canvas, const Box& box) {
     }
 }
 
-// Three colours that overlap, half transparent as paint, with rings around them.
+// Three colors that overlap, half transparent as paint, with rings around them.
 void PaintDiscs(Canvas& canvas, float x, float y, float radius) {
-    constexpr Colour kInks[] = {{0.95f, 0.25f, 0.30f}, {0.98f, 0.80f, 0.20f}, {0.20f, 0.55f, 0.95f}};
+    constexpr Color kInks[] = {{0.95f, 0.25f, 0.30f}, {0.98f, 0.80f, 0.20f}, {0.20f, 0.55f, 0.95f}};
     for (int i = 0; i < 3; ++i) {
         const float angle = kPi * (static_cast<float>(i) * 2 / 3 - 0.5f);
         PaintDisc(canvas, x + 0.5f * radius * std::cos(angle), y + 0.5f * radius * std::sin(angle), 0.62f * radius,
                   kInks[i], 0.72f);
     }
     canvas.fill({x - radius * 1.5f, y - radius * 1.5f, x + radius * 1.5f, y + radius * 1.5f},
-                [&](float px, float py, const Colour& there) {
+                [&](float px, float py, const Color& there) {
                     const float d = Distance(px, py, x, y);
                     const float ring = std::fmin(std::fabs(d - 1.2f * radius), std::fabs(d - 1.32f * radius)) - 1.2f;
                     return Mix(there, kWhite, 0.85f * Coverage(ring));
@@ -138,7 +138,7 @@ void PaintDiscs(Canvas& canvas, float x, float y, float radius) {
 
 // An arrow that points up, in the top left corner.
 void PaintArrow(Canvas& canvas, const Box& box) {
-    canvas.fill(box, [&](float x, float y, const Colour& there) {
+    canvas.fill(box, [&](float x, float y, const Color& there) {
         const float half = (y - box.top) * 0.5f * box.width() / box.height();
         return Mix(there, {0.98f, 0.80f, 0.20f}, Coverage(std::fabs(x - (box.left + box.right) / 2) - half));
     });
@@ -177,7 +177,7 @@ Picture DrawChart(std::uint32_t width, std::uint32_t height) {
     PaintStar(canvas, all.left + 0.49f * all.width(), all.top + 0.495f * all.height(), 1.35f * unit);
     PaintDiscs(canvas, all.left + 0.80f * all.width(), all.top + 0.25f * all.height(), 1.5f * unit);
     const Box fade = Part(all, 0.64f, 0.66f, 1, 0.77f);
-    canvas.fill(fade, [](float, float, const Colour&) { return Colour{0.20f, 0.75f, 0.70f}; });
+    canvas.fill(fade, [](float, float, const Color&) { return Color{0.20f, 0.75f, 0.70f}; });
     CutTransparency(canvas, fade, all.left + 0.965f * all.width(), all.top + 0.535f * all.height(), 0.8f * unit);
     return canvas.picture();
 }

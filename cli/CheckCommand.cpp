@@ -4,7 +4,7 @@
 
 #include "cli/Chart.h"
 #include "cli/EffectDescription.h"
-#include "cli/IdentityChecks.h"
+#include "cli/ConfigChecks.h"
 #include "cli/LoadedEffect.h"
 #include "cli/PrintLine.h"
 

@@ -44,7 +44,7 @@ constexpr const char* kRenderAbout =
 
 constexpr const char* kRenderMore =
     "Pictures: PNG (8 or 16 bits), EXR and .argb are read and written; JPEG, BMP, GIF, PSD, Radiance HDR and TGA are\n"
-    "read. Colour is never converted: PNG is sRGB and EXR linear by custom, and the effect gets the numbers as they\n"
+    "read. Color is never converted: PNG is sRGB and EXR linear by custom, and the effect gets the numbers as they\n"
     "are. PNG output has 8 bits at --depth 8 and 16 bits above; EXR output has 32-bit floats.\n"
     "A file named *.argb is the host's own buffer: tight rows, the top row first, four channels A, R, G, B, each one\n"
     "byte, a 16-bit word 0 to 32768 or a 32-bit float, little-endian, without a header.\n"
@@ -52,7 +52,7 @@ constexpr const char* kRenderMore =
     "Controls (--set) go by their name in the shader or by their label:\n"
     "  number, angle      --set threshold=0.5         angles in degrees\n"
     "  position           --set center=480,270        pixels from the top left corner; x,y,z for three axes\n"
-    "  colour             --set tint=1,0.5,0          0 to 1, with or without a fourth for alpha; or #ff8000[ff]\n"
+    "  color             --set tint=1,0.5,0          0 to 1, with or without a fourth for alpha; or #ff8000[ff]\n"
     "  switch             --set \"Grow the layer=true\" true, false, 1 or 0\n"
     "  popup              --set mode=Screen           an entry's text, or its number from 1\n"
     "Controls that are not set have their default.\n"
@@ -66,7 +66,7 @@ constexpr const char* kRenderMore =
     "Pro\n"
     "always takes, rounds as the hosts do: at full size its picture is a column and a row smaller, and Premiere Pro\n"
     "shows it within a picture of the input's size. At --downsample N every picture is brought to 1/N of its size\n"
-    "first (the mean of N by N pixels, colours weighed by alpha); positions are still given in full-size pixels.\n"
+    "first (the mean of N by N pixels, colors weighed by alpha); positions are still given in full-size pixels.\n"
     "\n"
     "A module is silent about faults. Each frame is therefore rehearsed by the tool's own engine, without filling\n"
     "pixels, before the module renders it; what only goes wrong with pixels in their place is seen in the picture.";

@@ -14,7 +14,7 @@ using Json = nlohmann::ordered_json;
 constexpr const char* kKinds[] = {"UNKNOWN", "FLOAT", "POINT", "COLOR",       "LAYER",     "POINT2D", "TEXTURE",
                                   "PATH",    "BOOL",  "POPUP", "GROUP_START", "GROUP_END", "ANGLE"};
 
-// A float as the shortest text that means it, instead of its neighbours' digits as a double.
+// A float as the shortest text that means it, instead of its neighbors' digits as a double.
 double Short(float number) {
     return std::stod(fmt::format("{}", number));
 }
@@ -23,7 +23,7 @@ double FromFixed(PF_Fixed number) {
     return number / 65536.0;
 }
 
-Json Colour(const PF_UnionablePixel& pixel) {
+Json Color(const PF_UnionablePixel& pixel) {
     return {pixel.red, pixel.green, pixel.blue, pixel.alpha};
 }
 
@@ -50,8 +50,8 @@ void DescribePoint3D(Json& json, const PF_ParamDef& def) {
 
 void DescribeColor(Json& json, const PF_ParamDef& def) {
     json["type"] = "COLOR";
-    json["value"] = Colour(def.u.cd.value);
-    json["default"] = Colour(def.u.cd.dephault);
+    json["value"] = Color(def.u.cd.value);
+    json["default"] = Color(def.u.cd.dephault);
 }
 
 void DescribeLayer(Json& json, const PF_ParamDef&) {

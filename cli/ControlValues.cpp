@@ -47,7 +47,7 @@ bool ParseNumbers(std::string_view text, std::size_t least, std::size_t most, Co
     return true;
 }
 
-bool ParseHexColour(std::string_view digits, ControlValue& value) {
+bool ParseHexColor(std::string_view digits, ControlValue& value) {
     if (digits.size() != 6 && digits.size() != 8) return false;
     for (std::size_t i = 0; i < digits.size() / 2; ++i) {
         unsigned channel = 0;
@@ -71,9 +71,9 @@ bool ParsePoint2D(const Parameter&, std::string_view text, ControlValue& value) 
     return ParseNumbers(text, 2, 2, value);
 }
 
-bool ParseColour(const Parameter&, std::string_view text, ControlValue& value) {
+bool ParseColor(const Parameter&, std::string_view text, ControlValue& value) {
     value.numbers[3] = 1;
-    if (text.starts_with('#')) return ParseHexColour(text.substr(1), value);
+    if (text.starts_with('#')) return ParseHexColor(text.substr(1), value);
     return ParseNumbers(text, 3, 4, value);
 }
 
@@ -109,7 +109,7 @@ constexpr ValueForm kValueForms[] = {
     {ANGLE, ParseOneNumber, "a number of degrees"},
     {POINT, ParsePoint, "x,y,z"},
     {POINT2D, ParsePoint2D, "x,y in pixels"},
-    {COLOR, ParseColour, "red,green,blue[,alpha] from 0 to 1, or #rrggbb[aa]"},
+    {COLOR, ParseColor, "red,green,blue[,alpha] from 0 to 1, or #rrggbb[aa]"},
     {BOOL, ParseSwitch, "true or false"},
     {POPUP, ParseChoice, "one of the entries, or its number from 1"},
 };

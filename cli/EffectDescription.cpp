@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/IdentityChecks.h"
+#include "cli/ConfigChecks.h"
 #include "package/ConfigDocument.h"
 #include "package/EffectFlags.h"
 #include "package/EffectVersion.h"

@@ -12,7 +12,7 @@
 
 #include "cli/PictureFormat.h"
 
-// Scan-line and tiled OpenEXR, half and float channels. By that format's convention colour is premultiplied and
+// Scan-line and tiled OpenEXR, half and float channels. By that format's convention color is premultiplied and
 // linear: the first is undone on the way in and done on the way out, since a host's buffers are straight; the second
 // is left as it is.
 
@@ -22,7 +22,7 @@ namespace {
 
 using Imath::Box2i;
 
-constexpr const char* kColours[] = {"R", "G", "B"};
+constexpr const char* kColors[] = {"R", "G", "B"};
 
 std::int64_t Extent(int low, int high) {
     return std::int64_t{high} - low + 1;
@@ -37,13 +37,13 @@ void CheckArea(const Box2i& window) {
     }
 }
 
-// Which channel of the file feeds each of R, G, B, A: grey files have only Y. Null: the file has none.
+// Which channel of the file feeds each of R, G, B, A: gray files have only Y. Null: the file has none.
 std::array<const char*, 4> ChooseChannels(const Imf::ChannelList& channels) {
-    const bool hasColour = std::any_of(std::begin(kColours), std::end(kColours),
+    const bool hasColor = std::any_of(std::begin(kColors), std::end(kColors),
                                        [&](const char* name) { return channels.findChannel(name) != nullptr; });
-    const bool isGrey = !hasColour && channels.findChannel("Y") && !channels.findChannel("RY");
-    if (!hasColour && !isGrey) throw std::string("it has no channels R, G, B and no grey channel Y");
-    std::array<const char*, 4> chosen = {isGrey ? "Y" : "R", isGrey ? "Y" : "G", isGrey ? "Y" : "B", "A"};
+    const bool isGray = !hasColor && channels.findChannel("Y") && !channels.findChannel("RY");
+    if (!hasColor && !isGray) throw std::string("it has no channels R, G, B and no gray channel Y");
+    std::array<const char*, 4> chosen = {isGray ? "Y" : "R", isGray ? "Y" : "G", isGray ? "Y" : "B", "A"};
     for (const char*& name : chosen) {
         const Imf::Channel* channel = channels.findChannel(name);
         if (channel && (channel->xSampling != 1 || channel->ySampling != 1)) {
@@ -54,18 +54,18 @@ std::array<const char*, 4> ChooseChannels(const Imf::ChannelList& channels) {
     return chosen;
 }
 
-// All pixels of the data window. A grey file is read once into R and then spread; an absent alpha is 1.
+// All pixels of the data window. A gray file is read once into R and then spread; an absent alpha is 1.
 Picture ReadDataWindow(Imf::InputFile& file) {
     const Box2i window = file.header().dataWindow();
     const auto width = static_cast<std::uint32_t>(Extent(window.min.x, window.max.x));
     const auto height = static_cast<std::uint32_t>(Extent(window.min.y, window.max.y));
     const auto chosen = ChooseChannels(file.header().channels());
     Picture picture = Picture::Make(width, height, SampleFormat::real, ChannelOrder::rgba);
-    const bool isGrey = chosen[0] && chosen[0][0] == 'Y';
+    const bool isGray = chosen[0] && chosen[0][0] == 'Y';
 
     Imf::FrameBuffer frameBuffer;
     for (int i = 0; i < 4; ++i) {
-        if (!chosen[i] || (isGrey && (i == 1 || i == 2))) continue;
+        if (!chosen[i] || (isGray && (i == 1 || i == 2))) continue;
         frameBuffer.insert(
             chosen[i], Imf::Slice::Make(Imf::FLOAT, picture.row<float>(0) + i, window, 16, picture.rowBytes(), 1, 1));
     }
@@ -74,7 +74,7 @@ Picture ReadDataWindow(Imf::InputFile& file) {
 
     float* pixel = picture.row<float>(0);
     for (std::size_t i = 0; i < std::size_t{width} * height; ++i, pixel += 4) {
-        if (isGrey) pixel[1] = pixel[2] = pixel[0];
+        if (isGray) pixel[1] = pixel[2] = pixel[0];
         if (!chosen[3]) pixel[3] = 1;
     }
     return picture;
@@ -97,7 +97,7 @@ Picture PlaceInFrame(Picture data, const Box2i& dataWindow, const Box2i& display
     return frame;
 }
 
-// Colour without alpha is light that nothing covers, and stays.
+// Color without alpha is light that nothing covers, and stays.
 void Unpremultiply(Picture& picture) {
     float* pixel = picture.row<float>(0);
     for (std::size_t i = 0; i < std::size_t{picture.width} * picture.height; ++i, pixel += 4) {

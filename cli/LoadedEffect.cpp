@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "cli/HostValues.h"
-#include "cli/OwnEngine.h"
+#include "cli/LinkedEngine.h"
 
 namespace quillon::cli {
 
@@ -14,9 +14,9 @@ LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSe
     : source(std::move(effect)),
       settings(hostSettings),
       packed(source),
-      rehearsal(OwnEngine::WithPackageOf(packed.effect()), settings),
+      rehearsal(LinkedEngine::WithPackageOf(packed.effect()), settings),
       module(packed.effect(), settings) {
-    OwnEngine::Listen();
+    LinkedEngine::Listen();
     try {
         startRehearsal();
         module.start();
@@ -24,7 +24,7 @@ LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSe
     } catch (const std::runtime_error& error) {
         throwRenderFault(nullptr, error.what());
     }
-    visibleControls = ControlsOf(OwnEngine::Declarations());
+    visibleControls = ControlsOf(LinkedEngine::Declarations());
     if (visibleControls.size() != module.parameters().size())
         throw Fault(fmt::format("internal error: {} controls were declared and {} registered", visibleControls.size(),
                                 module.parameters().size()));
@@ -35,14 +35,14 @@ void LoadedEffect::startRehearsal() {
     try {
         rehearsal.start();
     } catch (const std::runtime_error&) {
-        OwnEngine::RequireOpenGL();
+        LinkedEngine::RequireOpenGL();
         throwFaults();
         throw;
     }
-    OwnEngine::RequireOpenGL();  // an engine without a context starts, and then draws nothing
+    LinkedEngine::RequireOpenGL();  // an engine without a context starts, and then draws nothing
     throwFaults();
-    largestExtent = OwnEngine::LargestExtent();
-    OwnEngine::DrawNothing();
+    largestExtent = LinkedEngine::LargestExtent();
+    LinkedEngine::DrawNothing();
 }
 
 Picture LoadedEffect::render(const FrameInput& input) {
@@ -130,7 +130,7 @@ void LoadedEffect::checkFrame(const HostFrame& frame) const {
 }
 
 void LoadedEffect::throwFaults() const {
-    ThrowIfAny(OwnEngine::TakeFaults(source));
+    ThrowIfAny(LinkedEngine::TakeFaults(source));
 }
 
 void LoadedEffect::throwViolations() const {

@@ -7,7 +7,7 @@
 
 #include "cli/EffectDescription.h"
 #include "cli/EffectSource.h"
-#include "cli/IdentityChecks.h"
+#include "cli/ConfigChecks.h"
 #include "cli/ModuleKind.h"
 #include "cli/PrintLine.h"
 #include "cli/TemplateModule.h"

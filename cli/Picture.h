@@ -17,7 +17,7 @@ enum class SampleFormat {
 enum class ChannelOrder { rgba, argb };
 
 // A picture in memory: rows tight, the first row on top, four channels in this order, alpha straight. The numbers of
-// the channels are as the file or the host gives them: colour spaces are the artist's matter, and nothing here
+// the channels are as the file or the host gives them: color spaces are the artist's matter, and nothing here
 // linearises an sRGB file or encodes a linear one.
 struct Picture {
     std::uint32_t width = 0;

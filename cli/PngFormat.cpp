@@ -20,7 +20,7 @@ void SwapWords(std::span<std::byte> bytes) {
 
 }  // namespace
 
-// Colour profiles and gamma are passed over: the numbers count.
+// Color profiles and gamma are passed over: the numbers count.
 Picture ReadPng(std::span<const std::byte> file, const RawLayout&) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(file.data());
     lodepng::State state;

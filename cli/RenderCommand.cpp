@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "cli/LoadedEffect.h"
-#include "cli/OwnEngine.h"
+#include "cli/LinkedEngine.h"
 #include "cli/PictureFormat.h"
 #include "cli/PrintLine.h"
 #include "cli/ProgressBar.h"
@@ -79,7 +79,7 @@ private:
                             .text = text,
                             .kind = Diagnostic::Kind::config}});
         };
-        const std::uint32_t flags = OwnEngine::Flags(), flags2 = OwnEngine::Flags2();
+        const std::uint32_t flags = LinkedEngine::Flags(), flags2 = LinkedEngine::Flags2();
         if (options.route != host::Route::classic && (flags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
             say("FLAGS2 lacks 1024, so that hosts take the classic route; 5120 is what it should be");
         if ((bitDepth == 16 && (flags & PF_OutFlag_DEEP_COLOR_AWARE) == 0) ||

@@ -12,7 +12,7 @@ namespace {
 char layerPlace, compPlace, itemPlace;
 
 PF_Err effectLayer(PF_ProgPtr effectRef, AEGP_LayerH* out) {
-    const Visit visit(effectRef, Callback::effectLayer);
+    const CallbackScope visit(effectRef, Callback::effectLayer);
     if (!visit) return visit.error();
     if (!out) return visit.refuse("the effect's layer is asked for into nowhere");
     *out = reinterpret_cast<AEGP_LayerH>(&layerPlace);
@@ -20,7 +20,7 @@ PF_Err effectLayer(PF_ProgPtr effectRef, AEGP_LayerH* out) {
 }
 
 PF_Err newEffect(AEGP_PluginID plugin, PF_ProgPtr effectRef, AEGP_EffectRefH* out) {
-    const Visit visit(effectRef, Callback::newEffect, plugin);
+    const CallbackScope visit(effectRef, Callback::newEffect, plugin);
     if (!visit) return visit.error();
     if (plugin != kPluginId || !out) return visit.refuse("an effect reference is asked for by an unknown plug-in id");
     *out = makeReference<AEGP_EffectRefH>(*visit, {.kind = kObjectEffect});
@@ -28,7 +28,7 @@ PF_Err newEffect(AEGP_PluginID plugin, PF_ProgPtr effectRef, AEGP_EffectRefH* ou
 }
 
 A_Err parentComp(AEGP_LayerH layer, AEGP_CompH* out) {
-    const Visit visit(Callback::parentComp);
+    const CallbackScope visit(Callback::parentComp);
     if (!visit) return visit.error();
     if (static_cast<void*>(layer) != &layerPlace || !out) return visit.refuse("an unknown layer is passed");
     *out = reinterpret_cast<AEGP_CompH>(&compPlace);
@@ -36,7 +36,7 @@ A_Err parentComp(AEGP_LayerH layer, AEGP_CompH* out) {
 }
 
 A_Err compItem(AEGP_CompH comp, AEGP_ItemH* out) {
-    const Visit visit(Callback::compItem);
+    const CallbackScope visit(Callback::compItem);
     if (!visit) return visit.error();
     if (static_cast<void*>(comp) != &compPlace || !out) return visit.refuse("an unknown composition is passed");
     *out = reinterpret_cast<AEGP_ItemH>(&itemPlace);
@@ -44,7 +44,7 @@ A_Err compItem(AEGP_CompH comp, AEGP_ItemH* out) {
 }
 
 A_Err itemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
-    const Visit visit(Callback::itemDimensions);
+    const CallbackScope visit(Callback::itemDimensions);
     if (!visit) return visit.error();
     if (static_cast<void*>(item) != &itemPlace || !width || !height) return visit.refuse("an unknown item is passed");
     *width = visit->session.settings().compWidth;
@@ -53,7 +53,7 @@ A_Err itemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
 }
 
 A_Err itemAspect(AEGP_ItemH item, A_Ratio* out) {
-    const Visit visit(Callback::itemAspect);
+    const CallbackScope visit(Callback::itemAspect);
     if (!visit) return visit.error();
     if (static_cast<void*>(item) != &itemPlace || !out) return visit.refuse("an unknown item is passed");
     const PF_RationalScale& aspect = visit->session.settings().compPixelAspect;
@@ -62,7 +62,7 @@ A_Err itemAspect(AEGP_ItemH item, A_Ratio* out) {
 }
 
 A_Err registerAegp(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* out) {
-    const Visit visit(Callback::registerAegp, 0, name ? name : "");
+    const CallbackScope visit(Callback::registerAegp, 0, name ? name : "");
     if (!visit) return visit.error();
     if (!name || !out) return visit.refuse("a registration without a name or a place for the id");
     visit->session.record([&](Records& records) { records.aegpNames.emplace_back(name); });
@@ -71,7 +71,7 @@ A_Err registerAegp(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* out) {
 }
 
 A_Err disposeEffect(AEGP_EffectRefH effect) {
-    const Visit visit(Callback::disposeEffect);
+    const CallbackScope visit(Callback::disposeEffect);
     return visit.isInCall() ? giveBack(visit, effect, kObjectEffect) : visit.error();
 }
 

@@ -9,7 +9,7 @@ namespace quillon::host {
 namespace {
 
 A_Err newOptions(AEGP_PluginID plugin, AEGP_EffectRefH effect, AEGP_LayerRenderOptionsH* out) {
-    const Visit visit(Callback::newRenderOptions, plugin);
+    const CallbackScope visit(Callback::newRenderOptions, plugin);
     if (!visit) return visit.error();
     if (plugin != kPluginId || !out) return visit.refuse("render options are asked for by an unknown plug-in id");
     if (!objectOf(visit, effect, kObjectEffect)) return PF_Err_BAD_CALLBACK_PARAM;
@@ -18,12 +18,12 @@ A_Err newOptions(AEGP_PluginID plugin, AEGP_EffectRefH effect, AEGP_LayerRenderO
 }
 
 A_Err disposeOptions(AEGP_LayerRenderOptionsH options) {
-    const Visit visit(Callback::disposeRenderOptions);
+    const CallbackScope visit(Callback::disposeRenderOptions);
     return visit.isInCall() ? giveBack(visit, options, kObjectRenderOptions) : visit.error();
 }
 
 A_Err setTime(AEGP_LayerRenderOptionsH options, A_Time time) {
-    const Visit visit(Callback::setRenderTime, time.value);
+    const CallbackScope visit(Callback::setRenderTime, time.value);
     if (!visit) return visit.error();
     HostObject* const object = objectOf(visit, options, kObjectRenderOptions);
     if (!object) return PF_Err_BAD_CALLBACK_PARAM;
@@ -40,7 +40,7 @@ std::shared_ptr<World> upstreamFrame(const SelectorCall& call, A_Time time) {
 // Without a frame there: an error and no receipt.
 A_Err renderLayerFrame(AEGP_LayerRenderOptionsH options, A_Boolean, AEGP_RenderSuiteCheckForCancel, AEGP_CancelRefcon,
                        AEGP_FrameReceiptH* out) {
-    const Visit visit(Callback::renderLayerFrame);
+    const CallbackScope visit(Callback::renderLayerFrame);
     if (!visit) return visit.error();
     const HostObject* const object = objectOf(visit, options, kObjectRenderOptions);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
@@ -54,13 +54,13 @@ A_Err renderLayerFrame(AEGP_LayerRenderOptionsH options, A_Boolean, AEGP_RenderS
 }
 
 A_Err checkinFrame(AEGP_FrameReceiptH receipt) {
-    const Visit visit(Callback::checkinFrame);
+    const CallbackScope visit(Callback::checkinFrame);
     return visit.isInCall() ? giveBack(visit, receipt, kObjectReceipt) : visit.error();
 }
 
 // A receipt's world goes by the receipt's own address, and so ends with it.
 A_Err receiptWorld(AEGP_FrameReceiptH receipt, AEGP_WorldH* out) {
-    const Visit visit(Callback::receiptWorld);
+    const CallbackScope visit(Callback::receiptWorld);
     if (!visit) return visit.error();
     HostObject* const object = objectOf(visit, receipt, kObjectReceipt);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
@@ -69,7 +69,7 @@ A_Err receiptWorld(AEGP_FrameReceiptH receipt, AEGP_WorldH* out) {
 }
 
 A_Err fillOutWorld(AEGP_WorldH world, PF_EffectWorld* out) {
-    const Visit visit(Callback::fillOutWorld);
+    const CallbackScope visit(Callback::fillOutWorld);
     if (!visit) return visit.error();
     const HostObject* const object = objectOf(visit, world, kObjectReceipt);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;

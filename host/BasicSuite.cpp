@@ -30,7 +30,7 @@ bool isOffered(const SuiteOffer& offer, std::int32_t version, const Faults& faul
 
 SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {
     const std::string text = name ? name : "";
-    const Visit visit(Callback::acquireSuite, version, text);
+    const CallbackScope visit(Callback::acquireSuite, version, text);
     if (!visit) return visit.error();
     if (!suite) return visit.refuse("a suite is acquired into nowhere");
     HostSession& session = visit->session;
@@ -43,7 +43,7 @@ SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {
 
 SPErr releaseSuite(const char* name, std::int32_t version) {
     const std::string text = name ? name : "";
-    const Visit visit(Callback::releaseSuite, version, text);
+    const CallbackScope visit(Callback::releaseSuite, version, text);
     if (!visit.isInCall()) return visit.error();
     if (!visit->books.suiteReleased(text, version))
         return visit.refuse("suite \"" + text + "\" " + std::to_string(version) +

@@ -17,7 +17,7 @@ bool isPlace(Reference reference, const char& place) {
 }
 
 template <class Reference>
-SPErr givePlace(const Visit& visit, bool isKnown, char& place, Reference* out) {
+SPErr givePlace(const CallbackScope& visit, bool isKnown, char& place, Reference* out) {
     if (!visit) return visit.error();
     if (!isKnown || !out) return visit.refuse("a drawing reference is none");
     *out = reinterpret_cast<Reference>(&place);
@@ -25,19 +25,19 @@ SPErr givePlace(const Visit& visit, bool isKnown, char& place, Reference* out) {
 }
 
 PF_Err drawingReference(const PF_ContextH context, DRAWBOT_DrawRef* out) {
-    return givePlace(Visit(Callback::drawingReference), context != nullptr, drawPlace, out);
+    return givePlace(CallbackScope(Callback::drawingReference), context != nullptr, drawPlace, out);
 }
 
 SPErr drawSupplier(DRAWBOT_DrawRef draw, DRAWBOT_SupplierRef* out) {
-    return givePlace(Visit(Callback::drawSupplier), isPlace(draw, drawPlace), supplierPlace, out);
+    return givePlace(CallbackScope(Callback::drawSupplier), isPlace(draw, drawPlace), supplierPlace, out);
 }
 
 SPErr drawSurface(DRAWBOT_DrawRef draw, DRAWBOT_SurfaceRef* out) {
-    return givePlace(Visit(Callback::drawSurface), isPlace(draw, drawPlace), surfacePlace, out);
+    return givePlace(CallbackScope(Callback::drawSurface), isPlace(draw, drawPlace), surfacePlace, out);
 }
 
 template <class Reference>
-SPErr make(const Visit& visit, DRAWBOT_SupplierRef supplier, const char* kind, Drawing drawing, Reference* out) {
+SPErr make(const CallbackScope& visit, DRAWBOT_SupplierRef supplier, const char* kind, Drawing drawing, Reference* out) {
     if (!visit) return visit.error();
     if (!isPlace(supplier, supplierPlace) || !out) return visit.refuse("an unknown supplier is asked");
     *out = makeReference<Reference>(*visit, {.kind = kind, .drawing = std::move(drawing)});
@@ -45,18 +45,18 @@ SPErr make(const Visit& visit, DRAWBOT_SupplierRef supplier, const char* kind, D
 }
 
 SPErr newPen(DRAWBOT_SupplierRef supplier, const DRAWBOT_ColorRGBA* color, float size, DRAWBOT_PenRef* out) {
-    return make(Visit(Callback::newPen), supplier, kObjectPen,
+    return make(CallbackScope(Callback::newPen), supplier, kObjectPen,
                 {.color = color ? *color : DRAWBOT_ColorRGBA{}, .penSize = size}, out);
 }
 
 SPErr newBrush(DRAWBOT_SupplierRef supplier, const DRAWBOT_ColorRGBA* color, DRAWBOT_BrushRef* out) {
-    return make(Visit(Callback::newBrush), supplier, kObjectBrush, {.color = color ? *color : DRAWBOT_ColorRGBA{}},
+    return make(CallbackScope(Callback::newBrush), supplier, kObjectBrush, {.color = color ? *color : DRAWBOT_ColorRGBA{}},
                 out);
 }
 
 SPErr newImage(DRAWBOT_SupplierRef supplier, int width, int height, int rowBytes, DRAWBOT_PixelLayout layout,
                const void* data, DRAWBOT_ImageRef* out) {
-    const Visit visit(Callback::newImage);
+    const CallbackScope visit(Callback::newImage);
     if (visit && (!data || width < 0 || height < 0 || rowBytes < 0)) return visit.refuse("an image without pixels");
     Drawing drawing{.image = {width, height, rowBytes, layout, {}}};
     if (visit) {
@@ -67,18 +67,18 @@ SPErr newImage(DRAWBOT_SupplierRef supplier, int width, int height, int rowBytes
 }
 
 SPErr newPath(DRAWBOT_SupplierRef supplier, DRAWBOT_PathRef* out) {
-    return make(Visit(Callback::newPath), supplier, kObjectPath, {}, out);
+    return make(CallbackScope(Callback::newPath), supplier, kObjectPath, {}, out);
 }
 
 SPErr releaseObject(DRAWBOT_ObjectRef reference) {
-    const Visit visit(Callback::releaseObject);
+    const CallbackScope visit(Callback::releaseObject);
     if (!visit.isInCall()) return visit.error();
     if (!visit->books.objectGivenBack(reference)) return visit.refuse("what is no object is released");
     return visit.error();
 }
 
 // Adds one drawing with what the objects hold. Null objects are left out.
-SPErr draw(const Visit& visit, DRAWBOT_SurfaceRef surface, Drawing drawing, const HostObject* tool,
+SPErr draw(const CallbackScope& visit, DRAWBOT_SurfaceRef surface, Drawing drawing, const HostObject* tool,
            const HostObject* path) {
     if (!isPlace(surface, surfacePlace)) return visit.refuse("an unknown surface is drawn on");
     if (tool) {
@@ -95,14 +95,14 @@ SPErr draw(const Visit& visit, DRAWBOT_SurfaceRef surface, Drawing drawing, cons
 }
 
 SPErr paintRect(DRAWBOT_SurfaceRef surface, const DRAWBOT_ColorRGBA* color, const DRAWBOT_RectF32* rect) {
-    const Visit visit(Callback::paintRect);
+    const CallbackScope visit(Callback::paintRect);
     if (!visit) return visit.error();
-    if (!color || !rect) return visit.refuse("a rectangle without colour or place");
+    if (!color || !rect) return visit.refuse("a rectangle without color or place");
     return draw(visit, surface, {.call = Callback::paintRect, .color = *color, .rect = *rect}, nullptr, nullptr);
 }
 
 SPErr drawPath(Callback which, DRAWBOT_SurfaceRef surface, const void* tool, const char* kind, DRAWBOT_PathRef path) {
-    const Visit visit(which);
+    const CallbackScope visit(which);
     if (!visit) return visit.error();
     const HostObject* const toolObject = objectOf(visit, tool, kind);
     const HostObject* const pathObject = objectOf(visit, path, kObjectPath);
@@ -119,7 +119,7 @@ SPErr strokePath(DRAWBOT_SurfaceRef surface, DRAWBOT_PenRef pen, DRAWBOT_PathRef
 }
 
 SPErr drawImage(DRAWBOT_SurfaceRef surface, DRAWBOT_ImageRef image, const DRAWBOT_PointF32* origin, float alpha) {
-    const Visit visit(Callback::drawImage);
+    const CallbackScope visit(Callback::drawImage);
     if (!visit) return visit.error();
     const HostObject* const object = objectOf(visit, image, kObjectImage);
     if (!object || !origin) return PF_Err_BAD_CALLBACK_PARAM;
@@ -128,7 +128,7 @@ SPErr drawImage(DRAWBOT_SurfaceRef surface, DRAWBOT_ImageRef image, const DRAWBO
 }
 
 SPErr addPoint(Callback which, DRAWBOT_PathRef path, float x, float y) {
-    const Visit visit(which);
+    const CallbackScope visit(which);
     if (!visit) return visit.error();
     HostObject* const object = objectOf(visit, path, kObjectPath);
     if (!object) return PF_Err_BAD_CALLBACK_PARAM;
@@ -144,7 +144,7 @@ SPErr lineTo(DRAWBOT_PathRef path, float x, float y) {
 }
 
 SPErr addArc(DRAWBOT_PathRef path, const DRAWBOT_PointF32* center, float radius, float startAngle, float sweep) {
-    const Visit visit(Callback::addArc);
+    const CallbackScope visit(Callback::addArc);
     if (!visit) return visit.error();
     HostObject* const object = objectOf(visit, path, kObjectPath);
     if (!object || !center) return PF_Err_BAD_CALLBACK_PARAM;

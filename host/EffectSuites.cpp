@@ -10,7 +10,7 @@ namespace quillon::host {
 namespace {
 
 PF_Err updateParamUI(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDef* def) {
-    const Visit visit(effectRef, Callback::updateParamUI, index);
+    const CallbackScope visit(effectRef, Callback::updateParamUI, index);
     if (!visit.isInCall()) return visit.error();
     if (!def) return visit.refuse("PF_UpdateParamUI gets no control");
     HostInstance* const instance = visit->selector.instance;
@@ -27,7 +27,7 @@ PF_Err updateParamUI(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDe
 }
 
 PF_Err setOptionsButtonName(PF_ProgPtr effectRef, const A_char* name) {
-    const Visit visit(effectRef, Callback::setOptionsButtonName, 0, name ? name : "");
+    const CallbackScope visit(effectRef, Callback::setOptionsButtonName, 0, name ? name : "");
     if (!visit) return visit.error();
     if (!name) return visit.refuse("PF_SetOptionsButtonName gets no name");
     visit->session.record([&](Records& records) { records.optionsButtonNames.emplace_back(name); });
@@ -36,18 +36,18 @@ PF_Err setOptionsButtonName(PF_ProgPtr effectRef, const A_char* name) {
 
 PF_Err floatingPointColor(PF_ProgPtr effectRef, const PF_ParamDef* def, PF_PixelFloat* out) {
     const PF_ParamIndex index = def ? def->unused : 0;
-    const Visit visit(effectRef, Callback::floatingPointColor, index);
+    const CallbackScope visit(effectRef, Callback::floatingPointColor, index);
     if (!visit) return visit.error();
     const HostInstance* const instance = visit->selector.instance;
     if (!out || !instance || !instance->hasParam(index) || def->param_type != PF_Param_COLOR)
-        return visit.refuse("a colour is asked of what is no COLOR control of this instance");
+        return visit.refuse("a color is asked of what is no COLOR control of this instance");
     *out = instance->color(index);
     return PF_Err_NONE;
 }
 
 template <class Pixel>
 PF_Err pixelData(Callback which, int depth, const PF_EffectWorld* world, PF_PixelPtr pixels, Pixel** out) {
-    const Visit visit(which);
+    const CallbackScope visit(which);
     if (!visit) return visit.error();
     if (!world || !out) return visit.refuse("pixels are asked of no world");
     *out = nullptr;
@@ -73,7 +73,7 @@ PF_Err pixelDataFloat(PF_EffectWorld* world, PF_PixelPtr pixels, PF_PixelFloat**
 
 // A layer without pixels has no format: an error, and `out` stays.
 PF_Err worldFormat(const PF_EffectWorld* world, PF_PixelFormat* out) {
-    const Visit visit(Callback::worldFormat);
+    const CallbackScope visit(Callback::worldFormat);
     if (!visit) return visit.error();
     if (!world || !out) return visit.refuse("the format of no world is asked for");
     const int depth = World::depthOf(world->data);
@@ -83,7 +83,7 @@ PF_Err worldFormat(const PF_EffectWorld* world, PF_PixelFormat* out) {
 }
 
 PF_Err setExtendedTool(PF_ExtendedSuiteTool tool) {
-    return Visit(Callback::setExtendedTool, tool).error();
+    return CallbackScope(Callback::setExtendedTool, tool).error();
 }
 
 }  // namespace

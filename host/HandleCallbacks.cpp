@@ -7,14 +7,14 @@ namespace quillon::host {
 
 namespace {
 
-void complain(const Visit& visit, const std::string& fault) {
+void complain(const CallbackScope& visit, const std::string& fault) {
     if (!fault.empty()) visit->violation(fault);
 }
 
 }  // namespace
 
 PF_Handle newHandle(A_HandleSize size) {
-    const Visit visit(Callback::newHandle, static_cast<std::int64_t>(size));
+    const CallbackScope visit(Callback::newHandle, static_cast<std::int64_t>(size));
     // Far beyond what an effect keeps: a size that went wrong.
     constexpr A_HandleSize kLargest = A_HandleSize{1} << 30;
     if (!visit || size > kLargest) return nullptr;
@@ -24,7 +24,7 @@ PF_Handle newHandle(A_HandleSize size) {
 }
 
 void* lockHandle(PF_Handle handle) {
-    const Visit visit(Callback::lockHandle);
+    const CallbackScope visit(Callback::lockHandle);
     if (!visit) return nullptr;
     std::string fault;
     void* const memory = visit->session.handles().lock(handle, fault);
@@ -34,7 +34,7 @@ void* lockHandle(PF_Handle handle) {
 }
 
 void unlockHandle(PF_Handle handle) {
-    const Visit visit(Callback::unlockHandle);
+    const CallbackScope visit(Callback::unlockHandle);
     if (!visit.isInCall()) return;
     std::string fault;
     visit->session.handles().unlock(handle, fault);
@@ -43,7 +43,7 @@ void unlockHandle(PF_Handle handle) {
 }
 
 void disposeHandle(PF_Handle handle) {
-    const Visit visit(Callback::disposeHandle);
+    const CallbackScope visit(Callback::disposeHandle);
     if (!visit.isInCall()) return;
     std::string fault;
     visit->session.handles().dispose(handle, fault);

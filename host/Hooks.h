@@ -12,7 +12,7 @@ namespace quillon::host {
 class HostInstance;
 class World;
 
-struct CallbackVisit {
+struct CallbackEvent {
     Callback callback;
     std::int64_t key;        // see Callback
     HostInstance* instance;  // null in a selector that concerns none
@@ -22,7 +22,7 @@ struct CallbackVisit {
 // that an effect can be entered again from here. Set them while no selector runs.
 struct Hooks {
     // At the start of a callback, before faults strike.
-    std::map<Callback, std::function<void(const CallbackVisit&)>> at;
+    std::map<Callback, std::function<void(const CallbackEvent&)>> at;
 
     // Around each selector: `before` may alter the records that the effect is about to get. What it puts in out is a
     // preset, as real hosts leave one. `after` sees what the effect left there.

@@ -35,7 +35,7 @@ public:
     void setColor(PF_ParamIndex index, const PF_PixelFloat& color);      // 0 to 1
     void setLayer(PF_ParamIndex index, std::shared_ptr<World> picture);  // null: "None"
 
-    // The colour of a COLOR control as floats: as set, or as its 8-bit value has it.
+    // The color of a COLOR control as floats: as set, or as its 8-bit value has it.
     PF_PixelFloat color(PF_ParamIndex index) const;
     std::shared_ptr<World> layer(PF_ParamIndex index) const;
 

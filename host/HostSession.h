@@ -11,7 +11,7 @@
 #include "host/EffectModule.h"
 #include "host/Faults.h"
 #include "host/Frame.h"
-#include "host/HandleBook.h"
+#include "host/HandleTracker.h"
 #include "host/Hooks.h"
 #include "host/HostInstance.h"
 #include "host/HostSettings.h"
@@ -72,7 +72,7 @@ public:
     const HostSettings& settings() const { return hostSettings_; }
     Faults& faults() { return faults_; }
     Hooks& hooks() { return hooks_; }
-    HandleBook& handles() { return handles_; }
+    HandleTracker& handles() { return handles_; }
     PF_Handle globalData() const { return globalData_; }
 
     // The controls that the effect has added, host index 1 first. Texts are the session's own copies.
@@ -112,7 +112,7 @@ private:
     const HostSettings hostSettings_;
     Faults faults_;
     Hooks hooks_;
-    HandleBook handles_;
+    HandleTracker handles_;
     PF_Handle globalData_ = nullptr;
     PF_OutFlags outFlags_ = 0;
     PF_OutFlags2 outFlags2_ = 0;

@@ -9,7 +9,7 @@ namespace {
 
 PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_long timeStep, A_u_long timeScale,
                      PF_ParamDef* param) {
-    const Visit visit(effectRef, Callback::checkoutParam, index);
+    const CallbackScope visit(effectRef, Callback::checkoutParam, index);
     PF_Err error = visit.error();
     if (error == PF_Err_NONE && !param) error = visit.refuse("checkout_param gets no place for the control");
     if (error == PF_Err_NONE && !visit->serveParam(index, *param)) error = PF_Err_INVALID_INDEX;
@@ -25,7 +25,7 @@ PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_l
 }
 
 PF_Err checkinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
-    const Visit visit(effectRef, Callback::checkinParam);
+    const CallbackScope visit(effectRef, Callback::checkinParam);
     if (visit.isInCall()) visit->books.paramCheckedIn();
     if (visit && !param) return visit.refuse("checkin_param gets no control");
     return visit.error();
@@ -33,7 +33,7 @@ PF_Err checkinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
 
 PF_Err addParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
     SelectorCall* const call = SelectorCall::current();
-    const Visit visit(effectRef, Callback::addParam, call ? std::ssize(call->session.parameters()) + 1 : 0);
+    const CallbackScope visit(effectRef, Callback::addParam, call ? std::ssize(call->session.parameters()) + 1 : 0);
     if (!visit) return visit.error();
     if (visit->selector.cmd != PF_Cmd_PARAMS_SETUP) return visit.refuse("add_param outside of PARAMS_SETUP");
     if (index != -1 || !def) return visit.refuse("add_param takes -1 and a control");
@@ -42,7 +42,7 @@ PF_Err addParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
 }
 
 PF_Err registerUI(PF_ProgPtr effectRef, PF_CustomUIInfo* info) {
-    const Visit visit(effectRef, Callback::registerUI, info ? info->events : 0);
+    const CallbackScope visit(effectRef, Callback::registerUI, info ? info->events : 0);
     if (!visit) return visit.error();
     if (!info) return visit.refuse("register_ui gets nothing to register");
     visit->session.record([&](Records& records) { records.registeredUIs.push_back(*info); });
@@ -50,11 +50,11 @@ PF_Err registerUI(PF_ProgPtr effectRef, PF_CustomUIInfo* info) {
 }
 
 PF_Err abortRequested(PF_ProgPtr effectRef) {
-    return Visit(effectRef, Callback::abort).error();
+    return CallbackScope(effectRef, Callback::abort).error();
 }
 
 PF_Err progress(PF_ProgPtr effectRef, A_long, A_long) {
-    return Visit(effectRef, Callback::progress).error();
+    return CallbackScope(effectRef, Callback::progress).error();
 }
 
 }  // namespace

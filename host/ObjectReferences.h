@@ -19,13 +19,13 @@ Reference makeReference(SelectorCall& call, HostObject object) {
 }
 
 // The object behind a reference; null, and told to the session, when it is none of this kind.
-inline HostObject* objectOf(const Visit& visit, const void* reference, const char* kind) {
+inline HostObject* objectOf(const CallbackScope& visit, const void* reference, const char* kind) {
     HostObject* const object = visit->books.object(reference, kind);
     if (!object) visit->violation(std::string("what is passed as ") + kind + " is none");
     return object;
 }
 
-inline PF_Err giveBack(const Visit& visit, const void* reference, const char* kind) {
+inline PF_Err giveBack(const CallbackScope& visit, const void* reference, const char* kind) {
     if (!objectOf(visit, reference, kind)) return PF_Err_BAD_CALLBACK_PARAM;
     visit->books.objectGivenBack(reference);
     return visit.error();

@@ -10,21 +10,21 @@ namespace {
 constexpr PrTimelineID kTimeline = 815;
 
 PF_Err addPixelFormat(PF_ProgPtr effectRef, PrPixelFormat format) {
-    const Visit visit(effectRef, Callback::addPixelFormat, format);
+    const CallbackScope visit(effectRef, Callback::addPixelFormat, format);
     if (!visit) return visit.error();
     visit->session.record([&](Records& records) { records.pixelFormats.push_back(format); });
     return PF_Err_NONE;
 }
 
 PF_Err clearPixelFormats(PF_ProgPtr effectRef) {
-    const Visit visit(effectRef, Callback::clearPixelFormats);
+    const CallbackScope visit(effectRef, Callback::clearPixelFormats);
     if (!visit) return visit.error();
     visit->session.record([&](Records& records) { records.pixelFormats.clear(); });
     return PF_Err_NONE;
 }
 
 PF_Err premiereFormat(PF_EffectWorld* world, PrPixelFormat* out) {
-    const Visit visit(Callback::premiereFormat);
+    const CallbackScope visit(Callback::premiereFormat);
     if (!visit) return visit.error();
     if (!world || !out) return visit.refuse("the format of no world is asked for");
     const int depth = World::depthOf(world->data);
@@ -36,7 +36,7 @@ PF_Err premiereFormat(PF_EffectWorld* world, PrPixelFormat* out) {
 }
 
 PF_Err containingTimeline(PF_ProgPtr effectRef, PrTimelineID* out) {
-    const Visit visit(effectRef, Callback::containingTimeline);
+    const CallbackScope visit(effectRef, Callback::containingTimeline);
     if (!visit) return visit.error();
     if (!out) return visit.refuse("the timeline is asked for into nowhere");
     *out = kTimeline;
@@ -44,7 +44,7 @@ PF_Err containingTimeline(PF_ProgPtr effectRef, PrTimelineID* out) {
 }
 
 prSuiteError frameRect(PrTimelineID timeline, prRect* out) {
-    const Visit visit(Callback::frameRect);
+    const CallbackScope visit(Callback::frameRect);
     if (!visit) return visit.error();
     if (timeline != kTimeline || !out) return visit.refuse("the frame of an unknown timeline is asked for");
     // Not at 0, so that a size read from one edge alone is seen.
@@ -58,7 +58,7 @@ prSuiteError frameRect(PrTimelineID timeline, prRect* out) {
 }
 
 prSuiteError sequenceAspect(PrTimelineID timeline, csSDK_uint32* num, csSDK_uint32* den) {
-    const Visit visit(Callback::sequenceAspect);
+    const CallbackScope visit(Callback::sequenceAspect);
     if (!visit) return visit.error();
     if (timeline != kTimeline || !num || !den) return visit.refuse("the aspect of an unknown timeline is asked for");
     *num = static_cast<csSDK_uint32>(visit->session.settings().compPixelAspect.num);

@@ -118,7 +118,7 @@ void SelectorCall::close(const PF_InData& in) {
 }
 
 void SelectorCall::checkHandles(const PF_InData& in) const {
-    HandleBook& handles = session.handles();
+    HandleTracker& handles = session.handles();
     for (PF_Handle lost : books.lostHandles(handles, handedOver(selector.cmd, out)))
         if (!session.isLossAllowed())
             violation("a handle of " + std::to_string(handles.size(lost)) +
@@ -142,7 +142,7 @@ void SelectorCall::checkMessage() const {
     session.record([&](Records& records) { records.messages.push_back({selector.cmd, out.return_msg, isError}); });
 }
 
-Visit::Visit(Callback which, std::int64_t key, const std::string& text) : call(SelectorCall::current()) {
+CallbackScope::CallbackScope(Callback which, std::int64_t key, const std::string& text) : call(SelectorCall::current()) {
     if (!call) {
         ++strayCallbacks;
         answer = PF_Err_INVALID_CALLBACK;
@@ -161,13 +161,13 @@ Visit::Visit(Callback which, std::int64_t key, const std::string& text) : call(S
     answer = session.faults().strike(which, key);
 }
 
-Visit::Visit(PF_ProgPtr effectRef, Callback which, std::int64_t key, const std::string& text)
-    : Visit(which, key, text) {
+CallbackScope::CallbackScope(PF_ProgPtr effectRef, Callback which, std::int64_t key, const std::string& text)
+    : CallbackScope(which, key, text) {
     if (call && effectRef != call->effectRef())
         answer = refuse(std::string(infoOf(which).name) + " is called with the effect_ref of another instance");
 }
 
-PF_Err Visit::refuse(const std::string& why) const {
+PF_Err CallbackScope::refuse(const std::string& why) const {
     call->violation(why);
     return PF_Err_BAD_CALLBACK_PARAM;
 }

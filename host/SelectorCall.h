@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/CallBooks.h"
+#include "host/CallLedger.h"
 #include "host/Frame.h"
 #include "host/HostCallback.h"
 #include "hostapi/HostApi.h"
@@ -53,7 +53,7 @@ public:
 
     HostSession& session;
     const Selector& selector;
-    CallBooks books;
+    CallLedger books;
 
 private:
     void checkMessage() const;
@@ -65,11 +65,11 @@ private:
 
 // A callback's stay in the host. Made first thing in each: it finds the call, notes it, runs the hook and asks whether
 // the callback is to fail.
-class Visit {
+class CallbackScope {
 public:
     // For functions that no effect_ref comes with.
-    explicit Visit(Callback which, std::int64_t key = 0, const std::string& text = {});
-    Visit(PF_ProgPtr effectRef, Callback which, std::int64_t key = 0, const std::string& text = {});
+    explicit CallbackScope(Callback which, std::int64_t key = 0, const std::string& text = {});
+    CallbackScope(PF_ProgPtr effectRef, Callback which, std::int64_t key = 0, const std::string& text = {});
 
     // What to answer at once; 0 to go on. Never 0 outside of a selector.
     PF_Err error() const { return answer; }

@@ -9,7 +9,7 @@ namespace quillon::host {
 
 namespace {
 
-PF_Err checkOut(const Visit& visit, PF_ParamIndex index, A_long id, const PF_RenderRequest& request,
+PF_Err checkOut(const CallbackScope& visit, PF_ParamIndex index, A_long id, const PF_RenderRequest& request,
                 PF_CheckoutResult& result) {
     if (!visit) return visit.error();
     SmartWorlds* const worlds = visit->selector.smart;
@@ -33,7 +33,7 @@ PF_Err checkOut(const Visit& visit, PF_ParamIndex index, A_long id, const PF_Ren
 
 PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, A_long id, const PF_RenderRequest* request, A_long time,
                      A_long timeStep, A_u_long timeScale, PF_CheckoutResult* result) {
-    const Visit visit(effectRef, Callback::checkoutLayer, id);
+    const CallbackScope visit(effectRef, Callback::checkoutLayer, id);
     if (!visit.isInCall()) return visit.error();
     if (!request || !result) return visit.refuse("checkout_layer without request or result");
     const PF_Err error = checkOut(visit, index, id, *request, *result);
@@ -60,7 +60,7 @@ void makePixels(SmartWorlds& worlds, SmartWorlds::Checkout& checkout, const Sele
 }
 
 PF_Err checkoutPixels(PF_ProgPtr effectRef, A_long id, PF_EffectWorld** pixels) {
-    const Visit visit(effectRef, Callback::checkoutPixels, id);
+    const CallbackScope visit(effectRef, Callback::checkoutPixels, id);
     if (!visit) return visit.error();
     SmartWorlds* const worlds = visit->selector.smart;
     if (!worlds || visit->selector.cmd != PF_Cmd_SMART_RENDER || !pixels)
@@ -77,12 +77,12 @@ PF_Err checkoutPixels(PF_ProgPtr effectRef, A_long id, PF_EffectWorld** pixels) 
 }
 
 PF_Err checkinPixels(PF_ProgPtr effectRef, A_long id) {
-    const Visit visit(effectRef, Callback::checkinPixels, id);
+    const CallbackScope visit(effectRef, Callback::checkinPixels, id);
     return visit.error();
 }
 
 PF_Err checkoutOutput(PF_ProgPtr effectRef, PF_EffectWorld** output) {
-    const Visit visit(effectRef, Callback::checkoutOutput);
+    const CallbackScope visit(effectRef, Callback::checkoutOutput);
     if (!visit) return visit.error();
     SmartWorlds* const worlds = visit->selector.smart;
     if (!worlds || !worlds->output || !output) return visit.refuse("checkout_output outside of the render phase");

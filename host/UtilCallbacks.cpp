@@ -26,7 +26,7 @@ std::byte* pixelAt(const PF_EffectWorld& world, A_long x, A_long y, std::size_t 
 }
 
 // Copies what both rectangles have, from their top left corners on; nothing is scaled.
-PF_Err copyPixels(const Visit& visit, const PF_EffectWorld& source, const PF_EffectWorld& destination,
+PF_Err copyPixels(const CallbackScope& visit, const PF_EffectWorld& source, const PF_EffectWorld& destination,
                   const PF_Rect* sourceRect, const PF_Rect* destinationRect) {
     const int depth = World::depthOf(source.data);
     // A host has no conversion here: unlike depths are an error, as is a layer without pixels.
@@ -46,7 +46,7 @@ PF_Err copyPixels(const Visit& visit, const PF_EffectWorld& source, const PF_Eff
 
 PF_Err copy(PF_ProgPtr effectRef, PF_EffectWorld* source, PF_EffectWorld* destination, PF_Rect* sourceRect,
             PF_Rect* destinationRect) {
-    const Visit visit(effectRef, Callback::copy);
+    const CallbackScope visit(effectRef, Callback::copy);
     if (!visit.isInCall()) return visit.error();
     if (!source || !destination) return visit.refuse("copy gets no world");
     const PF_Err error = visit ? copyPixels(visit, *source, *destination, sourceRect, destinationRect) : visit.error();
@@ -56,7 +56,7 @@ PF_Err copy(PF_ProgPtr effectRef, PF_EffectWorld* source, PF_EffectWorld* destin
     return error;
 }
 
-// The bytes of one pixel in a depth, A first; the colour has 8 bits a channel.
+// The bytes of one pixel in a depth, A first; the color has 8 bits a channel.
 std::size_t pixelBytesOf(const PF_Pixel& color, int depth, std::byte (&bytes)[16]) {
     const A_u_char channels[4] = {color.alpha, color.red, color.green, color.blue};
     for (int i = 0; i < 4; ++i) {
@@ -70,7 +70,7 @@ std::size_t pixelBytesOf(const PF_Pixel& color, int depth, std::byte (&bytes)[16
 }
 
 PF_Err fill(PF_ProgPtr effectRef, const PF_Pixel* color, const PF_Rect* rect, PF_EffectWorld* world) {
-    const Visit visit(effectRef, Callback::fill);
+    const CallbackScope visit(effectRef, Callback::fill);
     if (!visit.isInCall()) return visit.error();
     if (!world) return visit.refuse("fill gets no world");
     const PF_Pixel used = color ? *color : PF_Pixel{255, 0, 0, 0};
@@ -88,7 +88,7 @@ PF_Err fill(PF_ProgPtr effectRef, const PF_Pixel* color, const PF_Rect* rect, PF
 }
 
 PF_Err platformData(PF_ProgPtr effectRef, PF_PlatDataID which, void* data) {
-    const Visit visit(effectRef, Callback::platformData, which);
+    const CallbackScope visit(effectRef, Callback::platformData, which);
     if (!visit) return visit.error();
     if (which != PF_PlatData_RES_DLLINSTANCE || !data) return PF_Err_BAD_CALLBACK_PARAM;
     *static_cast<void**>(data) = visit->session.moduleHandle();

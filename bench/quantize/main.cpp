@@ -2,7 +2,7 @@
 // memory copy of the same picture, in the same run:
 //
 //   quantize/BITS/mode MODE/dither DITHER   SurfaceQuantize
-//   palette/COLOURS                         building the adaptive palette alone, 8 bits
+//   palette/COLORS                         building the adaptive palette alone, 8 bits
 //   growth/...                              times as multiples of each other: pixels, and palette entries
 //   memory/mode MODE, SIZE                  the most bytes that are allocated at once, at any depth and dither
 //
@@ -145,19 +145,19 @@ bool comparePalettes() {
         image.push_back({channel(0), channel(1), channel(2), channel(3)});
     }
     bool equal = true;
-    for (const std::uint32_t colours : {8u, 32u, 256u}) {
+    for (const std::uint32_t colors : {8u, 32u, 256u}) {
         std::vector<ImageLib::Pixel32> palette, expected;
         double time = std::numeric_limits<double>::max();
         double plain = time;
         for (int round = 0; round < 5; ++round) {
             time = std::min(time, milliseconds([&] {
-                                palette = ImageLib::AdaptivePalette(ImageLib::Picture(view, false), colours);
+                                palette = ImageLib::AdaptivePalette(ImageLib::Picture(view, false), colors);
                             }));
-            plain = std::min(plain, milliseconds([&] { expected = test::PlainAdaptivePalette(image, colours); }));
+            plain = std::min(plain, milliseconds([&] { expected = test::PlainAdaptivePalette(image, colors); }));
         }
-        std::printf("palette/%u: %.1f ms, %.1f times the plain one (aim 4)%s\n", colours, time, plain / time,
+        std::printf("palette/%u: %.1f ms, %.1f times the plain one (aim 4)%s\n", colors, time, plain / time,
                     plain / time < 4 ? " BELOW" : "");
-        equal = equal && std::memcmp(palette.data(), expected.data(), colours * sizeof(palette[0])) == 0;
+        equal = equal && std::memcmp(palette.data(), expected.data(), colors * sizeof(palette[0])) == 0;
     }
     return equal;
 }

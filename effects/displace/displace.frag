@@ -14,7 +14,7 @@ uniform int edge;          // 1 transparent, 2 repeat pixels, 3 wrap around, 4 m
 
 const float STEPS = 512.0;    // positions are rounded to this part of a pixel, so that whole pixels stay whole
 
-// One pixel, its colour multiplied by its alpha; beyond the picture as the edges are to be.
+// One pixel, its color multiplied by its alpha; beyond the picture as the edges are to be.
 vec4 pixel(vec2 index)
 {
     bool outside = any(lessThan(index, vec2(0.0))) || any(greaterThanEqual(index, pictureSize));

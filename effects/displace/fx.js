@@ -1,4 +1,4 @@
-// Displace. A second layer, the map, moves the pixels of the picture: its middle grey leaves them in place, white
+// Displace. A second layer, the map, moves the pixels of the picture: its middle gray leaves them in place, white
 // moves them by the full amount to the right or down, black to the left or up. Where the map is transparent nothing
 // moves, and so nothing does while no layer is chosen.
 
@@ -35,7 +35,7 @@ function setup() {
     displace = QL_initShader("displace");
 }
 
-// Middle grey as a map of this depth has it: 128 of 255, half of the host's 16 bits as they arrive, one half.
+// Middle gray as a map of this depth has it: 128 of 255, half of the host's 16 bits as they arrive, one half.
 function neutral(bits) {
     if (bits === 8) return 128 / 255;
     return bits === 16 ? 32768 / 65535 : 0.5;

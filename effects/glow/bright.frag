@@ -1,4 +1,4 @@
-// What is brighter than the threshold, at half the picture's size: the mean of two by two pixels. Colours come out
+// What is brighter than the threshold, at half the picture's size: the mean of two by two pixels. Colors come out
 // multiplied by their alpha, so that what is transparent does not shine.
 
 uniform sampler2D picture;

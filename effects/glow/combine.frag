@@ -1,4 +1,4 @@
-// The glow over the picture. The host's pixels hold straight alpha: colours are multiplied by it for the sum and
+// The glow over the picture. The host's pixels hold straight alpha: colors are multiplied by it for the sum and
 // divided by it at the end. The glow makes transparent parts as opaque as it is bright.
 
 uniform sampler2D picture;

@@ -14,7 +14,7 @@ uniform float scale;      // pixels of the picture for one of the output
 const float STEPS = 512.0;    // positions are rounded to this part of a pixel, so that whole pixels stay whole
 const int ROUNDS = 16;
 
-// One pixel, its colour multiplied by its alpha; nothing outside the picture.
+// One pixel, its color multiplied by its alpha; nothing outside the picture.
 vec4 pixel(vec2 index)
 {
     if (any(lessThan(index, vec2(0.0))) || any(greaterThanEqual(index, pictureSize))) return vec4(0.0);

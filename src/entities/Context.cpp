@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/EndProcess.h"
+#include "platform/FailFast.h"
 #include "platform/WideText.h"
 
 namespace quillon {
@@ -64,7 +64,7 @@ Sequence& Context::CurrentSequence() {
 
 void Context::Release(std::uint32_t id) {
     const auto found = factories.find(TagOf(id));
-    if (found == factories.end()) EndProcess("an id of no kind was released");
+    if (found == factories.end()) FailFast("an id of no kind was released");
     found->second->Erase(id);
 }
 

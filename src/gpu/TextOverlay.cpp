@@ -75,7 +75,7 @@ void DrawLines(std::string_view text, int lineCount) {
 }  // namespace
 
 void textOverlay(const std::string& text) {
-    // Never initialised, and so the framebuffer 0 with no extent: that glOrtho refuses the empty range is of no matter.
+    // Never initialized, and so the framebuffer 0 with no extent: that glOrtho refuses the empty range is of no matter.
     static const RenderTarget target;
     const int width = static_cast<int>(target.width);
     const int height = static_cast<int>(target.height);

@@ -121,7 +121,7 @@ std::uint32_t GLChannelType(std::uint32_t bitDepth) {
     }
 }
 
-void Texture::takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand) {
+void Texture::storeUpload(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand) {
     const std::size_t copyBytes = layout.height * static_cast<std::size_t>(layout.rowBytes);
     const std::size_t readable = sourceBytes(layout);
     const bool isTaken = fitsGL(layout);
@@ -213,7 +213,7 @@ void Texture::uploadPixels(const void* source, const PixelLayout& given, bool ar
     glTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_SWIZZLE_RGBA, argbOrdered ? kHostOrder : kRgbaOrder);
 
     if (memory)
-        takeUp(memory, layout, rowLength, layout.bitDepth == 16 && expand15);
+        storeUpload(memory, layout, rowLength, layout.bitDepth == 16 && expand15);
     else
         specifyStorage(layout, nullptr);
 
@@ -244,7 +244,7 @@ void Texture::loadFromSurface(Surface& surface, bool flip) {
                              static_cast<std::int64_t>(surface.rowBytes)};
     const std::byte* source = surface.pixelAddress();
     // An alias that tells of more than it holds has no picture to give.
-    if (surface.rowBytes != 0 && surface.height > surface.pixelBytes() / surface.rowBytes) source = nullptr;
+    if (surface.rowBytes != 0 && surface.height > surface.byteSize() / surface.rowBytes) source = nullptr;
     std::vector<std::byte> flipped;
     if (source && flip) {
         flipped.resize(surface.height * surface.rowBytes);

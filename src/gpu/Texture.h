@@ -79,7 +79,7 @@ protected:
 
 private:
     // Fills new storage with the rows, which GL reads `rowLength` pixels apart.
-    void takeUp(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand);
+    void storeUpload(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand);
     PixelBuffer readBackUpload() const;
 
     PixelBuffer copy;

@@ -1,6 +1,6 @@
 #pragma once
 
-// Conversions between colour spaces, by value inside PF_UtilCallbacks; none is used.
+// Conversions between color spaces, by value inside PF_UtilCallbacks; none is used.
 struct PF_ColorCallbacks {
     void* RGBtoHLS;
     void* HLStoRGB;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "imagelib/Choosers.h"
+#include "imagelib/Quantizers.h"
 #include "imagelib/DitherKernels.h"
 #include "imagelib/Picture.h"
 
@@ -20,10 +20,10 @@ class BandDiffusion {
 public:
     static constexpr std::uint32_t kRows = 4;
 
-    BandDiffusion(const Picture<T>& reduced, const DitherKernel& kernel, Chooser& chosen, PackedColours<T> entries)
+    BandDiffusion(const Picture<T>& reduced, const DitherKernel& kernel, Chooser& chosen, PackedColors<T> entries)
         : picture(reduced),
           chooser(chosen),
-          colours(entries),
+          colors(entries),
           above(kernel.height - 1),
           skew(kernel.origin() + kDistance),
           lead(3 * skew + DitherKernel::kMaxWidth + 1),
@@ -83,7 +83,7 @@ private:
                 std::uint32_t entries[4];
                 advance(t, from, last, lastButOne, entries);
                 for (std::size_t j = 0; j < 4; ++j)
-                    PixelAccess<T>::Put(rows[j] + (from[j] - rows[j]), colours[entries[j]]);
+                    PixelAccess<T>::Put(rows[j] + (from[j] - rows[j]), colors[entries[j]]);
                 ForLanes<kLanes>([&](auto lane) { _mm_storeu_ps(step(t) + lane * 8 + above, last[lane]); });
                 continue;
             }
@@ -97,7 +97,7 @@ private:
             advance(t, from, last, lastButOne, entries);
             const __m128 mask = _mm_load_ps(reinterpret_cast<const float*>(inside));
             for (std::size_t j = 0; j < 4; ++j)
-                if (inside[j]) PixelAccess<T>::Put(rows[j] + (from[j] - rows[j]), colours[entries[j]]);
+                if (inside[j]) PixelAccess<T>::Put(rows[j] + (from[j] - rows[j]), colors[entries[j]]);
             for (int lane = 0; lane < kLanes; ++lane) {
                 last[lane] = _mm_and_ps(mask, last[lane]);
                 _mm_storeu_ps(step(t) + lane * 8 + above, last[lane]);
@@ -134,7 +134,7 @@ private:
 
     const Picture<T>& picture;
     Chooser& chooser;
-    PackedColours<T> colours;
+    PackedColors<T> colors;
     const int above;  // rows above that the kernel reaches from
     const std::ptrdiff_t skew;
     const std::ptrdiff_t lead;  // steps before the first, for what rows further up are ahead

@@ -3,23 +3,23 @@
 #include <algorithm>
 #include <vector>
 
-#include "imagelib/Choosers.h"
+#include "imagelib/Quantizers.h"
 #include "imagelib/DitherKernels.h"
 #include "imagelib/Picture.h"
 
 namespace quillon::ImageLib {
 
 // Error diffusion one row after the other; with `serpentine` odd rows run from right to left and the kernel is
-// mirrored there. Of the float picture only the rows that the kernel spans are kept: a row's colours first, then in
+// mirrored there. Of the float picture only the rows that the kernel spans are kept: a row's colors first, then in
 // their place the errors. A pixel adds up what the earlier ones would have given it, in the order in which they would.
 template <class T, class Chooser>
 class RowDiffusion {
 public:
-    RowDiffusion(const Picture<T>& reduced, const DitherKernel& weights, Chooser& chosen, PackedColours<T> entries)
+    RowDiffusion(const Picture<T>& reduced, const DitherKernel& weights, Chooser& chosen, PackedColors<T> entries)
         : picture(reduced),
           kernel(weights),
           chooser(chosen),
-          colours(entries),
+          colors(entries),
           rowFloats((picture.width + 2 * kPadding) * kLanes),
           kept(std::min<std::size_t>(static_cast<std::size_t>(kernel.height), picture.height)),
           rows(kept * rowFloats) {
@@ -95,7 +95,7 @@ private:
             if (far > 0) old = old + lastButOne * far;
             if (near > 0) old = old + last * near;
             One fresh = old;
-            PixelAccess<T>::Put(pixel, colours[chooser.choose(fresh)]);
+            PixelAccess<T>::Put(pixel, colors[chooser.choose(fresh)]);
             lastButOne = last;
             last = old - fresh;
             write(at, last);
@@ -120,7 +120,7 @@ private:
     const Picture<T>& picture;
     const DitherKernel& kernel;
     Chooser& chooser;
-    PackedColours<T> colours;
+    PackedColors<T> colors;
     const std::size_t rowFloats;
     const std::size_t kept;
     std::vector<float> rows;

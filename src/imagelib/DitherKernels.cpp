@@ -40,9 +40,9 @@ constexpr std::int64_t kFirst = 2;
 
 }  // namespace
 
-const DitherKernel* FindDitherKernel(std::int64_t k) {
-    if (k < kFirst || k >= kFirst + std::ssize(kKernels)) return nullptr;
-    return &kKernels[k - kFirst];
+const DitherKernel* FindDitherKernel(std::int64_t ditherIndex) {
+    if (ditherIndex < kFirst || ditherIndex >= kFirst + std::ssize(kKernels)) return nullptr;
+    return &kKernels[ditherIndex - kFirst];
 }
 
 }  // namespace quillon::ImageLib

@@ -25,7 +25,7 @@ struct DitherKernel {
     }
 };
 
-// The kernel of number `k`, 2 to 10; null for any other.
-const DitherKernel* FindDitherKernel(std::int64_t k);
+// The kernel of number `ditherIndex`, 2 to 10; null for any other.
+const DitherKernel* FindDitherKernel(std::int64_t ditherIndex);
 
 }  // namespace quillon::ImageLib

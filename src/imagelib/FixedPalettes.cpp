@@ -8,14 +8,14 @@ namespace {
 
 enum class Scale { over255, asPixel8 };  // how a byte becomes a float; the two differ in the last place
 
-struct Colours {
+struct Colors {
     Scale scale;
     std::uint32_t count;
-    std::uint32_t colours[16];  // 0xRRGGBB
+    std::uint32_t colors[16];  // 0xRRGGBB
 };
 
 // clang-format off
-constexpr Colours kPalettes[] = {
+constexpr Colors kPalettes[] = {
     /*  9 */ {Scale::over255, 8, {0x000000, 0x0027FB, 0x00F92C, 0x00FCFE, 0xFF3016, 0xFF3FFC, 0xFFFD33, 0xFFFFFF}},
     /* 10 */ {Scale::over255, 16, {0x000000, 0x001290, 0x008F15, 0x009092, 0x9B1708, 0x9A2091, 0x949119, 0xB8B8B8,
                                    0x686868, 0x0027FB, 0x00F92C, 0x00FCFE, 0xFF3016, 0xFF3FFC, 0xFFFD33, 0xFFFFFF}},
@@ -39,8 +39,8 @@ constexpr Colours kPalettes[] = {
 // clang-format on
 constexpr std::int32_t kFirst = 9;
 
-float channel(Scale scale, std::uint32_t colour, int shift) {
-    const auto byte = static_cast<std::uint8_t>(colour >> shift);
+float channel(Scale scale, std::uint32_t color, int shift) {
+    const auto byte = static_cast<std::uint8_t>(color >> shift);
     return scale == Scale::over255 ? static_cast<float>(byte) / 255.0f : FloatFromChannel(byte);
 }
 
@@ -49,10 +49,10 @@ float channel(Scale scale, std::uint32_t colour, int shift) {
 std::vector<Pixel32> FixedPalette(std::int32_t mode) {
     std::vector<Pixel32> palette;
     if (mode < kFirst || mode >= kFirst + std::ssize(kPalettes)) return palette;
-    const auto& [scale, count, colours] = kPalettes[mode - kFirst];
+    const auto& [scale, count, colors] = kPalettes[mode - kFirst];
     for (std::uint32_t i = 0; i < count; ++i)
         palette.push_back(
-            {1.0f, channel(scale, colours[i], 16), channel(scale, colours[i], 8), channel(scale, colours[i], 0)});
+            {1.0f, channel(scale, colors[i], 16), channel(scale, colors[i], 8), channel(scale, colors[i], 0)});
     return palette;
 }
 

@@ -23,7 +23,7 @@ struct FourPixels {
         return {{first, second, third, fourth}};
     }
 
-    // Colours become their luma, alpha stays. Alpha takes part with a weight of 0: what is not finite there spreads,
+    // Colors become their luma, alpha stays. Alpha takes part with a weight of 0: what is not finite there spreads,
     // and what is surely finite and positive need not be looked at.
     template <bool FiniteAlpha>
     void toGrayscale() {
@@ -43,8 +43,8 @@ inline void ForLanes(Work work) {
     (std::make_integer_sequence<int, Count>{});
 }
 
-// How pixels of type T are read as floats, and how a colour of a palette is put in their place. Memory need not be
-// aligned. `Packed` is a palette's colour as it will stand in memory; `Put` leaves the pixel its own alpha, which goes
+// How pixels of type T are read as floats, and how a color of a palette is put in their place. Memory need not be
+// aligned. `Packed` is a palette's color as it will stand in memory; `Put` leaves the pixel its own alpha, which goes
 // through a float on its way at 8 and 16 bits. `PutTwoLevels` does so with four: white where the mask is set, else
 // black.
 template <class T>
@@ -74,19 +74,19 @@ struct PixelAccess<Pixel8> {
         return Expand(_mm_set_epi32(static_cast<int>(Word(pixels[3])), static_cast<int>(Word(pixels[2])),
                                     static_cast<int>(Word(pixels[1])), static_cast<int>(Word(pixels[0]))));
     }
-    static Packed Pack(const Pixel32& colour) {
-        return static_cast<std::uint32_t>(Channel8FromFloat(colour.red)) << 8 |
-               static_cast<std::uint32_t>(Channel8FromFloat(colour.green)) << 16 |
-               static_cast<std::uint32_t>(Channel8FromFloat(colour.blue)) << 24;
+    static Packed Pack(const Pixel32& color) {
+        return static_cast<std::uint32_t>(Channel8FromFloat(color.red)) << 8 |
+               static_cast<std::uint32_t>(Channel8FromFloat(color.green)) << 16 |
+               static_cast<std::uint32_t>(Channel8FromFloat(color.blue)) << 24;
     }
     static void PutTwoLevels(std::byte* row, __m128 mask) {
         const __m128i alpha = _mm_set1_epi32(255);
         auto* words = reinterpret_cast<__m128i*>(row);
-        const __m128i colours = _mm_andnot_si128(alpha, _mm_castps_si128(mask));
-        _mm_storeu_si128(words, _mm_or_si128(_mm_and_si128(_mm_loadu_si128(words), alpha), colours));
+        const __m128i colors = _mm_andnot_si128(alpha, _mm_castps_si128(mask));
+        _mm_storeu_si128(words, _mm_or_si128(_mm_and_si128(_mm_loadu_si128(words), alpha), colors));
     }
-    static void Put(std::byte* pixel, Packed colour) {
-        const std::uint32_t word = (Word(pixel) & 255) | colour;
+    static void Put(std::byte* pixel, Packed color) {
+        const std::uint32_t word = (Word(pixel) & 255) | color;
         std::memcpy(pixel, &word, sizeof word);
     }
 };
@@ -115,10 +115,10 @@ struct PixelAccess<Pixel15> {
         const auto one = [&](int i) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels[i])); };
         return Expand(_mm_unpacklo_epi64(one(0), one(1)), _mm_unpacklo_epi64(one(2), one(3)));
     }
-    static Packed Pack(const Pixel32& colour) {
-        return std::uint64_t{Channel15FromFloat(colour.red)} << 16 |
-               std::uint64_t{Channel15FromFloat(colour.green)} << 32 |
-               std::uint64_t{Channel15FromFloat(colour.blue)} << 48;
+    static Packed Pack(const Pixel32& color) {
+        return std::uint64_t{Channel15FromFloat(color.red)} << 16 |
+               std::uint64_t{Channel15FromFloat(color.green)} << 32 |
+               std::uint64_t{Channel15FromFloat(color.blue)} << 48;
     }
     static void PutTwoLevels(std::byte* row, __m128 mask) {
         const __m128i alpha = _mm_set1_epi64x(0xFFFF);
@@ -127,16 +127,16 @@ struct PixelAccess<Pixel15> {
         const auto put = [&](__m128i* pair, __m128i white) {
             const __m128i pixels = _mm_loadu_si128(pair);
             const __m128i limited = _mm_sub_epi16(pixels, _mm_subs_epu16(pixels, most));
-            const __m128i colours = _mm_andnot_si128(alpha, _mm_and_si128(white, most));
-            _mm_storeu_si128(pair, _mm_or_si128(_mm_and_si128(limited, alpha), colours));
+            const __m128i colors = _mm_andnot_si128(alpha, _mm_and_si128(white, most));
+            _mm_storeu_si128(pair, _mm_or_si128(_mm_and_si128(limited, alpha), colors));
         };
         put(pairs, _mm_castps_si128(_mm_unpacklo_ps(mask, mask)));
         put(pairs + 1, _mm_castps_si128(_mm_unpackhi_ps(mask, mask)));
     }
-    static void Put(std::byte* pixel, Packed colour) {
+    static void Put(std::byte* pixel, Packed color) {
         std::uint16_t alpha;
         std::memcpy(&alpha, pixel, sizeof alpha);
-        const std::uint64_t word = (alpha < 32767 ? alpha : 32767) | colour;
+        const std::uint64_t word = (alpha < 32767 ? alpha : 32767) | color;
         std::memcpy(pixel, &word, sizeof word);
     }
 };
@@ -153,17 +153,17 @@ struct PixelAccess<Pixel32> {
         const std::byte* const pixels[4] = {row, row + 16, row + 32, row + 48};
         return Gather(pixels);
     }
-    static Packed Pack(const Pixel32& colour) { return colour; }
+    static Packed Pack(const Pixel32& color) { return color; }
     static void PutTwoLevels(std::byte* row, __m128 mask) {
         const __m128 alpha = _mm_castsi128_ps(_mm_setr_epi32(-1, 0, 0, 0));
         const __m128 white = _mm_setr_ps(0, 1, 1, 1);
         auto* floats = reinterpret_cast<float*>(row);
         ForLanes<4>([&](auto i) {
-            const __m128 colour = _mm_and_ps(_mm_shuffle_ps(mask, mask, i * 0x55), white);
-            _mm_storeu_ps(floats + i * 4, _mm_or_ps(_mm_and_ps(_mm_loadu_ps(floats + i * 4), alpha), colour));
+            const __m128 color = _mm_and_ps(_mm_shuffle_ps(mask, mask, i * 0x55), white);
+            _mm_storeu_ps(floats + i * 4, _mm_or_ps(_mm_and_ps(_mm_loadu_ps(floats + i * 4), alpha), color));
         });
     }
-    static void Put(std::byte* pixel, const Packed& colour) { std::memcpy(pixel + 4, &colour.red, 12); }
+    static void Put(std::byte* pixel, const Packed& color) { std::memcpy(pixel + 4, &color.red, 12); }
 };
 
 }  // namespace quillon::ImageLib

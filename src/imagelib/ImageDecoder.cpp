@@ -4,7 +4,7 @@
 
 #include <climits>
 
-#include "imagelib/ImageFaults.h"
+#include "imagelib/ImagePrechecks.h"
 
 namespace quillon {
 

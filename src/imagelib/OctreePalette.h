@@ -10,7 +10,7 @@
 
 namespace quillon::ImageLib {
 
-// Gathers the colours of a picture in an octree, seven levels deep, and folds the rarest into their parents until few
+// Gathers the colors of a picture in an octree, seven levels deep, and folds the rarest into their parents until few
 // enough are left. Which ones those are hangs on how ties fall in the heap, so every pixel goes in in memory order and
 // the heap does one operation for each; only operations that can move nothing are left out.
 // Holds up to 2^31 pixels.
@@ -27,7 +27,7 @@ public:
         if ((++leaf.count & 127) == 0 || leaf.count == 1) addToHeap(static_cast<std::uint32_t>(&leaf - nodes.data()));
     }
 
-    // Reduces what was added to at most palette.size() colours and writes them to the front, alpha 1; the rest of the
+    // Reduces what was added to at most palette.size() colors and writes them to the front, alpha 1; the rest of the
     // slots becomes all zero. Once.
     void reduceTo(std::span<Pixel32> palette);
 

@@ -28,9 +28,9 @@ constexpr std::int64_t kFirst = 12;
 
 }  // namespace
 
-const OrderedMatrix* FindOrderedMatrix(std::int64_t k) {
-    if (k < kFirst || k >= kFirst + std::ssize(kMatrices)) return nullptr;
-    return &kMatrices[k - kFirst];
+const OrderedMatrix* FindOrderedMatrix(std::int64_t ditherIndex) {
+    if (ditherIndex < kFirst || ditherIndex >= kFirst + std::ssize(kMatrices)) return nullptr;
+    return &kMatrices[ditherIndex - kFirst];
 }
 
 }  // namespace quillon::ImageLib

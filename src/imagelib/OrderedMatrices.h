@@ -19,7 +19,7 @@ struct OrderedMatrix {
     }
 };
 
-// The matrix of number `k`, 12 to 14; null for any other.
-const OrderedMatrix* FindOrderedMatrix(std::int64_t k);
+// The matrix of number `ditherIndex`, 12 to 14; null for any other.
+const OrderedMatrix* FindOrderedMatrix(std::int64_t ditherIndex);
 
 }  // namespace quillon::ImageLib

@@ -58,6 +58,6 @@ private:
 
 // A palette's entries as they stand in pixels of type T.
 template <class T>
-using PackedColours = std::span<const typename PixelAccess<T>::Packed>;
+using PackedColors = std::span<const typename PixelAccess<T>::Packed>;
 
 }  // namespace quillon::ImageLib

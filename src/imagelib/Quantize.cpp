@@ -2,7 +2,7 @@
 
 #include "imagelib/Reduction.h"
 #include "imagelib/Surface.h"
-#include "platform/EndProcess.h"
+#include "platform/FailFast.h"
 
 namespace quillon {
 
@@ -10,7 +10,7 @@ namespace {
 
 // Whether the rows lie inside the surface's bytes: an alias may tell of a larger picture than it holds.
 bool holdsItsExtent(const Surface& surface, std::uint64_t rowBytes, std::uint64_t usedRowBytes) {
-    const std::uint64_t held = surface.pixelBytes();
+    const std::uint64_t held = surface.byteSize();
     if (usedRowBytes > held) return false;
     return surface.height == 1 || rowBytes <= (held - usedRowBytes) / (surface.height - 1);
 }
@@ -18,7 +18,7 @@ bool holdsItsExtent(const Surface& surface, std::uint64_t rowBytes, std::uint64_
 template <class T>
 void quantizeAs(Surface& surface, const ImageLib::ReductionSettings& settings) {
     std::byte* pixels = surface.pixelAddress();
-    if (!pixels) EndProcess("a surface without pixels was quantized");
+    if (!pixels) FailFast("a surface without pixels was quantized");
     ImageLib::Surface<T> view(reinterpret_cast<T*>(pixels), surface.width, surface.height, surface.rowBytes);
     if (holdsItsExtent(surface, view.rowBytes, std::uint64_t{surface.width} * sizeof(T)))
         ImageLib::Reduce(view, settings);

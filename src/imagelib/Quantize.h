@@ -6,9 +6,9 @@ namespace quillon {
 
 class Surface;
 
-// Reduces a surface's colours in place; its alpha stays, but comes back at most 32767 at 16 bits.
+// Reduces a surface's colors in place; its alpha stays, but comes back at most 32767 at 16 bits.
 //
-//   mode     1: black and white. 2 to 7: a palette of 8, 16, 32, 64, 128, 256 colours made from the picture.
+//   mode     1: black and white. 2 to 7: a palette of 8, 16, 32, 64, 128, 256 colors made from the picture.
 //            9 to 21: a fixed palette.
 //   dither   1: none. 3 to 11: error diffusion. 13 to 15: ordered.
 //   value    at mode 1 the threshold; with ordered dithering of other modes its amplitude.

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "imagelib/AdaptivePalette.h"
-#include "imagelib/Choosers.h"
+#include "imagelib/Quantizers.h"
 #include "imagelib/DiffuseBands.h"
 #include "imagelib/DiffuseRows.h"
 #include "imagelib/FixedPalettes.h"
-#include "imagelib/NearestColour.h"
+#include "imagelib/NearestColor.h"
 #include "imagelib/ShortPalette.h"
 #include "imagelib/SinglePixels.h"
 
@@ -64,15 +64,15 @@ bool isOpaque(const Picture<T>& picture) {
 
 template <class T, class Chooser>
 void diffuse(const Picture<T>& picture, const ReductionSettings& settings, const DitherKernel& kernel, Chooser& chooser,
-             PackedColours<T> colours) {
+             PackedColors<T> colors) {
     if (settings.serpentine || picture.height < kBandHeight)
-        RowDiffusion(picture, kernel, chooser, colours).run(settings.serpentine);
+        RowDiffusion(picture, kernel, chooser, colors).run(settings.serpentine);
     else
-        BandDiffusion(picture, kernel, chooser, colours).run();
+        BandDiffusion(picture, kernel, chooser, colors).run();
 }
 
-// Errors, and the amplitude of a matrix, carry colours out of their cube. An amplitude may be anything.
-NearestColour::Range expectedColours(const ReductionSettings& settings, const DitherKernel* kernel,
+// Errors, and the amplitude of a matrix, carry colors out of their cube. An amplitude may be anything.
+NearestColor::Range expectedColors(const ReductionSettings& settings, const DitherKernel* kernel,
                                      const OrderedMatrix* matrix) {
     if (kernel) return {-0.5f, 1.5f};
     if (matrix && settings.value > 0) return {0, 1 + std::min(settings.value, 1.0f)};
@@ -87,7 +87,7 @@ struct PaletteReduction {
     const DitherKernel* kernel;
     const OrderedMatrix* matrix;
     std::span<const Pixel32> palette;
-    PackedColours<T> colours;
+    PackedColors<T> colors;
 
     template <class Search>
     void run(Search& search) const {
@@ -95,45 +95,45 @@ struct PaletteReduction {
         if (kernel) {
             const auto isSolid = [](const Pixel32& entry) { return entry.alpha == 1.0f; };
             if (!std::all_of(palette.begin(), palette.end(), isSolid) || !isOpaque(picture))
-                return diffuse(picture, settings, *kernel, chooser, colours);
+                return diffuse(picture, settings, *kernel, chooser, colors);
             FromPalette<Search, true> opaqueChooser(search, palette);
-            return diffuse(picture, settings, *kernel, opaqueChooser, colours);
+            return diffuse(picture, settings, *kernel, opaqueChooser, colors);
         }
         if constexpr (std::is_same_v<T, Pixel8>)
-            if (!matrix) return ReduceRepeatedPixels(picture, chooser, colours);
-        ReduceSinglePixels(picture, chooser, colours, matrix, settings.value);
+            if (!matrix) return ReduceRepeatedPixels(picture, chooser, colors);
+        ReduceSinglePixels(picture, chooser, colors, matrix, settings.value);
     }
 };
 
 template <class T>
 void reduceAs(Surface<T>& surface, const ReductionSettings& settings) {
     const Picture<T> picture(surface, settings.grayscale);
-    const DitherKernel* kernel = FindDitherKernel(settings.k);
-    const OrderedMatrix* matrix = FindOrderedMatrix(settings.k);
+    const DitherKernel* kernel = FindDitherKernel(settings.ditherIndex);
+    const OrderedMatrix* matrix = FindOrderedMatrix(settings.ditherIndex);
     const std::int32_t mode = settings.mode;
 
     std::vector<Pixel32> palette = FixedPalette(mode);
     if (mode == 1) palette = {{1, 0, 0, 0}, {1, 1, 1, 1}};
     const bool isAdaptive = mode >= 2 && mode <= 7;
-    if ((palette.empty() && !isAdaptive) || (settings.k != 0 && !kernel && !matrix)) return convertOnly(picture);
+    if ((palette.empty() && !isAdaptive) || (settings.ditherIndex != 0 && !kernel && !matrix)) return convertOnly(picture);
     if (isAdaptive) palette = AdaptivePalette(picture, 4u << (mode - 1));
 
     std::vector<typename PixelAccess<T>::Packed> packed(palette.size());
     std::transform(palette.begin(), palette.end(), packed.begin(), PixelAccess<T>::Pack);
-    const PackedColours<T> colours(packed);
+    const PackedColors<T> colors(packed);
     if (mode == 1) {
         constexpr float kAmplitude = 0.2f;
         TwoLevels chooser(settings.value);
-        if (kernel) return diffuse(picture, settings, *kernel, chooser, colours);
-        return ReduceSinglePixels(picture, chooser, colours, matrix, kAmplitude);
+        if (kernel) return diffuse(picture, settings, *kernel, chooser, colors);
+        return ReduceSinglePixels(picture, chooser, colors, matrix, kAmplitude);
     }
-    const PaletteReduction<T> reduction{picture, settings, kernel, matrix, palette, colours};
+    const PaletteReduction<T> reduction{picture, settings, kernel, matrix, palette, colors};
     if (kernel && ShortPalette::Holds(palette)) {
         const ShortPalette search(palette);
         return reduction.run(search);
     }
-    NearestColour search(palette, std::uint64_t{picture.width} * picture.height,
-                         expectedColours(settings, kernel, matrix));
+    NearestColor search(palette, std::uint64_t{picture.width} * picture.height,
+                         expectedColors(settings, kernel, matrix));
     reduction.run(search);
 }
 

@@ -7,10 +7,10 @@
 
 namespace quillon::ImageLib {
 
-// What a surface is reduced to and how, as SurfaceQuantize takes it; `k` is its dither less 1.
+// What a surface is reduced to and how, as SurfaceQuantize takes it; `ditherIndex` is its dither less 1.
 struct ReductionSettings {
     std::int32_t mode;
-    std::int64_t k;
+    std::int64_t ditherIndex;
     float value;
     bool grayscale;
     bool serpentine;

@@ -41,7 +41,7 @@ ShortPalette::ShortPalette(std::span<const Pixel32> palette)
     }
 }
 
-// The best so far for each of four colours. NaN is below nothing, and the minimum then is what stands second.
+// The best so far for each of four colors. NaN is below nothing, and the minimum then is what stands second.
 struct ShortPalette::Best {
     __m128 distance = _mm_set1_ps(kLimit);
     __m128i number = _mm_setzero_si128();
@@ -53,9 +53,9 @@ struct ShortPalette::Best {
     }
 };
 
-void ShortPalette::find(const FourPixels& colours, std::uint32_t found[4]) const {
-    const __m128 r = colours.lane[1], g = colours.lane[2], b = colours.lane[3];
-    const __m128 alpha = squared(colours.lane[0] - _mm_set1_ps(1.0f));
+void ShortPalette::find(const FourPixels& colors, std::uint32_t found[4]) const {
+    const __m128 r = colors.lane[1], g = colors.lane[2], b = colors.lane[3];
+    const __m128 alpha = squared(colors.lane[0] - _mm_set1_ps(1.0f));
     const auto distance = [&](const Entry& entry) {
         return (alpha + squared(r - entry.red)) + (squared(g - entry.green) + squared(b - entry.blue));
     };

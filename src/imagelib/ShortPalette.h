@@ -10,7 +10,7 @@
 
 namespace quillon::ImageLib {
 
-// Finds the nearest entry as NearestColour does, by trying all, without a branch that hangs on the colour: for few
+// Finds the nearest entry as NearestColor does, by trying all, without a branch that hangs on the color: for few
 // entries, all of alpha 1, that is faster than any list.
 class ShortPalette {
 public:
@@ -21,7 +21,7 @@ public:
 
     explicit ShortPalette(std::span<const Pixel32> palette);
 
-    void find(const FourPixels& colours, std::uint32_t entries[4]) const;
+    void find(const FourPixels& colors, std::uint32_t entries[4]) const;
     std::uint32_t find(__m128 argb) const;
 
 private:

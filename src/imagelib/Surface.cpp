@@ -16,7 +16,7 @@ std::byte* Surface::pixelAddress() {
     return pixels.empty() ? nullptr : pixels.data();
 }
 
-std::size_t Surface::pixelBytes() const {
+std::size_t Surface::byteSize() const {
     return borrowedPixels ? borrowedPixels->size() : pixels.size();
 }
 

@@ -27,7 +27,7 @@ public:
     std::byte* pixelAddress();
     // Bytes that are there from pixelAddress() on. They may be fewer than the extent asks for: a texture that lost its
     // picture to an empty one of another size still has the copy of the old.
-    std::size_t pixelBytes() const;
+    std::size_t byteSize() const;
 
     std::uint32_t width = 0;
     std::uint32_t height = 0;

@@ -6,7 +6,7 @@
 #include "package/FileAccess.h"
 #include "package/KeySchedule.h"
 #include "package/ZipArchive.h"
-#include "platform/EndProcess.h"
+#include "platform/FailFast.h"
 #include "platform/LittleEndian.h"
 #include "platform/ModuleResource.h"
 #include "platform/WideText.h"
@@ -67,7 +67,7 @@ void BlobReader::Open(void* module) {
 
 void BlobReader::Unscramble() {
     // An effect without its package is no state to go on in: the chain has no end on an empty one.
-    if (package.empty()) EndProcess("the module carries no package");
+    if (package.empty()) FailFast("the module carries no package");
 
     KeySchedule schedule;
     for (std::size_t at = 0; at + 4 <= package.size(); at += 4) {

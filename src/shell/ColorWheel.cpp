@@ -1,4 +1,4 @@
-// The colour wheel of a COLOR control in the host's effect panel. No event reaches it while no control is listed for a
+// The color wheel of a COLOR control in the host's effect panel. No event reaches it while no control is listed for a
 // wheel, see EventGate.h.
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 #include <numbers>
 
 #include "shell/Drawbot.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/Selectors.h"
 #include "shell/Suites.h"
 #include "shell/WheelImage.h"
@@ -68,7 +68,7 @@ void drag(PF_ParamDef& def, PF_EventExtra& extra) {
     def.uu.change_flags = PF_ChangeFlag_CHANGED_VALUE;
 }
 
-// Where the wheel shows this colour, from its centre.
+// Where the wheel shows this color, from its center.
 FramePoint positionOf(const WheelColor& color, float radius) {
     const float high = std::max({color.red, color.green, color.blue});
     const float chroma = high - std::min({color.red, color.green, color.blue});

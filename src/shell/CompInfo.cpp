@@ -1,6 +1,6 @@
 #include "shell/CompInfo.h"
 
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 
 namespace quillon {
 

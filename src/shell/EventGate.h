@@ -7,7 +7,7 @@ namespace quillon {
 enum class EventVerdict {
     ignored,  // not ours: the event stays as it is
     handled,  // ours by its place, with nothing to do
-    wanted,   // for the colour wheel
+    wanted,   // for the color wheel
 };
 
 // Whether an event is for the effect: by its control's host index, which lies from the first COLOR up to the first

@@ -6,7 +6,7 @@
 #include "engine/AEQuillon2.h"
 #include "package/EffectFlags.h"
 #include "package/EffectVersion.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/Selectors.h"
 #include "shell/Suites.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/AEQuillon2.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/Worlds.h"
 
 namespace quillon {

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "imagelib/HostRange.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/Worlds.h"
 
 namespace quillon {
@@ -52,7 +52,7 @@ void writeRows(const MappedFrame& frame, PF_EffectWorld& world, const Destinatio
     }
 }
 
-A_long centred(A_long outer, std::uint32_t inner) {
+A_long centered(A_long outer, std::uint32_t inner) {
     return static_cast<A_long>(static_cast<std::uint32_t>(outer) - inner) >> 1;
 }
 
@@ -66,7 +66,7 @@ void writeOutput(PF_InData& in, PF_EffectWorld& output, std::uint32_t worldDepth
     if (isPremiere(in)) {
         // In the input's depth, whatever the output's is: a row takes what it has room for.
         const Destination to{reinterpret_cast<std::byte*>(output.data), frame.bitDepth, capacityAt(worldDepth),
-                             centred(output.width, frame.extent.width), centred(output.height, frame.extent.height)};
+                             centered(output.width, frame.extent.width), centered(output.height, frame.extent.height)};
         if (to.pixels) writeRows(frame, output, to);
         return;
     }

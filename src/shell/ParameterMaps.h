@@ -13,7 +13,7 @@ struct ParameterMaps {
     std::map<std::uint32_t, std::uint32_t> hostIndexOfParam;  // by declaration index; written at the registration
     std::map<std::uint32_t, std::uint32_t> paramOfHostIndex;  // filled by refreshParamUI, and no value passes before
     std::array<std::uint32_t, 13> firstIndexOfKind{};         // host index of the first control of each kind
-    std::vector<std::uint32_t> customUiIndices;               // host indices with a colour wheel; nothing adds to it
+    std::vector<std::uint32_t> customUiIndices;               // host indices with a color wheel; nothing adds to it
 
     static ParameterMaps& instance() {
         static ParameterMaps maps;

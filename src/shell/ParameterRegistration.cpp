@@ -6,7 +6,7 @@
 
 #include "engine/AEQuillon2.h"
 #include "platform/Truncation.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/ParameterMaps.h"
 #include "shell/Selectors.h"
 #include "shell/Suites.h"
@@ -90,7 +90,7 @@ void fillAngle(PF_ParamDef& def, const Parameter& parameter) {
 
 void fillNothing(PF_ParamDef&, const Parameter&) {}
 
-struct HostKind {
+struct ControlType {
     std::uint32_t kind;
     A_long type;
     A_long flags;
@@ -100,7 +100,7 @@ struct HostKind {
     bool keepsFirstIndex = true;
 };
 
-constexpr HostKind kHostKinds[] = {
+constexpr ControlType kHostKinds[] = {
     {FLOAT, PF_Param_FLOAT_SLIDER, kSupervisedCollapsed, 2, fillFloat},
     {POINT, PF_Param_POINT_3D, 0, 2, fillPoint},
     {COLOR, PF_Param_COLOR, kSupervisedCollapsed, 2, fillColor},
@@ -115,7 +115,7 @@ constexpr HostKind kHostKinds[] = {
     {ANGLE, PF_Param_ANGLE, kSupervisedCollapsed, 2, fillAngle},
 };
 
-PF_Err addParameter(PF_InData& in, const HostKind& row, const Parameter& parameter, A_long hostIndex) {
+PF_Err addParameter(PF_InData& in, const ControlType& row, const Parameter& parameter, A_long hostIndex) {
     PF_ParamDef def{};
     def.param_type = row.type;
     def.flags = row.flags;
@@ -151,7 +151,7 @@ PF_Err registerParameters(PF_InData& in, PF_OutData& out) {
         if (parameter.flags & ParameterFlag::hidden) continue;
         const auto hostIndex = static_cast<std::uint32_t>(out.num_params);
         const auto row = std::find_if(std::begin(kHostKinds), std::end(kHostKinds),
-                                      [&](const HostKind& known) { return known.kind == parameter.kind; });
+                                      [&](const ControlType& known) { return known.kind == parameter.kind; });
         // A kind that the host has nothing for adds nothing, and takes a host index all the same.
         if (row != std::end(kHostKinds)) {
             if (row->keepsFirstIndex && maps.firstIndexOfKind[row->kind] == 0)

@@ -4,7 +4,7 @@
 
 #include "engine/AEQuillon2.h"
 #include "shell/EngineLock.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/ParameterMaps.h"
 #include "shell/ParameterTransfer.h"
 #include "shell/Selectors.h"

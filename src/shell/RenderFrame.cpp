@@ -5,7 +5,7 @@
 #include "engine/AEQuillon2.h"
 #include "shell/EngineLock.h"
 #include "shell/FramePhases.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/InputTransfer.h"
 #include "shell/OutputTransfer.h"
 #include "shell/ParameterTransfer.h"

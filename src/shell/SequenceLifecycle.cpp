@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "engine/AEQuillon2.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/ParameterTransfer.h"
 #include "shell/Selectors.h"
 #include "shell/SequenceData.h"

@@ -7,7 +7,7 @@
 #include "shell/CompInfo.h"
 #include "shell/EngineLock.h"
 #include "shell/FramePhases.h"
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/ParameterTransfer.h"
 #include "shell/Selectors.h"
 #include "shell/SmartExtents.h"

@@ -12,7 +12,7 @@ FrameExtent extentOf(const PF_LRect& rect);
 PF_LRect unionOf(const PF_LRect& a, const PF_LRect& b);
 
 // Tells the host what it will get. `layer` is the input's largest rectangle, `asked` the script's output. Another
-// extent than the layer's stands centred on the layer; the flag for extra pixels says that more may come back than
+// extent than the layer's stands centered on the layer; the flag for extra pixels says that more may come back than
 // was requested.
 void answerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked);
 

@@ -83,8 +83,8 @@ void WheelImage::draw(int width, int height) {
     }
     if (rows - 10 <= 10) return;
     for (int y = 10; y <= rows - 11; ++y) {
-        const float grey = rows > 21 ? 1 - static_cast<float>(y - 10) / static_cast<float>(rows - 21) : 1;
-        for (int x = 0; x < 6; ++x) set(middle + reach + 4 + x, y, argb(0xFE, {grey, grey, grey}));
+        const float gray = rows > 21 ? 1 - static_cast<float>(y - 10) / static_cast<float>(rows - 21) : 1;
+        for (int x = 0; x < 6; ++x) set(middle + reach + 4 + x, y, argb(0xFE, {gray, gray, gray}));
     }
 }
 

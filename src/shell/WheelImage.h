@@ -9,8 +9,8 @@ struct WheelColor {
     float red, green, blue;
 };
 
-// The picture of the colour wheel: a disc of hue by angle and saturation by distance at full value, a strip of alpha
-// below and a strip of grey at the right. A pixel is 32 bits, alpha in the top byte, then red, green, blue.
+// The picture of the color wheel: a disc of hue by angle and saturation by distance at full value, a strip of alpha
+// below and a strip of gray at the right. A pixel is 32 bits, alpha in the top byte, then red, green, blue.
 class WheelImage {
 public:
     // The process's one image, drawn anew when another size is asked for; a side of 0 takes what is there.
@@ -26,7 +26,7 @@ public:
     float centerY() const { return static_cast<float>(rows) / 2; }
     float radius() const;
 
-    // The colour of a point; false outside of the disc.
+    // The color of a point; false outside of the disc.
     bool colorAt(float x, float y, WheelColor& color) const;
 
 private:

@@ -1,6 +1,6 @@
 #include "shell/Worlds.h"
 
-#include "shell/HostTests.h"
+#include "shell/HostVersion.h"
 #include "shell/Suites.h"
 
 namespace quillon {

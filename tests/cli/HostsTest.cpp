@@ -69,7 +69,7 @@ using Host = ToolTest;
 
 TEST_F(Host, ReducesPicturesByTheMeanOfWhatIsSeen) {
     addCopyEffect();
-    // Alpha, red, green, blue: the second pixel cannot be seen, and the last column has no neighbour.
+    // Alpha, red, green, blue: the second pixel cannot be seen, and the last column has no neighbor.
     writeSamples<float>("in.argb", {1, 8, 0, 2, 0, 99, 9, 9, 0.5f, 3, 4, 5,  //
                                     1, 0, 4, 2, 0, 99, 9, 9, 0.5f, 5, 4, 5});
     ASSERT_EQ(run("render copy -i in.argb --size 3x2 --depth 32 -o out.argb --downsample 2").err, "");

@@ -42,13 +42,13 @@ Picture flat(std::uint32_t width, std::uint32_t height, const float (&pixel)[4])
     return picture;
 }
 
-using Colour = std::array<float, 3>;
+using Color = std::array<float, 3>;
 
-std::set<Colour> coloursOf(const Picture& picture) {
-    std::set<Colour> colours;
+std::set<Color> colorsOf(const Picture& picture) {
+    std::set<Color> colors;
     for (std::size_t i = 0; i < picture.samples.size(); i += 4)
-        colours.insert({picture.samples[i + 1], picture.samples[i + 2], picture.samples[i + 3]});
-    return colours;
+        colors.insert({picture.samples[i + 1], picture.samples[i + 2], picture.samples[i + 3]});
+    return colors;
 }
 
 double brightnessOf(const Picture& picture) {
@@ -58,19 +58,19 @@ double brightnessOf(const Picture& picture) {
     return sum / static_cast<double>(picture.samples.size() / 4);
 }
 
-// Whether the palette, a fixed one or black and white, has the colour, at a depth with steps of this size.
-bool holds(std::int32_t palette, const Colour& colour, float step) {
+// Whether the palette, a fixed one or black and white, has the color, at a depth with steps of this size.
+bool holds(std::int32_t palette, const Color& color, float step) {
     std::vector<ImageLib::Pixel32> entries = ImageLib::FixedPalette(palette);
     if (palette == kBlackAndWhite) entries = {{1, 0, 0, 0}, {1, 1, 1, 1}};
     return std::any_of(entries.begin(), entries.end(), [&](const ImageLib::Pixel32& entry) {
-        return std::abs(entry.red - colour[0]) < step && std::abs(entry.green - colour[1]) < step &&
-               std::abs(entry.blue - colour[2]) < step;
+        return std::abs(entry.red - color[0]) < step && std::abs(entry.green - color[1]) < step &&
+               std::abs(entry.blue - color[2]) < step;
     });
 }
 
 }  // namespace
 
-TEST_F(PaletteSample, HoldsOnlyColoursOfThePaletteAtEveryDepthAndStaysAsBright) {
+TEST_F(PaletteSample, HoldsOnlyColorsOfThePaletteAtEveryDepthAndStaysAsBright) {
     load("palette");
     addInstance();
     set("amount", 0.5f);
@@ -83,9 +83,9 @@ TEST_F(PaletteSample, HoldsOnlyColoursOfThePaletteAtEveryDepthAndStaysAsBright) 
             for (const std::int32_t dither : {kNone, kFloydSteinberg, kPattern8}) {
                 set("dither", dither);
                 const Picture output = render(input, bitDepth);
-                for (const Colour& colour : coloursOf(output))
-                    EXPECT_TRUE(holds(palette, colour, step))
-                        << palette << " " << dither << " " << bitDepth << ": " << ::testing::PrintToString(colour);
+                for (const Color& color : colorsOf(output))
+                    EXPECT_TRUE(holds(palette, color, step))
+                        << palette << " " << dither << " " << bitDepth << ": " << ::testing::PrintToString(color);
                 if (palette == kSixteenPcColors || (palette == kBlackAndWhite && dither == kFloydSteinberg)) {
                     EXPECT_NEAR(brightnessOf(output), brightnessOf(input), dither == kNone ? 0.1 : 0.03)
                         << palette << " " << dither << " " << bitDepth;
@@ -95,7 +95,7 @@ TEST_F(PaletteSample, HoldsOnlyColoursOfThePaletteAtEveryDepthAndStaysAsBright) 
     }
 }
 
-TEST_F(PaletteSample, ChoosesAsManyColoursFromThePictureAsItSays) {
+TEST_F(PaletteSample, ChoosesAsManyColorsFromThePictureAsItSays) {
     load("palette");
     addInstance();
     set("dither", kNone);
@@ -103,7 +103,7 @@ TEST_F(PaletteSample, ChoosesAsManyColoursFromThePictureAsItSays) {
     for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
         for (std::int32_t palette = 2; palette < kAllColors; ++palette) {
             set("palette", palette);
-            const std::size_t count = coloursOf(render(input, bitDepth)).size();
+            const std::size_t count = colorsOf(render(input, bitDepth)).size();
             EXPECT_LE(count, std::size_t{1} << (palette + 1));
             EXPECT_GT(count, std::size_t{1} << palette);
         }
@@ -113,7 +113,7 @@ TEST_F(PaletteSample, ChoosesAsManyColoursFromThePictureAsItSays) {
 }
 
 // Half of all alphas is a power of two, so that colors survive the weighing exactly.
-TEST_F(PaletteSample, ChoosesColoursWithoutRegardToAlphaAndKeepsIt) {
+TEST_F(PaletteSample, ChoosesColorsWithoutRegardToAlphaAndKeepsIt) {
     load("palette");
     addInstance();
     for (const std::int32_t palette : {3, kSixteenPcColors}) {

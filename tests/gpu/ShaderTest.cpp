@@ -63,7 +63,7 @@ TEST_F(ShaderTest, DrawsNothingOnceACompileFailed) {
     EXPECT_EQ(readBack<float>(target)[0], 0.0f);
 }
 
-TEST_F(ShaderTest, SeesOrdinaryColoursAndThePreamblesWords) {
+TEST_F(ShaderTest, SeesOrdinaryColorsAndThePreamblesWords) {
     build("#ifdef QUILLON\nvoid main() { gl_FragColor = vec4(0.5, 2.0, -3.0, 4.0).SWIZZLE; }\n#endif\n");
     EXPECT_EQ(drawn(), (Pixel{0.5f, 2, -3, 4})) << "gbar and the final argb undo each other";
     build("void main() { gl_FragColor = vec4(0.5, 2.0, -3.0, 4.0); }");

@@ -31,15 +31,15 @@ protected:
         ASSERT_EQ(shader.errorText, "");
     }
     Parameter& uniform(const std::string& name) { return shader.parameterByName(name); }
-    // The colour that the shader gives, R, G, B, A.
-    std::vector<float> colour() {
+    // The color that the shader gives, R, G, B, A.
+    std::vector<float> color() {
         target.initTarget(1, 1, 32);
         target.bindTarget({});
         if (shader.bind()) shader.render(false);
         const auto argb = readBack<float>(target);
         return {argb[1], argb[2], argb[3], argb[0]};
     }
-    using Colour = std::vector<float>;
+    using Color = std::vector<float>;
     Controls controls;
     Shader shader;
     RenderTarget target;
@@ -60,7 +60,7 @@ TEST_F(UniformTest, TakesItsKindFromTheFirstControlOfItsName) {
     EXPECT_EQ(uniform("Case1").kind, FLOAT);
     uniform("turn").setFloatAt(0, 45);
     for (int i = 0; i < 4; ++i) uniform("wide").setFloatAt(i, 100);
-    EXPECT_EQ(colour(), (Colour{45, 0, 0, 1})) << "a vec4 does not take what is sent for two floats";
+    EXPECT_EQ(color(), (Color{45, 0, 0, 1})) << "a vec4 does not take what is sent for two floats";
     EXPECT_EQ(glGetError(), GLenum{GL_INVALID_OPERATION});
 }
 
@@ -78,12 +78,12 @@ TEST_F(UniformTest, SendsEveryKindAtEveryDraw) {
     set("v3", {5, 6, 7});
     set("v4", {8, 9, 10, 11});
     uniform("i").setIntValue(-12);
-    EXPECT_EQ(colour(), (Colour{-12, 3, 5, -2}));
+    EXPECT_EQ(color(), (Color{-12, 3, 5, -2}));
     uniform("b").setIntValue(1);
-    EXPECT_EQ(colour(), (Colour{1.5f, 4, 7, 11}));
+    EXPECT_EQ(color(), (Color{1.5f, 4, 7, 11}));
     ASSERT_TRUE(shader.bind());
     glUniform1f(shader.uniformLocation("f"), 99);
-    EXPECT_EQ(colour()[0], 1.5f) << "`changed` or not, the record's value is what counts";
+    EXPECT_EQ(color()[0], 1.5f) << "`changed` or not, the record's value is what counts";
 }
 
 TEST_F(UniformTest, LeavesUnfedKindsAlone) {
@@ -97,7 +97,7 @@ TEST_F(UniformTest, LeavesUnfedKindsAlone) {
     const std::pair<const char*, float> kKept[] = {
         {"picture", 5}, {"way", 2}, {"group", 3}, {"list[0]", 4}, {"list[1]", 5}};
     for (const auto& [name, value] : kKept) glUniform1f(shader.uniformLocation(name), value);
-    EXPECT_EQ(colour(), (Colour{7, 3, 4, 5})) << "GL still has what it was told past the records";
+    EXPECT_EQ(color(), (Color{7, 3, 4, 5})) << "GL still has what it was told past the records";
 }
 
 TEST_F(UniformTest, HandsOutUnitsByIndexWithTheExtentsOfTheirTextures) {
@@ -116,11 +116,11 @@ TEST_F(UniformTest, HandsOutUnitsByIndexWithTheExtentsOfTheirTextures) {
     large.initTexture(16, 8, 32, true);
     uniform(first).setWordValue(small.textureName.get());
     uniform(second).setWordValue(large.textureName.get());
-    const Colour ofSmall = {4, 2, 0.25f, 0.5f}, ofLarge = {16, 8, 0.0625f, 0.125f};
-    const Colour expected[] = {ofSmall, ofSmall, ofLarge, ofLarge, {0, 0, 0, 0}};
+    const Color ofSmall = {4, 2, 0.25f, 0.5f}, ofLarge = {16, 8, 0.0625f, 0.125f};
+    const Color expected[] = {ofSmall, ofSmall, ofLarge, ofLarge, {0, 0, 0, 0}};
     for (int which = 0; which < 5; ++which) {
         uniform("which").setIntValue(which);
-        EXPECT_EQ(colour(), expected[which]) << which;
+        EXPECT_EQ(color(), expected[which]) << which;
         EXPECT_EQ(integer(GL_ACTIVE_TEXTURE), GL_TEXTURE1);
         EXPECT_EQ(integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(large.textureName.get())) << "both stay bound";
         GLint unit = -1;
@@ -135,7 +135,7 @@ TEST_F(UniformTest, GivesInfinitiesForTheExtentsOfNoTexture) {
     build(
         "uniform vec4 Texture0Params; uniform sampler2D a;\n"
         "void main() { gl_FragColor = Texture0Params + texture2D(a, vec2(0.5)); }");
-    const Colour extents = colour();
+    const Color extents = color();
     EXPECT_EQ(extents[0], 0.0f);
     EXPECT_EQ(extents[1], 0.0f);
     EXPECT_TRUE(std::isinf(extents[2]) && std::isinf(extents[3]));

@@ -115,7 +115,7 @@ TEST(Books, TellEachMisdeedOnce) {
 
 TEST(Books, AreKeptApartForAnEntryFromACallback) {
     HostSession session{EffectModule(fakeEntry)};
-    session.hooks().at[Callback::abort] = [&](const CallbackVisit&) { session.about(); };
+    session.hooks().at[Callback::abort] = [&](const CallbackEvent&) { session.about(); };
     act() = [](const Given& given) -> PF_Err {
         if (given.cmd == PF_Cmd_ABOUT) return given.acquire(suites::kColorParam) ? 0 : 1;  // and never released
         given.acquire(suites::kHandle);

@@ -17,9 +17,9 @@ namespace {
 
 using Bytes = std::vector<std::byte>;
 
-enum class Kind { flat, ramp, noise, saturated, fewColours, oddAlphas, outOfRange, notANumber };
+enum class Kind { flat, ramp, noise, saturated, fewColors, oddAlphas, outOfRange, notANumber };
 constexpr Kind kKinds[] = {Kind::flat,       Kind::ramp,      Kind::noise,      Kind::saturated,
-                           Kind::fewColours, Kind::oddAlphas, Kind::outOfRange, Kind::notANumber};
+                           Kind::fewColors, Kind::oddAlphas, Kind::outOfRange, Kind::notANumber};
 
 struct Extent {
     std::uint32_t width;
@@ -41,7 +41,7 @@ float channel(Kind kind, Extent size, std::uint32_t x, std::uint32_t y, int lane
             return lane == 0 ? 1.0f : number();
         case Kind::saturated:
             return lane == 0 ? 1.0f : static_cast<float>((x / 9 + y / 5) >> (lane - 1) & 1);
-        case Kind::fewColours:
+        case Kind::fewColors:
             return lane == 0 ? (place < 3 ? 0.1f : 1.0f) : static_cast<float>(place % 3) * 0.1f;
         case Kind::oddAlphas:
             return number();
@@ -141,7 +141,7 @@ TEST_P(QuantizeDepth, EqualsThePlainRulesAtEverySize) {
                             return;
 }
 
-// Large enough for the finer cells of the palette search, and for errors that run far out of the colour cube.
+// Large enough for the finer cells of the palette search, and for errors that run far out of the color cube.
 TEST_P(QuantizeDepth, EqualsThePlainRulesOnLargerPictures) {
     for (const Kind kind : {Kind::ramp, Kind::noise, Kind::saturated, Kind::outOfRange})
         for (const std::int32_t mode : {5, 7, 11, 16})
@@ -175,10 +175,10 @@ TEST(OctreePalette, EqualsThePlainModelWhereTiesDecide) {
         std::vector<ImageLib::Pixel32> image;
         ImageLib::OctreePalette octree;
         for (int i = 0; distinct != 0 && i < 60000; ++i) {
-            const std::uint32_t colour = random() % distinct * 2654435761u;
-            const std::uint8_t bytes[] = {static_cast<std::uint8_t>(colour >> 24),
-                                          static_cast<std::uint8_t>(colour >> 16),
-                                          static_cast<std::uint8_t>(colour >> 8)};
+            const std::uint32_t color = random() % distinct * 2654435761u;
+            const std::uint8_t bytes[] = {static_cast<std::uint8_t>(color >> 24),
+                                          static_cast<std::uint8_t>(color >> 16),
+                                          static_cast<std::uint8_t>(color >> 8)};
             octree.add(bytes[0], bytes[1], bytes[2]);
             image.push_back({1, ImageLib::FloatFromChannel(bytes[0]), ImageLib::FloatFromChannel(bytes[1]),
                              ImageLib::FloatFromChannel(bytes[2])});

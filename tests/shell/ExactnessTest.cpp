@@ -67,7 +67,7 @@ TEST_P(Exactness, ClassicRouteReturnsEveryValueInASizeOfItsOwn) {
     EXPECT_TRUE(frame.output->tightBytes() == expected(depth));
 }
 
-// Premiere Pro draws one row and one column less, from the picture's top left, and centres them: at the top left as
+// Premiere Pro draws one row and one column less, from the picture's top left, and centers them: at the top left as
 // well, since the odd pixel goes to the right and to the bottom. A world that is one larger each way holds all.
 TEST_P(Exactness, PremiereReturnsEveryValueOfThePartThatItDraws) {
     const auto [depth, padding] = GetParam();

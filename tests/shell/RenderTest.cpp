@@ -65,7 +65,7 @@ TEST_F(Render, RecordsTheFrameWhereTheBlockSaysSo) {
 
 // Premiere's output is cleared and takes the smaller frame in its middle; the frame's input starts at the source
 // origin. Channel by channel the picture is unlike anything else.
-TEST_F(Render, PremiereClearsAndCentres) {
+TEST_F(Render, PremiereClearsAndCenters) {
     HostSession& session = start(identityScript(), premiere(), identityFiles());
     HostInstance& instance = session.apply();
     const auto input = picture(session, 8, 5, 3);

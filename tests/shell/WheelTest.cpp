@@ -1,4 +1,4 @@
-// The colour wheel of a listed control, which no event reaches by itself.
+// The color wheel of a listed control, which no event reaches by itself.
 
 #include <cmath>
 #include <cstring>
@@ -9,7 +9,7 @@
 namespace quillon::test {
 namespace {
 
-constexpr A_long kLeft = 20, kTop = 30, kWidth = 120, kHeight = 140;  // R is 50, the centre (60, 70)
+constexpr A_long kLeft = 20, kTop = 30, kWidth = 120, kHeight = 140;  // R is 50, the center (60, 70)
 
 class Wheel : public ShellTest {
 protected:
@@ -47,7 +47,7 @@ TEST_F(Wheel, DragTakesHueAndSaturationOrAlpha) {
         A_long x, y;
         std::vector<int> color;  // A, R, G, B
     } kCases[] = {
-        {60, 70, {255, 255, 255, 255}},  // the centre
+        {60, 70, {255, 255, 255, 255}},  // the center
         {35, 70, {255, 255, 127, 127}},  // hue 2 pi, which is 0
         {85, 70, {255, 127, 255, 255}},  // hue pi
         {60, 95, {255, 191, 127, 255}},  // hue 3/2 pi
@@ -96,7 +96,7 @@ TEST_F(Wheel, DrawsTheWheelAndAMarker) {
         EXPECT_EQ(pixel(113, 70), 0u);
         EXPECT_EQ(drawings[1].call, Callback::strokePath);
         ASSERT_THAT(drawings[1].arcs, SizeIs(1));
-        // Green: hue 2/3 pi, which stands at -1/3 pi from the centre, full saturation.
+        // Green: hue 2/3 pi, which stands at -1/3 pi from the center, full saturation.
         const DRAWBOT_PointF32 center = drawings[1].arcs[0].center;
         EXPECT_NEAR(center.x, kLeft + 60 + 25, 1);
         EXPECT_NEAR(center.y, kTop + 70 - 50 * std::sqrt(0.75), 1);

@@ -8,7 +8,7 @@
 
 namespace quillon::test {
 
-// Whether a process of this status, as a death test has it, was ended by EndProcess().
+// Whether a process of this status, as a death test has it, was ended by FailFast().
 inline bool endedOnPurpose(int status) {
 #if defined(_WIN32)
     return static_cast<unsigned>(status) == 0xC0000602;  // a fail-fast exception

@@ -76,7 +76,7 @@ private:
 
 }  // namespace
 
-std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pixel32> image, std::uint32_t colours) {
+std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pixel32> image, std::uint32_t colors) {
     std::vector<ImageLib::Pixel8> bytes;
     bytes.reserve(image.size());
     for (const auto& pixel : image)
@@ -105,7 +105,7 @@ std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pi
         ++node->count;
         heap.add(node);
     }
-    while (heap.size() > colours + 1) {
+    while (heap.size() > colors + 1) {
         Node* node = heap.takeFirst();
         Node* parent = node->parent;
         parent->count += node->count;
@@ -117,7 +117,7 @@ std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pi
         heap.add(parent);
     }
 
-    std::vector<ImageLib::Pixel32> palette(colours, ImageLib::Pixel32{0, 0, 0, 0});
+    std::vector<ImageLib::Pixel32> palette(colors, ImageLib::Pixel32{0, 0, 0, 0});
     for (std::uint32_t slot = 1; slot < heap.size(); ++slot) {
         const Node& node = *heap.at(slot);
         const double f = 1.0 / node.count;

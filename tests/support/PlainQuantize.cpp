@@ -68,13 +68,13 @@ std::vector<float> weightsOf(const Grid& grid) {
 std::vector<Pixel32> fixedPalette(std::int32_t mode) {
     std::vector<Pixel32> palette;
     std::istringstream text(kPalettes[mode - 9]);
-    const auto channel = [mode](unsigned long colour, int shift) {
-        const auto byte = static_cast<std::uint8_t>(colour >> shift);
+    const auto channel = [mode](unsigned long color, int shift) {
+        const auto byte = static_cast<std::uint8_t>(color >> shift);
         return mode <= 10 ? static_cast<float>(byte) / 255.0f : ImageLib::FloatFromChannel(byte);
     };
     for (std::string word; text >> word;) {
-        const unsigned long colour = std::stoul(word, nullptr, 16);
-        palette.push_back({1.0f, channel(colour, 16), channel(colour, 8), channel(colour, 0)});
+        const unsigned long color = std::stoul(word, nullptr, 16);
+        palette.push_back({1.0f, channel(color, 16), channel(color, 8), channel(color, 0)});
     }
     return palette;
 }
@@ -90,7 +90,7 @@ void addScaled(Pixel32& to, const Pixel32& step, float weight) {
     to.blue += step.blue * weight;
 }
 
-// A reduction under way: the float picture, and how a colour is chosen.
+// A reduction under way: the float picture, and how a color is chosen.
 struct Pass {
     const PlainQuantize& settings;
     std::vector<Pixel32> image;
@@ -98,12 +98,12 @@ struct Pass {
 
     Pixel32& at(int x, int y) { return image[static_cast<std::size_t>(y) * settings.width + static_cast<unsigned>(x)]; }
 
-    Pixel32 choose(const Pixel32& colour) const {
-        if (settings.mode == 1) return colour.red > settings.value ? Pixel32{1, 1, 1, 1} : Pixel32{1, 0, 0, 0};
+    Pixel32 choose(const Pixel32& color) const {
+        if (settings.mode == 1) return color.red > settings.value ? Pixel32{1, 1, 1, 1} : Pixel32{1, 0, 0, 0};
         float best = 1000000.0f;
         const Pixel32* chosen = &palette.front();
         for (const Pixel32& entry : palette) {
-            const Pixel32 d = difference(colour, entry);
+            const Pixel32 d = difference(color, entry);
             const float distance = (d.alpha * d.alpha + d.red * d.red) + (d.green * d.green + d.blue * d.blue);
             if (distance < best) {
                 best = distance;

@@ -8,7 +8,7 @@
 
 namespace quillon::test {
 
-// The colour reduction, told plainly: one temporary of float pixels, one pixel after the other, every palette entry
+// The color reduction, told plainly: one temporary of float pixels, one pixel after the other, every palette entry
 // tried. The library's own is held against it byte for byte, and measured against it. Slow, with tables of its own.
 struct PlainQuantize {
     std::uint32_t width = 0;
@@ -24,7 +24,7 @@ struct PlainQuantize {
     void run(std::byte* pixels) const;
 };
 
-// The adaptive palette of `colours` slots, 8 to 256, for pixels in memory order.
-std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pixel32> image, std::uint32_t colours);
+// The adaptive palette of `colors` slots, 8 to 256, for pixels in memory order.
+std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pixel32> image, std::uint32_t colors);
 
 }  // namespace quillon::test

@@ -1,4 +1,4 @@
-#include "host/HandleBook.h"
+#include "host/HandleTracker.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,7 +14,7 @@ constexpr std::size_t kEndedKept = 4096;
 
 }  // namespace
 
-PF_Handle HandleBook::make(std::size_t bytes) {
+PF_Handle HandleTracker::make(std::size_t bytes) {
     auto block = std::make_unique<Block>();
     block->memory = std::make_unique_for_overwrite<char[]>(bytes + kGuardBytes);
     block->data = block->memory.get();
@@ -28,18 +28,18 @@ PF_Handle HandleBook::make(std::size_t bytes) {
     return handle;
 }
 
-PF_Handle HandleBook::makeWith(std::span<const std::byte> bytes) {
+PF_Handle HandleTracker::makeWith(std::span<const std::byte> bytes) {
     const PF_Handle handle = make(bytes.size());
     std::memcpy(*handle, bytes.data(), bytes.size());
     return handle;
 }
 
-HandleBook::Block* HandleBook::find(PF_Handle handle) const {
+HandleTracker::Block* HandleTracker::find(PF_Handle handle) const {
     const auto found = blocks.find(handle);
     return found == blocks.end() ? nullptr : found->second.get();
 }
 
-void* HandleBook::lock(PF_Handle handle, std::string& fault) {
+void* HandleTracker::lock(PF_Handle handle, std::string& fault) {
     const std::lock_guard lock(mutex);
     Block* const block = find(handle);
     if (!block || !block->data) {
@@ -50,7 +50,7 @@ void* HandleBook::lock(PF_Handle handle, std::string& fault) {
     return block->data;
 }
 
-void HandleBook::unlock(PF_Handle handle, std::string& fault) {
+void HandleTracker::unlock(PF_Handle handle, std::string& fault) {
     const std::lock_guard lock(mutex);
     Block* const block = find(handle);
     if (!block || !block->data) {
@@ -62,7 +62,7 @@ void HandleBook::unlock(PF_Handle handle, std::string& fault) {
     }
 }
 
-void HandleBook::dispose(PF_Handle handle, std::string& fault) {
+void HandleTracker::dispose(PF_Handle handle, std::string& fault) {
     const std::lock_guard lock(mutex);
     Block* const block = find(handle);
     if (!block) {
@@ -78,14 +78,14 @@ void HandleBook::dispose(PF_Handle handle, std::string& fault) {
     }
 }
 
-void HandleBook::disposeIfAlive(PF_Handle handle) {
+void HandleTracker::disposeIfAlive(PF_Handle handle) {
     const std::lock_guard lock(mutex);
     Block* const block = find(handle);
     if (block && block->data) end(*block);
 }
 
 // The record stays, without its memory: a new handle must not get the address at once.
-void HandleBook::end(Block& block) {
+void HandleTracker::end(Block& block) {
     block.memory.reset();
     ended.push_back(&block.data);
     block.data = nullptr;
@@ -94,25 +94,25 @@ void HandleBook::end(Block& block) {
     ended.pop_front();
 }
 
-bool HandleBook::isAlive(PF_Handle handle) const {
+bool HandleTracker::isAlive(PF_Handle handle) const {
     const std::lock_guard lock(mutex);
     const Block* const block = find(handle);
     return block && block->data;
 }
 
-int HandleBook::lockCount(PF_Handle handle) const {
+int HandleTracker::lockCount(PF_Handle handle) const {
     const std::lock_guard lock(mutex);
     const Block* const block = find(handle);
     return block && block->data ? block->locks : 0;
 }
 
-std::size_t HandleBook::size(PF_Handle handle) const {
+std::size_t HandleTracker::size(PF_Handle handle) const {
     const std::lock_guard lock(mutex);
     const Block* const block = find(handle);
     return block && block->data ? block->size : 0;
 }
 
-std::vector<std::byte> HandleBook::bytes(PF_Handle handle) const {
+std::vector<std::byte> HandleTracker::bytes(PF_Handle handle) const {
     const std::lock_guard lock(mutex);
     const Block* const block = find(handle);
     if (!block || !block->data) return {};
@@ -120,7 +120,7 @@ std::vector<std::byte> HandleBook::bytes(PF_Handle handle) const {
     return {first, first + block->size};
 }
 
-std::size_t HandleBook::aliveCount() const {
+std::size_t HandleTracker::aliveCount() const {
     const std::lock_guard lock(mutex);
     return blocks.size() - ended.size();
 }

@@ -10,7 +10,7 @@ namespace quillon::cli {
 
 // The engine that is linked into the tool, with its shell around it. A module says nothing to anybody; this one can be
 // asked. Given a module's handle it runs that module's package, and shares nothing with the engine inside of it.
-namespace OwnEngine {
+namespace LinkedEngine {
 
 // As a host would load it, with the package of `module`.
 host::EffectModule WithPackageOf(const host::EffectModule& module);
@@ -33,6 +33,6 @@ std::uint32_t LargestExtent();
 // From now on its passes fill no pixels, so that a frame costs little more than its script.
 void DrawNothing();
 
-}  // namespace OwnEngine
+}  // namespace LinkedEngine
 
 }  // namespace quillon::cli

@@ -7,9 +7,9 @@
 
 namespace quillon::ImageLib {
 
-// What a reduction puts in a colour's place. Each chooser tells which lanes of a colour have a part in that, from
+// What a reduction puts in a color's place. Each chooser tells which lanes of a color have a part in that, from
 // kFirstLane to before kEndLane; passes carry those alone. `number` tells the numbers of the chosen entries; `choose`
-// also puts the entries' colours in the same lanes.
+// also puts the entries' colors in the same lanes.
 
 // Entry 1, white, where red is strictly above the threshold; else entry 0, black. Other lanes decide nothing.
 class TwoLevels {
@@ -19,17 +19,17 @@ public:
 
     explicit TwoLevels(float value) : threshold(value) {}
 
-    __m128 above(const FourPixels& colours) const { return _mm_cmpgt_ps(colours.lane[1], _mm_set1_ps(threshold)); }
-    void choose(FourPixels& colours, std::uint32_t entries[4]) const {
-        const __m128 white = above(colours);
+    __m128 above(const FourPixels& colors) const { return _mm_cmpgt_ps(colors.lane[1], _mm_set1_ps(threshold)); }
+    void choose(FourPixels& colors, std::uint32_t entries[4]) const {
+        const __m128 white = above(colors);
         const int bits = _mm_movemask_ps(white);
         ForLanes<4>([&](auto i) { entries[i] = static_cast<std::uint32_t>(bits >> i & 1); });
-        colours.lane[1] = _mm_and_ps(white, _mm_set1_ps(1.0f));
+        colors.lane[1] = _mm_and_ps(white, _mm_set1_ps(1.0f));
     }
 
     // A pixel in a row of floats, for passes that take one at a time.
     using One = float;
-    static void Unpack(const FourPixels& colours, float* row) { _mm_storeu_ps(row, colours.lane[1]); }
+    static void Unpack(const FourPixels& colors, float* row) { _mm_storeu_ps(row, colors.lane[1]); }
     std::uint32_t choose(float& red) const {
         const bool white = red > threshold;
         red = white ? 1.0f : 0.0f;
@@ -40,7 +40,7 @@ private:
     float threshold;
 };
 
-// The nearest entry of a palette, which `Search` finds. With `Opaque` every colour's alpha is exactly 1, and so are the
+// The nearest entry of a palette, which `Search` finds. With `Opaque` every color's alpha is exactly 1, and so are the
 // entries': its error is 0 and is not carried.
 template <class Search, bool Opaque>
 class FromPalette {
@@ -48,30 +48,30 @@ public:
     static constexpr int kFirstLane = Opaque ? 1 : 0;
     static constexpr int kEndLane = 4;
 
-    FromPalette(Search& nearest, std::span<const Pixel32> colours) : search(nearest), palette(colours) {}
+    FromPalette(Search& nearest, std::span<const Pixel32> colors) : search(nearest), palette(colors) {}
 
-    void number(const FourPixels& colours, std::uint32_t entries[4]) const { search.find(colours, entries); }
-    void choose(FourPixels& colours, std::uint32_t entries[4]) const {
-        if (Opaque) colours.lane[0] = _mm_set1_ps(1.0f);
-        search.find(colours, entries);
-        colours =
-            FourPixels::Transposed(colour(entries[0]), colour(entries[1]), colour(entries[2]), colour(entries[3]));
+    void number(const FourPixels& colors, std::uint32_t entries[4]) const { search.find(colors, entries); }
+    void choose(FourPixels& colors, std::uint32_t entries[4]) const {
+        if (Opaque) colors.lane[0] = _mm_set1_ps(1.0f);
+        search.find(colors, entries);
+        colors =
+            FourPixels::Transposed(color(entries[0]), color(entries[1]), color(entries[2]), color(entries[3]));
     }
 
     using One = __m128;
-    static void Unpack(const FourPixels& colours, float* row) {
+    static void Unpack(const FourPixels& colors, float* row) {
         const FourPixels single =
-            FourPixels::Transposed(colours.lane[0], colours.lane[1], colours.lane[2], colours.lane[3]);
+            FourPixels::Transposed(colors.lane[0], colors.lane[1], colors.lane[2], colors.lane[3]);
         for (int i = 0; i < 4; ++i) _mm_storeu_ps(row + i * 4, single.lane[i]);
     }
     std::uint32_t choose(__m128& argb) const {
         const std::uint32_t entry = search.find(argb);
-        argb = colour(entry);
+        argb = color(entry);
         return entry;
     }
 
 private:
-    __m128 colour(std::uint32_t entry) const { return _mm_loadu_ps(&palette[entry].alpha); }
+    __m128 color(std::uint32_t entry) const { return _mm_loadu_ps(&palette[entry].alpha); }
 
     Search& search;
     std::span<const Pixel32> palette;

@@ -1,4 +1,4 @@
-#include "imagelib/ImageFaults.h"
+#include "imagelib/ImagePrechecks.h"
 
 namespace quillon {
 
@@ -73,7 +73,7 @@ bool JpegTablesOverflow(std::span<const std::byte> file) {
     ByteCursor cursor(file);
     if (cursor.next() != Marker::prefix || NextMarker(cursor) != Marker::startOfImage) return false;
 
-    // From marker to marker as the decoder goes: segments are stepped over whole, since a colour profile or a thumbnail
+    // From marker to marker as the decoder goes: segments are stepped over whole, since a color profile or a thumbnail
     // may hold any bytes, and what stands behind the picture's end, such as a phone's short film, is not looked at.
     while (!cursor.atEnd()) {
         if (cursor.next() != Marker::prefix) continue;

@@ -1,4 +1,4 @@
-#include "platform/EndProcess.h"
+#include "platform/FailFast.h"
 
 #include <windows.h>
 
@@ -10,7 +10,7 @@ namespace {
 const char* volatile lastReason = nullptr;
 }
 
-void EndProcess(const char* reason) noexcept {
+void FailFast(const char* reason) noexcept {
     lastReason = reason;
     // Past every handler, with a crash dump: abort() would ask the user in a message box first.
     RaiseFailFastException(nullptr, nullptr, 0);

@@ -1,4 +1,4 @@
-#include "platform/EndProcess.h"
+#include "platform/FailFast.h"
 
 #include <cstdlib>
 
@@ -8,7 +8,7 @@ namespace {
 const char* volatile lastReason = nullptr;
 }
 
-void EndProcess(const char* reason) noexcept {
+void FailFast(const char* reason) noexcept {
     lastReason = reason;
     std::abort();
 }

@@ -11,16 +11,16 @@
 
 namespace quillon::ImageLib {
 
-// Finds the entry of a palette that is nearest to a colour: the smallest (A + R) + (G + B) of the squared differences
+// Finds the entry of a palette that is nearest to a color: the smallest (A + R) + (G + B) of the squared differences
 // as single floats come out, the first of equal ones, and entry 0 when none is below 1000000 (NaN never is).
 //
-// Space is cut into cells, and each cell, once a colour falls into it, gets a list of the entries that can win there:
+// Space is cut into cells, and each cell, once a color falls into it, gets a list of the entries that can win there:
 // an entry is left out only where another is nearer in the whole cell by more than all rounding together. Cells are
-// finest where colours are expected and grow with the distance from there, up to kLevels doublings; beyond that, and
+// finest where colors are expected and grow with the distance from there, up to kLevels doublings; beyond that, and
 // where alpha is more than 2 away from opaque, every entry is tried.
-class NearestColour {
+class NearestColor {
 public:
-    // Where most colours are: each channel from `low` to `high`, which hold 0 to 1 and lie within -1 and 2.
+    // Where most colors are: each channel from `low` to `high`, which hold 0 to 1 and lie within -1 and 2.
     struct Range {
         float low;
         float high;
@@ -28,9 +28,9 @@ public:
 
     // At most 256 entries, channels 0 to 1, alpha 0 or 1. `pixels` to be looked up bound the memory: 8 bytes for
     // each, and 32 KiB.
-    NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected);
+    NearestColor(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected);
 
-    void find(const FourPixels& colours, std::uint32_t entries[4]);
+    void find(const FourPixels& colors, std::uint32_t entries[4]);
     std::uint32_t find(__m128 argb);
 
 private:

@@ -1,4 +1,4 @@
-#include "cli/IdentityChecks.h"
+#include "cli/ConfigChecks.h"
 
 #include <fmt/format.h>
 

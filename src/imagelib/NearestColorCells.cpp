@@ -4,15 +4,15 @@
 #include <bit>
 #include <cmath>
 
-#include "imagelib/NearestColour.h"
+#include "imagelib/NearestColor.h"
 
 namespace quillon::ImageLib {
 
 namespace {
 
-// A cell is taken a little larger than it is: finding a colour's cell rounds too.
+// A cell is taken a little larger than it is: finding a color's cell rounds too.
 constexpr float kCellMargin = 1.02f;
-// Two distances of the same colour that differ by more than this part of the largest one cannot change places by
+// Two distances of the same color that differ by more than this part of the largest one cannot change places by
 // rounding. The roundings in each distance and in the test itself add up to less than a fifth of it.
 constexpr float kRounding = 1e-5f;
 constexpr int kFarBits = 5;
@@ -24,14 +24,14 @@ float square(float v) {
 }  // namespace
 
 // Takes memory from what is left; false when that is not enough.
-bool NearestColour::afford(std::uint64_t bytes) {
+bool NearestColor::afford(std::uint64_t bytes) {
     if (bytes > memory) return false;
     memory -= bytes;
     return true;
 }
 
 // A list of what stands at these places of another list.
-NearestColour::Cell NearestColour::makeList(Cell from, std::span<const std::uint8_t> places) {
+NearestColor::Cell NearestColor::makeList(Cell from, std::span<const std::uint8_t> places) {
     const std::size_t source = FirstBlockOf(from);
     if (places.size() == 1) return kSingle | kShort | entriesOf[source + places[0] / 4][places[0] % 4];
     const std::size_t count = (places.size() + 3) / 4;
@@ -48,7 +48,7 @@ NearestColour::Cell NearestColour::makeList(Cell from, std::span<const std::uint
 
 // In a cell with the middle m, the difference of an entry's squared distance to that of another is linear: it is
 // smallest in the corner that lies towards the entry, half the cell's size away on each axis.
-NearestColour::Cell NearestColour::makeCell(Cell from, const Box& box) {
+NearestColor::Cell NearestColor::makeCell(Cell from, const Box& box) {
     if (from & kSingle) return from;
     const std::size_t count = from & 255;
     const Block* list = &blocks[FirstBlockOf(from)];
@@ -88,7 +88,7 @@ NearestColour::Cell NearestColour::makeCell(Cell from, const Box& box) {
     return makeList(from, {kept, keptCount});
 }
 
-NearestColour::Cell NearestColour::cellOfNear(std::uint32_t index) {
+NearestColor::Cell NearestColor::cellOfNear(std::uint32_t index) {
     const auto boxOf = [this](std::uint32_t cell, int bits) {
         const float size = 2 * reach / static_cast<float>(1 << bits);
         Box box{{}, size / 2};
@@ -106,7 +106,7 @@ NearestColour::Cell NearestColour::cellOfNear(std::uint32_t index) {
     return near[index] = makeCell(parent, boxOf(index, nearBits));
 }
 
-NearestColour::Cell NearestColour::cellOfFar(__m128 argb, float distance) {
+NearestColor::Cell NearestColor::cellOfFar(__m128 argb, float distance) {
     const auto exponent = static_cast<int>(std::bit_cast<std::uint32_t>(distance / reach) >> 23) - 127;
     const int level = std::max(exponent, 0);  // of far; its reach is twice that of the one before
     std::vector<Cell>& cells = far[level];

@@ -15,7 +15,7 @@ namespace quillon::host {
 
 // The host's memory handles. What is done wrong with one is told in words through `fault`, which is left alone
 // otherwise; nothing an effect does with a handle, known or not, damages the book. Any thread may call.
-class HandleBook {
+class HandleTracker {
 public:
     // Fresh bytes are not zero. Never fails.
     PF_Handle make(std::size_t bytes);

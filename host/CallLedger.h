@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/HandleBook.h"
+#include "host/HandleTracker.h"
 #include "host/HostObject.h"
 #include "host/World.h"
 #include "hostapi/HostApi.h"
@@ -17,7 +17,7 @@ namespace quillon::host {
 
 // What one selector took and must have given back when it ends. A selector entered from within another one has books
 // of its own. One thread.
-class CallBooks {
+class CallLedger {
 public:
     using Complain = std::function<void(const std::string&)>;
 
@@ -43,10 +43,10 @@ public:
     bool objectGivenBack(const void* reference) { return objects.erase(reference) != 0; }
 
     // Handles that were made, still live and are not `handedOver`.
-    std::vector<PF_Handle> lostHandles(const HandleBook& handles, PF_Handle handedOver) const;
+    std::vector<PF_Handle> lostHandles(const HandleTracker& handles, PF_Handle handedOver) const;
 
     // Everything else.
-    void close(const HandleBook& handles, const Complain& complain) const;
+    void close(const HandleTracker& handles, const Complain& complain) const;
 
 private:
     std::map<std::pair<std::string, std::int32_t>, int> suites;

@@ -1,4 +1,4 @@
-#include "cli/OwnEngine.h"
+#include "cli/LinkedEngine.h"
 
 #include <GL/glew.h>
 
@@ -8,7 +8,7 @@
 
 extern "C" PF_Err EntryPointFunc(PF_Cmd, PF_InData*, PF_OutData*, PF_ParamDef*[], PF_LayerDef*, void*);
 
-namespace quillon::cli::OwnEngine {
+namespace quillon::cli::LinkedEngine {
 
 namespace {
 
@@ -75,4 +75,4 @@ void DrawNothing() {
     if (GLEW_VERSION_3_0) glEnable(GL_RASTERIZER_DISCARD);
 }
 
-}  // namespace quillon::cli::OwnEngine
+}  // namespace quillon::cli::LinkedEngine

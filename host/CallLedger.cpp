@@ -1,44 +1,44 @@
-#include "host/CallBooks.h"
+#include "host/CallLedger.h"
 
 #include <algorithm>
 
 namespace quillon::host {
 
-bool CallBooks::suiteReleased(const std::string& name, std::int32_t version) {
+bool CallLedger::suiteReleased(const std::string& name, std::int32_t version) {
     const auto held = suites.find({name, version});
     if (held == suites.end() || held->second == 0) return false;
     --held->second;
     return true;
 }
 
-bool CallBooks::holdsSuite(const std::string& name) const {
+bool CallLedger::holdsSuite(const std::string& name) const {
     return std::ranges::any_of(suites, [&](const auto& held) { return held.first.first == name && held.second > 0; });
 }
 
-void CallBooks::worldShown(std::shared_ptr<const World> world) {
+void CallLedger::worldShown(std::shared_ptr<const World> world) {
     if (world) worlds.insert(std::move(world));
 }
 
-void* CallBooks::objectMade(std::unique_ptr<HostObject> object) {
+void* CallLedger::objectMade(std::unique_ptr<HostObject> object) {
     HostObject* const reference = object.get();
     objects[reference] = std::move(object);
     return reference;
 }
 
-HostObject* CallBooks::object(const void* reference, const char* kind) const {
+HostObject* CallLedger::object(const void* reference, const char* kind) const {
     const auto found = objects.find(reference);
     if (found == objects.end()) return nullptr;
     return !kind || found->second->kind == kind ? found->second.get() : nullptr;
 }
 
-std::vector<PF_Handle> CallBooks::lostHandles(const HandleBook& handles, PF_Handle handedOver) const {
+std::vector<PF_Handle> CallLedger::lostHandles(const HandleTracker& handles, PF_Handle handedOver) const {
     std::vector<PF_Handle> lost;
     std::ranges::copy_if(made, std::back_inserter(lost),
                          [&](PF_Handle handle) { return handle != handedOver && handles.isAlive(handle); });
     return lost;
 }
 
-void CallBooks::close(const HandleBook& handles, const Complain& complain) const {
+void CallLedger::close(const HandleTracker& handles, const Complain& complain) const {
     for (const auto& [key, count] : suites)
         if (count != 0)
             complain("suite \"" + key.first + "\" " + std::to_string(key.second) + " is not released (" +

@@ -1,4 +1,4 @@
-#include "imagelib/NearestColour.h"
+#include "imagelib/NearestColor.h"
 
 #include <algorithm>
 #include <bit>
@@ -7,7 +7,7 @@ namespace quillon::ImageLib {
 
 namespace {
 
-// No rounding carries a colour out of a level where it is inside this part of it.
+// No rounding carries a color out of a level where it is inside this part of it.
 constexpr float kSurely = 0.999f;
 
 __m128 magnitude(__m128 v) {
@@ -35,7 +35,7 @@ std::size_t firstEqual(__m128 four, __m128 value) {
 
 }  // namespace
 
-NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected)
+NearestColor::NearestColor(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected)
     : middle((expected.low + expected.high) / 2),
       reach((expected.high - expected.low) / 2 * 1.01f),
       memory(std::min(pixels * 8 + 32768, kMostMemory)) {
@@ -59,21 +59,21 @@ NearestColour::NearestColour(std::span<const Pixel32> palette, std::uint64_t pix
     memory -= (near.size() + coarse.size()) * sizeof(Cell);
 }
 
-void NearestColour::addEmptyBlock() {
+void NearestColor::addEmptyBlock() {
     blocks.push_back({{_mm_set1_ps(kFar), _mm_set1_ps(kFar), _mm_set1_ps(kFar), _mm_set1_ps(kFar)}});
     entriesOf.push_back({});
 }
 
-// The distances of a colour to the four entries of a block.
-struct NearestColour::Distances {
+// The distances of a color to the four entries of a block.
+struct NearestColor::Distances {
     explicit Distances(__m128 argb)
         : a(broadcast<0>(argb)), r(broadcast<1>(argb)), g(broadcast<2>(argb)), b(broadcast<3>(argb)) {}
     template <int Pixel>
-    Distances(const FourPixels& colours, std::integral_constant<int, Pixel>)
-        : a(broadcast<Pixel>(colours.lane[0])),
-          r(broadcast<Pixel>(colours.lane[1])),
-          g(broadcast<Pixel>(colours.lane[2])),
-          b(broadcast<Pixel>(colours.lane[3])) {}
+    Distances(const FourPixels& colors, std::integral_constant<int, Pixel>)
+        : a(broadcast<Pixel>(colors.lane[0])),
+          r(broadcast<Pixel>(colors.lane[1])),
+          g(broadcast<Pixel>(colors.lane[2])),
+          b(broadcast<Pixel>(colors.lane[3])) {}
     __m128 operator()(const Block& to) const {
         return (squared(a - to.lane[0]) + squared(r - to.lane[1])) +
                (squared(g - to.lane[2]) + squared(b - to.lane[3]));
@@ -81,8 +81,8 @@ struct NearestColour::Distances {
     __m128 a, r, g, b;
 };
 
-// For colours inside the cells only: all distances are finite and below the limit.
-std::uint32_t NearestColour::scan(Cell list, __m128 argb) const {
+// For colors inside the cells only: all distances are finite and below the limit.
+std::uint32_t NearestColor::scan(Cell list, __m128 argb) const {
     const Distances distances(argb);
     const Block* block = &blocks[FirstBlockOf(list)];
     const auto* entries = &entriesOf[FirstBlockOf(list)];
@@ -97,7 +97,7 @@ std::uint32_t NearestColour::scan(Cell list, __m128 argb) const {
     return entries[i][static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(equal)))];
 }
 
-std::uint32_t NearestColour::scanEverything(__m128 argb) const {
+std::uint32_t NearestColor::scanEverything(__m128 argb) const {
     const Distances distances(argb);
     alignas(16) float all[4];
     float best = 1000000.0f;
@@ -115,16 +115,16 @@ std::uint32_t NearestColour::scanEverything(__m128 argb) const {
     return entry;
 }
 
-std::uint32_t NearestColour::resolve(Cell cell, __m128 argb) const {
+std::uint32_t NearestColor::resolve(Cell cell, __m128 argb) const {
     return cell & kSingle ? cell & 255 : scan(cell, argb);
 }
 
-void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
-    const __m128 r = colours.lane[1] - _mm_set1_ps(middle);
-    const __m128 g = colours.lane[2] - _mm_set1_ps(middle);
-    const __m128 b = colours.lane[3] - _mm_set1_ps(middle);
+void NearestColor::find(const FourPixels& colors, std::uint32_t entries[4]) {
+    const __m128 r = colors.lane[1] - _mm_set1_ps(middle);
+    const __m128 g = colors.lane[2] - _mm_set1_ps(middle);
+    const __m128 b = colors.lane[3] - _mm_set1_ps(middle);
     const __m128 nearReach = _mm_set1_ps(reach * kSurely);
-    const __m128 alphaNear = _mm_cmple_ps(magnitude(colours.lane[0] - _mm_set1_ps(1.0f)), _mm_set1_ps(kAlphaReach));
+    const __m128 alphaNear = _mm_cmple_ps(magnitude(colors.lane[0] - _mm_set1_ps(1.0f)), _mm_set1_ps(kAlphaReach));
     const __m128 inside =
         _mm_and_ps(_mm_and_ps(_mm_cmplt_ps(magnitude(r), nearReach), _mm_cmplt_ps(magnitude(g), nearReach)),
                    _mm_and_ps(_mm_cmplt_ps(magnitude(b), nearReach), alphaNear));
@@ -146,7 +146,7 @@ void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
             // Which of the four are single is left to no branch: it would be guessed wrong too often.
             ForLanes<4>([&](auto i) {
                 const std::size_t block = FirstBlockOf(cells[i]);
-                const __m128 four = Distances(colours, i)(blocks[block]);
+                const __m128 four = Distances(colors, i)(blocks[block]);
                 const Cell entry = entriesOf[block][firstEqual(four, smallest(four))];
                 entries[i] = cells[i] & kSingle ? cells[i] & 255 : entry;
             });
@@ -154,11 +154,11 @@ void NearestColour::find(const FourPixels& colours, std::uint32_t entries[4]) {
         }
     }
     const FourPixels single =
-        FourPixels::Transposed(colours.lane[0], colours.lane[1], colours.lane[2], colours.lane[3]);
+        FourPixels::Transposed(colors.lane[0], colors.lane[1], colors.lane[2], colors.lane[3]);
     ForLanes<4>([&](auto i) { entries[i] = cells[i] != 0 ? resolve(cells[i], single.lane[i]) : find(single.lane[i]); });
 }
 
-std::uint32_t NearestColour::find(__m128 argb) {
+std::uint32_t NearestColor::find(__m128 argb) {
     const __m128 away = magnitude(argb - _mm_setr_ps(1.0f, middle, middle, middle));
     alignas(16) float distance[4];
     _mm_store_ps(distance, away);
