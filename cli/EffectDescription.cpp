@@ -18,10 +18,10 @@ namespace {
 
 // Blanks and line breaks around a value are the file's layout.
 std::string TextOf(const ConfigDocument& config, const wchar_t* key) {
-    constexpr const char* blanks = " \t\r\n";
+    constexpr const char* kBlanks = " \t\r\n";
     const std::string value = config.GetValue(key);
-    const std::size_t first = value.find_first_not_of(blanks);
-    return first == std::string::npos ? "" : value.substr(first, value.find_last_not_of(blanks) + 1 - first);
+    const std::size_t first = value.find_first_not_of(kBlanks);
+    return first == std::string::npos ? "" : value.substr(first, value.find_last_not_of(kBlanks) + 1 - first);
 }
 
 constexpr std::string_view kMatchNamePrefix = "QLV";

@@ -50,7 +50,7 @@ PackedModule::PackedModule(const EffectSource& source) {
 
 PackedModule::~PackedModule() {
     removeFile();
-    if (folder) host::unloadModule(loaded->handle());
+    if (folder) host::UnloadModule(loaded->handle());
 }
 
 void PackedModule::removeFile() {

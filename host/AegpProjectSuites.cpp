@@ -11,7 +11,7 @@ namespace {
 // One of each is enough: an instance only passes them on to the next question.
 char layerPlace, compPlace, itemPlace;
 
-PF_Err effectLayer(PF_ProgPtr effectRef, AEGP_LayerH* out) {
+PF_Err EffectLayer(PF_ProgPtr effectRef, AEGP_LayerH* out) {
     const CallbackScope visit(effectRef, Callback::effectLayer);
     if (!visit) return visit.error();
     if (!out) return visit.refuse("the effect's layer is asked for into nowhere");
@@ -19,15 +19,15 @@ PF_Err effectLayer(PF_ProgPtr effectRef, AEGP_LayerH* out) {
     return PF_Err_NONE;
 }
 
-PF_Err newEffect(AEGP_PluginID plugin, PF_ProgPtr effectRef, AEGP_EffectRefH* out) {
+PF_Err NewEffect(AEGP_PluginID plugin, PF_ProgPtr effectRef, AEGP_EffectRefH* out) {
     const CallbackScope visit(effectRef, Callback::newEffect, plugin);
     if (!visit) return visit.error();
     if (plugin != kPluginId || !out) return visit.refuse("an effect reference is asked for by an unknown plug-in id");
-    *out = makeReference<AEGP_EffectRefH>(*visit, {.kind = kObjectEffect});
+    *out = MakeReference<AEGP_EffectRefH>(*visit, {.kind = kObjectEffect});
     return PF_Err_NONE;
 }
 
-A_Err parentComp(AEGP_LayerH layer, AEGP_CompH* out) {
+A_Err ParentComp(AEGP_LayerH layer, AEGP_CompH* out) {
     const CallbackScope visit(Callback::parentComp);
     if (!visit) return visit.error();
     if (static_cast<void*>(layer) != &layerPlace || !out) return visit.refuse("an unknown layer is passed");
@@ -35,7 +35,7 @@ A_Err parentComp(AEGP_LayerH layer, AEGP_CompH* out) {
     return PF_Err_NONE;
 }
 
-A_Err compItem(AEGP_CompH comp, AEGP_ItemH* out) {
+A_Err CompItem(AEGP_CompH comp, AEGP_ItemH* out) {
     const CallbackScope visit(Callback::compItem);
     if (!visit) return visit.error();
     if (static_cast<void*>(comp) != &compPlace || !out) return visit.refuse("an unknown composition is passed");
@@ -43,7 +43,7 @@ A_Err compItem(AEGP_CompH comp, AEGP_ItemH* out) {
     return PF_Err_NONE;
 }
 
-A_Err itemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
+A_Err ItemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
     const CallbackScope visit(Callback::itemDimensions);
     if (!visit) return visit.error();
     if (static_cast<void*>(item) != &itemPlace || !width || !height) return visit.refuse("an unknown item is passed");
@@ -52,7 +52,7 @@ A_Err itemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
     return PF_Err_NONE;
 }
 
-A_Err itemAspect(AEGP_ItemH item, A_Ratio* out) {
+A_Err ItemAspect(AEGP_ItemH item, A_Ratio* out) {
     const CallbackScope visit(Callback::itemAspect);
     if (!visit) return visit.error();
     if (static_cast<void*>(item) != &itemPlace || !out) return visit.refuse("an unknown item is passed");
@@ -61,7 +61,7 @@ A_Err itemAspect(AEGP_ItemH item, A_Ratio* out) {
     return PF_Err_NONE;
 }
 
-A_Err registerAegp(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* out) {
+A_Err RegisterAegp(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* out) {
     const CallbackScope visit(Callback::registerAegp, 0, name ? name : "");
     if (!visit) return visit.error();
     if (!name || !out) return visit.refuse("a registration without a name or a place for the id");
@@ -70,32 +70,32 @@ A_Err registerAegp(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* out) {
     return PF_Err_NONE;
 }
 
-A_Err disposeEffect(AEGP_EffectRefH effect) {
+A_Err DisposeEffect(AEGP_EffectRefH effect) {
     const CallbackScope visit(Callback::disposeEffect);
-    return visit.isInCall() ? giveBack(visit, effect, kObjectEffect) : visit.error();
+    return visit.isInCall() ? GiveBack(visit, effect, kObjectEffect) : visit.error();
 }
 
 }  // namespace
 
-std::span<const SuiteOffer> aegpProjectSuites() {
-    static const AEGP_PFInterfaceSuite1 interface { effectLayer, newEffect };
-    static const auto layer =
-        makeTable<AEGP_LayerSuite5>([](auto& table) { table.AEGP_GetLayerParentComp = parentComp; });
-    static const auto comp = makeTable<AEGP_CompSuite4>([](auto& table) { table.AEGP_GetItemFromComp = compItem; });
-    static const auto item = makeTable<AEGP_ItemSuite6>([](auto& table) {
-        table.AEGP_GetItemDimensions = itemDimensions;
-        table.AEGP_GetItemPixelAspectRatio = itemAspect;
+std::span<const SuiteOffer> AegpProjectSuites() {
+    static const AEGP_PFInterfaceSuite1 kInterface{EffectLayer, NewEffect};
+    static const auto kLayer =
+        MakeTable<AEGP_LayerSuite5>([](auto& table) { table.AEGP_GetLayerParentComp = ParentComp; });
+    static const auto kComp = MakeTable<AEGP_CompSuite4>([](auto& table) { table.AEGP_GetItemFromComp = CompItem; });
+    static const auto kItem = MakeTable<AEGP_ItemSuite6>([](auto& table) {
+        table.AEGP_GetItemDimensions = ItemDimensions;
+        table.AEGP_GetItemPixelAspectRatio = ItemAspect;
     });
-    static const auto utility =
-        makeTable<AEGP_UtilitySuite3>([](auto& table) { table.AEGP_RegisterWithAEGP = registerAegp; });
-    static const auto effect =
-        makeTable<AEGP_EffectSuite3>([](auto& table) { table.AEGP_DisposeEffect = disposeEffect; });
-    static const SuiteOffer offers[] = {
-        offerOf(suites::kAegpInterface, true, false, interface), offerOf(suites::kAegpLayer, true, false, layer),
-        offerOf(suites::kAegpComp, true, false, comp),           offerOf(suites::kAegpItem, true, false, item),
-        offerOf(suites::kAegpUtility, true, false, utility),     offerOf(suites::kAegpEffect, true, false, effect),
+    static const auto kUtility =
+        MakeTable<AEGP_UtilitySuite3>([](auto& table) { table.AEGP_RegisterWithAEGP = RegisterAegp; });
+    static const auto kEffect =
+        MakeTable<AEGP_EffectSuite3>([](auto& table) { table.AEGP_DisposeEffect = DisposeEffect; });
+    static const SuiteOffer kOffers[] = {
+        OfferOf(suites::kAegpInterface, true, false, kInterface), OfferOf(suites::kAegpLayer, true, false, kLayer),
+        OfferOf(suites::kAegpComp, true, false, kComp),           OfferOf(suites::kAegpItem, true, false, kItem),
+        OfferOf(suites::kAegpUtility, true, false, kUtility),     OfferOf(suites::kAegpEffect, true, false, kEffect),
     };
-    return offers;
+    return kOffers;
 }
 
 }  // namespace quillon::host

@@ -8,70 +8,70 @@ namespace quillon::host {
 
 namespace {
 
-A_Err newOptions(AEGP_PluginID plugin, AEGP_EffectRefH effect, AEGP_LayerRenderOptionsH* out) {
+A_Err NewOptions(AEGP_PluginID plugin, AEGP_EffectRefH effect, AEGP_LayerRenderOptionsH* out) {
     const CallbackScope visit(Callback::newRenderOptions, plugin);
     if (!visit) return visit.error();
     if (plugin != kPluginId || !out) return visit.refuse("render options are asked for by an unknown plug-in id");
-    if (!objectOf(visit, effect, kObjectEffect)) return PF_Err_BAD_CALLBACK_PARAM;
-    *out = makeReference<AEGP_LayerRenderOptionsH>(*visit, {.kind = kObjectRenderOptions});
+    if (!ObjectOf(visit, effect, kObjectEffect)) return PF_Err_BAD_CALLBACK_PARAM;
+    *out = MakeReference<AEGP_LayerRenderOptionsH>(*visit, {.kind = kObjectRenderOptions});
     return PF_Err_NONE;
 }
 
-A_Err disposeOptions(AEGP_LayerRenderOptionsH options) {
+A_Err DisposeOptions(AEGP_LayerRenderOptionsH options) {
     const CallbackScope visit(Callback::disposeRenderOptions);
-    return visit.isInCall() ? giveBack(visit, options, kObjectRenderOptions) : visit.error();
+    return visit.isInCall() ? GiveBack(visit, options, kObjectRenderOptions) : visit.error();
 }
 
-A_Err setTime(AEGP_LayerRenderOptionsH options, A_Time time) {
+A_Err SetTime(AEGP_LayerRenderOptionsH options, A_Time time) {
     const CallbackScope visit(Callback::setRenderTime, time.value);
     if (!visit) return visit.error();
-    HostObject* const object = objectOf(visit, options, kObjectRenderOptions);
+    HostObject* const object = ObjectOf(visit, options, kObjectRenderOptions);
     if (!object) return PF_Err_BAD_CALLBACK_PARAM;
     object->time = time;
     return PF_Err_NONE;
 }
 
-std::shared_ptr<World> upstreamFrame(const SelectorCall& call, A_Time time) {
+std::shared_ptr<World> UpstreamFrame(const SelectorCall& call, A_Time time) {
     const auto& hook = call.session.hooks().upstream;
     if (hook && call.selector.instance) return hook(*call.selector.instance, time);
     return call.selector.frame ? call.selector.frame->input : nullptr;
 }
 
 // Without a frame there: an error and no receipt.
-A_Err renderLayerFrame(AEGP_LayerRenderOptionsH options, A_Boolean, AEGP_RenderSuiteCheckForCancel, AEGP_CancelRefcon,
+A_Err RenderLayerFrame(AEGP_LayerRenderOptionsH options, A_Boolean, AEGP_RenderSuiteCheckForCancel, AEGP_CancelRefcon,
                        AEGP_FrameReceiptH* out) {
     const CallbackScope visit(Callback::renderLayerFrame);
     if (!visit) return visit.error();
-    const HostObject* const object = objectOf(visit, options, kObjectRenderOptions);
+    const HostObject* const object = ObjectOf(visit, options, kObjectRenderOptions);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
     visit->session.record([&](Records& records) { records.upstreamTimes.push_back(object->time); });
-    std::shared_ptr<World> world = upstreamFrame(*visit, object->time);
+    std::shared_ptr<World> world = UpstreamFrame(*visit, object->time);
     if (!world) return A_Err_GENERIC;
     visit->books.worldShown(world);
-    *out = makeReference<AEGP_FrameReceiptH>(*visit,
+    *out = MakeReference<AEGP_FrameReceiptH>(*visit,
                                              {.kind = kObjectReceipt, .time = object->time, .world = std::move(world)});
     return PF_Err_NONE;
 }
 
-A_Err checkinFrame(AEGP_FrameReceiptH receipt) {
+A_Err CheckinFrame(AEGP_FrameReceiptH receipt) {
     const CallbackScope visit(Callback::checkinFrame);
-    return visit.isInCall() ? giveBack(visit, receipt, kObjectReceipt) : visit.error();
+    return visit.isInCall() ? GiveBack(visit, receipt, kObjectReceipt) : visit.error();
 }
 
 // A receipt's world goes by the receipt's own address, and so ends with it.
-A_Err receiptWorld(AEGP_FrameReceiptH receipt, AEGP_WorldH* out) {
+A_Err ReceiptWorld(AEGP_FrameReceiptH receipt, AEGP_WorldH* out) {
     const CallbackScope visit(Callback::receiptWorld);
     if (!visit) return visit.error();
-    HostObject* const object = objectOf(visit, receipt, kObjectReceipt);
+    HostObject* const object = ObjectOf(visit, receipt, kObjectReceipt);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
     *out = reinterpret_cast<AEGP_WorldH>(object);
     return PF_Err_NONE;
 }
 
-A_Err fillOutWorld(AEGP_WorldH world, PF_EffectWorld* out) {
+A_Err FillOutWorld(AEGP_WorldH world, PF_EffectWorld* out) {
     const CallbackScope visit(Callback::fillOutWorld);
     if (!visit) return visit.error();
-    const HostObject* const object = objectOf(visit, world, kObjectReceipt);
+    const HostObject* const object = ObjectOf(visit, world, kObjectReceipt);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
     *out = object->world->record();
     return PF_Err_NONE;
@@ -79,25 +79,25 @@ A_Err fillOutWorld(AEGP_WorldH world, PF_EffectWorld* out) {
 
 }  // namespace
 
-std::span<const SuiteOffer> aegpRenderSuites() {
-    static const auto options = makeTable<AEGP_LayerRenderOptionsSuite1>([](auto& table) {
-        table.AEGP_NewFromUpstreamOfEffect = newOptions;
-        table.AEGP_Dispose = disposeOptions;
-        table.AEGP_SetTime = setTime;
+std::span<const SuiteOffer> AegpRenderSuites() {
+    static const auto kOptions = MakeTable<AEGP_LayerRenderOptionsSuite1>([](auto& table) {
+        table.AEGP_NewFromUpstreamOfEffect = NewOptions;
+        table.AEGP_Dispose = DisposeOptions;
+        table.AEGP_SetTime = SetTime;
     });
-    static const auto render = makeTable<AEGP_RenderSuite4>([](auto& table) {
-        table.AEGP_RenderAndCheckoutLayerFrame = renderLayerFrame;
-        table.AEGP_CheckinFrame = checkinFrame;
-        table.AEGP_GetReceiptWorld = receiptWorld;
+    static const auto kRender = MakeTable<AEGP_RenderSuite4>([](auto& table) {
+        table.AEGP_RenderAndCheckoutLayerFrame = RenderLayerFrame;
+        table.AEGP_CheckinFrame = CheckinFrame;
+        table.AEGP_GetReceiptWorld = ReceiptWorld;
     });
-    static const auto world =
-        makeTable<AEGP_WorldSuite3>([](auto& table) { table.AEGP_FillOutPFEffectWorld = fillOutWorld; });
-    static const SuiteOffer offers[] = {
-        offerOf(suites::kAegpLayerRenderOptions, true, false, options),
-        offerOf(suites::kAegpRender, true, false, render),
-        offerOf(suites::kAegpWorld, true, false, world),
+    static const auto kWorld =
+        MakeTable<AEGP_WorldSuite3>([](auto& table) { table.AEGP_FillOutPFEffectWorld = FillOutWorld; });
+    static const SuiteOffer kOffers[] = {
+        OfferOf(suites::kAegpLayerRenderOptions, true, false, kOptions),
+        OfferOf(suites::kAegpRender, true, false, kRender),
+        OfferOf(suites::kAegpWorld, true, false, kWorld),
     };
-    return offers;
+    return kOffers;
 }
 
 }  // namespace quillon::host

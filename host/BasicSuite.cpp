@@ -14,34 +14,34 @@ namespace {
 // The hosts' own code is not one of the effect API's, so that an effect that passes it on is seen.
 constexpr SPErr kSuiteNotFound = 0x5375;
 
-const SuiteOffer* findOffer(const std::string& name, bool isPremiere) {
+const SuiteOffer* FindOffer(const std::string& name, bool isPremiere) {
     for (const auto offers :
-         {effectSuites(), aegpProjectSuites(), aegpRenderSuites(), premiereSuites(), drawbotSuites()})
+         {EffectSuites(), AegpProjectSuites(), AegpRenderSuites(), PremiereSuites(), DrawbotSuites()})
         for (const SuiteOffer& offer : offers)
             if (name == offer.name && (isPremiere ? offer.isInPremiere : offer.isInAfterEffects)) return &offer;
     return nullptr;
 }
 
-bool isOffered(const SuiteOffer& offer, std::int32_t version, const Faults& faults) {
+bool IsOffered(const SuiteOffer& offer, std::int32_t version, const Faults& faults) {
     if (faults.isRefused(offer.name)) return false;
     if (const std::optional<std::int32_t> only = faults.onlyVersion(offer.name)) return version == *only;
     return version >= offer.lowestVersion && version <= offer.highestVersion;
 }
 
-SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {
+SPErr AcquireSuite(const char* name, std::int32_t version, const void** suite) {
     const std::string text = name ? name : "";
     const CallbackScope visit(Callback::acquireSuite, version, text);
     if (!visit) return visit.error();
     if (!suite) return visit.refuse("a suite is acquired into nowhere");
     HostSession& session = visit->session;
-    const SuiteOffer* const offer = findOffer(text, session.settings().kind == HostKind::premiere);
-    if (!offer || !isOffered(*offer, version, session.faults())) return kSuiteNotFound;
+    const SuiteOffer* const offer = FindOffer(text, session.settings().kind == HostKind::premiere);
+    if (!offer || !IsOffered(*offer, version, session.faults())) return kSuiteNotFound;
     *suite = session.faults().isNull(text) ? nullptr : offer->table;
     if (*suite) visit->books.suiteAcquired(text, version);
     return PF_Err_NONE;
 }
 
-SPErr releaseSuite(const char* name, std::int32_t version) {
+SPErr ReleaseSuite(const char* name, std::int32_t version) {
     const std::string text = name ? name : "";
     const CallbackScope visit(Callback::releaseSuite, version, text);
     if (!visit.isInCall()) return visit.error();
@@ -53,11 +53,11 @@ SPErr releaseSuite(const char* name, std::int32_t version) {
 
 }  // namespace
 
-SPBasicSuite* basicSuite() {
+SPBasicSuite* BasicSuite() {
     static SPBasicSuite table = [] {
         SPBasicSuite made{};
-        made.AcquireSuite = acquireSuite;
-        made.ReleaseSuite = releaseSuite;
+        made.AcquireSuite = AcquireSuite;
+        made.ReleaseSuite = ReleaseSuite;
         return made;
     }();
     return &table;

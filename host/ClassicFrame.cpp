@@ -38,7 +38,7 @@ Answer ClassicFrame::setup() {
 
 const char* ClassicFrame::makeOutput() {
     const int depth = request.depth();
-    if (const char* objection = sizeObjection(width, height, depth, session.settings().maxWorldBytes)) return objection;
+    if (const char* objection = SizeObjection(width, height, depth, session.settings().maxWorldBytes)) return objection;
     output = session.newWorld(width, height, depth);
     output->origin = origin;
     return nullptr;

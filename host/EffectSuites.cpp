@@ -9,7 +9,7 @@ namespace quillon::host {
 
 namespace {
 
-PF_Err updateParamUI(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDef* def) {
+PF_Err UpdateParamUi(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDef* def) {
     const CallbackScope visit(effectRef, Callback::updateParamUI, index);
     if (!visit.isInCall()) return visit.error();
     if (!def) return visit.refuse("PF_UpdateParamUI gets no control");
@@ -26,7 +26,7 @@ PF_Err updateParamUI(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDe
     return PF_Err_NONE;
 }
 
-PF_Err setOptionsButtonName(PF_ProgPtr effectRef, const A_char* name) {
+PF_Err SetOptionsButtonName(PF_ProgPtr effectRef, const A_char* name) {
     const CallbackScope visit(effectRef, Callback::setOptionsButtonName, 0, name ? name : "");
     if (!visit) return visit.error();
     if (!name) return visit.refuse("PF_SetOptionsButtonName gets no name");
@@ -34,7 +34,7 @@ PF_Err setOptionsButtonName(PF_ProgPtr effectRef, const A_char* name) {
     return PF_Err_NONE;
 }
 
-PF_Err floatingPointColor(PF_ProgPtr effectRef, const PF_ParamDef* def, PF_PixelFloat* out) {
+PF_Err FloatingPointColor(PF_ProgPtr effectRef, const PF_ParamDef* def, PF_PixelFloat* out) {
     const PF_ParamIndex index = def ? def->unused : 0;
     const CallbackScope visit(effectRef, Callback::floatingPointColor, index);
     if (!visit) return visit.error();
@@ -46,64 +46,64 @@ PF_Err floatingPointColor(PF_ProgPtr effectRef, const PF_ParamDef* def, PF_Pixel
 }
 
 template <class Pixel>
-PF_Err pixelData(Callback which, int depth, const PF_EffectWorld* world, PF_PixelPtr pixels, Pixel** out) {
+PF_Err PixelData(Callback which, int depth, const PF_EffectWorld* world, PF_PixelPtr pixels, Pixel** out) {
     const CallbackScope visit(which);
     if (!visit) return visit.error();
     if (!world || !out) return visit.refuse("pixels are asked of no world");
     *out = nullptr;
     const PF_PixelPtr asked = pixels ? pixels : world->data;
     if (!asked) return PF_Err_NONE;
-    const int depthThere = World::depthOf(asked);
+    const int depthThere = World::DepthOf(asked);
     if (depthThere == 0) return visit.refuse("pixels are asked of a world that no host made");
     if (depthThere == depth) *out = reinterpret_cast<Pixel*>(asked);
     return PF_Err_NONE;
 }
 
-PF_Err pixelData8(PF_EffectWorld* world, PF_PixelPtr pixels, PF_Pixel8** out) {
-    return pixelData(Callback::pixelData8, 8, world, pixels, out);
+PF_Err PixelData8(PF_EffectWorld* world, PF_PixelPtr pixels, PF_Pixel8** out) {
+    return PixelData(Callback::pixelData8, 8, world, pixels, out);
 }
 
-PF_Err pixelData16(PF_EffectWorld* world, PF_PixelPtr pixels, PF_Pixel16** out) {
-    return pixelData(Callback::pixelData16, 16, world, pixels, out);
+PF_Err PixelData16(PF_EffectWorld* world, PF_PixelPtr pixels, PF_Pixel16** out) {
+    return PixelData(Callback::pixelData16, 16, world, pixels, out);
 }
 
-PF_Err pixelDataFloat(PF_EffectWorld* world, PF_PixelPtr pixels, PF_PixelFloat** out) {
-    return pixelData(Callback::pixelDataFloat, 32, world, pixels, out);
+PF_Err PixelDataFloat(PF_EffectWorld* world, PF_PixelPtr pixels, PF_PixelFloat** out) {
+    return PixelData(Callback::pixelDataFloat, 32, world, pixels, out);
 }
 
 // A layer without pixels has no format: an error, and `out` stays.
-PF_Err worldFormat(const PF_EffectWorld* world, PF_PixelFormat* out) {
+PF_Err WorldFormat(const PF_EffectWorld* world, PF_PixelFormat* out) {
     const CallbackScope visit(Callback::worldFormat);
     if (!visit) return visit.error();
     if (!world || !out) return visit.refuse("the format of no world is asked for");
-    const int depth = World::depthOf(world->data);
+    const int depth = World::DepthOf(world->data);
     if (depth == 0) return PF_Err_BAD_CALLBACK_PARAM;
     *out = depth == 8 ? PF_PixelFormat_ARGB32 : depth == 16 ? PF_PixelFormat_ARGB64 : PF_PixelFormat_ARGB128;
     return PF_Err_NONE;
 }
 
-PF_Err setExtendedTool(PF_ExtendedSuiteTool tool) {
+PF_Err SetExtendedTool(PF_ExtendedSuiteTool tool) {
     return CallbackScope(Callback::setExtendedTool, tool).error();
 }
 
 }  // namespace
 
-std::span<const SuiteOffer> effectSuites() {
-    static const PF_HandleSuite1 handle{newHandle, lockHandle, unlockHandle, disposeHandle};
-    static const PF_ParamUtilsSuite3 paramUtils{updateParamUI};
-    static const PF_EffectUISuite1 effectUI{setOptionsButtonName};
-    static const PF_ColorParamSuite1 colorParam{floatingPointColor};
-    static const PF_PixelDataSuite1 pixels{pixelData8, pixelData16, pixelDataFloat};
-    static const auto world = makeTable<PF_WorldSuite2>([](auto& table) { table.PF_GetPixelFormat = worldFormat; });
-    static const auto helper =
-        makeTable<PF_HelperSuite2>([](auto& table) { table.PF_SetCurrentExtendedTool = setExtendedTool; });
-    static const SuiteOffer offers[] = {
-        offerOf(suites::kHandle, true, true, handle),      {suites::kParamUtils.name, 1, 3, true, true, &paramUtils},
-        offerOf(suites::kEffectUI, true, false, effectUI), offerOf(suites::kColorParam, true, true, colorParam),
-        offerOf(suites::kPixelData, true, true, pixels),   offerOf(suites::kWorld, true, false, world),
-        offerOf(suites::kHelper, true, true, helper),
+std::span<const SuiteOffer> EffectSuites() {
+    static const PF_HandleSuite1 kHandle{NewHandle, LockHandle, UnlockHandle, DisposeHandle};
+    static const PF_ParamUtilsSuite3 kParamUtils{UpdateParamUi};
+    static const PF_EffectUISuite1 kEffectUi{SetOptionsButtonName};
+    static const PF_ColorParamSuite1 kColorParam{FloatingPointColor};
+    static const PF_PixelDataSuite1 kPixels{PixelData8, PixelData16, PixelDataFloat};
+    static const auto kWorld = MakeTable<PF_WorldSuite2>([](auto& table) { table.PF_GetPixelFormat = WorldFormat; });
+    static const auto kHelper =
+        MakeTable<PF_HelperSuite2>([](auto& table) { table.PF_SetCurrentExtendedTool = SetExtendedTool; });
+    static const SuiteOffer kOffers[] = {
+        OfferOf(suites::kHandle, true, true, kHandle),      {suites::kParamUtils.name, 1, 3, true, true, &kParamUtils},
+        OfferOf(suites::kEffectUI, true, false, kEffectUi), OfferOf(suites::kColorParam, true, true, kColorParam),
+        OfferOf(suites::kPixelData, true, true, kPixels),   OfferOf(suites::kWorld, true, false, kWorld),
+        OfferOf(suites::kHelper, true, true, kHelper),
     };
-    return offers;
+    return kOffers;
 }
 
 }  // namespace quillon::host

@@ -7,13 +7,13 @@ namespace quillon::host {
 
 namespace {
 
-void complain(const CallbackScope& visit, const std::string& fault) {
+void Complain(const CallbackScope& visit, const std::string& fault) {
     if (!fault.empty()) visit->violation(fault);
 }
 
 }  // namespace
 
-PF_Handle newHandle(A_HandleSize size) {
+PF_Handle NewHandle(A_HandleSize size) {
     const CallbackScope visit(Callback::newHandle, static_cast<std::int64_t>(size));
     // Far beyond what an effect keeps: a size that went wrong.
     constexpr A_HandleSize kLargest = A_HandleSize{1} << 30;
@@ -23,32 +23,32 @@ PF_Handle newHandle(A_HandleSize size) {
     return handle;
 }
 
-void* lockHandle(PF_Handle handle) {
+void* LockHandle(PF_Handle handle) {
     const CallbackScope visit(Callback::lockHandle);
     if (!visit) return nullptr;
     std::string fault;
     void* const memory = visit->session.handles().lock(handle, fault);
     if (memory) visit->books.handleLocked(handle);
-    complain(visit, fault);
+    Complain(visit, fault);
     return memory;
 }
 
-void unlockHandle(PF_Handle handle) {
+void UnlockHandle(PF_Handle handle) {
     const CallbackScope visit(Callback::unlockHandle);
     if (!visit.isInCall()) return;
     std::string fault;
     visit->session.handles().unlock(handle, fault);
     if (fault.empty()) visit->books.handleUnlocked(handle);
-    complain(visit, fault);
+    Complain(visit, fault);
 }
 
-void disposeHandle(PF_Handle handle) {
+void DisposeHandle(PF_Handle handle) {
     const CallbackScope visit(Callback::disposeHandle);
     if (!visit.isInCall()) return;
     std::string fault;
     visit->session.handles().dispose(handle, fault);
     visit->books.handleDisposed(handle);
-    complain(visit, fault);
+    Complain(visit, fault);
 }
 
 }  // namespace quillon::host

@@ -78,17 +78,17 @@ constexpr CallbackInfo kInfos[] = {
     {C::addArc, "AddArc", s::kDrawbotPath.name},
 };
 
-constexpr bool isInOrder() {
+constexpr bool IsInOrder() {
     int place = 0;
     for (const CallbackInfo& info : kInfos)
         if (static_cast<int>(info.callback) != place++) return false;
     return place == kCallbackCount;
 }
-static_assert(isInOrder());
+static_assert(IsInOrder());
 
 }  // namespace
 
-const CallbackInfo& infoOf(Callback callback) {
+const CallbackInfo& InfoOf(Callback callback) {
     return kInfos[static_cast<int>(callback)];
 }
 

@@ -79,6 +79,6 @@ struct CallbackInfo {
     const char* suite;  // the suite that it belongs to and that must be held when it is called; null: none
 };
 
-const CallbackInfo& infoOf(Callback callback);
+const CallbackInfo& InfoOf(Callback callback);
 
 }  // namespace quillon::host

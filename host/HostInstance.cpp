@@ -11,16 +11,16 @@ namespace quillon::host {
 
 namespace {
 
-PF_Fixed toFixed(double value) {
+PF_Fixed ToFixed(double value) {
     const double scaled = std::clamp(std::round(value * 65536.0), -2147483648.0, 2147483647.0);
     return static_cast<PF_Fixed>(scaled);
 }
 
-A_u_char toByte(float value) {
+A_u_char ToByte(float value) {
     return static_cast<A_u_char>(std::lround(std::clamp(value, 0.0f, 1.0f) * 255.0f));
 }
 
-PF_PixelFloat toFloats(const PF_Pixel& pixel) {
+PF_PixelFloat ToFloats(const PF_Pixel& pixel) {
     return {pixel.alpha / 255.0f, pixel.red / 255.0f, pixel.green / 255.0f, pixel.blue / 255.0f};
 }
 
@@ -54,7 +54,7 @@ void HostInstance::setFloat(PF_ParamIndex index, double value) {
 }
 
 void HostInstance::setAngle(PF_ParamIndex index, double degrees) {
-    paramOfType(index, PF_Param_ANGLE).u.ad.value = toFixed(degrees);
+    paramOfType(index, PF_Param_ANGLE).u.ad.value = ToFixed(degrees);
 }
 
 void HostInstance::setCheckbox(PF_ParamIndex index, bool isChecked) {
@@ -67,8 +67,8 @@ void HostInstance::setPopup(PF_ParamIndex index, A_long entryFromOne) {
 
 void HostInstance::setPoint(PF_ParamIndex index, double x, double y) {
     PF_PointDef& point = paramOfType(index, PF_Param_POINT).u.td;
-    point.x_value = toFixed(x);
-    point.y_value = toFixed(y);
+    point.x_value = ToFixed(x);
+    point.y_value = ToFixed(y);
 }
 
 void HostInstance::setPoint3D(PF_ParamIndex index, double x, double y, double z) {
@@ -80,7 +80,7 @@ void HostInstance::setPoint3D(PF_ParamIndex index, double x, double y, double z)
 
 void HostInstance::setColor(PF_ParamIndex index, const PF_PixelFloat& color) {
     PF_ColorDef& def = paramOfType(index, PF_Param_COLOR).u.cd;
-    def.value = {toByte(color.alpha), toByte(color.red), toByte(color.green), toByte(color.blue)};
+    def.value = {ToByte(color.alpha), ToByte(color.red), ToByte(color.green), ToByte(color.blue)};
     colors[index] = color;
 }
 
@@ -92,7 +92,7 @@ void HostInstance::setLayer(PF_ParamIndex index, std::shared_ptr<World> picture)
 
 PF_PixelFloat HostInstance::color(PF_ParamIndex index) const {
     const auto found = colors.find(index);
-    return found == colors.end() ? toFloats(params.at(index).u.cd.value) : found->second;
+    return found == colors.end() ? ToFloats(params.at(index).u.cd.value) : found->second;
 }
 
 std::shared_ptr<World> HostInstance::layer(PF_ParamIndex index) const {

@@ -15,26 +15,26 @@ Answer HostSession::about() {
 
 Answer HostSession::globalSetup() {
     const Answer answer = send({.cmd = PF_Cmd_GLOBAL_SETUP});
-    outFlags_ = answer.out.out_flags;
-    outFlags2_ = answer.out.out_flags2;
-    if (answer.out.global_data != globalData_) {
-        if (globalData_) handles_.disposeIfAlive(globalData_);
-        globalData_ = answer.out.global_data;
+    outFlags = answer.out.out_flags;
+    outFlags2 = answer.out.out_flags2;
+    if (answer.out.global_data != globalDataHandle) {
+        if (globalDataHandle) handleTracker.disposeIfAlive(globalDataHandle);
+        globalDataHandle = answer.out.global_data;
     }
     return answer;
 }
 
 Answer HostSession::globalSetdown() {
     const Answer answer = send({.cmd = PF_Cmd_GLOBAL_SETDOWN});
-    if (globalData_) handles_.disposeIfAlive(globalData_);
-    globalData_ = nullptr;
+    if (globalDataHandle) handleTracker.disposeIfAlive(globalDataHandle);
+    globalDataHandle = nullptr;
     return answer;
 }
 
 Answer HostSession::paramsSetup() {
-    parameters_.clear();
+    addedParameters.clear();
     const Answer answer = send({.cmd = PF_Cmd_PARAMS_SETUP});
-    claimedParams_ = answer.out.num_params;
+    claimedParams = answer.out.num_params;
     return answer;
 }
 
@@ -49,7 +49,7 @@ Answer HostSession::sequenceResetup(HostInstance& instance) {
     if (answer.error != PF_Err_NONE) return answer;
     // The block that came from the host is the host's to end.
     if (instance.sequenceData && instance.sequenceData != answer.out.sequence_data) {
-        handles_.disposeIfAlive(instance.sequenceData);
+        handleTracker.disposeIfAlive(instance.sequenceData);
         instance.sequenceData = nullptr;
     }
     adoptSequence(instance, answer);
@@ -57,16 +57,16 @@ Answer HostSession::sequenceResetup(HostInstance& instance) {
 }
 
 void HostSession::adoptSequence(HostInstance& instance, const Answer& answer) {
-    if (instance.sequenceData && !handles_.isAlive(instance.sequenceData)) instance.sequenceData = nullptr;
+    if (instance.sequenceData && !handleTracker.isAlive(instance.sequenceData)) instance.sequenceData = nullptr;
     const PF_Handle given = answer.out.sequence_data;
     if (!given || given == instance.sequenceData) return;
-    if (instance.sequenceData) handles_.disposeIfAlive(instance.sequenceData);
+    if (instance.sequenceData) handleTracker.disposeIfAlive(instance.sequenceData);
     instance.sequenceData = given;
 }
 
 Answer HostSession::sequenceFlatten(HostInstance& instance) {
     const Answer answer = send({.cmd = PF_Cmd_SEQUENCE_FLATTEN, .instance = &instance});
-    if (instance.flatData) handles_.disposeIfAlive(instance.flatData);
+    if (instance.flatData) handleTracker.disposeIfAlive(instance.flatData);
     const PF_Handle given = answer.out.sequence_data;
     instance.flatData = given == instance.sequenceData ? nullptr : given;
     return answer;
@@ -75,11 +75,11 @@ Answer HostSession::sequenceFlatten(HostInstance& instance) {
 Answer HostSession::sequenceSetdown(HostInstance& instance) {
     const Answer answer = send({.cmd = PF_Cmd_SEQUENCE_SETDOWN, .instance = &instance});
     if (!instance.sequenceData) return answer;
-    const bool isAlive = handles_.isAlive(instance.sequenceData);
+    const bool isAlive = handleTracker.isAlive(instance.sequenceData);
     if (isAlive && answer.error != PF_Err_NONE) return answer;
     if (isAlive) {
         addViolation("SEQUENCE_SETDOWN: the instance's block is not disposed");
-        handles_.disposeIfAlive(instance.sequenceData);
+        handleTracker.disposeIfAlive(instance.sequenceData);
     }
     instance.sequenceData = nullptr;
     return answer;
@@ -91,7 +91,7 @@ Answer HostSession::userChangedParam(HostInstance& instance, PF_ParamIndex index
 }
 
 Answer HostSession::updateParamsUI(HostInstance& instance) {
-    if (!(outFlags_ & PF_OutFlag_SEND_UPDATE_PARAMS_UI)) return {};
+    if (!(outFlags & PF_OutFlag_SEND_UPDATE_PARAMS_UI)) return {};
     return send({.cmd = PF_Cmd_UPDATE_PARAMS_UI, .instance = &instance, .hasParams = true});
 }
 
@@ -101,7 +101,7 @@ Answer HostSession::event(HostInstance& instance, PF_EventExtra& extra) {
 
 Answer HostSession::checked(PF_Cmd cmd, const Answer& answer) const {
     if (answer.error == PF_Err_NONE) return answer;
-    std::string text = std::string(selectorName(cmd)) + " answered " + std::to_string(answer.error);
+    std::string text = std::string(SelectorName(cmd)) + " answered " + std::to_string(answer.error);
     const char* const message = answer.out.return_msg;
     const char* const end = std::find(message, message + sizeof(answer.out.return_msg), '\0');
     if (end != message) text += ": " + std::string(message, end);
@@ -114,8 +114,8 @@ void HostSession::start() {
 }
 
 HostInstance& HostSession::newInstance() {
-    const std::lock_guard lock(mutex_);
-    return instances_.emplace_back(*this, ++lastInstance_);
+    const std::lock_guard lock(mutex);
+    return instances.emplace_back(*this, ++lastInstance);
 }
 
 HostInstance& HostSession::apply() {
@@ -128,15 +128,15 @@ HostInstance& HostSession::apply() {
 std::vector<std::byte> HostSession::save(HostInstance& instance) {
     checked(PF_Cmd_SEQUENCE_FLATTEN, sequenceFlatten(instance));
     if (!instance.flatData) return {};
-    std::vector<std::byte> flatBytes = handles_.bytes(instance.flatData);
-    handles_.disposeIfAlive(instance.flatData);
+    std::vector<std::byte> flatBytes = handleTracker.bytes(instance.flatData);
+    handleTracker.disposeIfAlive(instance.flatData);
     instance.flatData = nullptr;
     return flatBytes;
 }
 
 HostInstance& HostSession::load(std::span<const std::byte> flatBytes) {
     HostInstance& instance = newInstance();
-    if (!flatBytes.empty()) instance.sequenceData = handles_.makeWith(flatBytes);
+    if (!flatBytes.empty()) instance.sequenceData = handleTracker.makeWith(flatBytes);
     checked(PF_Cmd_SEQUENCE_RESETUP, sequenceResetup(instance));
     checked(PF_Cmd_UPDATE_PARAMS_UI, updateParamsUI(instance));
     return instance;
@@ -146,7 +146,7 @@ HostInstance& HostSession::duplicate(HostInstance& instance) {
     HostInstance& copy = newInstance();
     copy.copyValues(instance);
     const std::vector<std::byte> flatBytes = save(instance);
-    if (!flatBytes.empty()) copy.sequenceData = handles_.makeWith(flatBytes);
+    if (!flatBytes.empty()) copy.sequenceData = handleTracker.makeWith(flatBytes);
     checked(PF_Cmd_SEQUENCE_RESETUP, sequenceResetup(copy));
     checked(PF_Cmd_UPDATE_PARAMS_UI, updateParamsUI(copy));
     return copy;
@@ -154,13 +154,13 @@ HostInstance& HostSession::duplicate(HostInstance& instance) {
 
 void HostSession::remove(HostInstance& instance) {
     checked(PF_Cmd_SEQUENCE_SETDOWN, sequenceSetdown(instance));
-    const std::lock_guard lock(mutex_);
-    instances_.remove_if([&](const HostInstance& other) { return &other == &instance; });
+    const std::lock_guard lock(mutex);
+    instances.remove_if([&](const HostInstance& other) { return &other == &instance; });
 }
 
 FrameResult HostSession::renderFrame(HostInstance& instance, const FrameRequest& request) {
     const bool isSmart =
-        hostSettings_.routeInUse() == Route::smart && (outFlags2_ & PF_OutFlag2_SUPPORTS_SMART_RENDER) != 0;
+        chosenSettings.routeInUse() == Route::smart && (outFlags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) != 0;
     return isSmart ? SmartFrame(instance, request).walk() : ClassicFrame(instance, request).walk();
 }
 

@@ -8,7 +8,7 @@ namespace quillon::host {
 
 namespace {
 
-A_long fullSize(A_long size, const PF_RationalScale& downsample) {
+A_long FullSize(A_long size, const PF_RationalScale& downsample) {
     return downsample.num > 0 ? static_cast<A_long>(static_cast<std::int64_t>(size) * downsample.den / downsample.num)
                               : size;
 }
@@ -16,20 +16,20 @@ A_long fullSize(A_long size, const PF_RationalScale& downsample) {
 }  // namespace
 
 HostSession::HostSession(EffectModule effect, HostSettings hostSettings)
-    : module_(std::move(effect)), hostSettings_(hostSettings) {}
+    : module(std::move(effect)), chosenSettings(hostSettings) {}
 
 HostSession::~HostSession() = default;
 
 void HostSession::fillIn(PF_InData& in, const Selector& selector) const {
-    const HostSettings& set = hostSettings_;
-    fillInteractCallbacks(in.inter);
-    in.utils = utilCallbacks();
-    in.pica_basicP = faults_.hasBasicSuite() ? basicSuite() : nullptr;
+    const HostSettings& set = chosenSettings;
+    FillInteractCallbacks(in.inter);
+    in.utils = UtilCallbacks();
+    in.pica_basicP = plannedFaults.hasBasicSuite() ? BasicSuite() : nullptr;
     in.effect_ref = effectRefOf(selector.instance);
     in.quality = PF_Quality_HI;
     in.version = {set.versionMajor, set.versionMinor};
     in.appl_id = set.applId();
-    in.num_params = static_cast<A_long>(parameters_.size()) + 1;
+    in.num_params = static_cast<A_long>(addedParameters.size()) + 1;
     in.current_time = selector.instance ? selector.instance->currentTime : set.currentTime;
     in.time_step = selector.instance ? selector.instance->timeStep : set.timeStep;
     in.local_time_step = in.time_step;
@@ -39,8 +39,8 @@ void HostSession::fillIn(PF_InData& in, const Selector& selector) const {
     in.height = set.compHeight;
     if (const FrameRequest* frame = selector.frame) {
         if (frame->input) {
-            in.width = fullSize(frame->input->width(), set.downsampleX);
-            in.height = fullSize(frame->input->height(), set.downsampleY);
+            in.width = FullSize(frame->input->width(), set.downsampleX);
+            in.height = FullSize(frame->input->height(), set.downsampleY);
         }
         in.width = frame->layerWidth.value_or(in.width);
         in.height = frame->layerHeight.value_or(in.height);
@@ -53,7 +53,7 @@ void HostSession::fillIn(PF_InData& in, const Selector& selector) const {
     in.downsample_x = set.downsampleX;
     in.downsample_y = set.downsampleY;
     in.pixel_aspect_ratio = set.layerPixelAspect;
-    in.global_data = globalData_;
+    in.global_data = globalDataHandle;
     in.sequence_data = selector.instance ? selector.instance->sequenceData : nullptr;
     in.frame_data = selector.frameData;
 }
@@ -73,7 +73,7 @@ Answer HostSession::send(const Selector& selector) {
     std::vector<PF_ParamDef*> params;
     SelectorCall call(*this, selector, out);
     if (selector.hasParams) {
-        defs.resize(std::max(parameters_.size() + 1, static_cast<std::size_t>(std::max(claimedParams_, A_long{1}))));
+        defs.resize(std::max(addedParameters.size() + 1, static_cast<std::size_t>(std::max(claimedParams, A_long{1}))));
         for (std::size_t i = 0; i < defs.size(); ++i) {
             call.serveParam(static_cast<PF_ParamIndex>(i), defs[i]);
             params.push_back(&defs[i]);
@@ -82,15 +82,15 @@ Answer HostSession::send(const Selector& selector) {
     PF_LayerDef output{};
     if (selector.output) output = selector.output->record();
 
-    if (hooks_.before) hooks_.before(selector.cmd, in, out);
+    if (testHooks.before) testHooks.before(selector.cmd, in, out);
     try {
-        answer.error = module_.entry()(selector.cmd, &in, &out, params.empty() ? nullptr : params.data(),
-                                       selector.output ? &output : nullptr, selector.extra);
+        answer.error = module.entry()(selector.cmd, &in, &out, params.empty() ? nullptr : params.data(),
+                                      selector.output ? &output : nullptr, selector.extra);
     } catch (...) {
         call.violation("an exception left the effect");
         answer.error = PF_Err_INVALID_CALLBACK;
     }
-    if (hooks_.after) hooks_.after(selector.cmd, in, out);
+    if (testHooks.after) testHooks.after(selector.cmd, in, out);
     call.close(in);
 
     if (!selector.instance) return answer;
@@ -104,38 +104,38 @@ Answer HostSession::send(const Selector& selector) {
 }
 
 void HostSession::clearRecords() {
-    const std::lock_guard lock(mutex_);
-    records_ = {};
+    const std::lock_guard lock(mutex);
+    keptRecords = {};
 }
 
 std::vector<std::string> HostSession::violations() const {
-    const std::lock_guard lock(mutex_);
-    return violations_;
+    const std::lock_guard lock(mutex);
+    return seenViolations;
 }
 
 void HostSession::clearViolations() {
-    const std::lock_guard lock(mutex_);
-    violations_.clear();
+    const std::lock_guard lock(mutex);
+    seenViolations.clear();
 }
 
 void HostSession::addViolation(const std::string& text) {
-    const std::lock_guard lock(mutex_);
-    violations_.push_back(text);
+    const std::lock_guard lock(mutex);
+    seenViolations.push_back(text);
 }
 
 void HostSession::allowLostHandles(int count) {
-    const std::lock_guard lock(mutex_);
-    allowedLosses_ = count;
+    const std::lock_guard lock(mutex);
+    allowedLosses = count;
 }
 
 bool HostSession::isLossAllowed() {
-    const std::lock_guard lock(mutex_);
-    return allowedLosses_ > 0 && allowedLosses_-- > 0;
+    const std::lock_guard lock(mutex);
+    return allowedLosses > 0 && allowedLosses-- > 0;
 }
 
 std::shared_ptr<World> HostSession::newWorld(A_long width, A_long height, int bitDepth) const {
-    auto world = std::make_shared<World>(width, height, bitDepth, hostSettings_.rowPaddingPixels);
-    world->pixelAspect = hostSettings_.layerPixelAspect;
+    auto world = std::make_shared<World>(width, height, bitDepth, chosenSettings.rowPaddingPixels);
+    world->pixelAspect = chosenSettings.layerPixelAspect;
     return world;
 }
 
@@ -153,11 +153,11 @@ PF_ParamDef HostSession::inputParam(const FrameRequest* frame) const {
 
 void HostSession::addParameter(const PF_ParamDef& def) {
     PF_ParamDef own = def;
-    const auto keep = [this](const char* text) { return text ? texts_.emplace_back(text).c_str() : nullptr; };
+    const auto keep = [this](const char* text) { return text ? texts.emplace_back(text).c_str() : nullptr; };
     if (own.param_type == PF_Param_POPUP) own.u.pd.u.namesptr = keep(own.u.pd.u.namesptr);
     if (own.param_type == PF_Param_CHECKBOX) own.u.bd.u.nameptr = keep(own.u.bd.u.nameptr);
     if (own.param_type == PF_Param_BUTTON) own.u.button_d.u.namesptr = keep(own.u.button_d.u.namesptr);
-    parameters_.push_back(own);
+    addedParameters.push_back(own);
 }
 
 }  // namespace quillon::host

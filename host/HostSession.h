@@ -69,16 +69,16 @@ public:
     // Any selector, with the books kept but nothing taken over from what it leaves.
     Answer send(const Selector& selector);
 
-    const HostSettings& settings() const { return hostSettings_; }
-    Faults& faults() { return faults_; }
-    Hooks& hooks() { return hooks_; }
-    HandleTracker& handles() { return handles_; }
-    PF_Handle globalData() const { return globalData_; }
+    const HostSettings& settings() const { return chosenSettings; }
+    Faults& faults() { return plannedFaults; }
+    Hooks& hooks() { return testHooks; }
+    HandleTracker& handles() { return handleTracker; }
+    PF_Handle globalData() const { return globalDataHandle; }
 
     // The controls that the effect has added, host index 1 first. Texts are the session's own copies.
-    const std::vector<PF_ParamDef>& parameters() const { return parameters_; }
+    const std::vector<PF_ParamDef>& parameters() const { return addedParameters; }
 
-    const Records& records() const { return records_; }
+    const Records& records() const { return keptRecords; }
     void clearRecords();
     std::vector<std::string> violations() const;
     void clearViolations();
@@ -94,38 +94,38 @@ public:
     bool isLossAllowed();
     template <class Note>
     void record(Note note) {
-        if (!hostSettings_.keepsRecords) return;
-        const std::lock_guard lock(mutex_);
-        note(records_);
+        if (!chosenSettings.keepsRecords) return;
+        const std::lock_guard lock(mutex);
+        note(keptRecords);
     }
     PF_ProgPtr effectRefOf(const HostInstance* instance) const;
     PF_ParamDef inputParam(const FrameRequest* frame) const;
     void addParameter(const PF_ParamDef& def);
-    void* moduleHandle() const { return module_.handle(); }
+    void* moduleHandle() const { return module.handle(); }
 
 private:
     void fillIn(PF_InData& in, const Selector& selector) const;
     void adoptSequence(HostInstance& instance, const Answer& answer);
     Answer checked(PF_Cmd cmd, const Answer& answer) const;
 
-    const EffectModule module_;
-    const HostSettings hostSettings_;
-    Faults faults_;
-    Hooks hooks_;
-    HandleTracker handles_;
-    PF_Handle globalData_ = nullptr;
-    PF_OutFlags outFlags_ = 0;
-    PF_OutFlags2 outFlags2_ = 0;
-    std::vector<PF_ParamDef> parameters_;
-    A_long claimedParams_ = 1;  // num_params as the effect told it, which may run ahead of the list
-    std::deque<std::string> texts_;
+    const EffectModule module;
+    const HostSettings chosenSettings;
+    Faults plannedFaults;
+    Hooks testHooks;
+    HandleTracker handleTracker;
+    PF_Handle globalDataHandle = nullptr;
+    PF_OutFlags outFlags = 0;
+    PF_OutFlags2 outFlags2 = 0;
+    std::vector<PF_ParamDef> addedParameters;
+    A_long claimedParams = 1;  // num_params as the effect told it, which may run ahead of the list
+    std::deque<std::string> texts;
 
-    mutable std::mutex mutex_;  // of what follows
-    std::list<HostInstance> instances_;
-    int lastInstance_ = 0;
-    Records records_;
-    std::vector<std::string> violations_;
-    int allowedLosses_ = 0;
+    mutable std::mutex mutex;  // of what follows
+    std::list<HostInstance> instances;
+    int lastInstance = 0;
+    Records keptRecords;
+    std::vector<std::string> seenViolations;
+    int allowedLosses = 0;
 };
 
 }  // namespace quillon::host

@@ -8,17 +8,17 @@ namespace quillon::host {
 
 // The host's functions, as tables that live as long as the process. All of them find their session by SelectorCall.
 
-void fillInteractCallbacks(PF_InteractCallbacks& table);
-PF_UtilCallbacks* utilCallbacks();
-SPBasicSuite* basicSuite();
-PF_PreRenderCallbacks* preRenderCallbacks();
-PF_SmartRenderCallbacks* smartRenderCallbacks();
+void FillInteractCallbacks(PF_InteractCallbacks& table);
+PF_UtilCallbacks* UtilCallbacks();
+SPBasicSuite* BasicSuite();
+PF_PreRenderCallbacks* PreRenderCallbacks();
+PF_SmartRenderCallbacks* SmartRenderCallbacks();
 
 // The handle functions, which the utilities and a suite share.
-PF_Handle newHandle(A_HandleSize size);
-void* lockHandle(PF_Handle handle);
-void unlockHandle(PF_Handle handle);
-void disposeHandle(PF_Handle handle);
+PF_Handle NewHandle(A_HandleSize size);
+void* LockHandle(PF_Handle handle);
+void UnlockHandle(PF_Handle handle);
+void DisposeHandle(PF_Handle handle);
 
 struct SuiteOffer {
     const char* name;
@@ -29,15 +29,15 @@ struct SuiteOffer {
     const void* table;
 };
 
-std::span<const SuiteOffer> effectSuites();
-std::span<const SuiteOffer> aegpProjectSuites();
-std::span<const SuiteOffer> aegpRenderSuites();
-std::span<const SuiteOffer> premiereSuites();
-std::span<const SuiteOffer> drawbotSuites();
+std::span<const SuiteOffer> EffectSuites();
+std::span<const SuiteOffer> AegpProjectSuites();
+std::span<const SuiteOffer> AegpRenderSuites();
+std::span<const SuiteOffer> PremiereSuites();
+std::span<const SuiteOffer> DrawbotSuites();
 
 // A table with some of its functions and null for the rest.
 template <class Table>
-Table makeTable(void (*fillTable)(Table&)) {
+Table MakeTable(void (*fillTable)(Table&)) {
     Table table{};
     fillTable(table);
     return table;
@@ -45,7 +45,7 @@ Table makeTable(void (*fillTable)(Table&)) {
 
 // A key's own version and no other.
 template <class Table>
-constexpr SuiteOffer offerOf(const SuiteKey<Table>& key, bool isInAfterEffects, bool isInPremiere, const Table& table) {
+constexpr SuiteOffer OfferOf(const SuiteKey<Table>& key, bool isInAfterEffects, bool isInPremiere, const Table& table) {
     return {key.name, key.version, key.version, isInAfterEffects, isInPremiere, &table};
 }
 

@@ -7,7 +7,7 @@ namespace quillon::host {
 
 namespace {
 
-PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_long timeStep, A_u_long timeScale,
+PF_Err CheckoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_long timeStep, A_u_long timeScale,
                      PF_ParamDef* param) {
     const CallbackScope visit(effectRef, Callback::checkoutParam, index);
     PF_Err error = visit.error();
@@ -24,15 +24,15 @@ PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_l
     return error;
 }
 
-PF_Err checkinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
+PF_Err CheckinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
     const CallbackScope visit(effectRef, Callback::checkinParam);
     if (visit.isInCall()) visit->books.paramCheckedIn();
     if (visit && !param) return visit.refuse("checkin_param gets no control");
     return visit.error();
 }
 
-PF_Err addParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
-    SelectorCall* const call = SelectorCall::current();
+PF_Err AddParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
+    SelectorCall* const call = SelectorCall::Current();
     const CallbackScope visit(effectRef, Callback::addParam, call ? std::ssize(call->session.parameters()) + 1 : 0);
     if (!visit) return visit.error();
     if (visit->selector.cmd != PF_Cmd_PARAMS_SETUP) return visit.refuse("add_param outside of PARAMS_SETUP");
@@ -41,7 +41,7 @@ PF_Err addParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
     return PF_Err_NONE;
 }
 
-PF_Err registerUI(PF_ProgPtr effectRef, PF_CustomUIInfo* info) {
+PF_Err RegisterUi(PF_ProgPtr effectRef, PF_CustomUIInfo* info) {
     const CallbackScope visit(effectRef, Callback::registerUI, info ? info->events : 0);
     if (!visit) return visit.error();
     if (!info) return visit.refuse("register_ui gets nothing to register");
@@ -49,23 +49,23 @@ PF_Err registerUI(PF_ProgPtr effectRef, PF_CustomUIInfo* info) {
     return PF_Err_NONE;
 }
 
-PF_Err abortRequested(PF_ProgPtr effectRef) {
+PF_Err AbortRequested(PF_ProgPtr effectRef) {
     return CallbackScope(effectRef, Callback::abort).error();
 }
 
-PF_Err progress(PF_ProgPtr effectRef, A_long, A_long) {
+PF_Err Progress(PF_ProgPtr effectRef, A_long, A_long) {
     return CallbackScope(effectRef, Callback::progress).error();
 }
 
 }  // namespace
 
-void fillInteractCallbacks(PF_InteractCallbacks& table) {
-    table.checkout_param = checkoutParam;
-    table.checkin_param = checkinParam;
-    table.add_param = addParam;
-    table.register_ui = registerUI;
-    table.abort = abortRequested;
-    table.progress = progress;
+void FillInteractCallbacks(PF_InteractCallbacks& table) {
+    table.checkout_param = CheckoutParam;
+    table.checkin_param = CheckinParam;
+    table.add_param = AddParam;
+    table.register_ui = RegisterUi;
+    table.abort = AbortRequested;
+    table.progress = Progress;
 }
 
 }  // namespace quillon::host

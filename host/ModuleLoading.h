@@ -9,12 +9,12 @@ namespace quillon::host {
 
 // Loads a module with all its symbols bound and none of them shared with other modules; null when it cannot, with the
 // loader's words in `reason`.
-void* loadModule(const std::filesystem::path& file, std::string& reason);
+void* LoadModule(const std::filesystem::path& file, std::string& reason);
 
 // An exported function of the module; null when it has none of that name.
-void* findInModule(void* module, const char* name);
+void* FindInModule(void* module, const char* name);
 
 // Takes one loading back. Nobody may be inside the module, or come back to it.
-void unloadModule(void* module);
+void UnloadModule(void* module);
 
 }  // namespace quillon::host

@@ -14,19 +14,19 @@ inline constexpr AEGP_PluginID kPluginId = 4711;
 
 // A reference that this selector has to give back.
 template <class Reference>
-Reference makeReference(SelectorCall& call, HostObject object) {
+Reference MakeReference(SelectorCall& call, HostObject object) {
     return static_cast<Reference>(call.books.objectMade(std::make_unique<HostObject>(std::move(object))));
 }
 
 // The object behind a reference; null, and told to the session, when it is none of this kind.
-inline HostObject* objectOf(const CallbackScope& visit, const void* reference, const char* kind) {
+inline HostObject* ObjectOf(const CallbackScope& visit, const void* reference, const char* kind) {
     HostObject* const object = visit->books.object(reference, kind);
     if (!object) visit->violation(std::string("what is passed as ") + kind + " is none");
     return object;
 }
 
-inline PF_Err giveBack(const CallbackScope& visit, const void* reference, const char* kind) {
-    if (!objectOf(visit, reference, kind)) return PF_Err_BAD_CALLBACK_PARAM;
+inline PF_Err GiveBack(const CallbackScope& visit, const void* reference, const char* kind) {
+    if (!ObjectOf(visit, reference, kind)) return PF_Err_BAD_CALLBACK_PARAM;
     visit->books.objectGivenBack(reference);
     return visit.error();
 }

@@ -9,25 +9,25 @@ namespace {
 
 constexpr PrTimelineID kTimeline = 815;
 
-PF_Err addPixelFormat(PF_ProgPtr effectRef, PrPixelFormat format) {
+PF_Err AddPixelFormat(PF_ProgPtr effectRef, PrPixelFormat format) {
     const CallbackScope visit(effectRef, Callback::addPixelFormat, format);
     if (!visit) return visit.error();
     visit->session.record([&](Records& records) { records.pixelFormats.push_back(format); });
     return PF_Err_NONE;
 }
 
-PF_Err clearPixelFormats(PF_ProgPtr effectRef) {
+PF_Err ClearPixelFormats(PF_ProgPtr effectRef) {
     const CallbackScope visit(effectRef, Callback::clearPixelFormats);
     if (!visit) return visit.error();
     visit->session.record([&](Records& records) { records.pixelFormats.clear(); });
     return PF_Err_NONE;
 }
 
-PF_Err premiereFormat(PF_EffectWorld* world, PrPixelFormat* out) {
+PF_Err PremiereFormat(PF_EffectWorld* world, PrPixelFormat* out) {
     const CallbackScope visit(Callback::premiereFormat);
     if (!visit) return visit.error();
     if (!world || !out) return visit.refuse("the format of no world is asked for");
-    const int depth = World::depthOf(world->data);
+    const int depth = World::DepthOf(world->data);
     if (depth == 0) return PF_Err_BAD_CALLBACK_PARAM;
     *out = depth == 8    ? PrPixelFormat_ARGB_4444_8u
            : depth == 16 ? PrPixelFormat_ARGB_4444_16u
@@ -35,7 +35,7 @@ PF_Err premiereFormat(PF_EffectWorld* world, PrPixelFormat* out) {
     return PF_Err_NONE;
 }
 
-PF_Err containingTimeline(PF_ProgPtr effectRef, PrTimelineID* out) {
+PF_Err ContainingTimeline(PF_ProgPtr effectRef, PrTimelineID* out) {
     const CallbackScope visit(effectRef, Callback::containingTimeline);
     if (!visit) return visit.error();
     if (!out) return visit.refuse("the timeline is asked for into nowhere");
@@ -43,7 +43,7 @@ PF_Err containingTimeline(PF_ProgPtr effectRef, PrTimelineID* out) {
     return PF_Err_NONE;
 }
 
-prSuiteError frameRect(PrTimelineID timeline, prRect* out) {
+prSuiteError FrameRect(PrTimelineID timeline, prRect* out) {
     const CallbackScope visit(Callback::frameRect);
     if (!visit) return visit.error();
     if (timeline != kTimeline || !out) return visit.refuse("the frame of an unknown timeline is asked for");
@@ -57,7 +57,7 @@ prSuiteError frameRect(PrTimelineID timeline, prRect* out) {
     return PF_Err_NONE;
 }
 
-prSuiteError sequenceAspect(PrTimelineID timeline, csSDK_uint32* num, csSDK_uint32* den) {
+prSuiteError SequenceAspect(PrTimelineID timeline, csSDK_uint32* num, csSDK_uint32* den) {
     const CallbackScope visit(Callback::sequenceAspect);
     if (!visit) return visit.error();
     if (timeline != kTimeline || !num || !den) return visit.refuse("the aspect of an unknown timeline is asked for");
@@ -68,21 +68,21 @@ prSuiteError sequenceAspect(PrTimelineID timeline, csSDK_uint32* num, csSDK_uint
 
 }  // namespace
 
-std::span<const SuiteOffer> premiereSuites() {
-    static const auto formats = makeTable<PF_PixelFormatSuite1>([](auto& table) {
-        table.AddSupportedPixelFormat = addPixelFormat;
-        table.ClearSupportedPixelFormats = clearPixelFormats;
-        table.GetPixelFormat = premiereFormat;
+std::span<const SuiteOffer> PremiereSuites() {
+    static const auto kFormats = MakeTable<PF_PixelFormatSuite1>([](auto& table) {
+        table.AddSupportedPixelFormat = AddPixelFormat;
+        table.ClearSupportedPixelFormats = ClearPixelFormats;
+        table.GetPixelFormat = PremiereFormat;
     });
-    static const auto utility =
-        makeTable<PF_UtilitySuite>([](auto& table) { table.GetContainingTimelineID = containingTimeline; });
-    static const PrSDKSequenceInfoSuite sequence{frameRect, sequenceAspect};
-    static const SuiteOffer offers[] = {
-        offerOf(suites::kPixelFormat, false, true, formats),
-        offerOf(suites::kPremiereUtility, false, true, utility),
-        offerOf(suites::kSequenceInfo, false, true, sequence),
+    static const auto kUtility =
+        MakeTable<PF_UtilitySuite>([](auto& table) { table.GetContainingTimelineID = ContainingTimeline; });
+    static const PrSDKSequenceInfoSuite kSequence{FrameRect, SequenceAspect};
+    static const SuiteOffer kOffers[] = {
+        OfferOf(suites::kPixelFormat, false, true, kFormats),
+        OfferOf(suites::kPremiereUtility, false, true, kUtility),
+        OfferOf(suites::kSequenceInfo, false, true, kSequence),
     };
-    return offers;
+    return kOffers;
 }
 
 }  // namespace quillon::host

@@ -47,7 +47,7 @@ constexpr const char* kSelectorNames[] = {
 static_assert(std::size(kSelectorNames) == PF_Cmd_SMART_RENDER + 1);
 
 // The handle that a selector hands over to the host, by the field that the host takes it from.
-PF_Handle handedOver(PF_Cmd cmd, const PF_OutData& out) {
+PF_Handle HandedOver(PF_Cmd cmd, const PF_OutData& out) {
     switch (cmd) {
         case PF_Cmd_GLOBAL_SETUP:
             return out.global_data;
@@ -64,7 +64,7 @@ PF_Handle handedOver(PF_Cmd cmd, const PF_OutData& out) {
 
 }  // namespace
 
-const char* selectorName(PF_Cmd cmd) {
+const char* SelectorName(PF_Cmd cmd) {
     return cmd >= 0 && cmd < static_cast<PF_Cmd>(std::size(kSelectorNames)) ? kSelectorNames[cmd] : "unknown selector";
 }
 
@@ -77,7 +77,7 @@ SelectorCall::~SelectorCall() {
     currentCall = outer;
 }
 
-SelectorCall* SelectorCall::current() {
+SelectorCall* SelectorCall::Current() {
     return currentCall;
 }
 
@@ -86,7 +86,7 @@ PF_ProgPtr SelectorCall::effectRef() const {
 }
 
 void SelectorCall::violation(const std::string& text) const {
-    session.addViolation(std::string(selectorName(selector.cmd)) + ": " + text);
+    session.addViolation(std::string(SelectorName(selector.cmd)) + ": " + text);
 }
 
 std::size_t SelectorCall::roomAt(const char* destination) const {
@@ -119,7 +119,7 @@ void SelectorCall::close(const PF_InData& in) {
 
 void SelectorCall::checkHandles(const PF_InData& in) const {
     HandleTracker& handles = session.handles();
-    for (PF_Handle lost : books.lostHandles(handles, handedOver(selector.cmd, out)))
+    for (PF_Handle lost : books.lostHandles(handles, HandedOver(selector.cmd, out)))
         if (!session.isLossAllowed())
             violation("a handle of " + std::to_string(handles.size(lost)) +
                       " bytes is lost: neither disposed nor given to the host");
@@ -142,7 +142,8 @@ void SelectorCall::checkMessage() const {
     session.record([&](Records& records) { records.messages.push_back({selector.cmd, out.return_msg, isError}); });
 }
 
-CallbackScope::CallbackScope(Callback which, std::int64_t key, const std::string& text) : call(SelectorCall::current()) {
+CallbackScope::CallbackScope(Callback which, std::int64_t key, const std::string& text)
+    : call(SelectorCall::Current()) {
     if (!call) {
         ++strayCallbacks;
         answer = PF_Err_INVALID_CALLBACK;
@@ -153,7 +154,7 @@ CallbackScope::CallbackScope(Callback which, std::int64_t key, const std::string
     session.record([&](Records& records) {
         records.trace.push_back({instance ? instance->number : 0, call->selector.cmd, which, key, text});
     });
-    const CallbackInfo& info = infoOf(which);
+    const CallbackInfo& info = InfoOf(which);
     if (info.suite && !call->books.holdsSuite(info.suite))
         call->violation(std::string(info.name) + " is called without its suite");
     const auto hook = session.hooks().at.find(which);
@@ -164,7 +165,7 @@ CallbackScope::CallbackScope(Callback which, std::int64_t key, const std::string
 CallbackScope::CallbackScope(PF_ProgPtr effectRef, Callback which, std::int64_t key, const std::string& text)
     : CallbackScope(which, key, text) {
     if (call && effectRef != call->effectRef())
-        answer = refuse(std::string(infoOf(which).name) + " is called with the effect_ref of another instance");
+        answer = refuse(std::string(InfoOf(which).name) + " is called with the effect_ref of another instance");
 }
 
 PF_Err CallbackScope::refuse(const std::string& why) const {

@@ -37,7 +37,7 @@ public:
     SelectorCall(const SelectorCall&) = delete;
     SelectorCall& operator=(const SelectorCall&) = delete;
 
-    static SelectorCall* current();  // null outside of any
+    static SelectorCall* Current();  // null outside of any
 
     // Looks whether the books are right and tells the session what is not.
     void close(const PF_InData& in);
@@ -89,6 +89,6 @@ private:
     PF_Err answer = PF_Err_NONE;
 };
 
-const char* selectorName(PF_Cmd cmd);
+const char* SelectorName(PF_Cmd cmd);
 
 }  // namespace quillon::host

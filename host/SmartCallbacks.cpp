@@ -9,7 +9,7 @@ namespace quillon::host {
 
 namespace {
 
-PF_Err checkOut(const CallbackScope& visit, PF_ParamIndex index, A_long id, const PF_RenderRequest& request,
+PF_Err CheckOut(const CallbackScope& visit, PF_ParamIndex index, A_long id, const PF_RenderRequest& request,
                 PF_CheckoutResult& result) {
     if (!visit) return visit.error();
     SmartWorlds* const worlds = visit->selector.smart;
@@ -23,7 +23,7 @@ PF_Err checkOut(const CallbackScope& visit, PF_ParamIndex index, A_long id, cons
     const std::shared_ptr<World> pixels = worlds->layerPixels(instance, index);
     result = {};
     result.max_result_rect = layer;
-    result.result_rect = intersection(request.rect, layer);
+    result.result_rect = Intersection(request.rect, layer);
     result.par = pixels ? pixels->pixelAspect : visit->session.settings().layerPixelAspect;
     result.ref_width = layer.right - layer.left;
     result.ref_height = layer.bottom - layer.top;
@@ -31,12 +31,12 @@ PF_Err checkOut(const CallbackScope& visit, PF_ParamIndex index, A_long id, cons
     return PF_Err_NONE;
 }
 
-PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, A_long id, const PF_RenderRequest* request, A_long time,
+PF_Err CheckoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, A_long id, const PF_RenderRequest* request, A_long time,
                      A_long timeStep, A_u_long timeScale, PF_CheckoutResult* result) {
     const CallbackScope visit(effectRef, Callback::checkoutLayer, id);
     if (!visit.isInCall()) return visit.error();
     if (!request || !result) return visit.refuse("checkout_layer without request or result");
-    const PF_Err error = checkOut(visit, index, id, *request, *result);
+    const PF_Err error = CheckOut(visit, index, id, *request, *result);
     const PF_CheckoutResult answered = error == PF_Err_NONE ? *result : PF_CheckoutResult{};
     visit->session.record([&](Records& records) {
         records.layerCheckouts.push_back(
@@ -46,20 +46,20 @@ PF_Err checkoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, A_long id, const
 }
 
 // The part of the layer that was checked out, as a world of its own where it is not the whole layer.
-void makePixels(SmartWorlds& worlds, SmartWorlds::Checkout& checkout, const SelectorCall& call) {
+void MakePixels(SmartWorlds& worlds, SmartWorlds::Checkout& checkout, const SelectorCall& call) {
     const HostInstance& instance = *call.selector.instance;
     const std::shared_ptr<World> layer = worlds.layerPixels(instance, checkout.index);
     const PF_LRect whole = worlds.layerRect(instance, checkout.index);
     const PF_LRect& part = checkout.resultRect;
-    const bool isWhole = isInside(whole, part);
+    const bool isWhole = IsInside(whole, part);
     checkout.pixels =
-        isWhole ? layer : layer->cut(offset(part, -whole.left, -whole.top), call.session.settings().rowPaddingPixels);
+        isWhole ? layer : layer->cut(Offset(part, -whole.left, -whole.top), call.session.settings().rowPaddingPixels);
     checkout.record = checkout.pixels->record();
     checkout.record.origin_x = whole.left - part.left;
     checkout.record.origin_y = whole.top - part.top;
 }
 
-PF_Err checkoutPixels(PF_ProgPtr effectRef, A_long id, PF_EffectWorld** pixels) {
+PF_Err CheckoutPixels(PF_ProgPtr effectRef, A_long id, PF_EffectWorld** pixels) {
     const CallbackScope visit(effectRef, Callback::checkoutPixels, id);
     if (!visit) return visit.error();
     SmartWorlds* const worlds = visit->selector.smart;
@@ -69,19 +69,19 @@ PF_Err checkoutPixels(PF_ProgPtr effectRef, A_long id, PF_EffectWorld** pixels) 
     if (found == worlds->checkouts.end()) return visit.refuse("pixels are asked for that were not checked out");
     SmartWorlds::Checkout& checkout = found->second;
     *pixels = nullptr;
-    if (isEmpty(checkout.resultRect)) return PF_Err_NONE;
-    if (!checkout.pixels) makePixels(*worlds, checkout, *visit);
+    if (IsEmpty(checkout.resultRect)) return PF_Err_NONE;
+    if (!checkout.pixels) MakePixels(*worlds, checkout, *visit);
     visit->books.worldShown(checkout.pixels);
     *pixels = &checkout.record;
     return PF_Err_NONE;
 }
 
-PF_Err checkinPixels(PF_ProgPtr effectRef, A_long id) {
+PF_Err CheckinPixels(PF_ProgPtr effectRef, A_long id) {
     const CallbackScope visit(effectRef, Callback::checkinPixels, id);
     return visit.error();
 }
 
-PF_Err checkoutOutput(PF_ProgPtr effectRef, PF_EffectWorld** output) {
+PF_Err CheckoutOutput(PF_ProgPtr effectRef, PF_EffectWorld** output) {
     const CallbackScope visit(effectRef, Callback::checkoutOutput);
     if (!visit) return visit.error();
     SmartWorlds* const worlds = visit->selector.smart;
@@ -93,13 +93,13 @@ PF_Err checkoutOutput(PF_ProgPtr effectRef, PF_EffectWorld** output) {
 
 }  // namespace
 
-PF_PreRenderCallbacks* preRenderCallbacks() {
-    static PF_PreRenderCallbacks table{checkoutLayer, nullptr};
+PF_PreRenderCallbacks* PreRenderCallbacks() {
+    static PF_PreRenderCallbacks table{CheckoutLayer, nullptr};
     return &table;
 }
 
-PF_SmartRenderCallbacks* smartRenderCallbacks() {
-    static PF_SmartRenderCallbacks table{checkoutPixels, checkinPixels, checkoutOutput};
+PF_SmartRenderCallbacks* SmartRenderCallbacks() {
+    static PF_SmartRenderCallbacks table{CheckoutPixels, CheckinPixels, CheckoutOutput};
     return &table;
 }
 

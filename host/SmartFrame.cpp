@@ -13,7 +13,7 @@ PF_LRect SmartWorlds::layerRect(const HostInstance& instance, PF_ParamIndex inde
     const std::shared_ptr<World> pixels = layerPixels(instance, index);
     if (!pixels) return {};
     const PF_LRect whole{0, 0, pixels->width(), pixels->height()};
-    return index == 0 ? offset(whole, request->inputOrigin.h, request->inputOrigin.v) : whole;
+    return index == 0 ? Offset(whole, request->inputOrigin.h, request->inputOrigin.v) : whole;
 }
 
 SmartFrame::SmartFrame(HostInstance& frameInstance, const FrameRequest& frameRequest)
@@ -30,7 +30,7 @@ SmartFrame::~SmartFrame() {
 }
 
 Answer SmartFrame::preRender() {
-    PF_PreRenderExtra extra{&input, &answer, preRenderCallbacks()};
+    PF_PreRenderExtra extra{&input, &answer, PreRenderCallbacks()};
     worlds.checkouts.clear();
     const Answer sent = session.send(
         {.cmd = PF_Cmd_SMART_PRE_RENDER, .instance = &instance, .frame = &request, .extra = &extra, .smart = &worlds});
@@ -40,9 +40,9 @@ Answer SmartFrame::preRender() {
 
 void SmartFrame::checkRectangles() const {
     const bool mayExceed = (answer.flags & PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS) != 0;
-    if (!mayExceed && !isInside(answer.result_rect, input.output_request.rect))
+    if (!mayExceed && !IsInside(answer.result_rect, input.output_request.rect))
         session.addViolation("SMART_PRE_RENDER: the result is larger than asked for, without the flag for it");
-    if (!isInside(answer.result_rect, answer.max_result_rect))
+    if (!IsInside(answer.result_rect, answer.max_result_rect))
         session.addViolation("SMART_PRE_RENDER: the result reaches past its own maximum");
 }
 
@@ -51,7 +51,7 @@ const char* SmartFrame::makeOutput() {
     const auto width = std::int64_t{rect.right} - rect.left;
     const auto height = std::int64_t{rect.bottom} - rect.top;
     const int depth = request.depth();
-    if (const char* objection = sizeObjection(width, height, depth, session.settings().maxWorldBytes)) return objection;
+    if (const char* objection = SizeObjection(width, height, depth, session.settings().maxWorldBytes)) return objection;
     worlds.output = session.newWorld(static_cast<A_long>(width), static_cast<A_long>(height), depth);
     worlds.output->origin = {request.inputOrigin.h - rect.left, request.inputOrigin.v - rect.top};
     worlds.outputRecord = worlds.output->record();
@@ -63,7 +63,7 @@ Answer SmartFrame::render() {
     renderInput.output_request = input.output_request;
     renderInput.bitdepth = input.bitdepth;
     renderInput.pre_render_data = answer.pre_render_data;
-    PF_SmartRenderExtra extra{&renderInput, smartRenderCallbacks()};
+    PF_SmartRenderExtra extra{&renderInput, SmartRenderCallbacks()};
     return session.send(
         {.cmd = PF_Cmd_SMART_RENDER, .instance = &instance, .frame = &request, .extra = &extra, .smart = &worlds});
 }

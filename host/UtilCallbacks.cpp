@@ -16,40 +16,40 @@ namespace quillon::host {
 
 namespace {
 
-PF_LRect wholeOf(const PF_EffectWorld& world) {
+PF_LRect WholeOf(const PF_EffectWorld& world) {
     return {0, 0, world.width, world.height};
 }
 
-std::byte* pixelAt(const PF_EffectWorld& world, A_long x, A_long y, std::size_t pixelBytes) {
+std::byte* PixelAt(const PF_EffectWorld& world, A_long x, A_long y, std::size_t pixelBytes) {
     return reinterpret_cast<std::byte*>(world.data) + static_cast<std::ptrdiff_t>(y) * world.rowbytes +
            static_cast<std::ptrdiff_t>(x) * static_cast<std::ptrdiff_t>(pixelBytes);
 }
 
 // Copies what both rectangles have, from their top left corners on; nothing is scaled.
-PF_Err copyPixels(const CallbackScope& visit, const PF_EffectWorld& source, const PF_EffectWorld& destination,
+PF_Err CopyPixels(const CallbackScope& visit, const PF_EffectWorld& source, const PF_EffectWorld& destination,
                   const PF_Rect* sourceRect, const PF_Rect* destinationRect) {
-    const int depth = World::depthOf(source.data);
+    const int depth = World::DepthOf(source.data);
     // A host has no conversion here: unlike depths are an error, as is a layer without pixels.
-    if (depth == 0 || World::depthOf(destination.data) != depth) return PF_Err_BAD_CALLBACK_PARAM;
-    const PF_LRect from = intersection(sourceRect ? *sourceRect : wholeOf(source), wholeOf(source));
-    const PF_LRect to = intersection(destinationRect ? *destinationRect : wholeOf(destination), wholeOf(destination));
+    if (depth == 0 || World::DepthOf(destination.data) != depth) return PF_Err_BAD_CALLBACK_PARAM;
+    const PF_LRect from = Intersection(sourceRect ? *sourceRect : WholeOf(source), WholeOf(source));
+    const PF_LRect to = Intersection(destinationRect ? *destinationRect : WholeOf(destination), WholeOf(destination));
     const A_long width = std::min(from.right - from.left, to.right - to.left);
     const A_long height = std::min(from.bottom - from.top, to.bottom - to.top);
     const auto pixelBytes = static_cast<std::size_t>(depth) / 2;
     if (&source == &destination) return visit.refuse("copy of a world into itself");
     for (A_long y = 0; y < height; ++y)
-        std::memmove(pixelAt(destination, to.left, to.top + y, pixelBytes),
-                     pixelAt(source, from.left, from.top + y, pixelBytes),
+        std::memmove(PixelAt(destination, to.left, to.top + y, pixelBytes),
+                     PixelAt(source, from.left, from.top + y, pixelBytes),
                      static_cast<std::size_t>(std::max(width, A_long{0})) * pixelBytes);
     return PF_Err_NONE;
 }
 
-PF_Err copy(PF_ProgPtr effectRef, PF_EffectWorld* source, PF_EffectWorld* destination, PF_Rect* sourceRect,
+PF_Err Copy(PF_ProgPtr effectRef, PF_EffectWorld* source, PF_EffectWorld* destination, PF_Rect* sourceRect,
             PF_Rect* destinationRect) {
     const CallbackScope visit(effectRef, Callback::copy);
     if (!visit.isInCall()) return visit.error();
     if (!source || !destination) return visit.refuse("copy gets no world");
-    const PF_Err error = visit ? copyPixels(visit, *source, *destination, sourceRect, destinationRect) : visit.error();
+    const PF_Err error = visit ? CopyPixels(visit, *source, *destination, sourceRect, destinationRect) : visit.error();
     visit->session.record([&](Records& records) {
         records.copies.push_back({*source, *destination, !sourceRect && !destinationRect, error});
     });
@@ -57,7 +57,7 @@ PF_Err copy(PF_ProgPtr effectRef, PF_EffectWorld* source, PF_EffectWorld* destin
 }
 
 // The bytes of one pixel in a depth, A first; the color has 8 bits a channel.
-std::size_t pixelBytesOf(const PF_Pixel& color, int depth, std::byte (&bytes)[16]) {
+std::size_t PixelBytesOf(const PF_Pixel& color, int depth, std::byte (&bytes)[16]) {
     const A_u_char channels[4] = {color.alpha, color.red, color.green, color.blue};
     for (int i = 0; i < 4; ++i) {
         const auto wide = static_cast<A_u_short>(std::lround(channels[i] * 32768.0 / 255.0));
@@ -69,25 +69,25 @@ std::size_t pixelBytesOf(const PF_Pixel& color, int depth, std::byte (&bytes)[16
     return static_cast<std::size_t>(depth) / 2;
 }
 
-PF_Err fill(PF_ProgPtr effectRef, const PF_Pixel* color, const PF_Rect* rect, PF_EffectWorld* world) {
+PF_Err Fill(PF_ProgPtr effectRef, const PF_Pixel* color, const PF_Rect* rect, PF_EffectWorld* world) {
     const CallbackScope visit(effectRef, Callback::fill);
     if (!visit.isInCall()) return visit.error();
     if (!world) return visit.refuse("fill gets no world");
     const PF_Pixel used = color ? *color : PF_Pixel{255, 0, 0, 0};
-    const int depth = World::depthOf(world->data);
+    const int depth = World::DepthOf(world->data);
     const PF_Err error = visit && depth == 0 ? PF_Err{PF_Err_BAD_CALLBACK_PARAM} : visit.error();
     visit->session.record([&](Records& records) { records.fills.push_back({used, *world, !rect, error}); });
     if (error != PF_Err_NONE) return error;
     std::byte pixel[16];
-    const std::size_t pixelBytes = pixelBytesOf(used, depth, pixel);
-    const PF_LRect area = intersection(rect ? *rect : wholeOf(*world), wholeOf(*world));
+    const std::size_t pixelBytes = PixelBytesOf(used, depth, pixel);
+    const PF_LRect area = Intersection(rect ? *rect : WholeOf(*world), WholeOf(*world));
     for (A_long y = area.top; y < area.bottom; ++y)
         for (A_long x = area.left; x < area.right; ++x)
-            std::memcpy(pixelAt(*world, x, y, pixelBytes), pixel, pixelBytes);
+            std::memcpy(PixelAt(*world, x, y, pixelBytes), pixel, pixelBytes);
     return PF_Err_NONE;
 }
 
-PF_Err platformData(PF_ProgPtr effectRef, PF_PlatDataID which, void* data) {
+PF_Err PlatformData(PF_ProgPtr effectRef, PF_PlatDataID which, void* data) {
     const CallbackScope visit(effectRef, Callback::platformData, which);
     if (!visit) return visit.error();
     if (which != PF_PlatData_RES_DLLINSTANCE || !data) return PF_Err_BAD_CALLBACK_PARAM;
@@ -96,26 +96,26 @@ PF_Err platformData(PF_ProgPtr effectRef, PF_PlatDataID which, void* data) {
 }
 
 // A text that is too long for the message would run over what follows it.
-std::size_t roomFor(const char* destination, std::size_t length) {
-    const SelectorCall* const call = SelectorCall::current();
+std::size_t RoomFor(const char* destination, std::size_t length) {
+    const SelectorCall* const call = SelectorCall::Current();
     const std::size_t room = call ? call->roomAt(destination) : SIZE_MAX;
     if (length >= room) call->violation("a text of " + std::to_string(length) + " characters runs over return_msg");
     return std::min(room, length + 1);
 }
 
-int printText(A_char* destination, const A_char* format, ...) {
+int PrintText(A_char* destination, const A_char* format, ...) {
     std::va_list arguments, again;
     va_start(arguments, format);
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, arguments);
-    if (length >= 0) std::vsnprintf(destination, roomFor(destination, static_cast<std::size_t>(length)), format, again);
+    if (length >= 0) std::vsnprintf(destination, RoomFor(destination, static_cast<std::size_t>(length)), format, again);
     va_end(again);
     va_end(arguments);
     return length;
 }
 
-A_char* copyText(A_char* destination, const A_char* source) {
-    const std::size_t room = roomFor(destination, std::strlen(source));
+A_char* CopyText(A_char* destination, const A_char* source) {
+    const std::size_t room = RoomFor(destination, std::strlen(source));
     std::memmove(destination, source, room - 1);
     destination[room - 1] = 0;
     return destination;
@@ -123,18 +123,18 @@ A_char* copyText(A_char* destination, const A_char* source) {
 
 }  // namespace
 
-PF_UtilCallbacks* utilCallbacks() {
+PF_UtilCallbacks* UtilCallbacks() {
     static PF_UtilCallbacks table = [] {
         PF_UtilCallbacks made{};
-        made.copy = copy;
-        made.fill = fill;
-        made.host_new_handle = newHandle;
-        made.host_lock_handle = lockHandle;
-        made.host_unlock_handle = unlockHandle;
-        made.host_dispose_handle = disposeHandle;
-        made.ansi.sprintf = printText;
-        made.ansi.strcpy = copyText;
-        made.get_platform_data = platformData;
+        made.copy = Copy;
+        made.fill = Fill;
+        made.host_new_handle = NewHandle;
+        made.host_lock_handle = LockHandle;
+        made.host_unlock_handle = UnlockHandle;
+        made.host_dispose_handle = DisposeHandle;
+        made.ansi.sprintf = PrintText;
+        made.ansi.strcpy = CopyText;
+        made.get_platform_data = PlatformData;
         return made;
     }();
     return &table;

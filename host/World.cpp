@@ -19,18 +19,18 @@ struct LivingWorlds {
 };
 
 // Never destroyed: worlds may outlive it at the end of the process.
-LivingWorlds& livingWorlds() {
-    static auto* const worlds = new LivingWorlds;
-    return *worlds;
+LivingWorlds& LivingWorlds() {
+    static auto* const kWorlds = new LivingWorlds;
+    return *kWorlds;
 }
 
-bool allGuards(const std::byte* bytes, std::size_t count) {
+bool AllGuards(const std::byte* bytes, std::size_t count) {
     return std::all_of(bytes, bytes + count, [](std::byte byte) { return byte == kGuardByte; });
 }
 
 }  // namespace
 
-std::size_t World::bytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels) {
+std::size_t World::BytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels) {
     const std::size_t row = (static_cast<std::size_t>(width) + static_cast<std::size_t>(rowPaddingPixels)) *
                             static_cast<std::size_t>(bitDepth) / 2;
     return row * static_cast<std::size_t>(height) + 2 * kStripBytes;
@@ -42,23 +42,23 @@ World::World(A_long width, A_long height, int bitDepth, int rowPaddingPixels)
     if (depth != 8 && depth != 16 && depth != 32) throw std::invalid_argument("a world's depth is 8, 16 or 32");
     usedRowBytes = static_cast<std::size_t>(width) * pixelBytes();
     strideBytes = usedRowBytes + static_cast<std::size_t>(rowPaddingPixels) * pixelBytes();
-    const std::size_t size = bytesNeeded(width, height, depth, rowPaddingPixels);
+    const std::size_t size = BytesNeeded(width, height, depth, rowPaddingPixels);
     memory = std::make_unique_for_overwrite<std::byte[]>(size);
     std::fill_n(memory.get(), size, kGuardByte);
     for (A_long y = 0; y < height; ++y) std::ranges::fill(row(y), kUnwrittenByte);
-    const std::lock_guard lock(livingWorlds().mutex);
-    livingWorlds().depthByPixels[rowStart(0)] = depth;
+    const std::lock_guard lock(LivingWorlds().mutex);
+    LivingWorlds().depthByPixels[rowStart(0)] = depth;
 }
 
 World::~World() {
-    const std::lock_guard lock(livingWorlds().mutex);
-    livingWorlds().depthByPixels.erase(rowStart(0));
+    const std::lock_guard lock(LivingWorlds().mutex);
+    LivingWorlds().depthByPixels.erase(rowStart(0));
 }
 
-int World::depthOf(const void* pixels) {
-    const std::lock_guard lock(livingWorlds().mutex);
-    const auto found = livingWorlds().depthByPixels.find(pixels);
-    return found == livingWorlds().depthByPixels.end() ? 0 : found->second;
+int World::DepthOf(const void* pixels) {
+    const std::lock_guard lock(LivingWorlds().mutex);
+    const auto found = LivingWorlds().depthByPixels.find(pixels);
+    return found == LivingWorlds().depthByPixels.end() ? 0 : found->second;
 }
 
 std::byte* World::rowStart(A_long y) const {
@@ -118,9 +118,9 @@ PF_EffectWorld World::record() const {
 }
 
 bool World::areGuardsIntact() const {
-    if (!allGuards(memory.get(), kStripBytes) || !allGuards(rowStart(heightPixels), kStripBytes)) return false;
+    if (!AllGuards(memory.get(), kStripBytes) || !AllGuards(rowStart(heightPixels), kStripBytes)) return false;
     for (A_long y = 0; y < heightPixels; ++y)
-        if (!allGuards(rowStart(y) + usedRowBytes, strideBytes - usedRowBytes)) return false;
+        if (!AllGuards(rowStart(y) + usedRowBytes, strideBytes - usedRowBytes)) return false;
     return true;
 }
 

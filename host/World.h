@@ -48,9 +48,9 @@ public:
 
     // The depth of the living world with these pixels; 0 when no world has them. An effect hands copies of records
     // around, so a world is known by its pixels alone.
-    static int depthOf(const void* pixels);
+    static int DepthOf(const void* pixels);
 
-    static std::size_t bytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels);
+    static std::size_t BytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels);
 
     PF_RationalScale pixelAspect{1, 1};
     PF_Point origin{};  // the input layer's top left corner, as seen from this world's own

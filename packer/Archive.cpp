@@ -23,26 +23,26 @@ struct Writer {
     ~Writer() { mz_zip_writer_end(&zip); }
 };
 
-std::uint32_t word(const std::byte* bytes, int count) {
+std::uint32_t Word(const std::byte* bytes, int count) {
     std::uint32_t value = 0;
     for (int i = 0; i < count; ++i) value |= std::to_integer<std::uint32_t>(bytes[i]) << (8 * i);
     return value;
 }
 
 // The library stamps each file with the present moment, in its local header and in the central directory.
-void eraseDates(std::span<std::byte> archive) {
-    constexpr std::size_t endBytes = 22, entryBytes = 46;
-    const std::byte* const end = archive.data() + archive.size() - endBytes;
-    std::byte* entry = archive.data() + word(end + 16, 4);
-    for (std::uint32_t count = word(end + 10, 2); count > 0; --count) {
-        std::byte* const local = archive.data() + word(entry + 42, 4);
+void EraseDates(std::span<std::byte> archive) {
+    constexpr std::size_t kEndBytes = 22, kEntryBytes = 46;
+    const std::byte* const end = archive.data() + archive.size() - kEndBytes;
+    std::byte* entry = archive.data() + Word(end + 16, 4);
+    for (std::uint32_t count = Word(end + 10, 2); count > 0; --count) {
+        std::byte* const local = archive.data() + Word(entry + 42, 4);
         std::fill_n(local + 10, 4, std::byte{});
         std::fill_n(entry + 12, 4, std::byte{});
-        entry += entryBytes + word(entry + 28, 2) + word(entry + 30, 2) + word(entry + 32, 2);
+        entry += kEntryBytes + Word(entry + 28, 2) + Word(entry + 30, 2) + Word(entry + 32, 2);
     }
 }
 
-[[noreturn]] void failForSize() {
+[[noreturn]] void FailForSize() {
     throw PackageError("the package is too large; it must stay below 4 GiB");
 }
 
@@ -56,19 +56,19 @@ std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files) {
     Writer writer;
     if (!mz_zip_writer_init_heap(&writer.zip, 0, 0)) throw std::bad_alloc();
     for (const PackageFile& file : files) {
-        if (file.bytes.size() >= kTooLarge) failForSize();
+        if (file.bytes.size() >= kTooLarge) FailForSize();
         if (!mz_zip_writer_add_mem(&writer.zip, file.name.c_str(), file.bytes.data(), file.bytes.size(),
                                    MZ_DEFAULT_LEVEL) ||
             mz_zip_is_zip64(&writer.zip))
-            failForSize();
+            FailForSize();
     }
     void* content = nullptr;
     std::size_t size = 0;
-    if (!mz_zip_writer_finalize_heap_archive(&writer.zip, &content, &size)) failForSize();
+    if (!mz_zip_writer_finalize_heap_archive(&writer.zip, &content, &size)) FailForSize();
     const std::unique_ptr<void, decltype(&mz_free)> owner(content, &mz_free);
     const auto* const bytes = static_cast<const std::byte*>(content);
     std::vector<std::byte> archive(bytes, bytes + size);
-    eraseDates(archive);
+    EraseDates(archive);
     return archive;
 }
 
@@ -83,7 +83,7 @@ std::vector<std::byte> Chain(std::span<const std::byte> from, bool isFromPlain) 
         const std::size_t count = std::min<std::size_t>(4, from.size() - at);
         for (std::size_t i = 0; i < count; ++i) result[at + i] ^= static_cast<std::byte>(schedule.key >> (8 * i));
         const std::byte* const plain = (isFromPlain ? from.data() : result.data()) + at;
-        schedule.advance(word(plain, static_cast<int>(count)));
+        schedule.advance(Word(plain, static_cast<int>(count)));
     }
     return result;
 }

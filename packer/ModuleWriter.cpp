@@ -18,14 +18,14 @@ namespace {
 namespace fs = std::filesystem;
 
 // Takes off the package that the module carries, if it does.
-void removePackage(std::vector<std::byte>& module) {
+void RemovePackage(std::vector<std::byte>& module) {
     if (const auto package = PackageBehindImage(module))
         module.resize(module.size() - kModuleTrailerBytes - package->size());
 }
 
 // Puts the package behind the image.
-void appendPackage(std::vector<std::byte>& module, std::span<const std::byte> scrambledPackage) {
-    removePackage(module);
+void AppendPackage(std::vector<std::byte>& module, std::span<const std::byte> scrambledPackage) {
+    RemovePackage(module);
     const ModuleTrailer trailer = MakeModuleTrailer(static_cast<std::uint32_t>(scrambledPackage.size()));
     module.reserve(module.size() + scrambledPackage.size() + trailer.size());
     module.insert(module.end(), scrambledPackage.begin(), scrambledPackage.end());
@@ -39,7 +39,7 @@ void WriteModule(const fs::path& output, const fs::path& templateModule, std::sp
     if (scrambledPackage.size() > 0xFFFFFFFF) throw PackageError("the package is too large; it must stay below 4 GiB");
     std::vector<std::byte> module = ReadWholeFile(templateModule);
     if (!IsPortableExecutable(module)) {
-        appendPackage(module, scrambledPackage);
+        AppendPackage(module, scrambledPackage);
     } else {
         try {
             module = MakeWindowsModule(module, scrambledPackage, description);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kLongestName = 0xFFFF;
 
-std::string foldAsciiCase(std::string name) {
+std::string FoldAsciiCase(std::string name) {
     for (char& character : name)
         if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
     return name;
@@ -27,7 +27,7 @@ void CheckPackageNames(const std::vector<PackageFile>& files) {
         if (name.find_first_of(std::string_view("/\\:\0", 4)) != std::string::npos)
             throw PackageError("'" + name +
                                "': a name in a package cannot hold '/', '\\', ':' or zero; rename the file");
-        if (const auto [other, isNew] = seen.emplace(foldAsciiCase(name), &name); !isNew)
+        if (const auto [other, isNew] = seen.emplace(FoldAsciiCase(name), &name); !isNew)
             throw PackageError("'" + *other->second + "' and '" + name +
                                "' are the same name in a package, where case does not count; rename one");
     }

@@ -19,7 +19,7 @@ constexpr std::uint16_t kAmd64 = 0x8664;
 constexpr std::uint16_t kPe32Plus = 0x20B;
 constexpr std::uint32_t kMostAlignment = 1 << 16;
 
-[[noreturn]] void fail(const std::string& why) {
+[[noreturn]] void Fail(const std::string& why) {
     throw PackageError("no sound 64-bit Windows module, " + why + "; take another one");
 }
 
@@ -39,26 +39,26 @@ PortableExecutable::PortableExecutable(std::span<const std::byte> fileBytes) : f
     header = number(pe::kHeaderPosition);
     const auto fixed = bytesAt(header, pe::kDirectories);
     if (!IsPortableExecutable(file) || !StartsWith(fixed, std::string_view("PE\0\0", 4)))
-        fail("its headers are not there");
+        Fail("its headers are not there");
     if (LoadLittle<std::uint16_t>(fixed, pe::kMachine) != kAmd64 ||
         LoadLittle<std::uint16_t>(fixed, pe::kOptional) != kPe32Plus)
-        fail("it is for another machine");
+        Fail("it is for another machine");
     const std::size_t optionalBytes = LoadLittle<std::uint16_t>(fixed, pe::kOptionalBytes);
     sectionTable = header + pe::kOptional + optionalBytes;
     directories = std::min<std::size_t>(number(header + pe::kDirectoryCount), pe::kKnownDirectories);
     if (pe::kOptional + optionalBytes < pe::kDirectories + 8 * directories || directories <= pe::kResourceDirectory)
-        fail("its headers have no place for resources");
+        Fail("its headers have no place for resources");
 
     sectionAlignment = number(header + pe::kSectionAlignment);
     fileAlignment = number(header + pe::kFileAlignment);
     if (!std::has_single_bit(sectionAlignment) || !std::has_single_bit(fileAlignment) || fileAlignment < 512 ||
         fileAlignment > sectionAlignment || sectionAlignment > kMostAlignment)
-        fail("its sections are aligned oddly");
+        Fail("its sections are aligned oddly");
     readSections(sectionTable, LoadLittle<std::uint16_t>(fixed, pe::kSectionCount));
 }
 
 std::span<const std::byte> PortableExecutable::bytesAt(std::size_t position, std::size_t size) const {
-    if (position > file.size() || size > file.size() - position) fail("it is cut off");
+    if (position > file.size() || size > file.size() - position) Fail("it is cut off");
     return file.subspan(position, size);
 }
 
@@ -67,10 +67,10 @@ std::uint32_t PortableExecutable::number(std::size_t position) const {
 }
 
 void PortableExecutable::readSections(std::size_t table, std::size_t count) {
-    if (count == 0 || count > pe::kMostSections) fail("it has no sections or too many");
+    if (count == 0 || count > pe::kMostSections) Fail("it has no sections or too many");
     const std::uint32_t headerBytes = number(header + pe::kHeaderBytes);
     bytesAt(0, headerBytes);
-    if (table + count * pe::kSectionHeaderBytes > headerBytes) fail("its headers are longer than they say");
+    if (table + count * pe::kSectionHeaderBytes > headerBytes) Fail("its headers are longer than they say");
     overlay = headerBytes;
     std::uint64_t nextAddress = headerBytes;
     for (std::size_t i = 0; i < count; ++i) {
@@ -88,7 +88,7 @@ void PortableExecutable::readSections(std::size_t table, std::size_t count) {
         section.mappedBytes = static_cast<std::uint32_t>(
             std::min<std::uint64_t>(section.fileBytes, AlignUp(section.imageBytes, sectionAlignment)));
         if (section.address % sectionAlignment != 0 || section.address < nextAddress)
-            fail("its sections are out of order");
+            Fail("its sections are out of order");
         nextAddress = std::uint64_t{section.address} + section.imageBytes;
         overlay = std::max(overlay, std::size_t{section.position} + section.fileBytes);
         sections.push_back(section);
@@ -112,7 +112,7 @@ std::span<const std::byte> PortableExecutable::imageBytes(std::uint32_t address,
     if (size == 0) return {};
     const Section* section = sectionAt(address);
     if (!section || size > section->mappedBytes - (address - section->address))
-        fail("its resources lie outside of its sections");
+        Fail("its resources lie outside of its sections");
     return file.subspan(section->position + std::size_t{address - section->address}, size);
 }
 
@@ -120,7 +120,7 @@ Resources PortableExecutable::resources() const {
     const DataDirectory found = directory(pe::kResourceDirectory);
     if (found.address == 0) return {};
     const Section* section = sectionAt(found.address);
-    if (!section) fail("its resources lie outside of its sections");
+    if (!section) Fail("its resources lie outside of its sections");
     const std::uint32_t start = found.address - section->address;
     return ReadResourceDirectory(
         file.subspan(std::size_t{section->position} + start, section->mappedBytes - start),

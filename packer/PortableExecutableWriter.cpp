@@ -17,7 +17,7 @@ namespace {
 constexpr std::uint64_t kMostBytes = 0x7FFFFFFF;  // of the file, and of the image in memory
 
 // The sum of the file's 16-bit words, carries added in again, and its length. The field of the sum itself holds 0.
-std::uint32_t checksumOf(std::span<const std::byte> file) {
+std::uint32_t ChecksumOf(std::span<const std::byte> file) {
     std::uint64_t sum = 0;
     for (std::size_t at = 0; at + 1 < file.size(); at += 2) sum += LoadLittle<std::uint16_t>(file, at);
     if (file.size() % 2 != 0) sum += std::to_integer<std::uint64_t>(file.back());
@@ -79,8 +79,8 @@ void PortableExecutable::patchHeaders(std::span<std::byte> out, const Placement&
 
     const std::size_t entry = sectionTable + placement.index * pe::kSectionHeaderBytes;
     if (placement.index == sections.size()) {
-        constexpr std::string_view name = ".rsrc";
-        for (std::size_t i = 0; i < name.size(); ++i) out[entry + i] = static_cast<std::byte>(name[i]);
+        constexpr std::string_view kName = ".rsrc";
+        for (std::size_t i = 0; i < kName.size(); ++i) out[entry + i] = static_cast<std::byte>(kName[i]);
         put(entry + pe::kSectionFlags, pe::kInitializedData | pe::kReadable);
     }
     put(entry + pe::kSectionImageBytes, sectionBytes);
@@ -112,7 +112,7 @@ void PortableExecutable::patchHeaders(std::span<std::byte> out, const Placement&
         put(header + pe::kSymbolPosition, symbols + overlayShift);
     }
     put(header + pe::kChecksum, 0);
-    put(header + pe::kChecksum, checksumOf(out));
+    put(header + pe::kChecksum, ChecksumOf(out));
 }
 
 std::vector<std::byte> PortableExecutable::withResources(const Resources& resources) const {

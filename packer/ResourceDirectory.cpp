@@ -19,10 +19,10 @@ public:
         Resources resources;
         eachEntry(0, [&](std::uint32_t typeId, std::uint32_t names) {
             const ResourceId type = idOf(typeId);
-            eachEntry(below(names), [&](std::uint32_t nameId, std::uint32_t languages) {
+            eachEntry(Below(names), [&](std::uint32_t nameId, std::uint32_t languages) {
                 const ResourceId name = idOf(nameId);
-                eachEntry(below(languages), [&](std::uint32_t language, std::uint32_t data) {
-                    if ((language | data) & kHighBit) fail("has another form than type, name, language");
+                eachEntry(Below(languages), [&](std::uint32_t language, std::uint32_t data) {
+                    if ((language | data) & kHighBit) Fail("has another form than type, name, language");
                     countText(type);
                     countText(name);
                     resources.try_emplace({type, name, language}, resourceAt(data));
@@ -33,17 +33,17 @@ public:
     }
 
 private:
-    [[noreturn]] static void fail(const char* why) {
+    [[noreturn]] static void Fail(const char* why) {
         throw PackageError(std::string("its resource directory ") + why + "; take another module");
     }
 
     std::span<const std::byte> at(std::size_t offset, std::size_t size) const {
-        if (offset > section.size() || size > section.size() - offset) fail("reaches outside of its section");
+        if (offset > section.size() || size > section.size() - offset) Fail("reaches outside of its section");
         return section.subspan(offset, size);
     }
 
-    static std::uint32_t below(std::uint32_t offset) {
-        if (!(offset & kHighBit)) fail("has another form than type, name, language");
+    static std::uint32_t Below(std::uint32_t offset) {
+        if (!(offset & kHighBit)) Fail("has another form than type, name, language");
         return offset & ~kHighBit;
     }
 
@@ -53,7 +53,7 @@ private:
         const auto head = at(offset, kDirectoryHeadBytes);
         const std::size_t count = std::size_t{LoadLittle<std::uint16_t>(head, kDirectoryNamedCount)} +
                                   LoadLittle<std::uint16_t>(head, kDirectoryIdCount);
-        if (count > entriesLeft) fail("has more entries than its section has room for");
+        if (count > entriesLeft) Fail("has more entries than its section has room for");
         entriesLeft -= count;
         const auto entries = at(offset + kDirectoryHeadBytes, count * kDirectoryEntryBytes);
         for (std::size_t i = 0; i < count; ++i) {
@@ -77,7 +77,7 @@ private:
     void countText(const ResourceId& id) {
         const auto* text = std::get_if<std::u16string>(&id);
         if (!text) return;
-        if (text->size() > textUnitsLeft) fail("has too long names");
+        if (text->size() > textUnitsLeft) Fail("has too long names");
         textUnitsLeft -= text->size();
     }
 

@@ -12,7 +12,7 @@ namespace quillon {
 
 namespace {
 
-std::uint64_t alignUp(std::uint64_t value) {
+std::uint64_t AlignUp(std::uint64_t value) {
     return AlignUp(value, kResourceAlignment);
 }
 
@@ -21,35 +21,35 @@ using Languages = std::map<std::uint32_t, const Resource*>;
 using Names = std::map<ResourceId, Languages>;
 using Types = std::map<ResourceId, Names>;
 
-Types treeOf(const Resources& resources) {
+Types TreeOf(const Resources& resources) {
     Types types;
     for (const auto& [key, resource] : resources) types[key.type][key.name][key.language] = &resource;
     return types;
 }
 
 template <class Children>
-std::uint64_t directoryBytes(const Children& children) {
+std::uint64_t DirectoryBytes(const Children& children) {
     return kDirectoryHeadBytes + kDirectoryEntryBytes * children.size();
 }
 
 class Writer {
 public:
     Writer(std::vector<std::byte>& to, const Resources& all, std::uint32_t imageAddress)
-        : bytes(to), resources(all), tree(treeOf(all)), address(imageAddress) {
-        nextLanguages = nextNames = directoryBytes(tree);
-        for (const auto& [type, names] : tree) nextLanguages += directoryBytes(names);
+        : bytes(to), resources(all), tree(TreeOf(all)), address(imageAddress) {
+        nextLanguages = nextNames = DirectoryBytes(tree);
+        for (const auto& [type, names] : tree) nextLanguages += DirectoryBytes(names);
         nextEntry = nextLanguages;
         std::uint64_t allTextBytes = 0;
         for (const auto& [type, names] : tree) {
-            allTextBytes += textBytes(type);
+            allTextBytes += TextBytes(type);
             for (const auto& [name, languages] : names) {
-                nextEntry += directoryBytes(languages);
-                allTextBytes += textBytes(name);
+                nextEntry += DirectoryBytes(languages);
+                allTextBytes += TextBytes(name);
             }
         }
         nextText = nextEntry + kDataEntryBytes * resources.size();
-        dataStart = size = alignUp(nextText + allTextBytes);
-        for (const auto& [key, resource] : resources) size = alignUp(size) + resource.bytes.size();
+        dataStart = size = AlignUp(nextText + allTextBytes);
+        for (const auto& [key, resource] : resources) size = AlignUp(size) + resource.bytes.size();
     }
 
     std::uint64_t sectionBytes() const { return size; }
@@ -57,18 +57,18 @@ public:
     void write() {
         const std::size_t start = bytes.size();
         bytes.reserve(start + size);
-        directory(tree, [&](const Names& names) { return kHighBit | take(nextNames, directoryBytes(names)); });
+        directory(tree, [&](const Names& names) { return kHighBit | Take(nextNames, DirectoryBytes(names)); });
         for (const auto& [type, names] : tree) {
             directory(names,
-                      [&](const Languages& each) { return kHighBit | take(nextLanguages, directoryBytes(each)); });
+                      [&](const Languages& each) { return kHighBit | Take(nextLanguages, DirectoryBytes(each)); });
         }
         for (const auto& [type, names] : tree) {
             for (const auto& [name, languages] : names)
-                directory(languages, [&](const Resource*) { return take(nextEntry, kDataEntryBytes); });
+                directory(languages, [&](const Resource*) { return Take(nextEntry, kDataEntryBytes); });
         }
         std::uint64_t at = dataStart;
         for (const auto& [key, resource] : resources) {
-            at = alignUp(at);
+            at = AlignUp(at);
             put(address + static_cast<std::uint32_t>(at));
             put(static_cast<std::uint32_t>(resource.bytes.size()));
             put(resource.codePage);
@@ -77,18 +77,18 @@ public:
         }
         bytes.insert(bytes.end(), texts.begin(), texts.end());
         for (const auto& [key, resource] : resources) {
-            bytes.resize(start + alignUp(bytes.size() - start));
+            bytes.resize(start + AlignUp(bytes.size() - start));
             bytes.insert(bytes.end(), resource.bytes.begin(), resource.bytes.end());
         }
     }
 
 private:
-    static std::uint64_t textBytes(const ResourceId& id) {
+    static std::uint64_t TextBytes(const ResourceId& id) {
         const auto* text = std::get_if<std::u16string>(&id);
         return text ? 2 + 2 * text->size() : 0;
     }
 
-    static std::uint32_t take(std::uint64_t& next, std::uint64_t count) {
+    static std::uint32_t Take(std::uint64_t& next, std::uint64_t count) {
         next += count;
         return static_cast<std::uint32_t>(next - count);
     }
@@ -101,7 +101,7 @@ private:
         if (!text) return std::get<std::uint32_t>(id);
         AppendLittle(texts, static_cast<std::uint16_t>(text->size()));
         for (const char16_t unit : *text) AppendLittle(texts, unit);
-        return kHighBit | take(nextText, textBytes(id));
+        return kHighBit | Take(nextText, TextBytes(id));
     }
 
     static bool isText(std::uint32_t) { return false; }

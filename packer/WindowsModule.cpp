@@ -15,7 +15,7 @@ const ResourceKey kPackage = {std::uint32_t{10}, u"BLOB", kLanguage};
 const ResourceKey kDescription = {u"PIPL", std::uint32_t{16000}, kLanguage};
 
 // The system takes the language of its user before that of ours.
-void replace(Resources& resources, const ResourceKey& key, std::span<const std::byte> bytes) {
+void Replace(Resources& resources, const ResourceKey& key, std::span<const std::byte> bytes) {
     std::erase_if(resources,
                   [&key](const auto& entry) { return entry.first.type == key.type && entry.first.name == key.name; });
     resources[key] = {bytes};
@@ -27,8 +27,8 @@ std::vector<std::byte> MakeWindowsModule(std::span<const std::byte> file, std::s
                                          std::span<const std::byte> description) {
     const PortableExecutable module(file);
     Resources resources = module.resources();
-    replace(resources, kPackage, scrambledPackage);
-    if (!description.empty()) replace(resources, kDescription, description);
+    Replace(resources, kPackage, scrambledPackage);
+    if (!description.empty()) Replace(resources, kDescription, description);
     return module.withResources(resources);
 }
 

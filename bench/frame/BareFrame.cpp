@@ -13,33 +13,33 @@ constexpr const char* kFragment =
     "uniform sampler2D picture;\n"
     "void main() { gl_FragColor = texture2D(picture, gl_TexCoord[0].st); }\n";
 
-GLuint compile(GLenum stage, const char* text) {
+GLuint Compile(GLenum stage, const char* text) {
     const GLuint shader = glCreateShader(stage);
     glShaderSource(shader, 1, &text, nullptr);
     glCompileShader(shader);
     return shader;
 }
 
-GLenum channelType(std::uint32_t bitDepth) {
+GLenum ChannelType(std::uint32_t bitDepth) {
     return bitDepth == 8 ? GL_UNSIGNED_BYTE : bitDepth == 16 ? GL_UNSIGNED_SHORT : GL_FLOAT;
 }
 
-GLint internalFormat(std::uint32_t bitDepth) {
+GLint InternalFormat(std::uint32_t bitDepth) {
     return bitDepth == 8 ? GL_RGBA : GL_RGBA32F;
 }
 
-GLuint makeTexture(const FrameSize& size) {
+GLuint MakeTexture(const FrameSize& size) {
     GLuint name = 0;
     glGenTextures(1, &name);
     glBindTexture(GL_TEXTURE_2D, name);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat(size.bitDepth), static_cast<GLsizei>(size.width),
-                 static_cast<GLsizei>(size.height), 0, GL_RGBA, channelType(size.bitDepth), nullptr);
+    glTexImage2D(GL_TEXTURE_2D, 0, InternalFormat(size.bitDepth), static_cast<GLsizei>(size.width),
+                 static_cast<GLsizei>(size.height), 0, GL_RGBA, ChannelType(size.bitDepth), nullptr);
     return name;
 }
 
-void drawQuad() {
+void DrawQuad() {
     glBegin(GL_QUADS);
     glTexCoord2i(0, 0), glVertex3i(-1, -1, 0);
     glTexCoord2i(1, 0), glVertex3i(1, -1, 0);
@@ -53,14 +53,14 @@ void drawQuad() {
 BareFrame::BareFrame(FrameSize frameSize) : size(frameSize) {
     if (size.bitDepth == 16) widened.resize(size.bytes() / 2);
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
-    inputTexture = makeTexture(size);
-    outputTexture = makeTexture(size);
+    inputTexture = MakeTexture(size);
+    outputTexture = MakeTexture(size);
     glGenFramebuffers(1, &framebuffer);
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, outputTexture, 0);
     program = glCreateProgram();
-    glAttachShader(program, compile(GL_VERTEX_SHADER, kVertex));
-    glAttachShader(program, compile(GL_FRAGMENT_SHADER, kFragment));
+    glAttachShader(program, Compile(GL_VERTEX_SHADER, kVertex));
+    glAttachShader(program, Compile(GL_FRAGMENT_SHADER, kFragment));
     glLinkProgram(program);
     glGenBuffers(1, &packBuffer);
     glBindBuffer(GL_PIXEL_PACK_BUFFER, packBuffer);
@@ -89,17 +89,17 @@ void BareFrame::render(const std::byte* input, std::byte* output) {
     }
     const auto width = static_cast<GLsizei>(size.width);
     const auto height = static_cast<GLsizei>(size.height);
-    const GLenum type = channelType(size.bitDepth);
+    const GLenum type = ChannelType(size.bitDepth);
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
     glBindTexture(GL_TEXTURE_2D, inputTexture);
-    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat(size.bitDepth), width, height, 0, GL_RGBA, type, pixels);
+    glTexImage2D(GL_TEXTURE_2D, 0, InternalFormat(size.bitDepth), width, height, 0, GL_RGBA, type, pixels);
 
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     glViewport(0, 0, width, height);
     glUseProgram(program);
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, inputTexture);
-    drawQuad();
+    DrawQuad();
 
     glBindBuffer(GL_PIXEL_PACK_BUFFER, packBuffer);
     glReadPixels(0, 0, width, height, GL_RGBA, type, nullptr);

@@ -13,19 +13,19 @@ namespace {
 host::EntryPoint realEntry = nullptr;
 double spentMilliseconds = 0;
 
-PF_Err timedEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output, void* extra) {
+PF_Err TimedEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output, void* extra) {
     const auto start = std::chrono::steady_clock::now();
     const PF_Err error = realEntry(cmd, in, out, params, output, extra);
     spentMilliseconds += std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     return error;
 }
 
-host::EffectModule timed(const host::EffectModule& module) {
+host::EffectModule Timed(const host::EffectModule& module) {
     realEntry = module.entry();
-    return host::EffectModule(timedEntry, module.handle());
+    return host::EffectModule(TimedEntry, module.handle());
 }
 
-host::HostSettings quietSettings() {
+host::HostSettings QuietSettings() {
     host::HostSettings settings;
     settings.rowPaddingPixels = 0;
     settings.keepsRecords = false;
@@ -35,7 +35,7 @@ host::HostSettings quietSettings() {
 }  // namespace
 
 struct ModuleFrame::Session {
-    explicit Session(const std::filesystem::path& file) : host(timed(host::EffectModule(file)), quietSettings()) {
+    explicit Session(const std::filesystem::path& file) : host(Timed(host::EffectModule(file)), QuietSettings()) {
         host.start();
         instance = &host.apply();
     }

@@ -35,7 +35,7 @@ constexpr Case kCases[] = {
     {{480, 270, 8}, 1.20, 0, 300},     {{480, 270, 16}, 0, 0, 200},     {{480, 270, 32}, 1.20, 0, 200},
 };
 
-void renderThroughEngine(IPlugin& engine, const FrameSize& size, const std::byte* input, std::byte* output) {
+void RenderThroughEngine(IPlugin& engine, const FrameSize& size, const std::byte* input, std::byte* output) {
     engine.lockGL();
     engine.setLayerPixels(kInputLayer, input, size.width, size.height, size.bitDepth, size.rowBytes());
     engine.draw(0, size.width, size.height, size.bitDepth, 1.0f);
@@ -52,7 +52,7 @@ void renderThroughEngine(IPlugin& engine, const FrameSize& size, const std::byte
     engine.unlockGL();
 }
 
-std::vector<std::byte> makePicture(const FrameSize& size) {
+std::vector<std::byte> MakePicture(const FrameSize& size) {
     std::vector<std::byte> picture(size.bytes());
     std::uint32_t state = 1;
     for (std::size_t channel = 0; channel < picture.size() / (size.bitDepth / 8); ++channel) {
@@ -70,18 +70,18 @@ std::vector<std::byte> makePicture(const FrameSize& size) {
 }
 
 template <class Work>
-double milliseconds(Work work) {
+double Milliseconds(Work work) {
     const auto start = std::chrono::steady_clock::now();
     work();
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
 }
 
-double median(std::vector<double> values) {
+double Median(std::vector<double> values) {
     std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
     return values[values.size() / 2];
 }
 
-void print(const char* what, const FrameSize& size, double time, double floor, double aim) {
+void Print(const char* what, const FrameSize& size, double time, double floor, double aim) {
     std::printf("frame/%s/%u/%ux%u: %.3f ms, floor %.3f ms, ratio %.3f", what, size.bitDepth, size.width, size.height,
                 time, floor, time / floor);
     if (aim != 0) std::printf(" (aim %.2f)", aim);
@@ -89,9 +89,9 @@ void print(const char* what, const FrameSize& size, double time, double floor, d
 }
 
 // False when the sides disagree about the picture.
-bool measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
+bool Measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
     const FrameSize& size = entry.size;
-    const std::vector<std::byte> input = makePicture(size);
+    const std::vector<std::byte> input = MakePicture(size);
     std::vector<std::byte> expected(size.bytes());
     std::vector<std::byte> fromEngine(size.bytes());
     std::vector<std::byte> fromModule(size.bytes());
@@ -104,10 +104,10 @@ bool measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
     std::vector<double> moduleTimes;
     for (int round = -3; round < entry.rounds; ++round) {  // three rounds to warm up
         engine.lockGL();
-        const double bareTime = milliseconds([&] { bare->render(input.data(), expected.data()); });
+        const double bareTime = Milliseconds([&] { bare->render(input.data(), expected.data()); });
         engine.unlockGL();
         const double engineTime =
-            milliseconds([&] { renderThroughEngine(engine, size, input.data(), fromEngine.data()); });
+            Milliseconds([&] { RenderThroughEngine(engine, size, input.data(), fromEngine.data()); });
         const double moduleTime = module.render(size, input.data(), fromModule.data());
         if (round < 0) continue;
         bareTimes.push_back(bareTime);
@@ -118,9 +118,9 @@ bool measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
     bare.reset();
     engine.unlockGL();
 
-    const double floor = median(bareTimes);
-    print("engine", size, median(engineTimes), floor, entry.engineAim);
-    print("module", size, median(moduleTimes), floor, entry.moduleAim);
+    const double floor = Median(bareTimes);
+    Print("engine", size, Median(engineTimes), floor, entry.engineAim);
+    Print("module", size, Median(moduleTimes), floor, entry.moduleAim);
     return fromEngine == expected && fromModule == expected;
 }
 
@@ -144,7 +144,7 @@ int main() {
     bool isEqual = true;
     {
         bench::ModuleFrame module(packed.file());
-        for (const bench::Case& entry : bench::kCases) isEqual = bench::measure(engine, module, entry) && isEqual;
+        for (const bench::Case& entry : bench::kCases) isEqual = bench::Measure(engine, module, entry) && isEqual;
     }
     engine.destroySequence(instance);
     if (!isEqual) std::fputs("bench_frame: the sides render different pictures\n", stderr);

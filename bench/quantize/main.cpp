@@ -53,19 +53,19 @@ constexpr Aims kAims[] = {{1, {20, 6, 20, 2.5, 6, 2.5}},
 
 std::vector<std::string> wantedNames;
 
-bool isWanted(const std::string& name) {
+bool IsWanted(const std::string& name) {
     return wantedNames.empty() || std::any_of(wantedNames.begin(), wantedNames.end(),
                                               [&](const std::string& wanted) { return name.starts_with(wanted); });
 }
 
 template <class Work>
-double milliseconds(Work work) {
+double Milliseconds(Work work) {
     const std::clock_t start = std::clock();
     work();
     return 1000.0 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }
 
-Bytes makePicture(std::uint32_t width, std::uint32_t height, std::uint32_t bits) {
+Bytes MakePicture(std::uint32_t width, std::uint32_t height, std::uint32_t bits) {
     std::mt19937 random(7);
     Bytes picture(std::size_t{width} * height * bits / 2);
     std::byte* to = picture.data();
@@ -89,24 +89,24 @@ Bytes makePicture(std::uint32_t width, std::uint32_t height, std::uint32_t bits)
 }
 
 // One quantize of a copy of the picture; the result stays in `surface`.
-double measure(Surface& surface, const Bytes& picture, const test::PlainQuantize& s, int rounds) {
+double Measure(Surface& surface, const Bytes& picture, const test::PlainQuantize& s, int rounds) {
     double best = std::numeric_limits<double>::max();
     for (int round = 0; round < rounds; ++round) {
         surface.init(s.width, s.height, s.bitDepth, true);
         surface.pixels = picture;
-        best = std::min(best, milliseconds([&] {
+        best = std::min(best, Milliseconds([&] {
                             SurfaceQuantize(surface, s.mode, s.dither, s.value, s.grayscale, s.serpentine);
                         }));
     }
     return best;
 }
 
-bool compare(std::uint32_t bits) {
-    const Bytes picture = makePicture(1920, 1080, bits);
+bool Compare(std::uint32_t bits) {
+    const Bytes picture = MakePicture(1920, 1080, bits);
     Bytes expected = picture;
     double copy = std::numeric_limits<double>::max();
     for (int round = 0; round < 10; ++round)
-        copy = std::min(copy, milliseconds([&] { std::memcpy(expected.data(), picture.data(), picture.size()); }));
+        copy = std::min(copy, Milliseconds([&] { std::memcpy(expected.data(), picture.data(), picture.size()); }));
     bool equal = true;
     for (const Aims& aims : kAims)
         for (std::size_t way = 0; way < std::size(kWays); ++way) {
@@ -114,14 +114,14 @@ bool compare(std::uint32_t bits) {
                 1920, 1080, bits, aims.mode, kWays[way].dither, 0.5f, false, kWays[way].serpentine};
             const std::string name = "quantize/" + std::to_string(bits) + "/mode " + std::to_string(aims.mode) +
                                      "/dither " + kWays[way].name;
-            if (!isWanted(name)) continue;
+            if (!IsWanted(name)) continue;
             Surface surface;
             double time = std::numeric_limits<double>::max();
             double plain = time;
             for (int round = 0; round < 3; ++round) {
-                time = std::min(time, measure(surface, picture, settings, 3));
+                time = std::min(time, Measure(surface, picture, settings, 3));
                 expected = picture;
-                plain = std::min(plain, milliseconds([&] { settings.run(expected.data()); }));
+                plain = std::min(plain, Milliseconds([&] { settings.run(expected.data()); }));
             }
             const double aim = aims.factors[way] / (bits == 8 ? 1 : 2);
             std::printf("%s: %.1f ms, %.1f copies, %.1f times the plain one (aim %.2f)%s\n", name.c_str(), time,
@@ -134,8 +134,8 @@ bool compare(std::uint32_t bits) {
     return equal;
 }
 
-bool comparePalettes() {
-    Bytes picture = makePicture(1920, 1080, 8);
+bool ComparePalettes() {
+    Bytes picture = MakePicture(1920, 1080, 8);
     const ImageLib::Surface<ImageLib::Pixel8> view(reinterpret_cast<ImageLib::Pixel8*>(picture.data()), 1920, 1080, 0);
     std::vector<ImageLib::Pixel32> image;
     for (std::size_t i = 0; i < picture.size(); i += 4) {
@@ -150,10 +150,10 @@ bool comparePalettes() {
         double time = std::numeric_limits<double>::max();
         double plain = time;
         for (int round = 0; round < 5; ++round) {
-            time = std::min(time, milliseconds([&] {
+            time = std::min(time, Milliseconds([&] {
                                 palette = ImageLib::AdaptivePalette(ImageLib::Picture(view, false), colors);
                             }));
-            plain = std::min(plain, milliseconds([&] { expected = test::PlainAdaptivePalette(image, colors); }));
+            plain = std::min(plain, Milliseconds([&] { expected = test::PlainAdaptivePalette(image, colors); }));
         }
         std::printf("palette/%u: %.1f ms, %.1f times the plain one (aim 4)%s\n", colors, time, plain / time,
                     plain / time < 4 ? " BELOW" : "");
@@ -162,10 +162,10 @@ bool comparePalettes() {
     return equal;
 }
 
-void growth() {
+void Growth() {
     const auto time = [](std::uint32_t width, std::uint32_t height, std::int32_t mode, std::int32_t dither) {
         Surface surface;
-        return measure(surface, makePicture(width, height, 8), {width, height, 8, mode, dither, 0.5f, false, false}, 3);
+        return Measure(surface, MakePicture(width, height, 8), {width, height, 8, mode, dither, 0.5f, false, false}, 3);
     };
     for (const std::int32_t dither : {1, 3, 15}) {
         std::printf("growth/dither %d: four times the pixels", dither);
@@ -178,13 +178,13 @@ void growth() {
 
 // A float picture and 64 KiB, and for adaptive palettes what the octree of the plain implementation takes and a picture
 // of bytes. Small pictures leave the least room.
-bool measureMemory(std::int32_t mode, std::uint32_t size) {
+bool MeasureMemory(std::int32_t mode, std::uint32_t size) {
     const double pixels = static_cast<double>(size) * size;
     double most = 0;
     double aim = pixels * 16 + 65536;
     if (mode >= 2 && mode <= 7) {
         const test::PlainQuantize settings{size, size, 8, mode, 1, 0.5f, false, false};
-        Bytes picture = makePicture(size, size, 8);
+        Bytes picture = MakePicture(size, size, 8);
         const HeapUse plain;
         settings.run(picture.data());
         aim = static_cast<double>(plain.peak()) + pixels * 4 + 65536;
@@ -193,7 +193,7 @@ bool measureMemory(std::int32_t mode, std::uint32_t size) {
         for (const Way& way : kWays) {
             Surface surface;
             surface.init(size, size, bits, true);
-            surface.pixels = makePicture(size, size, bits);
+            surface.pixels = MakePicture(size, size, bits);
             const HeapUse own;
             SurfaceQuantize(surface, mode, way.dither, 0.5f, false, way.serpentine);
             most = std::max(most, static_cast<double>(own.peak()));
@@ -211,12 +211,12 @@ int main(int argc, char** argv) {
     using namespace quillon::bench;
     wantedNames.assign(argv + 1, argv + argc);
     bool equal = true;
-    for (const std::uint32_t bits : {8u, 16u, 32u}) equal = compare(bits) && equal;
-    if (isWanted("palette")) equal = comparePalettes() && equal;
-    if (isWanted("growth")) growth();
+    for (const std::uint32_t bits : {8u, 16u, 32u}) equal = Compare(bits) && equal;
+    if (IsWanted("palette")) equal = ComparePalettes() && equal;
+    if (IsWanted("growth")) Growth();
     bool fits = true;
-    if (isWanted("memory"))
+    if (IsWanted("memory"))
         for (const Aims& aims : kAims)
-            for (const std::uint32_t size : {8u, 170u, 720u}) fits = measureMemory(aims.mode, size) && fits;
+            for (const std::uint32_t size : {8u, 170u, 720u}) fits = MeasureMemory(aims.mode, size) && fits;
     return equal && fits ? 0 : 1;
 }

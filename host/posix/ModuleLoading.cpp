@@ -4,7 +4,7 @@
 
 namespace quillon::host {
 
-void* loadModule(const std::filesystem::path& file, std::string& reason) {
+void* LoadModule(const std::filesystem::path& file, std::string& reason) {
     // A bare name would be searched for in the system's library folders.
     void* module = dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!module) {
@@ -14,11 +14,11 @@ void* loadModule(const std::filesystem::path& file, std::string& reason) {
     return module;
 }
 
-void* findInModule(void* module, const char* name) {
+void* FindInModule(void* module, const char* name) {
     return dlsym(module, name);
 }
 
-void unloadModule(void* module) {
+void UnloadModule(void* module) {
     dlclose(module);
 }
 

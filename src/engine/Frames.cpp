@@ -19,7 +19,7 @@ namespace {
 std::uint32_t swapCounter = 0;
 constexpr std::uint32_t kFramesWithoutSwap = 4;
 
-RenderTarget& currentOutput() {
+RenderTarget& CurrentOutput() {
     Context& context = Context::Instance();
     return context.FindRenderTarget(context.CurrentSequence().renderTarget);
 }
@@ -115,14 +115,14 @@ void AEQuillon2::setLayerPixels(std::uint32_t index, const void* pixels, std::ui
 const void* AEQuillon2::mapResult() {
     if (!selected) return nullptr;
     // A script can put a smaller picture into its output: the caller would read past the end of that one.
-    RenderTarget& target = currentOutput();
+    RenderTarget& target = CurrentOutput();
     const std::size_t bytes = std::size_t{target.width} * target.height * target.bitDepth / 2;
     const bool isWhole = target.isUsable() && bytes >= Context::Instance().CurrentSequence().frameBytes;
     return isWhole ? target.mapPixels() : nullptr;
 }
 
 void AEQuillon2::unmapResult(const void*) {
-    if (selected && currentOutput().isUsable()) RenderTarget::unmapPixels();
+    if (selected && CurrentOutput().isUsable()) RenderTarget::unmapPixels();
 }
 
 std::string& AEQuillon2::shaderErrors(std::string& out) {

@@ -9,7 +9,7 @@ namespace quillon {
 namespace {
 
 template <class Kind>
-Kind& nullObject() {
+Kind& NullObject() {
     static Kind null;
     return null;
 }
@@ -58,22 +58,22 @@ Parameter& Context::FindParameter(std::uint32_t id) {
 
 Shader& Context::FindShader(std::uint32_t id) {
     Shader* found = FindIn<Shader>(id);
-    return found ? *found : nullObject<Shader>();
+    return found ? *found : NullObject<Shader>();
 }
 
 RenderTarget& Context::FindRenderTarget(std::uint32_t id) {
     RenderTarget* found = FindIn<RenderTarget>(id);
-    return found ? *found : nullObject<RenderTarget>();
+    return found ? *found : NullObject<RenderTarget>();
 }
 
 Texture& Context::FindTexture(std::uint32_t id) {
     Texture* found = FindIn<Texture>(id);
-    return found ? *found : nullObject<Texture>();
+    return found ? *found : NullObject<Texture>();
 }
 
 Surface& Context::FindSurface(std::uint32_t id) {
     Surface* found = FindIn<Surface>(id);
-    return found ? *found : nullObject<Surface>();
+    return found ? *found : NullObject<Surface>();
 }
 
 std::uint32_t Context::NewParameter(const std::string& uniformName, std::uint32_t kind, const std::string& label) {

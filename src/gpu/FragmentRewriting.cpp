@@ -79,10 +79,10 @@ std::size_t tokenFinder(std::string_view text, std::string_view word, TokenMode 
 }
 
 void rewriteMain(std::string& text) {
-    constexpr std::string_view word = "main";
-    const std::size_t hit = tokenFinder(text, word, TokenMode::definition, 0);
+    constexpr std::string_view kWord = "main";
+    const std::size_t hit = tokenFinder(text, kWord, TokenMode::definition, 0);
     if (hit == std::string::npos) return;
-    text.replace(hit, word.size(), "repl_main");
+    text.replace(hit, kWord.size(), "repl_main");
     text += '\n';
     text += kMainWrapper;
 }

@@ -9,60 +9,60 @@ namespace quillon {
 namespace {
 
 template <class Result, class... Arguments>
-Result GLAPIENTRY inertEntryPoint(Arguments...) {
+Result GLAPIENTRY InertEntryPoint(Arguments...) {
     if constexpr (!std::is_void_v<Result>) return Result{};
 }
 
 template <class Result, class... Arguments>
-void fill(Result(GLAPIENTRY*& pointer)(Arguments...)) {
-    if (!pointer) pointer = inertEntryPoint<Result, Arguments...>;
+void Fill(Result(GLAPIENTRY*& pointer)(Arguments...)) {
+    if (!pointer) pointer = InertEntryPoint<Result, Arguments...>;
 }
 
 // Every function that the GPU layer calls beyond those that the system's GL library itself exports.
-void fillMissingEntryPoints() {
-    fill(__glewActiveTexture);
-    fill(__glewAttachShader);
-    fill(__glewBindBuffer);
-    fill(__glewBindFramebuffer);
-    fill(__glewBlitFramebuffer);
-    fill(__glewBufferData);
-    fill(__glewCompileShader);
-    fill(__glewCreateProgram);
-    fill(__glewCreateShader);
-    fill(__glewDeleteFramebuffers);
-    fill(__glewDeleteProgram);
-    fill(__glewDeleteShader);
-    fill(__glewFramebufferTexture2D);
-    fill(__glewGenFramebuffers);
-    fill(__glewGetActiveUniform);
-    fill(__glewGetBufferParameteriv);
-    fill(__glewGetProgramInfoLog);
-    fill(__glewGetProgramiv);
-    fill(__glewGetShaderInfoLog);
-    fill(__glewGetShaderiv);
-    fill(__glewGetUniformLocation);
-    fill(__glewLinkProgram);
-    fill(__glewMapBuffer);
-    fill(__glewShaderSource);
-    fill(__glewUniform1f);
-    fill(__glewUniform1i);
-    fill(__glewUniform1iv);
-    fill(__glewUniform2fv);
-    fill(__glewUniform3fv);
-    fill(__glewUniform4fv);
-    fill(__glewUnmapBuffer);
-    fill(__glewUseProgram);
+void FillMissingEntryPoints() {
+    Fill(__glewActiveTexture);
+    Fill(__glewAttachShader);
+    Fill(__glewBindBuffer);
+    Fill(__glewBindFramebuffer);
+    Fill(__glewBlitFramebuffer);
+    Fill(__glewBufferData);
+    Fill(__glewCompileShader);
+    Fill(__glewCreateProgram);
+    Fill(__glewCreateShader);
+    Fill(__glewDeleteFramebuffers);
+    Fill(__glewDeleteProgram);
+    Fill(__glewDeleteShader);
+    Fill(__glewFramebufferTexture2D);
+    Fill(__glewGenFramebuffers);
+    Fill(__glewGetActiveUniform);
+    Fill(__glewGetBufferParameteriv);
+    Fill(__glewGetProgramInfoLog);
+    Fill(__glewGetProgramiv);
+    Fill(__glewGetShaderInfoLog);
+    Fill(__glewGetShaderiv);
+    Fill(__glewGetUniformLocation);
+    Fill(__glewLinkProgram);
+    Fill(__glewMapBuffer);
+    Fill(__glewShaderSource);
+    Fill(__glewUniform1f);
+    Fill(__glewUniform1i);
+    Fill(__glewUniform1iv);
+    Fill(__glewUniform2fv);
+    Fill(__glewUniform3fv);
+    Fill(__glewUniform4fv);
+    Fill(__glewUnmapBuffer);
+    Fill(__glewUseProgram);
 }
 
 // A script may run before, or without, any context: the pointers are callable from the start.
-[[maybe_unused]] const bool filledAtLoad = (fillMissingEntryPoints(), true);
+[[maybe_unused]] const bool kFilledAtLoad = (FillMissingEntryPoints(), true);
 
 }  // namespace
 
 void LoadGLEntryPoints() {
     // Without a GLX display GLEW reports failure after it has loaded everything; its answer says nothing here.
     glewInit();
-    fillMissingEntryPoints();
+    FillMissingEntryPoints();
 }
 
 }  // namespace quillon

@@ -19,7 +19,7 @@ constexpr std::int32_t kDeleteFault = 2;
 constexpr int kNoDisplay = 1;
 
 // Four hex digits: some systems draw from a wider range than the 15 bits that are meant.
-std::wstring randomSuffix() {
+std::wstring RandomSuffix() {
     std::array<wchar_t, 8> digits{};
     std::swprintf(digits.data(), digits.size(), L"%04x", static_cast<unsigned>(std::rand() & 0x7FFF));
     return digits.data();
@@ -29,9 +29,9 @@ std::wstring randomSuffix() {
 
 int OpenGLContext::create() {
     std::srand(TickMilliseconds());
-    className = L"Quillon2_Class" + randomSuffix();
-    windowName = L"OpenGL_WND" + randomSuffix();
-    mutexName = L"OpenGL_MTX" + randomSuffix();
+    className = L"Quillon2_Class" + RandomSuffix();
+    windowName = L"OpenGL_WND" + RandomSuffix();
+    mutexName = L"OpenGL_MTX" + RandomSuffix();
 
     switch (window.open(className, windowName, kWindowWidth, kWindowHeight)) {
         case GLWindow::OpenResult::opened:

@@ -16,7 +16,7 @@ constexpr GLuint kPackBuffer = 4863;
 
 // Makes the bound pack buffer hold `bytes`. A buffer of that size is kept from frame to frame, since the driver pays
 // for fresh memory page by page. Where the read-back does not fill what the depth promises, the rest is zero.
-void sizePackBuffer(std::uint32_t bytes, std::uint32_t bitDepth) {
+void SizePackBuffer(std::uint32_t bytes, std::uint32_t bitDepth) {
     const bool isFilled = bitDepth == 8 || bitDepth == 16 || bitDepth == 32;
     if (!isFilled) {
         const std::vector<std::byte> zeros(bytes);
@@ -78,7 +78,7 @@ const void* RenderTarget::mapPixels() {
     if (pixels > 0xFFFFFFFF || (pixels * bitDepth * 4) >> 3 != bytes) return nullptr;
 
     glBindBuffer(GL_PIXEL_PACK_BUFFER, kPackBuffer);
-    sizePackBuffer(bytes, bitDepth);
+    SizePackBuffer(bytes, bitDepth);
     glReadBuffer(GL_COLOR_ATTACHMENT0);
     glReadPixels(0, 0, static_cast<GLsizei>(width), static_cast<GLsizei>(height), GL_RGBA, GLChannelType(bitDepth),
                  nullptr);

@@ -76,10 +76,10 @@ void DrawLines(std::string_view text, int lineCount) {
 
 void textOverlay(const std::string& text) {
     // Never initialized, and so the framebuffer 0 with no extent: that glOrtho refuses the empty range is of no matter.
-    static const RenderTarget target;
-    const int width = static_cast<int>(target.width);
-    const int height = static_cast<int>(target.height);
-    glBindFramebuffer(GL_FRAMEBUFFER, target.framebufferName.get());
+    static const RenderTarget kTarget;
+    const int width = static_cast<int>(kTarget.width);
+    const int height = static_cast<int>(kTarget.height);
+    glBindFramebuffer(GL_FRAMEBUFFER, kTarget.framebufferName.get());
     glViewport(0, 0, width, height);
 
     glMatrixMode(GL_PROJECTION);

@@ -19,7 +19,7 @@ namespace {
 constexpr GLint kHostOrder[] = {GL_RED, GL_GREEN, GL_BLUE, GL_ALPHA};
 constexpr GLint kRgbaOrder[] = {GL_ALPHA, GL_RED, GL_GREEN, GL_BLUE};
 
-GLint internalFormat(std::uint32_t bitDepth) {
+GLint InternalFormat(std::uint32_t bitDepth) {
     return bitDepth > 8 ? GL_RGBA32F : GL_RGBA;
 }
 
@@ -27,7 +27,7 @@ GLint internalFormat(std::uint32_t bitDepth) {
 constexpr std::size_t kBandBytes = 256 * 1024;
 
 // Bytes of a pixel as GL reads it.
-std::size_t pixelBytes(std::uint32_t bitDepth) {
+std::size_t PixelBytes(std::uint32_t bitDepth) {
     switch (GLChannelType(bitDepth)) {
         case GL_FLOAT:
             return 16;
@@ -40,7 +40,7 @@ std::size_t pixelBytes(std::uint32_t bitDepth) {
 
 // GL_UNPACK_ROW_LENGTH in pixels. Integer arithmetic with a surprise that is meant: 15 bits count as one byte, which
 // doubles the row length. A depth below 8 has none, and rows then follow each other tightly.
-GLint unpackRowLength(const PixelLayout& layout) {
+GLint UnpackRowLength(const PixelLayout& layout) {
     const std::int64_t channelBytes = layout.bitDepth >> 3;
     if (channelBytes == 0) return 0;
     return static_cast<GLint>(
@@ -48,30 +48,30 @@ GLint unpackRowLength(const PixelLayout& layout) {
 }
 
 // The bytes of the caller's memory that the layout names: all rows, the last one no further than its width.
-std::size_t sourceBytes(const PixelLayout& layout) {
+std::size_t SourceBytes(const PixelLayout& layout) {
     if (layout.height == 0) return 0;
     const auto rowStride = static_cast<std::size_t>(layout.rowBytes);
-    const std::size_t lastRow = std::min<std::size_t>(layout.width * pixelBytes(layout.bitDepth), rowStride);
+    const std::size_t lastRow = std::min<std::size_t>(layout.width * PixelBytes(layout.bitDepth), rowStride);
     return (std::size_t{layout.height} - 1) * rowStride + lastRow;
 }
 
 // Whether GL takes such a picture at all. A script can name extents of which even the number of bytes wraps.
-bool fitsGL(const PixelLayout& layout) {
+bool FitsGl(const PixelLayout& layout) {
     GLint longest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &longest);
     return std::max(layout.width, layout.height) <= static_cast<std::uint32_t>(longest);
 }
 
 // The bytes that GL reads for an upload with this row length.
-std::size_t bytesReadByGL(const PixelLayout& layout, GLint rowLength) {
+std::size_t BytesReadByGl(const PixelLayout& layout, GLint rowLength) {
     if (layout.height == 0 || layout.width == 0) return 0;
     const std::size_t rowPixels = rowLength > 0 ? static_cast<std::size_t>(rowLength) : layout.width;
-    return ((std::size_t{layout.height} - 1) * rowPixels + layout.width) * pixelBytes(layout.bitDepth);
+    return ((std::size_t{layout.height} - 1) * rowPixels + layout.width) * PixelBytes(layout.bitDepth);
 }
 
 // Rows that lie upwards in memory, copied to lie tightly downwards.
-std::vector<std::byte> repackDownwards(const std::byte* source, PixelLayout& layout) {
-    const std::size_t rowBytes = layout.width * pixelBytes(layout.bitDepth);
+std::vector<std::byte> RepackDownwards(const std::byte* source, PixelLayout& layout) {
+    const std::size_t rowBytes = layout.width * PixelBytes(layout.bitDepth);
     std::vector<std::byte> rows(rowBytes * layout.height);
     const std::size_t readable = std::min<std::size_t>(rowBytes, static_cast<std::size_t>(-layout.rowBytes));
     for (std::uint32_t y = 0; y < layout.height; ++y)
@@ -87,13 +87,13 @@ void expandTo16(const std::byte* source, const PixelLayout& layout, std::byte* w
         WidenHostRow(source + y * layout.rowBytes, widened + y * layout.rowBytes, channels);
 }
 
-void specifyStorage(const PixelLayout& layout, const void* pixels) {
-    glTexImage2D(GL_TEXTURE_2D, 0, internalFormat(layout.bitDepth), static_cast<GLsizei>(layout.width),
+void SpecifyStorage(const PixelLayout& layout, const void* pixels) {
+    glTexImage2D(GL_TEXTURE_2D, 0, InternalFormat(layout.bitDepth), static_cast<GLsizei>(layout.width),
                  static_cast<GLsizei>(layout.height), 0, GL_RGBA, GLChannelType(layout.bitDepth), pixels);
 }
 
 // Fills the storage with the host's 16-bit rows.
-void uploadWidened(const std::byte* memory, const PixelLayout& layout) {
+void UploadWidened(const std::byte* memory, const PixelLayout& layout) {
     const auto rowStride = static_cast<std::size_t>(layout.rowBytes);
     if (rowStride == 0) return;  // rows without a pixel
     const auto rowsPerBand = static_cast<std::uint32_t>(std::max<std::size_t>(1, kBandBytes / rowStride));
@@ -123,9 +123,9 @@ std::uint32_t GLChannelType(std::uint32_t bitDepth) {
 
 void Texture::storeUpload(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand) {
     const std::size_t copyBytes = layout.height * static_cast<std::size_t>(layout.rowBytes);
-    const std::size_t readable = sourceBytes(layout);
-    const bool isTaken = fitsGL(layout);
-    const std::size_t read = isTaken ? bytesReadByGL(layout, rowLength) : 0;
+    const std::size_t readable = SourceBytes(layout);
+    const bool isTaken = FitsGl(layout);
+    const std::size_t read = isTaken ? BytesReadByGl(layout, rowLength) : 0;
     // Surfaces that share the copy see a picture of the same size arrive in it. Any other, and widened rows, come to
     // lie in new bytes, and the surfaces keep the old ones as they were.
     const bool arrivesInCopy = copy && copy.use_count() > 1 && copy->size() == copyBytes && !expand;
@@ -133,12 +133,12 @@ void Texture::storeUpload(const std::byte* memory, const PixelLayout& layout, st
     // A row length that disagrees with the rows makes GL read on past the caller's memory.
     copyIsInGL = !copy && mayLeaveCopyInGL && textureName && isTaken && read <= readable;
     if (copyIsInGL && !expand) {
-        specifyStorage(layout, memory);
+        SpecifyStorage(layout, memory);
         return;
     }
     if (copyIsInGL) {
-        specifyStorage(layout, nullptr);
-        uploadWidened(memory, layout);
+        SpecifyStorage(layout, nullptr);
+        UploadWidened(memory, layout);
         return;
     }
 
@@ -154,7 +154,7 @@ void Texture::storeUpload(const std::byte* memory, const PixelLayout& layout, st
         padded.resize(read);
         pixels = padded.data();
     }
-    specifyStorage(layout, pixels);
+    SpecifyStorage(layout, pixels);
 }
 
 PixelBuffer Texture::pixelCopy() {
@@ -164,7 +164,7 @@ PixelBuffer Texture::pixelCopy() {
 }
 
 PixelBuffer Texture::readBackUpload() const {
-    const std::size_t rowPixels = width * pixelBytes(bitDepth);
+    const std::size_t rowPixels = width * PixelBytes(bitDepth);
     const auto rowStride = static_cast<std::size_t>(rowBytes);
     std::vector<std::byte> tight(rowPixels * height);
     glBindBuffer(GL_PIXEL_PACK_BUFFER, 0);
@@ -197,13 +197,13 @@ void Texture::uploadPixels(const void* source, const PixelLayout& given, bool ar
     const auto* memory = static_cast<const std::byte*>(source);
     std::vector<std::byte> repacked;
     if (memory && layout.rowBytes < 0) {
-        repacked = repackDownwards(memory, layout);
+        repacked = RepackDownwards(memory, layout);
         memory = repacked.data();
     }
 
     if (!memory) pixelCopy();  // the storage goes, and the copy stays
 
-    const GLint rowLength = unpackRowLength(layout);
+    const GLint rowLength = UnpackRowLength(layout);
     glBindTexture(GL_TEXTURE_2D, textureName.get());
     glPixelStorei(GL_UNPACK_ROW_LENGTH, rowLength);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
@@ -215,7 +215,7 @@ void Texture::uploadPixels(const void* source, const PixelLayout& given, bool ar
     if (memory)
         storeUpload(memory, layout, rowLength, layout.bitDepth == 16 && expand15);
     else
-        specifyStorage(layout, nullptr);
+        SpecifyStorage(layout, nullptr);
 
     isArgbOrdered = argbOrdered;
     width = layout.width;

@@ -22,7 +22,7 @@ constexpr std::pair<GLenum, QL_Type> kKindsOfTypes[] = {
 constexpr std::uint32_t kBuiltInFlag = 1;
 
 // Names that authors expect the host to know. They are marked, and fed by the script like any other.
-bool isBuiltIn(std::string_view name) {
+bool IsBuiltIn(std::string_view name) {
     constexpr std::string_view kNames[] = {"sInput0", "resolution", "time", "_height_"};
     for (const std::string_view builtIn : kNames)
         if (name == builtIn) return true;
@@ -57,7 +57,7 @@ void Shader::reflectUniforms() {
         Parameter& uniform = uniforms.emplace_back();
         uniform.uniformName = uniformName.data();
         uniform.kind = uniformKind(type, size);
-        uniform.flags = isBuiltIn(uniform.uniformName) ? kBuiltInFlag : 0;
+        uniform.flags = IsBuiltIn(uniform.uniformName) ? kBuiltInFlag : 0;
         uniform.location = uniformLocation(uniform.uniformName);
 
         // The kind that the effect declares for a control of this name goes before GLSL's type.

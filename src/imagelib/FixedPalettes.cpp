@@ -39,7 +39,7 @@ constexpr Colors kPalettes[] = {
 // clang-format on
 constexpr std::int32_t kFirst = 9;
 
-float channel(Scale scale, std::uint32_t color, int shift) {
+float Channel(Scale scale, std::uint32_t color, int shift) {
     const auto byte = static_cast<std::uint8_t>(color >> shift);
     return scale == Scale::over255 ? static_cast<float>(byte) / 255.0f : FloatFromChannel(byte);
 }
@@ -52,7 +52,7 @@ std::vector<Pixel32> FixedPalette(std::int32_t mode) {
     const auto& [scale, count, colors] = kPalettes[mode - kFirst];
     for (std::uint32_t i = 0; i < count; ++i)
         palette.push_back(
-            {1.0f, channel(scale, colors[i], 16), channel(scale, colors[i], 8), channel(scale, colors[i], 0)});
+            {1.0f, Channel(scale, colors[i], 16), Channel(scale, colors[i], 8), Channel(scale, colors[i], 0)});
     return palette;
 }
 

@@ -34,19 +34,19 @@ private:
 };
 
 namespace Marker {
-constexpr unsigned prefix = 0xFF;
-constexpr unsigned huffmanTables = 0xC4;
-constexpr unsigned startOfImage = 0xD8;
-constexpr unsigned endOfImage = 0xD9;
+constexpr unsigned kPrefix = 0xFF;
+constexpr unsigned kHuffmanTables = 0xC4;
+constexpr unsigned kStartOfImage = 0xD8;
+constexpr unsigned kEndOfImage = 0xD9;
 // No segment stands behind these; 0 is a coded 0xFF within a scan.
-constexpr bool standsAlone(unsigned marker) {
-    return marker < 0x02 || (marker >= 0xD0 && marker <= startOfImage);
+constexpr bool StandsAlone(unsigned marker) {
+    return marker < 0x02 || (marker >= 0xD0 && marker <= kStartOfImage);
 }
 }  // namespace Marker
 
 // The marker's second byte, from behind the first: that may stand there any number of times.
 unsigned NextMarker(ByteCursor& cursor) {
-    while (cursor.peek() == Marker::prefix) cursor.skip(1);
+    while (cursor.peek() == Marker::kPrefix) cursor.skip(1);
     return cursor.next();
 }
 
@@ -71,16 +71,16 @@ bool SegmentOverflows(ByteCursor cursor) {
 
 bool JpegTablesOverflow(std::span<const std::byte> file) {
     ByteCursor cursor(file);
-    if (cursor.next() != Marker::prefix || NextMarker(cursor) != Marker::startOfImage) return false;
+    if (cursor.next() != Marker::kPrefix || NextMarker(cursor) != Marker::kStartOfImage) return false;
 
     // From marker to marker as the decoder goes: segments are stepped over whole, since a color profile or a thumbnail
     // may hold any bytes, and what stands behind the picture's end, such as a phone's short film, is not looked at.
     while (!cursor.atEnd()) {
-        if (cursor.next() != Marker::prefix) continue;
+        if (cursor.next() != Marker::kPrefix) continue;
         const unsigned marker = NextMarker(cursor);
-        if (marker == Marker::endOfImage) break;
-        if (Marker::standsAlone(marker)) continue;
-        if (marker == Marker::huffmanTables && SegmentOverflows(cursor)) return true;
+        if (marker == Marker::kEndOfImage) break;
+        if (Marker::StandsAlone(marker)) continue;
+        if (marker == Marker::kHuffmanTables && SegmentOverflows(cursor)) return true;
         const unsigned length = ByteCursor(cursor).nextWord();
         cursor.skip(length);
     }

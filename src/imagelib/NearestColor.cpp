@@ -10,25 +10,25 @@ namespace {
 // No rounding carries a color out of a level where it is inside this part of it.
 constexpr float kSurely = 0.999f;
 
-__m128 magnitude(__m128 v) {
+__m128 Magnitude(__m128 v) {
     return _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
 }
 
 template <int Lane>
-__m128 broadcast(__m128 v) {
+__m128 Broadcast(__m128 v) {
     return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
 }
 
-__m128 smallest(__m128 v) {
+__m128 Smallest(__m128 v) {
     v = _mm_min_ps(v, _mm_shuffle_ps(v, v, _MM_SHUFFLE(1, 0, 3, 2)));
     return _mm_min_ps(v, _mm_shuffle_ps(v, v, _MM_SHUFFLE(2, 3, 0, 1)));
 }
 
-__m128 squared(__m128 v) {
+__m128 Squared(__m128 v) {
     return v * v;
 }
 
-std::size_t firstEqual(__m128 four, __m128 value) {
+std::size_t FirstEqual(__m128 four, __m128 value) {
     return static_cast<std::size_t>(
         std::countr_zero(static_cast<unsigned>(_mm_movemask_ps(_mm_cmpeq_ps(four, value)))));
 }
@@ -67,16 +67,16 @@ void NearestColor::addEmptyBlock() {
 // The distances of a color to the four entries of a block.
 struct NearestColor::Distances {
     explicit Distances(__m128 argb)
-        : a(broadcast<0>(argb)), r(broadcast<1>(argb)), g(broadcast<2>(argb)), b(broadcast<3>(argb)) {}
+        : a(Broadcast<0>(argb)), r(Broadcast<1>(argb)), g(Broadcast<2>(argb)), b(Broadcast<3>(argb)) {}
     template <int Pixel>
     Distances(const FourPixels& colors, std::integral_constant<int, Pixel>)
-        : a(broadcast<Pixel>(colors.lane[0])),
-          r(broadcast<Pixel>(colors.lane[1])),
-          g(broadcast<Pixel>(colors.lane[2])),
-          b(broadcast<Pixel>(colors.lane[3])) {}
+        : a(Broadcast<Pixel>(colors.lane[0])),
+          r(Broadcast<Pixel>(colors.lane[1])),
+          g(Broadcast<Pixel>(colors.lane[2])),
+          b(Broadcast<Pixel>(colors.lane[3])) {}
     __m128 operator()(const Block& to) const {
-        return (squared(a - to.lane[0]) + squared(r - to.lane[1])) +
-               (squared(g - to.lane[2]) + squared(b - to.lane[3]));
+        return (Squared(a - to.lane[0]) + Squared(r - to.lane[1])) +
+               (Squared(g - to.lane[2]) + Squared(b - to.lane[3]));
     }
     __m128 a, r, g, b;
 };
@@ -90,7 +90,7 @@ std::uint32_t NearestColor::scan(Cell list, __m128 argb) const {
     __m128 all[64];
     __m128 best = all[0] = distances(block[0]);
     for (std::uint32_t i = 1; i < count; ++i) best = _mm_min_ps(best, all[i] = distances(block[i]));
-    best = smallest(best);
+    best = Smallest(best);
     std::uint32_t i = 0;
     int equal = 0;
     while ((equal = _mm_movemask_ps(_mm_cmpeq_ps(all[i], best))) == 0) ++i;
@@ -124,10 +124,10 @@ void NearestColor::find(const FourPixels& colors, std::uint32_t entries[4]) {
     const __m128 g = colors.lane[2] - _mm_set1_ps(middle);
     const __m128 b = colors.lane[3] - _mm_set1_ps(middle);
     const __m128 nearReach = _mm_set1_ps(reach * kSurely);
-    const __m128 alphaNear = _mm_cmple_ps(magnitude(colors.lane[0] - _mm_set1_ps(1.0f)), _mm_set1_ps(kAlphaReach));
+    const __m128 alphaNear = _mm_cmple_ps(Magnitude(colors.lane[0] - _mm_set1_ps(1.0f)), _mm_set1_ps(kAlphaReach));
     const __m128 inside =
-        _mm_and_ps(_mm_and_ps(_mm_cmplt_ps(magnitude(r), nearReach), _mm_cmplt_ps(magnitude(g), nearReach)),
-                   _mm_and_ps(_mm_cmplt_ps(magnitude(b), nearReach), alphaNear));
+        _mm_and_ps(_mm_and_ps(_mm_cmplt_ps(Magnitude(r), nearReach), _mm_cmplt_ps(Magnitude(g), nearReach)),
+                   _mm_and_ps(_mm_cmplt_ps(Magnitude(b), nearReach), alphaNear));
     std::uint32_t cells[4] = {};
     if (_mm_movemask_ps(inside) == 15) {
         const __m128 scale = _mm_set1_ps(static_cast<float>(1 << nearBits) / (2 * reach));
@@ -147,19 +147,18 @@ void NearestColor::find(const FourPixels& colors, std::uint32_t entries[4]) {
             ForLanes<4>([&](auto i) {
                 const std::size_t block = FirstBlockOf(cells[i]);
                 const __m128 four = Distances(colors, i)(blocks[block]);
-                const Cell entry = entriesOf[block][firstEqual(four, smallest(four))];
+                const Cell entry = entriesOf[block][FirstEqual(four, Smallest(four))];
                 entries[i] = cells[i] & kSingle ? cells[i] & 255 : entry;
             });
             return;
         }
     }
-    const FourPixels single =
-        FourPixels::Transposed(colors.lane[0], colors.lane[1], colors.lane[2], colors.lane[3]);
+    const FourPixels single = FourPixels::Transposed(colors.lane[0], colors.lane[1], colors.lane[2], colors.lane[3]);
     ForLanes<4>([&](auto i) { entries[i] = cells[i] != 0 ? resolve(cells[i], single.lane[i]) : find(single.lane[i]); });
 }
 
 std::uint32_t NearestColor::find(__m128 argb) {
-    const __m128 away = magnitude(argb - _mm_setr_ps(1.0f, middle, middle, middle));
+    const __m128 away = Magnitude(argb - _mm_setr_ps(1.0f, middle, middle, middle));
     alignas(16) float distance[4];
     _mm_store_ps(distance, away);
     if (!(distance[0] <= kAlphaReach)) return scanEverything(argb);

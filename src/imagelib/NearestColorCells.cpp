@@ -17,7 +17,7 @@ constexpr float kCellMargin = 1.02f;
 constexpr float kRounding = 1e-5f;
 constexpr int kFarBits = 5;
 
-float square(float v) {
+float Square(float v) {
     return v * v;
 }
 
@@ -68,8 +68,8 @@ NearestColor::Cell NearestColor::makeCell(Cell from, const Box& box) {
         static_cast<std::size_t>(std::min_element(distances, distances + count * 4) - distances);
 
     const float halfSize = box.halfSize * kCellMargin;
-    float largest = square(kAlphaReach + 1);
-    for (const float m : box.middle) largest += square(std::abs(m - 0.5f) + 0.5f + halfSize);
+    float largest = Square(kAlphaReach + 1);
+    for (const float m : box.middle) largest += Square(std::abs(m - 0.5f) + 0.5f + halfSize);
     const __m128 limit = _mm_set1_ps(distances[nearest] + largest * kRounding);
     std::uint8_t kept[256];
     std::size_t keptCount = 0;

@@ -14,11 +14,11 @@ constexpr int kNodeBits = 24;
 // A table takes as much memory as the nodes of some twenty leaves; it is made once as many have been walked to.
 constexpr std::uint32_t kWalksForTable = 32;
 
-std::uint64_t rank(std::uint64_t entry) {
+std::uint64_t Rank(std::uint64_t entry) {
     return entry >> kNodeBits;
 }
 
-std::uint32_t nodeIn(std::uint64_t entry) {
+std::uint32_t NodeIn(std::uint64_t entry) {
     return static_cast<std::uint32_t>(entry & ((1u << kNodeBits) - 1));
 }
 
@@ -65,7 +65,7 @@ std::uint64_t OctreePalette::heapEntry(std::uint32_t node) const {
 
 void OctreePalette::place(std::uint32_t slot, std::uint64_t entry) {
     heap[slot] = entry;
-    nodes[nodeIn(entry)].slot = slot;
+    nodes[NodeIn(entry)].slot = slot;
 }
 
 void OctreePalette::addToHeap(std::uint32_t node) {
@@ -80,7 +80,7 @@ void OctreePalette::addToHeap(std::uint32_t node) {
 }
 
 std::uint32_t OctreePalette::takeFirst() {
-    const std::uint32_t first = nodeIn(heap[1]);
+    const std::uint32_t first = NodeIn(heap[1]);
     place(1, heap.back());
     heap.pop_back();
     siftDown(1);
@@ -90,7 +90,7 @@ std::uint32_t OctreePalette::takeFirst() {
 void OctreePalette::siftUp(std::uint32_t slot) {
     const std::uint64_t entry = heap[slot];
     const std::uint32_t start = slot;
-    for (; slot > 1 && rank(entry) < rank(heap[slot / 2]); slot /= 2) place(slot, heap[slot / 2]);
+    for (; slot > 1 && Rank(entry) < Rank(heap[slot / 2]); slot /= 2) place(slot, heap[slot / 2]);
     if (slot != start) place(slot, entry);
 }
 
@@ -100,8 +100,8 @@ void OctreePalette::siftDown(std::uint32_t slot) {
     const std::uint32_t start = slot;
     const auto end = static_cast<std::uint32_t>(heap.size());
     for (std::uint32_t child = slot * 2; child < end; child = slot * 2) {
-        if (child + 1 < end && rank(heap[child + 1]) < rank(heap[child])) ++child;
-        if (rank(heap[child]) >= rank(entry)) break;
+        if (child + 1 < end && Rank(heap[child + 1]) < Rank(heap[child])) ++child;
+        if (Rank(heap[child]) >= Rank(entry)) break;
         place(slot, heap[child]);
         slot = child;
     }
@@ -121,7 +121,7 @@ void OctreePalette::reduceTo(std::span<Pixel32> palette) {
     }
     std::fill(palette.begin(), palette.end(), Pixel32{0, 0, 0, 0});
     for (std::size_t slot = 1; slot < heap.size(); ++slot) {
-        const Node& node = nodes[nodeIn(heap[slot])];
+        const Node& node = nodes[NodeIn(heap[slot])];
         const double f = 1.0 / node.count;
         const auto mean = [f](std::uint64_t sum) { return static_cast<float>((static_cast<double>(sum) * f) / 255.0); };
         palette[slot - 1] = {1.0f, mean(node.red), mean(node.green), mean(node.blue)};

@@ -9,18 +9,18 @@ namespace quillon {
 namespace {
 
 // Whether the rows lie inside the surface's bytes: an alias may tell of a larger picture than it holds.
-bool holdsItsExtent(const Surface& surface, std::uint64_t rowBytes, std::uint64_t usedRowBytes) {
+bool HoldsItsExtent(const Surface& surface, std::uint64_t rowBytes, std::uint64_t usedRowBytes) {
     const std::uint64_t held = surface.byteSize();
     if (usedRowBytes > held) return false;
     return surface.height == 1 || rowBytes <= (held - usedRowBytes) / (surface.height - 1);
 }
 
 template <class T>
-void quantizeAs(Surface& surface, const ImageLib::ReductionSettings& settings) {
+void QuantizeAs(Surface& surface, const ImageLib::ReductionSettings& settings) {
     std::byte* pixels = surface.pixelAddress();
     if (!pixels) FailFast("a surface without pixels was quantized");
     ImageLib::Surface<T> view(reinterpret_cast<T*>(pixels), surface.width, surface.height, surface.rowBytes);
-    if (holdsItsExtent(surface, view.rowBytes, std::uint64_t{surface.width} * sizeof(T)))
+    if (HoldsItsExtent(surface, view.rowBytes, std::uint64_t{surface.width} * sizeof(T)))
         ImageLib::Reduce(view, settings);
 }
 
@@ -33,11 +33,11 @@ void SurfaceQuantize(Surface& surface, std::int32_t mode, std::int32_t dither, f
                                                serpentine};
     switch (surface.bitDepth) {
         case 8:
-            return quantizeAs<ImageLib::Pixel8>(surface, settings);
+            return QuantizeAs<ImageLib::Pixel8>(surface, settings);
         case 16:
-            return quantizeAs<ImageLib::Pixel15>(surface, settings);
+            return QuantizeAs<ImageLib::Pixel15>(surface, settings);
         case 32:
-            return quantizeAs<ImageLib::Pixel32>(surface, settings);
+            return QuantizeAs<ImageLib::Pixel32>(surface, settings);
     }
 }
 

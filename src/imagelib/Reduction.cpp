@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "imagelib/AdaptivePalette.h"
-#include "imagelib/Quantizers.h"
 #include "imagelib/DiffuseBands.h"
 #include "imagelib/DiffuseRows.h"
 #include "imagelib/FixedPalettes.h"
 #include "imagelib/NearestColor.h"
+#include "imagelib/Quantizers.h"
 #include "imagelib/ShortPalette.h"
 #include "imagelib/SinglePixels.h"
 
@@ -22,7 +22,7 @@ constexpr std::uint32_t kBandHeight = 16;
 
 // What a reduction that is none leaves: pixels that have been floats, gray where that was asked for.
 template <class T>
-void convertOnly(const Picture<T>& picture) {
+void ConvertOnly(const Picture<T>& picture) {
     const auto there = [](auto channel) {
         if constexpr (std::is_same_v<T, Pixel32>)
             return channel;
@@ -52,7 +52,7 @@ void convertOnly(const Picture<T>& picture) {
 
 // Whether every pixel's alpha is exactly 1.
 template <class T>
-bool isOpaque(const Picture<T>& picture) {
+bool IsOpaque(const Picture<T>& picture) {
     int opaque = 15;
     for (std::uint32_t y = 0; y < picture.height && opaque == 15; ++y)
         picture.forFours(y, [&](const std::byte* pixels, std::uint32_t, std::uint32_t count) {
@@ -63,7 +63,7 @@ bool isOpaque(const Picture<T>& picture) {
 }
 
 template <class T, class Chooser>
-void diffuse(const Picture<T>& picture, const ReductionSettings& settings, const DitherKernel& kernel, Chooser& chooser,
+void Diffuse(const Picture<T>& picture, const ReductionSettings& settings, const DitherKernel& kernel, Chooser& chooser,
              PackedColors<T> colors) {
     if (settings.serpentine || picture.height < kBandHeight)
         RowDiffusion(picture, kernel, chooser, colors).run(settings.serpentine);
@@ -72,8 +72,8 @@ void diffuse(const Picture<T>& picture, const ReductionSettings& settings, const
 }
 
 // Errors, and the amplitude of a matrix, carry colors out of their cube. An amplitude may be anything.
-NearestColor::Range expectedColors(const ReductionSettings& settings, const DitherKernel* kernel,
-                                     const OrderedMatrix* matrix) {
+NearestColor::Range ExpectedColors(const ReductionSettings& settings, const DitherKernel* kernel,
+                                   const OrderedMatrix* matrix) {
     if (kernel) return {-0.5f, 1.5f};
     if (matrix && settings.value > 0) return {0, 1 + std::min(settings.value, 1.0f)};
     if (matrix && settings.value < 0) return {std::max(settings.value, -1.0f), 1};
@@ -94,10 +94,10 @@ struct PaletteReduction {
         FromPalette<Search, false> chooser(search, palette);
         if (kernel) {
             const auto isSolid = [](const Pixel32& entry) { return entry.alpha == 1.0f; };
-            if (!std::all_of(palette.begin(), palette.end(), isSolid) || !isOpaque(picture))
-                return diffuse(picture, settings, *kernel, chooser, colors);
+            if (!std::all_of(palette.begin(), palette.end(), isSolid) || !IsOpaque(picture))
+                return Diffuse(picture, settings, *kernel, chooser, colors);
             FromPalette<Search, true> opaqueChooser(search, palette);
-            return diffuse(picture, settings, *kernel, opaqueChooser, colors);
+            return Diffuse(picture, settings, *kernel, opaqueChooser, colors);
         }
         if constexpr (std::is_same_v<T, Pixel8>)
             if (!matrix) return ReduceRepeatedPixels(picture, chooser, colors);
@@ -106,7 +106,7 @@ struct PaletteReduction {
 };
 
 template <class T>
-void reduceAs(Surface<T>& surface, const ReductionSettings& settings) {
+void ReduceAs(Surface<T>& surface, const ReductionSettings& settings) {
     const Picture<T> picture(surface, settings.grayscale);
     const DitherKernel* kernel = FindDitherKernel(settings.ditherIndex);
     const OrderedMatrix* matrix = FindOrderedMatrix(settings.ditherIndex);
@@ -115,7 +115,8 @@ void reduceAs(Surface<T>& surface, const ReductionSettings& settings) {
     std::vector<Pixel32> palette = FixedPalette(mode);
     if (mode == 1) palette = {{1, 0, 0, 0}, {1, 1, 1, 1}};
     const bool isAdaptive = mode >= 2 && mode <= 7;
-    if ((palette.empty() && !isAdaptive) || (settings.ditherIndex != 0 && !kernel && !matrix)) return convertOnly(picture);
+    if ((palette.empty() && !isAdaptive) || (settings.ditherIndex != 0 && !kernel && !matrix))
+        return ConvertOnly(picture);
     if (isAdaptive) palette = AdaptivePalette(picture, 4u << (mode - 1));
 
     std::vector<typename PixelAccess<T>::Packed> packed(palette.size());
@@ -124,7 +125,7 @@ void reduceAs(Surface<T>& surface, const ReductionSettings& settings) {
     if (mode == 1) {
         constexpr float kAmplitude = 0.2f;
         TwoLevels chooser(settings.value);
-        if (kernel) return diffuse(picture, settings, *kernel, chooser, colors);
+        if (kernel) return Diffuse(picture, settings, *kernel, chooser, colors);
         return ReduceSinglePixels(picture, chooser, colors, matrix, kAmplitude);
     }
     const PaletteReduction<T> reduction{picture, settings, kernel, matrix, palette, colors};
@@ -133,22 +134,22 @@ void reduceAs(Surface<T>& surface, const ReductionSettings& settings) {
         return reduction.run(search);
     }
     NearestColor search(palette, std::uint64_t{picture.width} * picture.height,
-                         expectedColors(settings, kernel, matrix));
+                        ExpectedColors(settings, kernel, matrix));
     reduction.run(search);
 }
 
 }  // namespace
 
 void Reduce(Surface<Pixel8>& surface, const ReductionSettings& settings) {
-    reduceAs(surface, settings);
+    ReduceAs(surface, settings);
 }
 
 void Reduce(Surface<Pixel15>& surface, const ReductionSettings& settings) {
-    reduceAs(surface, settings);
+    ReduceAs(surface, settings);
 }
 
 void Reduce(Surface<Pixel32>& surface, const ReductionSettings& settings) {
-    reduceAs(surface, settings);
+    ReduceAs(surface, settings);
 }
 
 }  // namespace quillon::ImageLib

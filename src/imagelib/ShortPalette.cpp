@@ -11,12 +11,12 @@ namespace {
 // A distance that is not below it never wins.
 constexpr float kLimit = 1000000.0f;
 
-__m128 squared(__m128 v) {
+__m128 Squared(__m128 v) {
     return v * v;
 }
 
 template <int Lane>
-__m128 broadcast(__m128 v) {
+__m128 Broadcast(__m128 v) {
     return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
 }
 
@@ -55,9 +55,9 @@ struct ShortPalette::Best {
 
 void ShortPalette::find(const FourPixels& colors, std::uint32_t found[4]) const {
     const __m128 r = colors.lane[1], g = colors.lane[2], b = colors.lane[3];
-    const __m128 alpha = squared(colors.lane[0] - _mm_set1_ps(1.0f));
+    const __m128 alpha = Squared(colors.lane[0] - _mm_set1_ps(1.0f));
     const auto distance = [&](const Entry& entry) {
-        return (alpha + squared(r - entry.red)) + (squared(g - entry.green) + squared(b - entry.blue));
+        return (alpha + Squared(r - entry.red)) + (Squared(g - entry.green) + Squared(b - entry.blue));
     };
     // Two halves side by side wait less for each other's results. The second wins only where it is strictly nearer.
     Best first, second;
@@ -70,14 +70,14 @@ void ShortPalette::find(const FourPixels& colors, std::uint32_t found[4]) const 
 }
 
 std::uint32_t ShortPalette::find(__m128 argb) const {
-    const __m128 r = broadcast<1>(argb), g = broadcast<2>(argb), b = broadcast<3>(argb);
-    const __m128 alpha = squared(broadcast<0>(argb) - _mm_set1_ps(1.0f));
+    const __m128 r = Broadcast<1>(argb), g = Broadcast<2>(argb), b = Broadcast<3>(argb);
+    const __m128 alpha = Squared(Broadcast<0>(argb) - _mm_set1_ps(1.0f));
     __m128 distances[kMost / 4];
     __m128 best = _mm_set1_ps(kLimit);
     const auto measureSixteen = [&](std::size_t first) {
         for (std::size_t k = first; k < first + 4; ++k)
             distances[k] =
-                (alpha + squared(r - blocks[k].red)) + (squared(g - blocks[k].green) + squared(b - blocks[k].blue));
+                (alpha + Squared(r - blocks[k].red)) + (Squared(g - blocks[k].green) + Squared(b - blocks[k].blue));
         const __m128 low = _mm_min_ps(distances[first], best);
         const __m128 high = _mm_min_ps(distances[first + 2], best);
         best = _mm_min_ps(_mm_min_ps(distances[first + 1], low), _mm_min_ps(distances[first + 3], high));

@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t kPadding = 8;
 
 // A '\', '/' or ':' ends a folder's name, unless nothing or another slash follows it.
-std::string_view lastComponent(std::string_view path) {
+std::string_view LastComponent(std::string_view path) {
     std::size_t start = 0;
     for (std::size_t i = 0; i + 1 < path.size(); ++i) {
         const bool separates = path[i] == '\\' || path[i] == '/' || path[i] == ':';
@@ -81,7 +81,7 @@ std::vector<std::byte> BlobReader::ReadFile(const std::wstring& name) {
     if (!archive) return {};
     const std::string path = NarrowToBytes(name);
     // A name ends at its first zero byte.
-    return archive->Read(std::string(lastComponent(path.c_str())));
+    return archive->Read(std::string(LastComponent(path.c_str())));
 }
 
 }  // namespace quillon

@@ -17,7 +17,7 @@ namespace {
 constexpr const char* kNoTextFile = "popa";
 
 // All bytes of the file. A length that 32 bits with a sign cannot hold throws as an allocation that fails.
-std::vector<std::byte> readWhole(std::FILE* file) {
+std::vector<std::byte> ReadWhole(std::FILE* file) {
     const std::int64_t length = FileLength(file);
     if (length > std::numeric_limits<std::int32_t>::max()) throw std::length_error("file of 2 GiB or more");
     std::vector<std::byte> bytes(length > 0 ? static_cast<std::size_t>(length) : 0);
@@ -30,7 +30,7 @@ std::vector<std::byte> readWhole(std::FILE* file) {
 std::vector<std::byte> ReadFileBytes(const std::wstring& name) {
     if (FileBytesHook) return FileBytesHook(name);
     const FileHandle file = OpenFileForReading(name);
-    return file ? readWhole(file.get()) : std::vector<std::byte>();
+    return file ? ReadWhole(file.get()) : std::vector<std::byte>();
 }
 
 std::string ReadFileText(const std::wstring& name) {
@@ -41,7 +41,7 @@ std::string ReadFileText(const std::wstring& name) {
     // As Windows reads a text, on every system, so that a file reads alike: a line may end in two characters, and the
     // old end-of-file mark ends it.
     std::string text;
-    for (const std::byte byte : readWhole(file.get())) {
+    for (const std::byte byte : ReadWhole(file.get())) {
         const char character = std::to_integer<char>(byte);
         if (character == '\0' || character == '\x1A') break;
         if (character == '\n' && text.ends_with('\r')) text.pop_back();

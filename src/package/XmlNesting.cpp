@@ -12,13 +12,13 @@ constexpr auto kNowhere = std::string::npos;
 // Each takes the place of a '<' and gives the place behind what starts there; kNowhere when that has no end, where the
 // parser gives up.
 
-std::size_t behind(const std::string& text, const char* ending, std::size_t from) {
+std::size_t Behind(const std::string& text, const char* ending, std::size_t from) {
     const std::size_t found = text.find(ending, from);
     return found == kNowhere ? kNowhere : found + std::char_traits<char>::length(ending);
 }
 
 // A document type ends at the first '>' outside of square brackets.
-std::size_t behindDocumentType(const std::string& text, std::size_t at) {
+std::size_t BehindDocumentType(const std::string& text, std::size_t at) {
     int brackets = 0;
     for (; at < text.size(); ++at) {
         if (text[at] == '[') ++brackets;
@@ -28,16 +28,16 @@ std::size_t behindDocumentType(const std::string& text, std::size_t at) {
     return kNowhere;
 }
 
-std::size_t behindDeclaration(const std::string& text, std::size_t at) {
-    if (text.compare(at, 4, "<!--") == 0) return behind(text, "-->", at + 4);
-    if (text.compare(at, 9, "<![CDATA[") == 0) return behind(text, "]]>", at + 9);
+std::size_t BehindDeclaration(const std::string& text, std::size_t at) {
+    if (text.compare(at, 4, "<!--") == 0) return Behind(text, "-->", at + 4);
+    if (text.compare(at, 9, "<![CDATA[") == 0) return Behind(text, "]]>", at + 9);
     const bool isDocumentType = text.compare(at, 9, "<!DOCTYPE") == 0 && at + 9 < text.size() &&
                                 std::string(kBlanks).find(text[at + 9]) != kNowhere;
-    return isDocumentType ? behindDocumentType(text, at) : behind(text, ">", at);
+    return isDocumentType ? BehindDocumentType(text, at) : Behind(text, ">", at);
 }
 
 // The '>' of an opening tag, or the '/' of a tag that closes itself.
-std::size_t endOfTag(const std::string& text, std::size_t at) {
+std::size_t EndOfTag(const std::string& text, std::size_t at) {
     at = text.find_first_of(" \t\r\n/>?", at + 1);
     while (at != kNowhere) {
         at = text.find_first_not_of(kBlanks, at);
@@ -59,13 +59,13 @@ bool XmlNestsDeeperThan(const std::string& text, int limit) {
         const char next = at + 1 < text.size() ? text[at + 1] : '\0';
         if (next == '/') {
             --level;
-            at = behind(text, ">", at);
+            at = Behind(text, ">", at);
         } else if (next == '!') {
-            at = behindDeclaration(text, at);
+            at = BehindDeclaration(text, at);
         } else if (next == '?') {
-            at = behind(text, "?>", at + 2);
+            at = Behind(text, "?>", at + 2);
         } else {
-            at = endOfTag(text, at);
+            at = EndOfTag(text, at);
             if (at != kNowhere && text[at] == '>' && ++level > limit) return true;
         }
         if (at == kNowhere) break;

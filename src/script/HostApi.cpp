@@ -29,7 +29,7 @@ duk_ret_t setOutputExtent(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-duk_ret_t getContextExtent(duk_context* ctx) {
+duk_ret_t GetContextExtent(duk_context* ctx) {
     const Context& context = Context::Instance();
     const double numbers[] = {static_cast<double>(context.width), static_cast<double>(context.height), context.scale};
     return PushNumbers(ctx, numbers);
@@ -46,7 +46,7 @@ constexpr Native kNatives[] = {
     {"QL_getTime", Guarded<getTime>, 0},
     {"QL_release", Guarded<release>, 1},
     {"QL_setOutputExtent", Guarded<setOutputExtent>, 2},
-    {"QL_getContextExtent", Guarded<getContextExtent>, 0},
+    {"QL_getContextExtent", Guarded<GetContextExtent>, 0},
     {"QL_getInputOrigin", Guarded<getInputOrigin>, 0},
 };
 

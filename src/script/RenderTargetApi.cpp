@@ -47,14 +47,14 @@ duk_ret_t getSequenceRT(duk_context* ctx) {
     return PushNumber(ctx, Context::Instance().CurrentSequence().renderTarget);
 }
 
-duk_ret_t getSequenceTexture(duk_context* ctx) {
+duk_ret_t GetSequenceTexture(duk_context* ctx) {
     return PushNumber(ctx, Context::Instance().CurrentSequence().texture);
 }
 
 constexpr Native kNatives[] = {
     {"QL_initRenderTarget", Guarded<initRenderTarget>, 3},     {"QL_blitRenderTarget", Guarded<blitRenderTarget>, 4},
     {"QL_getSurfaceDim", Guarded<getSurfaceDim>, 1},           {"QL_getSequenceRT", Guarded<getSequenceRT>, 0},
-    {"QL_getSequenceTexture", Guarded<getSequenceTexture>, 0},
+    {"QL_getSequenceTexture", Guarded<GetSequenceTexture>, 0},
 };
 
 }  // namespace

@@ -15,22 +15,22 @@ namespace {
 
 Scripting::ErrorObserver errorObserver = nullptr;
 
-void* allocate(void*, duk_size_t size) {
+void* Allocate(void*, duk_size_t size) {
     return std::malloc(size);
 }
-void* reallocate(void*, void* block, duk_size_t size) {
+void* Reallocate(void*, void* block, duk_size_t size) {
     return std::realloc(block, size);
 }
-void release(void*, void* block) {
+void Release(void*, void* block) {
     std::free(block);
 }
 
 // Reached only by a fault inside Duktape itself: every text runs protected.
-[[noreturn]] void fatal(void*, const char*) {
+[[noreturn]] void Fatal(void*, const char*) {
     std::abort();
 }
 
-void bind(duk_context* ctx, std::span<const Native> natives) {
+void Bind(duk_context* ctx, std::span<const Native> natives) {
     for (const Native& native : natives) {
         duk_push_global_object(ctx);
         duk_push_c_function(ctx, native.call, native.arity);
@@ -40,7 +40,7 @@ void bind(duk_context* ctx, std::span<const Native> natives) {
 }
 
 // In: an error. Out: its text and its line. Runs protected, since properties of an error may be script code.
-duk_ret_t describeError(duk_context* ctx, void*) {
+duk_ret_t DescribeError(duk_context* ctx, void*) {
     duk_dup(ctx, -1);
     duk_safe_to_string(ctx, -1);
     if (duk_is_object(ctx, -2))
@@ -65,14 +65,14 @@ Scripting::~Scripting() {
 }
 
 void Scripting::Open() {
-    context = duk_create_heap(allocate, reallocate, release, nullptr, fatal);
+    context = duk_create_heap(Allocate, Reallocate, Release, nullptr, Fatal);
     if (context) {
-        bind(context, ParameterNatives());
-        bind(context, RenderTargetNatives());
-        bind(context, ShaderNatives());
-        bind(context, TextureNatives());
-        bind(context, SurfaceNatives());
-        bind(context, HostNatives());
+        Bind(context, ParameterNatives());
+        Bind(context, RenderTargetNatives());
+        Bind(context, ShaderNatives());
+        Bind(context, TextureNatives());
+        Bind(context, SurfaceNatives());
+        Bind(context, HostNatives());
     }
     quillon::Context::Instance().Setup();
 }
@@ -96,7 +96,7 @@ void Scripting::Eval(const char* text) {
 
 void Scripting::Report(const char* text) {
     duk_dup(context, -1);
-    duk_safe_call(context, describeError, nullptr, 1, 2);
+    duk_safe_call(context, DescribeError, nullptr, 1, 2);
     const char* message = duk_get_string(context, -2);
     const ScriptError error{text, message ? message : "an error that cannot be shown", duk_get_int(context, -1)};
     errorObserver(error);

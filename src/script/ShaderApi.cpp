@@ -16,15 +16,15 @@ namespace {
 constexpr std::int32_t kNoValue = -12345678;
 
 // The built shader of an id, or null. Asked again after every coercion.
-Shader* builtShader(std::uint32_t id) {
+Shader* BuiltShader(std::uint32_t id) {
     if (!IsIdOf<Shader>(id)) return nullptr;
     Shader& shader = Context::Instance().FindShader(id);
     return shader.isBuilt() ? &shader : nullptr;
 }
 
 // The record that a write to this uniform goes to; null when there is none, or when the kept index has outlived it.
-Parameter* uniformToWrite(std::uint32_t shaderId, const char* name) {
-    Shader* shader = builtShader(shaderId);
+Parameter* UniformToWrite(std::uint32_t shaderId, const char* name) {
+    Shader* shader = BuiltShader(shaderId);
     if (!shader) return nullptr;
     const std::int32_t index = shader->parameterIndex(name);
     const bool exists = index >= 0 && static_cast<std::size_t>(index) < shader->parameters.size();
@@ -32,7 +32,7 @@ Parameter* uniformToWrite(std::uint32_t shaderId, const char* name) {
 }
 
 // GL's name for the texture of an id; 0 for a stranger.
-std::uint32_t glTextureOf(std::uint32_t id) {
+std::uint32_t GlTextureOf(std::uint32_t id) {
     const bool hasTexture = IsIdOf<RenderTarget>(id) || IsIdOf<Texture>(id) || IsIdOf<Parameter>(id);
     return hasTexture ? TextureOfId(id).textureName.get() : 0;
 }
@@ -52,16 +52,16 @@ duk_ret_t setShaderParam(duk_context* ctx) {
     const std::uint32_t parameterId = ToUnsigned(ctx, 1);
     if (!IsIdOf<Shader>(shaderId) || !IsIdOf<Parameter>(parameterId)) return PushBool(ctx, false);
     const Parameter& parameter = Context::Instance().FindParameter(parameterId);
-    if (parameter.id == 0 || !builtShader(shaderId)) return PushBool(ctx, false);
-    Parameter* uniform = uniformToWrite(shaderId, parameter.uniformName.c_str());
+    if (parameter.id == 0 || !BuiltShader(shaderId)) return PushBool(ctx, false);
+    Parameter* uniform = UniformToWrite(shaderId, parameter.uniformName.c_str());
     if (uniform && uniform->kind == parameter.kind) std::memcpy(uniform->value, parameter.value, sizeof uniform->value);
     return PushBool(ctx, true);
 }
 
-duk_ret_t getShaderParamType(duk_context* ctx) {
+duk_ret_t GetShaderParamType(duk_context* ctx) {
     const std::uint32_t shaderId = ToUnsigned(ctx, 0);
     const char* name = duk_to_string(ctx, 1);
-    Shader* shader = builtShader(shaderId);
+    Shader* shader = BuiltShader(shaderId);
     return PushNumber(ctx, shader ? shader->parameterByName(name).kind : 0);
 }
 
@@ -75,7 +75,7 @@ duk_ret_t renderShader(duk_context* ctx) {
         ElementsToFloats(ctx, 3, numbers);
         viewport = {numbers[0], numbers[1], numbers[2], numbers[3]};
     }
-    Shader* shader = builtShader(shaderId);
+    Shader* shader = BuiltShader(shaderId);
     if (!shader || !IsIdOf<RenderTarget>(targetId)) return PushBool(ctx, false);
     RenderTarget& target = Context::Instance().FindRenderTarget(targetId);
     if (target.isUsable()) {
@@ -87,7 +87,7 @@ duk_ret_t renderShader(duk_context* ctx) {
 }
 
 // Compares and stores the floats of a uniform, all or none of them.
-void writeFloats(Parameter* uniform, std::span<const float> numbers) {
+void WriteFloats(Parameter* uniform, std::span<const float> numbers) {
     if (!uniform) return;
     uniform->changed = false;
     for (std::size_t i = 0; i < numbers.size(); ++i)
@@ -96,7 +96,7 @@ void writeFloats(Parameter* uniform, std::span<const float> numbers) {
     for (std::size_t i = 0; i < numbers.size(); ++i) uniform->setFloatAt(static_cast<int>(i), numbers[i]);
 }
 
-void writeWord(Parameter* uniform, std::uint32_t word) {
+void WriteWord(Parameter* uniform, std::uint32_t word) {
     if (!uniform) return;
     uniform->changed = uniform->wordValue() != word;
     if (uniform->changed) uniform->setWordValue(word);
@@ -105,19 +105,19 @@ void writeWord(Parameter* uniform, std::uint32_t word) {
 duk_ret_t setShaderParamVal(duk_context* ctx) {
     const std::uint32_t shaderId = ToUnsigned(ctx, 0);
     const char* name = duk_to_string(ctx, 1);
-    Shader* shader = builtShader(shaderId);
+    Shader* shader = BuiltShader(shaderId);
     if (!shader) return PushBool(ctx, false);
     const auto writeArray = [&](std::size_t length) {
         if (!duk_is_array(ctx, 2) || duk_get_length(ctx, 2) != length) return;
         float numbers[4];
         ElementsToFloats(ctx, 2, {numbers, length});
-        writeFloats(uniformToWrite(shaderId, name), {numbers, length});
+        WriteFloats(UniformToWrite(shaderId, name), {numbers, length});
     };
     switch (shader->parameterByName(name).kind) {
         case FLOAT:
         case ANGLE: {
             const float number = ToFloat(ctx, 2);
-            if (number != static_cast<float>(kNoValue)) writeFloats(uniformToWrite(shaderId, name), {&number, 1});
+            if (number != static_cast<float>(kNoValue)) WriteFloats(UniformToWrite(shaderId, name), {&number, 1});
             break;
         }
         case POINT:
@@ -131,7 +131,7 @@ duk_ret_t setShaderParamVal(duk_context* ctx) {
             break;
         case LAYER: {
             const std::uint32_t id = ToUnsigned(ctx, 2);
-            writeWord(uniformToWrite(shaderId, name), glTextureOf(id));
+            WriteWord(UniformToWrite(shaderId, name), GlTextureOf(id));
             break;
         }
         case TEXTURE:
@@ -140,7 +140,7 @@ duk_ret_t setShaderParamVal(duk_context* ctx) {
         case BOOL:
         case POPUP: {
             const std::int32_t number = TruncateToInt32(duk_to_number(ctx, 2));
-            if (number != kNoValue) writeWord(uniformToWrite(shaderId, name), static_cast<std::uint32_t>(number));
+            if (number != kNoValue) WriteWord(UniformToWrite(shaderId, name), static_cast<std::uint32_t>(number));
             break;
         }
         default:
@@ -166,7 +166,7 @@ duk_ret_t getShaderError(duk_context* ctx) {
 
 constexpr Native kNatives[] = {
     {"QL_initShader", Guarded<initShader>, DUK_VARARGS},       {"QL_setShaderParam", Guarded<setShaderParam>, 2},
-    {"QL_getShaderParamType", Guarded<getShaderParamType>, 2}, {"QL_renderShader", Guarded<renderShader>, 4},
+    {"QL_getShaderParamType", Guarded<GetShaderParamType>, 2}, {"QL_renderShader", Guarded<renderShader>, 4},
     {"QL_setShaderParamVal", Guarded<setShaderParamVal>, 3},   {"QL_getShaderError", Guarded<getShaderError>, 1},
 };
 

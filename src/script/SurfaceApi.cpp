@@ -19,7 +19,7 @@ duk_ret_t initSurface(duk_context* ctx) {
 }
 
 // Reads a target back into the surface, rows in GL's order; the surface stays empty when nothing could be mapped.
-void readBack(RenderTarget& target, Surface& surface) {
+void ReadBack(RenderTarget& target, Surface& surface) {
     surface.rowBytes = (std::uint64_t{target.bitDepth} * target.width * 4) >> 3;
     if (!target.isUsable()) return;
     // Also when there is no memory for the pixels: a buffer left mapped gives no picture to those who come after.
@@ -43,7 +43,7 @@ duk_ret_t textureToSurface(duk_context* ctx) {
     surface.height = source.height;
     surface.bitDepth = source.bitDepth;
     if (IsIdOf<RenderTarget>(id)) {
-        readBack(context.FindRenderTarget(id), surface);
+        ReadBack(context.FindRenderTarget(id), surface);
     } else {
         surface.rowBytes = static_cast<std::uint64_t>(source.rowBytes);
         surface.borrowedPixels = source.pixelCopy();

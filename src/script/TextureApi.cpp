@@ -22,7 +22,7 @@ duk_ret_t initTexture(duk_context* ctx) {
     return PushNumber(ctx, Context::Instance().NewTextureFromFile(file));
 }
 
-duk_ret_t setTextureParam(duk_context* ctx) {
+duk_ret_t SetTextureParam(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (!TextureOfId(id).textureName) return PushBool(ctx, false);
     const std::uint32_t name = ToUnsigned(ctx, 1);
@@ -35,7 +35,7 @@ duk_ret_t setTextureParam(duk_context* ctx) {
 
 constexpr Native kNatives[] = {
     {"QL_initTexture", Guarded<initTexture>, DUK_VARARGS},
-    {"QL_setTextureParam", Guarded<setTextureParam>, 3},
+    {"QL_setTextureParam", Guarded<SetTextureParam>, 3},
 };
 
 }  // namespace

@@ -20,12 +20,12 @@ constexpr float kAlphaStripTop = 118;
 constexpr auto kClickTool = static_cast<PF_ExtendedSuiteTool>(14);
 constexpr float kMarkerRadius = 4;
 
-bool isOnControl(const PF_EventExtra& extra) {
+bool IsOnControl(const PF_EventExtra& extra) {
     return extra.contextH && *extra.contextH && (*extra.contextH)->w_type == PF_Window_EFFECT &&
            extra.effect_win.area == PF_EA_CONTROL;
 }
 
-const WheelImage& wheelOf(const PF_EventExtra& extra) {
+const WheelImage& WheelOf(const PF_EventExtra& extra) {
     const PF_UnionableRect& frame = extra.effect_win.current_frame;
     return WheelImage::ofSize(frame.right - frame.left, frame.bottom - frame.top);
 }
@@ -34,12 +34,12 @@ struct FramePoint {
     float x, y;
 };
 
-FramePoint toFrame(const PF_EventExtra& extra, const PF_Point& screen) {
+FramePoint ToFrame(const PF_EventExtra& extra, const PF_Point& screen) {
     const PF_UnionableRect& frame = extra.effect_win.current_frame;
     return {static_cast<float>(screen.h - frame.left), static_cast<float>(screen.v - frame.top)};
 }
 
-PF_Err click(SuiteCache& cache, PF_EventExtra& extra) {
+PF_Err Click(SuiteCache& cache, PF_EventExtra& extra) {
     const PF_Err error = cache.get(suites::kHelper).PF_SetCurrentExtendedTool(kClickTool);
     if (error == PF_Err_NONE) {
         extra.u.do_click.send_drag = 1;
@@ -48,12 +48,12 @@ PF_Err click(SuiteCache& cache, PF_EventExtra& extra) {
     return error;
 }
 
-void drag(PF_ParamDef& def, PF_EventExtra& extra) {
-    if (!isOnControl(extra)) return;
+void Drag(PF_ParamDef& def, PF_EventExtra& extra) {
+    if (!IsOnControl(extra)) return;
     const PF_Point screen = extra.u.do_click.screen_point;
     extra.u.do_click.continue_refcon[0] = screen.h;
-    const FramePoint point = toFrame(extra, screen);
-    const WheelImage& wheel = wheelOf(extra);
+    const FramePoint point = ToFrame(extra, screen);
+    const WheelImage& wheel = WheelOf(extra);
     PF_UnionablePixel& pixel = def.u.cd.value;
     if (WheelColor color{}; wheel.colorAt(point.x, point.y, color)) {
         pixel.red = static_cast<A_u_char>(color.red * 255.0f);
@@ -69,7 +69,7 @@ void drag(PF_ParamDef& def, PF_EventExtra& extra) {
 }
 
 // Where the wheel shows this color, from its center.
-FramePoint positionOf(const WheelColor& color, float radius) {
+FramePoint PositionOf(const WheelColor& color, float radius) {
     const float high = std::max({color.red, color.green, color.blue});
     const float chroma = high - std::min({color.red, color.green, color.blue});
     if (high <= 0 || chroma <= 0) return {0, 0};
@@ -101,13 +101,13 @@ private:
     DRAWBOT_ObjectRef object;
 };
 
-void drawWheel(const DrawbotSuites& drawbot, DRAWBOT_DrawRef reference, const PF_EventExtra& extra,
+void DrawWheel(const DrawbotSuites& drawbot, DRAWBOT_DrawRef reference, const PF_EventExtra& extra,
                const WheelColor& color) {
     DRAWBOT_SupplierRef supplier = nullptr;
     DRAWBOT_SurfaceRef surface = nullptr;
     if (drawbot.draw->GetSupplier(reference, &supplier) != 0 || drawbot.draw->GetSurface(reference, &surface) != 0)
         return;
-    const WheelImage& wheel = wheelOf(extra);
+    const WheelImage& wheel = WheelOf(extra);
     const PF_UnionableRect& frame = extra.effect_win.current_frame;
     const DRAWBOT_PointF32 origin{static_cast<float>(frame.left), static_cast<float>(frame.top)};
 
@@ -125,13 +125,13 @@ void drawWheel(const DrawbotSuites& drawbot, DRAWBOT_DrawRef reference, const PF
     drawbot.supplier->NewPath(supplier, &path);
     const DrawnObject pathOwner(*drawbot.supplier, path);
     if (!pen || !path) return;
-    const FramePoint marker = positionOf(color, wheel.radius());
+    const FramePoint marker = PositionOf(color, wheel.radius());
     const DRAWBOT_PointF32 center{origin.x + wheel.centerX() + marker.x, origin.y + wheel.centerY() + marker.y};
     drawbot.path->AddArc(path, &center, kMarkerRadius, 0, 360);
     drawbot.surface->StrokePath(surface, pen, path);
 }
 
-PF_Err draw(PF_InData& in, PF_OutData& out, const PF_ParamDef& def, SuiteCache& cache, PF_EventExtra& extra) {
+PF_Err Draw(PF_InData& in, PF_OutData& out, const PF_ParamDef& def, SuiteCache& cache, PF_EventExtra& extra) {
     const PF_UnionablePixel& held = def.u.cd.value;
     WheelColor color{held.red / 255.0f, held.green / 255.0f, held.blue / 255.0f};
     if (!isPremiere(in)) {
@@ -146,15 +146,15 @@ PF_Err draw(PF_InData& in, PF_OutData& out, const PF_ParamDef& def, SuiteCache& 
     if (error != PF_Err_NONE || !reference) return error;
     DrawbotSuites drawbot{};
     const PF_Err acquired = AEFX_AcquireDrawbotSuites(in, out, &drawbot);
-    if (acquired == PF_Err_NONE) drawWheel(drawbot, reference, extra, color);
+    if (acquired == PF_Err_NONE) DrawWheel(drawbot, reference, extra, color);
     AEFX_ReleaseDrawbotSuites(in, out, drawbot);
     return acquired;
 }
 
-void adjustCursor(PF_EventExtra& extra) {
-    if (!isOnControl(extra)) return;
-    const FramePoint point = toFrame(extra, extra.u.adjust_cursor.screen_point);
-    const std::uint32_t pixel = wheelOf(extra).pixelAt(static_cast<int>(point.x), static_cast<int>(point.y));
+void AdjustCursor(PF_EventExtra& extra) {
+    if (!IsOnControl(extra)) return;
+    const FramePoint point = ToFrame(extra, extra.u.adjust_cursor.screen_point);
+    const std::uint32_t pixel = WheelOf(extra).pixelAt(static_cast<int>(point.x), static_cast<int>(point.y));
     if (pixel >> 24 != 0) extra.u.adjust_cursor.set_cursor = PF_Cursor_EYEDROPPER;
 }
 
@@ -165,14 +165,14 @@ PF_Err colorWheelEvent(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_
     PF_ParamDef& def = *params[extra.effect_win.index];
     switch (extra.e_type) {
         case PF_Event_DO_CLICK:
-            return click(cache, extra);
+            return Click(cache, extra);
         case PF_Event_DRAG:
-            drag(def, extra);
+            Drag(def, extra);
             break;
         case PF_Event_DRAW:
-            return draw(in, out, def, cache, extra);
+            return Draw(in, out, def, cache, extra);
         case PF_Event_ADJUST_CURSOR:
-            adjustCursor(extra);
+            AdjustCursor(extra);
             break;
         default:
             break;

@@ -6,7 +6,7 @@ namespace quillon {
 
 namespace {
 
-void queryComposition(PF_InData& in, SuiteCache& cache, SequenceData& block) {
+void QueryComposition(PF_InData& in, SuiteCache& cache, SequenceData& block) {
     const auto& interface = cache.get(suites::kAegpInterface);
     const auto& layers = cache.get(suites::kAegpLayer);
     const auto& comps = cache.get(suites::kAegpComp);
@@ -30,7 +30,7 @@ void queryComposition(PF_InData& in, SuiteCache& cache, SequenceData& block) {
         block.compAspect = static_cast<float>(aspect.num) / static_cast<float>(aspect.den);
 }
 
-void queryTimeline(PF_InData& in, SequenceData& block) {
+void QueryTimeline(PF_InData& in, SequenceData& block) {
     const SuiteHold utility(in.pica_basicP, suites::kPremiereUtility);
     const SuiteHold info(in.pica_basicP, suites::kSequenceInfo);
     PrTimelineID timeline = 0;
@@ -51,9 +51,9 @@ void queryTimeline(PF_InData& in, SequenceData& block) {
 
 void queryCompInfo(PF_InData& in, SuiteCache& cache, SequenceData& block) {
     if (isPremiere(in))
-        queryTimeline(in, block);
+        QueryTimeline(in, block);
     else
-        queryComposition(in, cache, block);
+        QueryComposition(in, cache, block);
 }
 
 }  // namespace quillon

@@ -7,7 +7,7 @@ namespace quillon {
 namespace {
 
 template <class Table>
-PF_Err acquire(PF_InData& in, PF_OutData& out, const SuiteKey<Table>& key, const Table*& table) {
+PF_Err Acquire(PF_InData& in, PF_OutData& out, const SuiteKey<Table>& key, const Table*& table) {
     const void* acquired = nullptr;
     const PF_Err error = acquireOrTell(in, out, key.name, key.version, &acquired);
     table = static_cast<const Table*>(acquired);
@@ -22,10 +22,10 @@ PF_Err AEFX_AcquireDrawbotSuites(PF_InData& in, PF_OutData& out, DrawbotSuites* 
         return PF_Err_UNRECOGNIZED_PARAM_TYPE;
     }
     *record = {};
-    PF_Err error = acquire(in, out, suites::kDrawbotDraw, record->draw);
-    if (error == PF_Err_NONE) error = acquire(in, out, suites::kDrawbotSupplier, record->supplier);
-    if (error == PF_Err_NONE) error = acquire(in, out, suites::kDrawbotSurface, record->surface);
-    if (error == PF_Err_NONE) error = acquire(in, out, suites::kDrawbotPath, record->path);
+    PF_Err error = Acquire(in, out, suites::kDrawbotDraw, record->draw);
+    if (error == PF_Err_NONE) error = Acquire(in, out, suites::kDrawbotSupplier, record->supplier);
+    if (error == PF_Err_NONE) error = Acquire(in, out, suites::kDrawbotSurface, record->surface);
+    if (error == PF_Err_NONE) error = Acquire(in, out, suites::kDrawbotPath, record->path);
     return error;
 }
 

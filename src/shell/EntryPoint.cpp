@@ -23,11 +23,11 @@ struct SelectorCall {
 
 using Handler = PF_Err (*)(const SelectorCall&);
 
-PF_Err nothing(const SelectorCall&) {
+PF_Err Nothing(const SelectorCall&) {
     return PF_Err_NONE;
 }
 
-PF_Err event(const SelectorCall& call) {
+PF_Err Event(const SelectorCall& call) {
     if (!call.extra) return PF_Err_NONE;
     auto& extra = *static_cast<PF_EventExtra*>(call.extra);
     const EventVerdict verdict = judgeEvent(extra);
@@ -41,14 +41,14 @@ PF_Err event(const SelectorCall& call) {
 constexpr Handler kHandlers[] = {
     /* ABOUT */ [](const SelectorCall& call) { return about(*call.in, *call.out); },
     /* GLOBAL_SETUP */ [](const SelectorCall& call) { return globalSetup(*call.in, *call.out); },
-    /* UNUSED_0 */ nothing,
-    /* GLOBAL_SETDOWN: the engine outlives it */ nothing,
+    /* UNUSED_0 */ Nothing,
+    /* GLOBAL_SETDOWN: the engine outlives it */ Nothing,
     /* PARAMS_SETUP */ [](const SelectorCall& call) { return registerParameters(*call.in, *call.out); },
     /* SEQUENCE_SETUP */ [](const SelectorCall& call) { return sequenceSetup(*call.in, *call.out); },
     /* SEQUENCE_RESETUP */ [](const SelectorCall& call) { return sequenceResetup(*call.in, *call.out); },
     /* SEQUENCE_FLATTEN */ [](const SelectorCall& call) { return sequenceFlatten(*call.in, *call.out); },
     /* SEQUENCE_SETDOWN */ [](const SelectorCall& call) { return sequenceSetdown(*call.in); },
-    /* DO_DIALOG */ nothing,
+    /* DO_DIALOG */ Nothing,
     /* FRAME_SETUP */ [](const SelectorCall& call) { return frameSetup(*call.in, *call.out, call.params); },
     /* RENDER */ [](const SelectorCall& call) { return render(*call.in, *call.out, call.params, *call.output); },
     /* FRAME_SETDOWN */ [](const SelectorCall& call) { return frameSetdown(*call.in, call.out); },
@@ -58,14 +58,14 @@ constexpr Handler kHandlers[] = {
                                 *static_cast<const PF_UserChangedParamExtra*>(call.extra));
     },
     /* UPDATE_PARAMS_UI */ [](const SelectorCall& call) { return updateParamsUI(*call.in, *call.out, call.params); },
-    /* EVENT */ event,
-    /* GET_EXTERNAL_DEPENDENCIES */ nothing,
-    /* COMPLETELY_GENERAL */ nothing,
-    /* QUERY_DYNAMIC_FLAGS */ nothing,
-    /* AUDIO_RENDER */ nothing,
-    /* AUDIO_SETUP */ nothing,
-    /* AUDIO_SETDOWN */ nothing,
-    /* ARBITRARY_CALLBACK */ nothing,
+    /* EVENT */ Event,
+    /* GET_EXTERNAL_DEPENDENCIES */ Nothing,
+    /* COMPLETELY_GENERAL */ Nothing,
+    /* QUERY_DYNAMIC_FLAGS */ Nothing,
+    /* AUDIO_RENDER */ Nothing,
+    /* AUDIO_SETUP */ Nothing,
+    /* AUDIO_SETDOWN */ Nothing,
+    /* ARBITRARY_CALLBACK */ Nothing,
     /* SMART_PRE_RENDER */
     [](const SelectorCall& call) { return smartPreRender(*call.in, *static_cast<PF_PreRenderExtra*>(call.extra)); },
     /* SMART_RENDER */
@@ -78,12 +78,12 @@ static_assert(std::size(kHandlers) == PF_Cmd_SMART_RENDER + 1);
 // Held for the whole of every selector, by one thread as often as it comes back in. Lives in a cell that is never
 // freed: a host thread may still be inside when the process ends.
 SystemMutex& entryGate() {
-    static auto* const gate = new SystemMutex;
-    return *gate;
+    static auto* const kGate = new SystemMutex;
+    return *kGate;
 }
 
 // The host's code for what a handler threw. Only an int is a code of its own.
-PF_Err codeOf(const std::exception_ptr& thrown) {
+PF_Err CodeOf(const std::exception_ptr& thrown) {
     try {
         std::rethrow_exception(thrown);
     } catch (int code) {
@@ -93,14 +93,14 @@ PF_Err codeOf(const std::exception_ptr& thrown) {
     }
 }
 
-PF_Err runGuarded(Handler handler, const SelectorCall& call) {
+PF_Err RunGuarded(Handler handler, const SelectorCall& call) {
     std::exception_ptr thrown;
     try {
         return handler(call);
     } catch (...) {
         thrown = std::current_exception();
     }
-    return codeOf(thrown);
+    return CodeOf(thrown);
 }
 
 }  // namespace
@@ -113,5 +113,5 @@ extern "C" QUILLON_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, 
     const std::lock_guard gate(entryGate());
     const auto selector = static_cast<A_u_long>(cmd);
     if (selector >= std::size(kHandlers)) return PF_Err_NONE;
-    return runGuarded(kHandlers[selector], {in_data, out_data, params, output, extra});
+    return RunGuarded(kHandlers[selector], {in_data, out_data, params, output, extra});
 }

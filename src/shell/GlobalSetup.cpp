@@ -26,7 +26,7 @@ struct GlobalData {
 static_assert(sizeof(GlobalData) == 8);
 
 // Premiere Pro learns the depths by pixel formats; the flag that After Effects knows them by is then taken back.
-void addPixelFormats(PF_InData& in, PF_OutData& out) {
+void AddPixelFormats(PF_InData& in, PF_OutData& out) {
     const SuiteHold suite(in.pica_basicP, suites::kPixelFormat);
     if (!suite) return;
     suite->ClearSupportedPixelFormats(in.effect_ref);
@@ -46,7 +46,7 @@ void addPixelFormats(PF_InData& in, PF_OutData& out) {
 }
 
 // Makes the global data and registers the effect where the host is After Effects.
-PF_Err makeGlobalData(PF_InData& in, PF_OutData& out) {
+PF_Err MakeGlobalData(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     const PF_HandleSuite1& handles = cache.get(suites::kHandle);
     PF_Handle handle = handles.host_new_handle(sizeof(GlobalData));
@@ -86,8 +86,8 @@ PF_Err globalSetup(PF_InData& in, PF_OutData& out) {
     // The instance's data holds a pointer, which a copy of it must not carry along.
     if (isPremiere(in)) out.out_flags2 |= PF_OutFlag2_PPRO_DO_NOT_CLONE_SEQUENCE_DATA_FOR_RENDER;
 
-    const PF_Err error = makeGlobalData(in, out);
-    if (isPremiere(in)) addPixelFormats(in, out);
+    const PF_Err error = MakeGlobalData(in, out);
+    if (isPremiere(in)) AddPixelFormats(in, out);
     return error;
 }
 

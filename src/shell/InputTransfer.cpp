@@ -14,7 +14,7 @@ namespace {
 
 // After Effects' worlds are read in place, padded rows and all. A world whose own depth is smaller than the one that is
 // asked for holds too few bytes for its width: it is uploaded in its own depth.
-void transferInPlace(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth, std::uint32_t index) {
+void TransferInPlace(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth, std::uint32_t index) {
     const WorldPixels found = pixelsOf(in, world);
     if (!found.pixels) return;
     AEQuillon2::instance().setLayerPixels(index, found.pixels, static_cast<std::uint32_t>(world.width),
@@ -23,7 +23,7 @@ void transferInPlace(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDept
 }
 
 // Premiere Pro's worlds are packed first: the part that the effect works on, no further than the world reaches.
-void transferPacked(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth, std::uint32_t index) {
+void TransferPacked(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth, std::uint32_t index) {
     const auto* data = reinterpret_cast<const std::byte*>(world.data);
     const std::int64_t left = in.pre_effect_source_origin_x;
     const std::int64_t top = in.pre_effect_source_origin_y;
@@ -45,9 +45,9 @@ void transferPacked(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth
 
 void transferInput(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth, std::uint32_t index) {
     if (isPremiere(in))
-        transferPacked(in, world, bitDepth, index);
+        TransferPacked(in, world, bitDepth, index);
     else
-        transferInPlace(in, world, bitDepth, index);
+        TransferInPlace(in, world, bitDepth, index);
 }
 
 }  // namespace quillon

@@ -21,14 +21,14 @@ struct Destination {
     std::int64_t top;
 };
 
-void copyChannels(const std::byte* source, std::byte* destination, std::size_t bytes, std::uint32_t bitDepth) {
+void CopyChannels(const std::byte* source, std::byte* destination, std::size_t bytes, std::uint32_t bitDepth) {
     if (bitDepth == 16)
         FoldToHostRow(source, destination, bytes / 2);
     else
         std::memcpy(destination, source, bytes);
 }
 
-void writeRows(const MappedFrame& frame, PF_EffectWorld& world, const Destination& to) {
+void WriteRows(const MappedFrame& frame, PF_EffectWorld& world, const Destination& to) {
     const std::size_t pixel = pixelBytes(to.bitDepth);
     if (pixel == 0) return;
     const std::size_t sourceRow = frame.extent.width * pixel;
@@ -48,11 +48,11 @@ void writeRows(const MappedFrame& frame, PF_EffectWorld& world, const Destinatio
         const std::size_t bytes = std::min(
             {static_cast<std::size_t>(lastColumn - firstColumn) * pixel, sourceBytes - start, to.rowCapacity - offset});
         std::byte* destination = to.pixels + row * world.rowbytes + static_cast<std::int64_t>(offset);
-        copyChannels(frame.pixels + start, destination, bytes, to.bitDepth);
+        CopyChannels(frame.pixels + start, destination, bytes, to.bitDepth);
     }
 }
 
-A_long centered(A_long outer, std::uint32_t inner) {
+A_long Centered(A_long outer, std::uint32_t inner) {
     return static_cast<A_long>(static_cast<std::uint32_t>(outer) - inner) >> 1;
 }
 
@@ -66,12 +66,12 @@ void writeOutput(PF_InData& in, PF_EffectWorld& output, std::uint32_t worldDepth
     if (isPremiere(in)) {
         // In the input's depth, whatever the output's is: a row takes what it has room for.
         const Destination to{reinterpret_cast<std::byte*>(output.data), frame.bitDepth, capacityAt(worldDepth),
-                             centered(output.width, frame.extent.width), centered(output.height, frame.extent.height)};
-        if (to.pixels) writeRows(frame, output, to);
+                             Centered(output.width, frame.extent.width), Centered(output.height, frame.extent.height)};
+        if (to.pixels) WriteRows(frame, output, to);
         return;
     }
     const WorldPixels found = pixelsOf(in, output);
-    if (found.pixels) writeRows(frame, output, {found.pixels, found.bitDepth, capacityAt(found.bitDepth), 0, 0});
+    if (found.pixels) WriteRows(frame, output, {found.pixels, found.bitDepth, capacityAt(found.bitDepth), 0, 0});
 }
 
 }  // namespace quillon

@@ -18,7 +18,7 @@ namespace {
 constexpr A_long kSupervised = PF_ParamFlag_SUPERVISE;
 constexpr A_long kSupervisedCollapsed = PF_ParamFlag_SUPERVISE | PF_ParamFlag_COLLAPSE_TWIRLY;
 
-void fillFloat(PF_ParamDef& def, const Parameter& parameter) {
+void FillFloat(PF_ParamDef& def, const Parameter& parameter) {
     PF_FloatSliderDef& slider = def.u.fs_d;
     slider.value = parameter.floatAt(0);
     slider.dephault = parameter.floatAt(0);
@@ -29,7 +29,7 @@ void fillFloat(PF_ParamDef& def, const Parameter& parameter) {
 }
 
 // The third axis reads the second float, whatever was declared for it. It is meant so.
-void fillPoint(PF_ParamDef& def, const Parameter& parameter) {
+void FillPoint(PF_ParamDef& def, const Parameter& parameter) {
     PF_Point3DDef& point = def.u.point3d_d;
     point.x_value = point.x_dephault = parameter.floatAt(0);
     point.y_value = point.y_dephault = parameter.floatAt(1);
@@ -37,7 +37,7 @@ void fillPoint(PF_ParamDef& def, const Parameter& parameter) {
 }
 
 // On the scale of 0 to 255, unlike the live values, which run from 0 to 1.
-void fillColor(PF_ParamDef& def, const Parameter& parameter) {
+void FillColor(PF_ParamDef& def, const Parameter& parameter) {
     const auto byte = [&](int index) { return static_cast<A_u_char>(TruncateToInt32(parameter.floatAt(index))); };
     PF_ColorDef& color = def.u.cd;
     color.value.red = byte(0);
@@ -48,19 +48,19 @@ void fillColor(PF_ParamDef& def, const Parameter& parameter) {
 }
 
 // A default is given as a fraction: the low 16 bits of the rounded number become the integer part of the host's.
-PF_Fixed pointDefault(float number) {
+PF_Fixed PointDefault(float number) {
     const double scaled = static_cast<double>(number * 65536.0f);
     const std::int32_t rounded = TruncateToInt32(scaled + (number < 0 ? -0.5 : 0.5));
     return static_cast<PF_Fixed>(static_cast<std::uint32_t>(rounded) << 16);
 }
 
-void fillPoint2D(PF_ParamDef& def, const Parameter& parameter) {
+void FillPoint2D(PF_ParamDef& def, const Parameter& parameter) {
     PF_PointDef& point = def.u.td;
-    point.x_value = point.x_dephault = pointDefault(parameter.floatAt(0));
-    point.y_value = point.y_dephault = pointDefault(parameter.floatAt(1));
+    point.x_value = point.x_dephault = PointDefault(parameter.floatAt(0));
+    point.y_value = point.y_dephault = PointDefault(parameter.floatAt(1));
 }
 
-void fillPopup(PF_ParamDef& def, const Parameter& parameter, A_short value) {
+void FillPopup(PF_ParamDef& def, const Parameter& parameter, A_short value) {
     PF_PopupDef& popup = def.u.pd;
     popup.value = value;
     popup.dephault = value;
@@ -68,27 +68,27 @@ void fillPopup(PF_ParamDef& def, const Parameter& parameter, A_short value) {
     popup.u.namesptr = parameter.choices.c_str();
 }
 
-void fillChosenPopup(PF_ParamDef& def, const Parameter& parameter) {
-    fillPopup(def, parameter, static_cast<A_short>(parameter.wordValue()));
+void FillChosenPopup(PF_ParamDef& def, const Parameter& parameter) {
+    FillPopup(def, parameter, static_cast<A_short>(parameter.wordValue()));
 }
 
-void fillTexturePopup(PF_ParamDef& def, const Parameter& parameter) {
-    fillPopup(def, parameter, 0);
+void FillTexturePopup(PF_ParamDef& def, const Parameter& parameter) {
+    FillPopup(def, parameter, 0);
 }
 
-void fillBool(PF_ParamDef& def, const Parameter& parameter) {
+void FillBool(PF_ParamDef& def, const Parameter& parameter) {
     PF_CheckBoxDef& box = def.u.bd;
     box.value = parameter.intValue();
     box.dephault = static_cast<PF_Boolean>(parameter.wordValue());
     box.u.nameptr = "";
 }
 
-void fillAngle(PF_ParamDef& def, const Parameter& parameter) {
+void FillAngle(PF_ParamDef& def, const Parameter& parameter) {
     PF_AngleDef& angle = def.u.ad;
     angle.value = angle.dephault = TruncateToInt32(static_cast<double>(parameter.floatAt(0)) * 65536.0);
 }
 
-void fillNothing(PF_ParamDef&, const Parameter&) {}
+void FillNothing(PF_ParamDef&, const Parameter&) {}
 
 struct ControlType {
     std::uint32_t kind;
@@ -101,21 +101,21 @@ struct ControlType {
 };
 
 constexpr ControlType kHostKinds[] = {
-    {FLOAT, PF_Param_FLOAT_SLIDER, kSupervisedCollapsed, 2, fillFloat},
-    {POINT, PF_Param_POINT_3D, 0, 2, fillPoint},
-    {COLOR, PF_Param_COLOR, kSupervisedCollapsed, 2, fillColor},
-    {LAYER, PF_Param_LAYER, kSupervised, 2, fillNothing},
-    {POINT2D, PF_Param_POINT, kSupervisedCollapsed, 2, fillPoint2D},
-    {TEXTURE, PF_Param_POPUP, kSupervised, 2, fillTexturePopup},
-    {PATH, PF_Param_PATH, kSupervised, 0, fillNothing},
-    {BOOL, PF_Param_CHECKBOX, kSupervised, 2, fillBool},
-    {POPUP, PF_Param_POPUP, kSupervised, 2, fillChosenPopup},
-    {GROUP_START, PF_Param_GROUP_START, 0, 2, fillNothing, true, false},
-    {GROUP_END, PF_Param_GROUP_END, 0, 2, fillNothing, false, false},
-    {ANGLE, PF_Param_ANGLE, kSupervisedCollapsed, 2, fillAngle},
+    {FLOAT, PF_Param_FLOAT_SLIDER, kSupervisedCollapsed, 2, FillFloat},
+    {POINT, PF_Param_POINT_3D, 0, 2, FillPoint},
+    {COLOR, PF_Param_COLOR, kSupervisedCollapsed, 2, FillColor},
+    {LAYER, PF_Param_LAYER, kSupervised, 2, FillNothing},
+    {POINT2D, PF_Param_POINT, kSupervisedCollapsed, 2, FillPoint2D},
+    {TEXTURE, PF_Param_POPUP, kSupervised, 2, FillTexturePopup},
+    {PATH, PF_Param_PATH, kSupervised, 0, FillNothing},
+    {BOOL, PF_Param_CHECKBOX, kSupervised, 2, FillBool},
+    {POPUP, PF_Param_POPUP, kSupervised, 2, FillChosenPopup},
+    {GROUP_START, PF_Param_GROUP_START, 0, 2, FillNothing, true, false},
+    {GROUP_END, PF_Param_GROUP_END, 0, 2, FillNothing, false, false},
+    {ANGLE, PF_Param_ANGLE, kSupervisedCollapsed, 2, FillAngle},
 };
 
-PF_Err addParameter(PF_InData& in, const ControlType& row, const Parameter& parameter, A_long hostIndex) {
+PF_Err AddParameter(PF_InData& in, const ControlType& row, const Parameter& parameter, A_long hostIndex) {
     PF_ParamDef def{};
     def.param_type = row.type;
     def.flags = row.flags;
@@ -130,7 +130,7 @@ PF_Err addParameter(PF_InData& in, const ControlType& row, const Parameter& para
 }
 
 // The Effect Controls panel shows a button for options, which this effect has none of.
-PF_Err blankOptionsButton(PF_InData& in, PF_OutData& out) {
+PF_Err BlankOptionsButton(PF_InData& in, PF_OutData& out) {
     const auto& key = suites::kEffectUI;
     const void* table = nullptr;
     PF_Err error = acquireOrTell(in, out, key.name, key.version, &table);
@@ -156,14 +156,14 @@ PF_Err registerParameters(PF_InData& in, PF_OutData& out) {
         if (row != std::end(kHostKinds)) {
             if (row->keepsFirstIndex && maps.firstIndexOfKind[row->kind] == 0)
                 maps.firstIndexOfKind[row->kind] = hostIndex;
-            const PF_Err error = addParameter(in, *row, parameter, out.num_params);
+            const PF_Err error = AddParameter(in, *row, parameter, out.num_params);
             if (error != PF_Err_NONE) return error;
         }
         maps.hostIndexOfParam[i] = hostIndex;
         ++out.num_params;
     }
     if (!isPremiere(in)) {
-        const PF_Err error = blankOptionsButton(in, out);
+        const PF_Err error = BlankOptionsButton(in, out);
         if (error != PF_Err_NONE) return error;
     }
     PF_CustomUIInfo info{};

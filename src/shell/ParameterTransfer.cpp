@@ -32,16 +32,16 @@ struct RenderScale {
     float par, sx, sy;
 };
 
-float fromFixed(PF_Fixed number) {
+float FromFixed(PF_Fixed number) {
     return static_cast<float>(number) * 1.52587890625e-5f;
 }
 
-Value valueOf(PF_InData& in, const PF_ParamDef& def, std::uint32_t flags, SuiteCache& cache) {
+Value ValueOf(PF_InData& in, const PF_ParamDef& def, std::uint32_t flags, SuiteCache& cache) {
     const RenderScale scale(in);
     Value value;
     switch (def.param_type) {
         case PF_Param_ANGLE:
-            value.setFloat(0, fromFixed(def.u.ad.value));
+            value.setFloat(0, FromFixed(def.u.ad.value));
             break;
         case PF_Param_CHECKBOX:
             value.setInt(def.u.bd.value);
@@ -60,8 +60,8 @@ Value valueOf(PF_InData& in, const PF_ParamDef& def, std::uint32_t flags, SuiteC
         }
         case PF_Param_POINT: {
             const bool isScaled = (flags & ParameterFlag::removeScale) != 0;
-            value.setFloat(0, fromFixed(def.u.td.x_value) * (isScaled ? scale.sx : 1.0f));
-            value.setFloat(1, fromFixed(def.u.td.y_value) * (isScaled ? scale.sy : 1.0f));
+            value.setFloat(0, FromFixed(def.u.td.x_value) * (isScaled ? scale.sx : 1.0f));
+            value.setFloat(1, FromFixed(def.u.td.y_value) * (isScaled ? scale.sy : 1.0f));
             break;
         }
         case PF_Param_FLOAT_SLIDER: {
@@ -82,7 +82,7 @@ Value valueOf(PF_InData& in, const PF_ParamDef& def, std::uint32_t flags, SuiteC
     return value;
 }
 
-void uploadLayer(PF_InData& in, PF_LayerDef& layer, std::uint32_t declarationIndex) {
+void UploadLayer(PF_InData& in, PF_LayerDef& layer, std::uint32_t declarationIndex) {
     if (!layer.data) return;
     const WorldPixels pixels = pixelsOf(in, layer);
     if (!pixels.pixels) return;
@@ -102,8 +102,8 @@ void transferParameter(PF_InData& in, PF_ParamDef& def, std::uint32_t hostIndex,
     if (found == maps.paramOfHostIndex.end()) return;
     const std::uint32_t index = found->second;
     IPlugin& engine = AEQuillon2::instance();
-    const Value value = valueOf(in, def, engine.parameterInfo(index)->flags, cache);
-    if (def.param_type == PF_Param_LAYER) uploadLayer(in, def.u.ld, index);
+    const Value value = ValueOf(in, def, engine.parameterInfo(index)->flags, cache);
+    if (def.param_type == PF_Param_LAYER) UploadLayer(in, def.u.ld, index);
     engine.setParameterValue(index, value.bytes());
 }
 

@@ -15,12 +15,12 @@ namespace quillon {
 
 namespace {
 
-PF_Err passThrough(PF_InData& in, PF_EffectWorld& input, PF_EffectWorld& output) {
+PF_Err PassThrough(PF_InData& in, PF_EffectWorld& input, PF_EffectWorld& output) {
     return in.utils->copy(in.effect_ref, &input, &output, nullptr, nullptr);
 }
 
 // The extent that the script draws in: the output's, or under Premiere Pro that of the frame data.
-FrameExtent renderExtent(const PF_InData& in, const PF_EffectWorld& output) {
+FrameExtent RenderExtent(const PF_InData& in, const PF_EffectWorld& output) {
     FrameExtent extent{static_cast<std::uint32_t>(output.width), static_cast<std::uint32_t>(output.height)};
     if (isPremiere(in) && in.frame_data && *in.frame_data) {
         FrameData data;
@@ -31,7 +31,7 @@ FrameExtent renderExtent(const PF_InData& in, const PF_EffectWorld& output) {
 }
 
 // Under Premiere Pro a world that the frame does not fill is cleared to transparent black first.
-PF_Err clearAround(PF_InData& in, PF_EffectWorld& output, const FrameExtent& extent) {
+PF_Err ClearAround(PF_InData& in, PF_EffectWorld& output, const FrameExtent& extent) {
     const bool isFilled = extent.width >= static_cast<std::uint32_t>(output.width) &&
                           extent.height >= static_cast<std::uint32_t>(output.height);
     if (!isPremiere(in) || isFilled) return PF_Err_NONE;
@@ -48,15 +48,15 @@ PF_Err renderFrame(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_Effe
     const std::uint32_t depth = worldDepth(in, out, *input);
     const std::uint32_t outputDepth = worldDepth(in, out, output);
     SequenceData* block = liveBlockOf(in.sequence_data);
-    if (!block) return passThrough(in, *input, output);
+    if (!block) return PassThrough(in, *input, output);
 
     IPlugin& engine = AEQuillon2::instance();
     SuiteCache cache(in.pica_basicP);
     engine.selectSequence(block->handle);
     engine.setContextExtent(block->compWidth, block->compHeight, block->compAspect);
     engine.setInputOrigin(static_cast<std::uint32_t>(output.origin_x), static_cast<std::uint32_t>(output.origin_y));
-    const FrameExtent extent = renderExtent(in, output);
-    const PF_Err fillError = clearAround(in, output, extent);
+    const FrameExtent extent = RenderExtent(in, output);
+    const PF_Err fillError = ClearAround(in, output, extent);
     if (block->recordFrameSize) {
         block->lastWidth = extent.width;
         block->lastHeight = extent.height;
@@ -77,7 +77,7 @@ PF_Err renderFrame(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_Effe
         writeOutput(in, output, outputDepth, {static_cast<const std::byte*>(mapped.get()), extent, depth});
         return fillError;
     }
-    return fillError != PF_Err_NONE ? fillError : passThrough(in, *input, output);
+    return fillError != PF_Err_NONE ? fillError : PassThrough(in, *input, output);
 }
 
 }  // namespace quillon

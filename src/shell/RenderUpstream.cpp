@@ -7,7 +7,7 @@ namespace quillon {
 
 namespace {
 
-void transferReceipt(PF_InData& in, const RequiredSuite<AEGP_RenderSuite4>& render,
+void TransferReceipt(PF_InData& in, const RequiredSuite<AEGP_RenderSuite4>& render,
                      const RequiredSuite<AEGP_WorldSuite3>& worlds, AEGP_FrameReceiptH receipt, std::uint32_t bitDepth,
                      std::uint32_t index) {
     AEGP_WorldH world = nullptr;
@@ -48,7 +48,7 @@ void renderUpstream(PF_InData& in, AEGP_PluginID plugin, std::uint32_t framesBac
     if (!fetched.layerOptions) return;
     options->AEGP_SetTime(fetched.layerOptions, {static_cast<A_long>(time), in.time_scale});
     render->AEGP_RenderAndCheckoutLayerFrame(fetched.layerOptions, 0, nullptr, nullptr, &fetched.receipt);
-    if (fetched.receipt) transferReceipt(in, render, worlds, fetched.receipt, bitDepth, ~framesBack);
+    if (fetched.receipt) TransferReceipt(in, render, worlds, fetched.receipt, bitDepth, ~framesBack);
 }
 
 }  // namespace quillon

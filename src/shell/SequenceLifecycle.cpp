@@ -36,7 +36,7 @@ private:
     SequenceData* block = nullptr;
 };
 
-PF_Err endInstance(PF_InData& in, const PF_HandleSuite1& handles) {
+PF_Err EndInstance(PF_InData& in, const PF_HandleSuite1& handles) {
     if (!in.sequence_data) return PF_Err_NONE;
     if (SequenceData* block = liveBlockOf(in.sequence_data)) AEQuillon2::instance().destroySequence(block->handle);
     handles.host_dispose_handle(in.sequence_data);
@@ -49,7 +49,7 @@ PF_Err endInstance(PF_InData& in, const PF_HandleSuite1& handles) {
 PF_Err sequenceSetup(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     const PF_HandleSuite1& handles = cache.get(suites::kHandle);
-    if (const PF_Err error = endInstance(in, handles); error != PF_Err_NONE) return error;
+    if (const PF_Err error = EndInstance(in, handles); error != PF_Err_NONE) return error;
     const NewBlock block(handles);
     if (!block.handle()) return PF_Err_OUT_OF_MEMORY;
     if (!block.data()) return PF_Err_NONE;
@@ -91,7 +91,7 @@ PF_Err sequenceFlatten(PF_InData& in, PF_OutData& out) {
 PF_Err sequenceSetdown(PF_InData& in) {
     SuiteCache cache(in.pica_basicP);
     if (!in.sequence_data) return PF_Err_NONE;
-    return endInstance(in, cache.get(suites::kHandle));
+    return EndInstance(in, cache.get(suites::kHandle));
 }
 
 }  // namespace quillon

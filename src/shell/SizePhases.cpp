@@ -34,50 +34,50 @@ constexpr A_long kProbeId = 0x123455;
 constexpr A_long kPixelsId = 0x123456;
 
 // The oldest hosts' size phases run the script with no GL context current.
-bool isSizePhaseLocked(const PF_InData& in) {
+bool IsSizePhaseLocked(const PF_InData& in) {
     return !isAfterEffectsBefore13_2(in);
 }
 
 // A width in the layer's pixel aspect, rounded like scaleBy.
-std::uint32_t scaleByAspect(std::uint32_t width, const PF_RationalScale& aspect) {
+std::uint32_t ScaleByAspect(std::uint32_t width, const PF_RationalScale& aspect) {
     const std::uint32_t denominator = aspect.den;
     if (denominator == 0) return width;
     return (static_cast<std::uint32_t>(aspect.num) * width + denominator / 2 - 1) / denominator;
 }
 
-A_long halfDifference(std::uint32_t larger, std::uint32_t smaller) {
+A_long HalfDifference(std::uint32_t larger, std::uint32_t smaller) {
     return static_cast<A_long>((larger >> 1) - (smaller >> 1));
 }
 
-void frameSetupAfterEffects(PF_InData& in, PF_OutData& out, PF_ParamDef** params, SuiteCache& cache) {
+void FrameSetupAfterEffects(PF_InData& in, PF_OutData& out, PF_ParamDef** params, SuiteCache& cache) {
     const PF_LayerDef& layer = params[0]->u.ld;
     const FrameExtent input{static_cast<std::uint32_t>(layer.width), static_cast<std::uint32_t>(layer.height)};
     const FrameExtent asked = askOutputExtent(in, cache, input);
     FrameExtent scaled{scaleBy(asked.width, in.downsample_x), scaleBy(asked.height, in.downsample_y)};
-    if (asked != input) scaled.width = scaleByAspect(scaled.width, in.pixel_aspect_ratio);
+    if (asked != input) scaled.width = ScaleByAspect(scaled.width, in.pixel_aspect_ratio);
     if (scaled != input) {
         out.width = static_cast<A_long>(scaled.width);
         out.height = static_cast<A_long>(scaled.height);
-        out.origin.h = halfDifference(scaled.width, input.width);
-        out.origin.v = halfDifference(scaled.height, input.height);
+        out.origin.h = HalfDifference(scaled.width, input.width);
+        out.origin.v = HalfDifference(scaled.height, input.height);
     }
     out.frame_data = nullptr;
 }
 
-void frameSetupPremiere(PF_InData& in, PF_OutData& out, SuiteCache& cache) {
+void FrameSetupPremiere(PF_InData& in, PF_OutData& out, SuiteCache& cache) {
     const FrameExtent input{static_cast<std::uint32_t>(in.width), static_cast<std::uint32_t>(in.height)};
     const FrameExtent asked = askOutputExtent(in, cache, input);
     FrameExtent scaled{scaleBy(asked.width, in.downsample_x), scaleBy(asked.height, in.downsample_y)};
     FrameExtent scaledInput{scaleBy(input.width, in.downsample_x), scaleBy(input.height, in.downsample_y)};
     if (asked != input) {
-        scaled.width = scaleByAspect(scaled.width, in.pixel_aspect_ratio);
-        scaledInput.width = scaleByAspect(scaledInput.width, in.pixel_aspect_ratio);
+        scaled.width = ScaleByAspect(scaled.width, in.pixel_aspect_ratio);
+        scaledInput.width = ScaleByAspect(scaledInput.width, in.pixel_aspect_ratio);
         if (static_cast<std::uint32_t>(out.width) < scaled.width ||
             static_cast<std::uint32_t>(out.height) < scaled.height) {
             out.width = static_cast<A_long>(scaled.width);
             out.height = static_cast<A_long>(scaled.height);
-            out.origin.h = halfDifference(scaled.width, scaledInput.width);
-            out.origin.v = halfDifference(scaled.height, scaledInput.height);
+            out.origin.h = HalfDifference(scaled.width, scaledInput.width);
+            out.origin.v = HalfDifference(scaled.height, scaledInput.height);
         }
     }
     PF_Handle handle = cache.get(suites::kHandle).host_new_handle(sizeof(FrameData));
@@ -92,11 +92,11 @@ void frameSetupPremiere(PF_InData& in, PF_OutData& out, SuiteCache& cache) {
 
 PF_Err frameSetup(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
     SuiteCache cache(in.pica_basicP);
-    const EngineLock lock(AEQuillon2::instance(), isSizePhaseLocked(in));
+    const EngineLock lock(AEQuillon2::instance(), IsSizePhaseLocked(in));
     if (isPremiere(in))
-        frameSetupPremiere(in, out, cache);
+        FrameSetupPremiere(in, out, cache);
     else if (params && params[0])
-        frameSetupAfterEffects(in, out, params, cache);
+        FrameSetupAfterEffects(in, out, params, cache);
     return PF_Err_NONE;
 }
 
@@ -124,7 +124,7 @@ PF_Err smartPreRender(PF_InData& in, PF_PreRenderExtra& extra) {
     PF_CheckoutResult probe{};
     PF_Err error = checkOut(kProbeId, {}, probe);
     const PF_LRect layer = probe.max_result_rect;
-    const EngineLock lock(AEQuillon2::instance(), isSizePhaseLocked(in));
+    const EngineLock lock(AEQuillon2::instance(), IsSizePhaseLocked(in));
     const FrameExtent asked = askOutputExtent(in, cache, extentOf(layer));
     answerExtents(*extra.output, requested, layer, asked);
 

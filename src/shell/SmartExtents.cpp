@@ -8,12 +8,12 @@ namespace quillon {
 
 namespace {
 
-bool isEmpty(const PF_LRect& rect) {
+bool IsEmpty(const PF_LRect& rect) {
     return rect.left >= rect.right || rect.top >= rect.bottom;
 }
 
 // Sums in 32 bits that wrap, as the extents of a script may be anything.
-A_long plus(A_long a, std::uint32_t b) {
+A_long Plus(A_long a, std::uint32_t b) {
     return static_cast<A_long>(static_cast<std::uint32_t>(a) + b);
 }
 
@@ -25,8 +25,8 @@ FrameExtent extentOf(const PF_LRect& rect) {
 }
 
 PF_LRect unionOf(const PF_LRect& a, const PF_LRect& b) {
-    if (isEmpty(a)) return b;
-    if (isEmpty(b)) return a;
+    if (IsEmpty(a)) return b;
+    if (IsEmpty(b)) return a;
     PF_LRect both{};
     both.left = std::min(a.left, b.left);
     both.top = std::min(a.top, b.top);
@@ -44,10 +44,10 @@ void answerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const 
     const FrameExtent input = extentOf(layer);
     if (asked != input) {
         PF_LRect& result = output.result_rect;
-        result.left = plus(layer.left, (input.width >> 1) - (asked.width >> 1));
-        result.right = plus(result.left, asked.width);
-        result.top = plus(layer.top, (input.height >> 1) - (asked.height >> 1));
-        result.bottom = plus(result.top, asked.height);
+        result.left = Plus(layer.left, (input.width >> 1) - (asked.width >> 1));
+        result.right = Plus(result.left, asked.width);
+        result.top = Plus(layer.top, (input.height >> 1) - (asked.height >> 1));
+        result.bottom = Plus(result.top, asked.height);
         output.max_result_rect = unionOf(output.max_result_rect, result);
         output.flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
         return;

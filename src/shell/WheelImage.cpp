@@ -11,13 +11,13 @@ namespace {
 constexpr float kMargin = 10;
 constexpr float kPi = std::numbers::pi_v<float>;
 
-std::uint32_t argb(std::uint32_t alpha, const WheelColor& color) {
+std::uint32_t Argb(std::uint32_t alpha, const WheelColor& color) {
     const auto byte = [](float channel) { return static_cast<std::uint32_t>(channel * 255.0f); };
     return alpha << 24 | byte(color.red) << 16 | byte(color.green) << 8 | byte(color.blue);
 }
 
 // Hue in radians, at full value.
-WheelColor fromHue(float hue, float saturation) {
+WheelColor FromHue(float hue, float saturation) {
     if (saturation <= 1e-5f) return {1, 1, 1};
     if (hue >= 2 * kPi) hue = 0;
     const float sector = hue / (kPi / 3);
@@ -54,7 +54,7 @@ bool WheelImage::colorAt(float x, float y, WheelColor& color) const {
     const float dy = y - centerY();
     const float distance = std::hypot(dx, dy);
     if (!(distance < radius())) return false;
-    color = fromHue(std::atan2(dy, dx) + kPi, distance / radius());
+    color = FromHue(std::atan2(dy, dx) + kPi, distance / radius());
     return true;
 }
 
@@ -70,7 +70,7 @@ void WheelImage::draw(int width, int height) {
     for (int y = 0; y < rows; ++y) {
         for (int x = 0; x < columns; ++x) {
             WheelColor color{};
-            if (colorAt(static_cast<float>(x), static_cast<float>(y), color)) set(x, y, argb(255, color));
+            if (colorAt(static_cast<float>(x), static_cast<float>(y), color)) set(x, y, Argb(255, color));
         }
     }
     const int reach = static_cast<int>(radius());
@@ -78,13 +78,13 @@ void WheelImage::draw(int width, int height) {
     for (int y = rows - 8; y <= rows - 3; ++y) {
         for (int x = middle - reach; x <= middle + reach; ++x) {
             const int alpha = reach > 0 ? (x - (middle - reach)) * 255 / (2 * reach) : 0;
-            set(x, y, argb(static_cast<std::uint32_t>(alpha), {1, 1, 1}));
+            set(x, y, Argb(static_cast<std::uint32_t>(alpha), {1, 1, 1}));
         }
     }
     if (rows - 10 <= 10) return;
     for (int y = 10; y <= rows - 11; ++y) {
         const float gray = rows > 21 ? 1 - static_cast<float>(y - 10) / static_cast<float>(rows - 21) : 1;
-        for (int x = 0; x < 6; ++x) set(middle + reach + 4 + x, y, argb(0xFE, {gray, gray, gray}));
+        for (int x = 0; x < 6; ++x) set(middle + reach + 4 + x, y, Argb(0xFE, {gray, gray, gray}));
     }
 }
 

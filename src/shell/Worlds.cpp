@@ -17,14 +17,14 @@ constexpr FormatDepth kFormatDepths[] = {
     {0x36316561, 16}, {0x62675241, 32}, {0x62675258, 32}, {0x61724742, 32}, {0x32336561, 32},
 };
 
-std::uint32_t depthOfFormat(std::uint32_t format) {
+std::uint32_t DepthOfFormat(std::uint32_t format) {
     for (const FormatDepth& row : kFormatDepths)
         if (row.format == format) return row.bitDepth;
     return 0;
 }
 
 template <class Pixel>
-std::byte* ask(PF_Err (*getter)(PF_EffectWorld*, PF_PixelPtr, Pixel**), PF_EffectWorld& world) {
+std::byte* Ask(PF_Err (*getter)(PF_EffectWorld*, PF_PixelPtr, Pixel**), PF_EffectWorld& world) {
     Pixel* pixels = nullptr;
     getter(&world, nullptr, &pixels);
     return reinterpret_cast<std::byte*>(pixels);
@@ -34,9 +34,9 @@ std::byte* ask(PF_Err (*getter)(PF_EffectWorld*, PF_PixelPtr, Pixel**), PF_Effec
 
 WorldPixels pixelsOf(PF_InData& in, PF_EffectWorld& world) {
     const RequiredSuite suite(in.pica_basicP, suites::kPixelData);
-    if (std::byte* pixels = ask(suite->get_pixel_data_float, world)) return {pixels, 32};
-    if (std::byte* pixels = ask(suite->get_pixel_data16, world)) return {pixels, 16};
-    if (std::byte* pixels = ask(suite->get_pixel_data8, world)) return {pixels, 8};
+    if (std::byte* pixels = Ask(suite->get_pixel_data_float, world)) return {pixels, 32};
+    if (std::byte* pixels = Ask(suite->get_pixel_data16, world)) return {pixels, 16};
+    if (std::byte* pixels = Ask(suite->get_pixel_data8, world)) return {pixels, 8};
     return {};
 }
 
@@ -45,7 +45,7 @@ std::uint32_t worldDepth(PF_InData& in, PF_OutData& out, PF_EffectWorld& world) 
         auto format = static_cast<PrPixelFormat>(PF_PixelFormat_INVALID);
         const SuiteHold suite(in.pica_basicP, suites::kPixelFormat);
         if (suite) suite->GetPixelFormat(&world, &format);
-        return depthOfFormat(static_cast<std::uint32_t>(format));
+        return DepthOfFormat(static_cast<std::uint32_t>(format));
     }
     PF_PixelFormat format = PF_PixelFormat_INVALID;
     const SuiteHold suite(in.pica_basicP, suites::kWorld);
@@ -53,7 +53,7 @@ std::uint32_t worldDepth(PF_InData& in, PF_OutData& out, PF_EffectWorld& world) 
         suite->PF_GetPixelFormat(&world, &format);
     else
         showMessage(in, out, "Couldn't load suite.");
-    return depthOfFormat(static_cast<std::uint32_t>(format));
+    return DepthOfFormat(static_cast<std::uint32_t>(format));
 }
 
 }  // namespace quillon

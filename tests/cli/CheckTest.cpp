@@ -34,13 +34,13 @@ TEST_F(Check, TellsTheFirstStageThatGoesWrong) {
 
 TEST_F(Check, FindsNothingInWhatIsSoundAndLeavesNothingBehind) {
     addCopyEffect();
-    ASSERT_EQ(run("pack copy -o " + module("copy")).status, 0);
-    for (const std::string& effect : {std::string("copy"), module("copy")}) {
+    ASSERT_EQ(run("pack copy -o " + Module("copy")).status, 0);
+    for (const std::string& effect : {std::string("copy"), Module("copy")}) {
         const ToolRun result = run("check " + effect);
         EXPECT_EQ(result.out, effect + ": nothing wrong\n") << result.err;
         EXPECT_EQ(result.status, 0);
     }
-    EXPECT_EQ(list(), (std::vector<std::string>{"copy", module("copy")}));
+    EXPECT_EQ(list(), (std::vector<std::string>{"copy", Module("copy")}));
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ using Pack = ToolTest;
 TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
     addCopyEffect();
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3, 128, 200, 100, 50});
-    const std::string one = module("one"), two = module("two");
+    const std::string one = Module("one"), two = Module("two");
     const ToolRun packed = run("pack copy -o " + one);
     EXPECT_EQ(packed.out, one + "\n");
     EXPECT_EQ(packed.err, "");
@@ -35,7 +35,7 @@ TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
 }
 
 TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderTellsOfTheModule) {
-    const std::string fx = module("fx"), pack = "pack fx -o " + fx;
+    const std::string fx = Module("fx"), pack = "pack fx -o " + fx;
     addEffect("fx", {{"fx.js", "var a = \xE9;"}, {"a.frag", "nonsense"}});
     ASSERT_EQ(run(pack).err, "");
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
@@ -49,7 +49,7 @@ TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderTellsOfTheModule) {
 }
 
 TEST_F(Pack, NamesOutsideAsciiArePassedThrough) {
-    const std::string name = "\xC3\xA9 \xE6\xBC\xA2", packed = module(name);
+    const std::string name = "\xC3\xA9 \xE6\xBC\xA2", packed = Module(name);
     addEffect(name, {{"fx.js", CopyScript(/*flip=*/true)}, {"copy.frag", kCopyFragment}});
     writeSamples<std::uint8_t>(name + ".argb", {255, 1, 2, 3});
     const std::string input = "\" -i \"" + name + ".argb\" --size 1x1 --depth 8 -o \"" + name;
@@ -201,9 +201,9 @@ TEST_F(PackForWindows, LeavesLoadingToThatSystem) {
 
 TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {
     addCopyEffect();
-    const std::string none = module("none"), broken = module("broken"), text = module("text");
-    ASSERT_EQ(run("pack copy -o " + module("good")).err, "");
-    const std::filesystem::path good = pathOf(module("good"));
+    const std::string none = Module("none"), broken = Module("broken"), text = Module("text");
+    ASSERT_EQ(run("pack copy -o " + Module("good")).err, "");
+    const std::filesystem::path good = pathOf(Module("good"));
     writeFile(none, "no package and no module");
     WriteModule(pathOf(broken), good, std::vector<std::byte>(100));
 #if defined(_WIN32)

@@ -61,10 +61,10 @@ TEST_F(Params, AreListedAsTheHostHasThem) {
         const auto rest = nlohmann::json::parse(row.rest);
         for (const auto& [key, value] : rest.items()) EXPECT_EQ(list[i][key], value) << row.uniform << " " << key;
     }
-    ASSERT_EQ(run("pack fx -o " + module("fx")).err, "");
-    EXPECT_EQ(run("params " + module("fx") + " --json").out, json.out);
+    ASSERT_EQ(run("pack fx -o " + Module("fx")).err, "");
+    EXPECT_EQ(run("params " + Module("fx") + " --json").out, json.out);
 
-    const ToolRun table = run("params " + module("fx"));
+    const ToolRun table = run("params " + Module("fx"));
     EXPECT_EQ(table.err, "");
     EXPECT_EQ(table.out.rfind("index  uniform  kind", 0), 0u) << table.out;
     EXPECT_NE(table.out.find("\n6      mode     POPUP "), std::string::npos) << table.out;

@@ -11,7 +11,7 @@ namespace quillon::test {
 namespace {
 
 // The code between the page's first fence of this language and its end.
-std::string fenced(const std::string& page, const std::string& language) {
+std::string Fenced(const std::string& page, const std::string& language) {
     const std::string fence = "```" + language + "\n";
     const std::size_t start = page.find(fence);
     if (start == std::string::npos) return {};
@@ -24,10 +24,10 @@ using ReadmeExample = ToolTest;
 
 TEST_F(ReadmeExample, WarmsAPictureAsThePageSays) {
     std::ostringstream page;
-    page << std::ifstream(sourceFolder() / "README.md").rdbuf();
-    addEffect("tint", {{"fx.js", fenced(page.str(), "js")},
-                       {"tint.frag", fenced(page.str(), "glsl")},
-                       {"config.xml", fenced(page.str(), "xml")}});
+    page << std::ifstream(SourceFolder() / "README.md").rdbuf();
+    addEffect("tint", {{"fx.js", Fenced(page.str(), "js")},
+                       {"tint.frag", Fenced(page.str(), "glsl")},
+                       {"config.xml", Fenced(page.str(), "xml")}});
     writeSamples<std::uint8_t>("in.argb", {255, 200, 100, 50, 255, 0, 0, 0, 128, 10, 20, 30, 255, 255, 255, 255});
     const ToolRun rendered = run("render tint -i in.argb --size 2x2 --depth 8 -o out.argb --set amount=1");
     EXPECT_EQ(rendered.status, 0) << rendered.err;

@@ -11,7 +11,7 @@ namespace quillon::test {
 
 namespace {
 
-std::string contentOf(const std::filesystem::path& path) {
+std::string ContentOf(const std::filesystem::path& path) {
     std::ostringstream content;
     content << std::ifstream(path, std::ios::binary).rdbuf();
     return content.str();
@@ -20,8 +20,8 @@ std::string contentOf(const std::filesystem::path& path) {
 }  // namespace
 
 ToolRun ToolTest::run(const std::string& arguments, const std::string& environment) const {
-    const int status = runCommand(folder.path(), printed.path(), environment, tool, arguments);
-    return {status, contentOf(printed.path() / "out"), contentOf(printed.path() / "err")};
+    const int status = RunCommand(folder.path(), printed.path(), environment, tool, arguments);
+    return {status, ContentOf(printed.path() / "out"), ContentOf(printed.path() / "err")};
 }
 
 void ToolTest::addEffect(const std::string& name, const Files& files) const {
@@ -39,7 +39,7 @@ void ToolTest::writeFile(const std::string& name, const std::string& content) co
 }
 
 std::string ToolTest::readFile(const std::string& name) const {
-    return contentOf(folder.path() / PathFromUtf8(name));
+    return ContentOf(folder.path() / PathFromUtf8(name));
 }
 
 std::vector<std::string> ToolTest::list() const {

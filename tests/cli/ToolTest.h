@@ -51,9 +51,9 @@ protected:
     }
 
     // A module that this system loads.
-    static std::string module(const std::string& name) { return name + cli::kOwnModuleKind.ending; }
+    static std::string Module(const std::string& name) { return name + cli::kOwnModuleKind.ending; }
 
-    std::string tool = toolProgram().string();
+    std::string tool = ToolProgram().string();
 
     std::string pathOf(const std::string& name) const { return (folder.path() / PathFromUtf8(name)).string(); }
 

@@ -16,7 +16,7 @@ TEST_F(BufferSwap, FallsOnEveryFifthFrameWhicheverInstanceDrewIt) {
     for (int i = 0; i < 15; ++i) {
         engine.selectSequence(takingTurns[i % 2]);
         frame(4, 4, 8);
-        swapsAfterEachFrame += std::to_string(bufferSwaps());
+        swapsAfterEachFrame += std::to_string(BufferSwaps());
     }
     EXPECT_EQ(swapsAfterEachFrame, "000011111222223");
 }
@@ -24,10 +24,10 @@ TEST_F(BufferSwap, FallsOnEveryFifthFrameWhicheverInstanceDrewIt) {
 TEST_F(BufferSwap, CountsFramesWithABrokenShaderAndNoFrameWithoutAnInstance) {
     start("function setup() { QL_initShader('broken', 'void main() {'); }");
     for (int i = 0; i < 7; ++i) frame(4, 4, 8);  // nobody is selected
-    EXPECT_EQ(bufferSwaps(), 0);
+    EXPECT_EQ(BufferSwaps(), 0);
     addInstance();
     for (int i = 0; i < 5; ++i) frame(4, 4, 8);
-    EXPECT_EQ(bufferSwaps(), 1);
+    EXPECT_EQ(BufferSwaps(), 1);
 }
 
 }  // namespace quillon::test

@@ -142,7 +142,7 @@ TEST_F(FrameOperations, ShareALayersPixelsButNameThemToOneInstance) {
         " QL_initParam('f', 1, 'F'); } function draw() {}");
     SequenceHandle* const first = addInstance();
     SequenceHandle* const second = addInstance();
-    const Bytes picture = distinctPicture(3, 2, 16);
+    const Bytes picture = DistinctPicture(3, 2, 16);
     const auto upload = [&](std::uint32_t index) {
         ASSERT_TRUE(engine.lockGL());
         engine.setLayerPixels(index, picture.data(), 3, 2, 16, 24);
@@ -152,7 +152,7 @@ TEST_F(FrameOperations, ShareALayersPixelsButNameThemToOneInstance) {
     const std::uint32_t name = Context::Instance().FindTexture(0x4000001).textureName.get();
     EXPECT_EQ(engine.parameterInfo(0)->wordValue(), name);
     ASSERT_TRUE(engine.lockGL());
-    EXPECT_EQ(inHostRange(*Context::Instance().FindTexture(0x4000001).pixelCopy(), 16), picture);
+    EXPECT_EQ(InHostRange(*Context::Instance().FindTexture(0x4000001).pixelCopy(), 16), picture);
     engine.unlockGL();
     engine.selectSequence(first);
     EXPECT_EQ(engine.parameterInfo(0)->wordValue(), 0u);

@@ -16,7 +16,7 @@ thread_local long allocationsLeft = -1;
 // Counts those of this program's own code alone: a GL driver need not survive the lack of memory.
 thread_local bool sparesDrivers = false;
 
-bool isOwnCode([[maybe_unused]] const void* address) {
+bool IsOwnCode([[maybe_unused]] const void* address) {
 #if defined(_WIN32)
     return true;  // other modules have operators of their own
 #else
@@ -25,32 +25,32 @@ bool isOwnCode([[maybe_unused]] const void* address) {
 #endif
 }
 
-void* allocate(std::size_t bytes, const void* caller) {
-    if (allocationsLeft >= 0 && (!sparesDrivers || isOwnCode(caller))) {
+void* Allocate(std::size_t bytes, const void* caller) {
+    if (allocationsLeft >= 0 && (!sparesDrivers || IsOwnCode(caller))) {
         if (allocationsLeft == 0) return nullptr;
         --allocationsLeft;
     }
     return std::malloc(bytes != 0 ? bytes : 1);
 }
 
-void* allocateOrThrow(std::size_t bytes, const void* caller) {
-    if (void* const memory = allocate(bytes, caller)) return memory;
+void* AllocateOrThrow(std::size_t bytes, const void* caller) {
+    if (void* const memory = Allocate(bytes, caller)) return memory;
     throw std::bad_alloc();
 }
 
 }  // namespace
 
 void* operator new(std::size_t bytes) {
-    return allocateOrThrow(bytes, __builtin_return_address(0));
+    return AllocateOrThrow(bytes, __builtin_return_address(0));
 }
 void* operator new[](std::size_t bytes) {
-    return allocateOrThrow(bytes, __builtin_return_address(0));
+    return AllocateOrThrow(bytes, __builtin_return_address(0));
 }
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-    return allocate(bytes, __builtin_return_address(0));
+    return Allocate(bytes, __builtin_return_address(0));
 }
 void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
-    return allocate(bytes, __builtin_return_address(0));
+    return Allocate(bytes, __builtin_return_address(0));
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);

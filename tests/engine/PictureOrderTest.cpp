@@ -30,7 +30,7 @@ protected:
     void take(const std::string& road) { eval("road = function (from, to) { " + road + " }"); }
     // What the mapped frame is in the host's range, framebuffer's y = 0 first.
     Bytes rendered(std::uint32_t width, std::uint32_t height, std::uint32_t bits, const Bytes& input) {
-        return inHostRange(frame(width, height, bits, input), bits);
+        return InHostRange(frame(width, height, bits, input), bits);
     }
 };
 
@@ -49,8 +49,8 @@ TEST_F(PictureOrder, FollowsTheFlipsAndKeepsTheChannels) {
     for (const auto& [road, turned] : kRoads) {
         take(road);
         for (const std::uint32_t bits : {8u, 16u, 32u}) {
-            const Bytes input = distinctPicture(3, 2, bits);
-            EXPECT_EQ(rendered(3, 2, bits, input), turned ? reversedRows(input, 2) : input) << road << " at " << bits;
+            const Bytes input = DistinctPicture(3, 2, bits);
+            EXPECT_EQ(rendered(3, 2, bits, input), turned ? ReversedRows(input, 2) : input) << road << " at " << bits;
         }
     }
 }
@@ -60,9 +60,9 @@ TEST_F(PictureOrder, ReadsTheHostsRowsWhereTheyLie) {
     take("pass(copy, from, to, false)");
     for (const std::uint32_t bits : {8u, 16u, 32u})
         for (const bool upwards : {false, true}) {
-            const Bytes picture = distinctPicture(3, 3, bits);
+            const Bytes picture = DistinctPicture(3, 3, bits);
             const std::size_t row = picture.size() / 3, apart = row + 2 * bits / 2;
-            const Bytes inMemory = upwards ? reversedRows(picture, 3) : picture;
+            const Bytes inMemory = upwards ? ReversedRows(picture, 3) : picture;
             Bytes padded(2 * apart + row, std::byte{0xEE});
             for (std::size_t y = 0; y < 3; ++y) std::copy_n(&inMemory[y * row], row, &padded[y * apart]);
             const GuardedBytes memory(padded);

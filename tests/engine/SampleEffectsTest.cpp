@@ -11,7 +11,7 @@ protected:
     void SetUp() override { load(GetParam()); }
 };
 
-Picture midGray(std::uint32_t width, std::uint32_t height) {
+Picture MidGray(std::uint32_t width, std::uint32_t height) {
     Picture picture{width, height, {}};
     for (std::uint32_t i = 0; i < width * height; ++i)
         picture.samples.insert(picture.samples.end(), {1, 0.5f, 0.5f, 0.5f});
@@ -24,7 +24,7 @@ TEST_P(SampleEffect, RendersAtEveryDepthAndSize) {
     addInstance();
     for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
         for (const auto& [width, height] : {std::pair{64u, 36u}, {37u, 21u}, {1u, 1u}, {130u, 7u}}) {
-            const Picture picture = render(midGray(width, height), bitDepth);
+            const Picture picture = render(MidGray(width, height), bitDepth);
             ASSERT_FALSE(picture.samples.empty());
             // The middle of the picture stays opaque in every effect's default settings.
             if (width * height > 1000) {
@@ -36,13 +36,13 @@ TEST_P(SampleEffect, RendersAtEveryDepthAndSize) {
 
 TEST_P(SampleEffect, GivesAnInstanceItsOwnPictureWhileAnotherTakesTurns) {
     SequenceHandle* small = addInstance();
-    const auto alone = render(midGray(48, 32), 32).samples;
+    const auto alone = render(MidGray(48, 32), 32).samples;
     SequenceHandle* large = addInstance();
     for (int turn = 0; turn < 3; ++turn) {
         engine.selectSequence(large);
-        render(midGray(96, 80), 8);
+        render(MidGray(96, 80), 8);
         engine.selectSequence(small);
-        EXPECT_EQ(render(midGray(48, 32), 32).samples, alone);
+        EXPECT_EQ(render(MidGray(48, 32), 32).samples, alone);
     }
 }
 
@@ -56,7 +56,7 @@ TEST_P(SampleEffect, KeepsNoMoreFrameByFrame) {
     std::string ids;
     for (int number = 0; number < 30; ++number) {
         engine.selectSequence(both[number % 2]);
-        render(midGray(number % 3 == 0 ? 20 : 30, 20), 8, number / 25.0);
+        render(MidGray(number % 3 == 0 ? 20 : 30, 20), 8, number / 25.0);
         if (number == 11) ids = eval(nextIds);
     }
     EXPECT_EQ(eval(nextIds), ids);

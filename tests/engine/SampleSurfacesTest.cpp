@@ -25,7 +25,7 @@ constexpr std::int32_t kBlackAndWhite = 1, kAllColors = 8, kSixteenPcColors = 20
 constexpr std::int32_t kNone = 1, kFloydSteinberg = 2, kPattern4 = 12, kPattern8 = 13;  // of the control `dither`
 
 // Ramps; no two rows or columns are the same.
-Picture ramps(std::uint32_t width, std::uint32_t height, float alpha) {
+Picture Ramps(std::uint32_t width, std::uint32_t height, float alpha) {
     Picture picture{width, height, {}};
     for (std::uint32_t y = 0; y < height; ++y)
         for (std::uint32_t x = 0; x < width; ++x) {
@@ -36,7 +36,7 @@ Picture ramps(std::uint32_t width, std::uint32_t height, float alpha) {
     return picture;
 }
 
-Picture flat(std::uint32_t width, std::uint32_t height, const float (&pixel)[4]) {
+Picture Flat(std::uint32_t width, std::uint32_t height, const float (&pixel)[4]) {
     Picture picture{width, height, {}};
     for (std::uint32_t i = 0; i < width * height; ++i) picture.samples.insert(picture.samples.end(), pixel, pixel + 4);
     return picture;
@@ -44,14 +44,14 @@ Picture flat(std::uint32_t width, std::uint32_t height, const float (&pixel)[4])
 
 using Color = std::array<float, 3>;
 
-std::set<Color> colorsOf(const Picture& picture) {
+std::set<Color> ColorsOf(const Picture& picture) {
     std::set<Color> colors;
     for (std::size_t i = 0; i < picture.samples.size(); i += 4)
         colors.insert({picture.samples[i + 1], picture.samples[i + 2], picture.samples[i + 3]});
     return colors;
 }
 
-double brightnessOf(const Picture& picture) {
+double BrightnessOf(const Picture& picture) {
     double sum = 0;
     for (std::size_t i = 0; i < picture.samples.size(); i += 4)
         sum += 0.2126 * picture.samples[i + 1] + 0.7152 * picture.samples[i + 2] + 0.0722 * picture.samples[i + 3];
@@ -59,7 +59,7 @@ double brightnessOf(const Picture& picture) {
 }
 
 // Whether the palette, a fixed one or black and white, has the color, at a depth with steps of this size.
-bool holds(std::int32_t palette, const Color& color, float step) {
+bool Holds(std::int32_t palette, const Color& color, float step) {
     std::vector<ImageLib::Pixel32> entries = ImageLib::FixedPalette(palette);
     if (palette == kBlackAndWhite) entries = {{1, 0, 0, 0}, {1, 1, 1, 1}};
     return std::any_of(entries.begin(), entries.end(), [&](const ImageLib::Pixel32& entry) {
@@ -76,18 +76,18 @@ TEST_F(PaletteSample, HoldsOnlyColorsOfThePaletteAtEveryDepthAndStaysAsBright) {
     set("amount", 0.5f);
     for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
         const float step = bitDepth == 8 ? 0.1f / 255 : 2.0f / 32768;
-        const Picture input = ramps(96, 64, 1);
+        const Picture input = Ramps(96, 64, 1);
         for (std::int32_t palette = 1; palette <= 21; ++palette) {
             if (palette > kBlackAndWhite && palette < 9) continue;
             set("palette", palette);
             for (const std::int32_t dither : {kNone, kFloydSteinberg, kPattern8}) {
                 set("dither", dither);
                 const Picture output = render(input, bitDepth);
-                for (const Color& color : colorsOf(output))
-                    EXPECT_TRUE(holds(palette, color, step))
+                for (const Color& color : ColorsOf(output))
+                    EXPECT_TRUE(Holds(palette, color, step))
                         << palette << " " << dither << " " << bitDepth << ": " << ::testing::PrintToString(color);
                 if (palette == kSixteenPcColors || (palette == kBlackAndWhite && dither == kFloydSteinberg)) {
-                    EXPECT_NEAR(brightnessOf(output), brightnessOf(input), dither == kNone ? 0.1 : 0.03)
+                    EXPECT_NEAR(BrightnessOf(output), BrightnessOf(input), dither == kNone ? 0.1 : 0.03)
                         << palette << " " << dither << " " << bitDepth;
                 }
             }
@@ -99,11 +99,11 @@ TEST_F(PaletteSample, ChoosesAsManyColorsFromThePictureAsItSays) {
     load("palette");
     addInstance();
     set("dither", kNone);
-    const Picture input = ramps(96, 64, 1);
+    const Picture input = Ramps(96, 64, 1);
     for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
         for (std::int32_t palette = 2; palette < kAllColors; ++palette) {
             set("palette", palette);
-            const std::size_t count = colorsOf(render(input, bitDepth)).size();
+            const std::size_t count = ColorsOf(render(input, bitDepth)).size();
             EXPECT_LE(count, std::size_t{1} << (palette + 1));
             EXPECT_GT(count, std::size_t{1} << palette);
         }
@@ -120,8 +120,8 @@ TEST_F(PaletteSample, ChoosesColorsWithoutRegardToAlphaAndKeepsIt) {
         set("palette", palette);
         for (const std::int32_t dither : {kNone, kFloydSteinberg, kPattern4}) {
             set("dither", dither);
-            const Picture opaque = render(ramps(40, 30, 1), 32);
-            Picture soft = render(ramps(40, 30, 0.5f), 32);
+            const Picture opaque = render(Ramps(40, 30, 1), 32);
+            Picture soft = render(Ramps(40, 30, 0.5f), 32);
             for (std::size_t i = 0; i < soft.samples.size(); i += 4) {
                 EXPECT_EQ(soft.samples[i], 0.5f);
                 soft.samples[i] = 1;
@@ -135,7 +135,7 @@ TEST_F(PaletteSample, DrawsBlocksOfThePicturesMeans) {
     load("palette");
     addInstance();
     set("palette", kAllColors);
-    const Picture input = ramps(10, 7, 1);
+    const Picture input = Ramps(10, 7, 1);
     for (const std::uint32_t block : {1u, 2u, 4u, 64u}) {
         set("pixelSize", static_cast<float>(block));
         const Picture output = render(input, 32);
@@ -159,7 +159,7 @@ TEST_F(EchoSample, ShowsThePictureAsItIsWhereNoTrailCanBe) {
     load("echo");
     addInstance();
     for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
-        const Picture soft = ramps(12, 9, 0.6f);
+        const Picture soft = Ramps(12, 9, 0.6f);
         EXPECT_THAT(render(soft, bitDepth, 1).samples,
                     Pointwise(FloatNear(bitDepth == 8 ? 1e-6f : 4e-5f), soft.samples));
     }
@@ -183,10 +183,10 @@ TEST_F(EchoSample, FadesByTimeAndStartsAfreshWhereTheOrderBreaks) {
         set("halfLife", 0.25f);
         set("zoom", 100.0f);
         for (const std::uint32_t bitDepth : {8u, 32u}) {
-            const Picture bright = ramps(12, 9, 1);
+            const Picture bright = Ramps(12, 9, 1);
             Picture last;
             for (const double moment : row.moments)
-                last = render(moment == row.moments[0] && last.samples.empty() ? bright : flat(12, 9, {1, 0, 0, 0}),
+                last = render(moment == row.moments[0] && last.samples.empty() ? bright : Flat(12, 9, {1, 0, 0, 0}),
                               bitDepth, moment);
             Picture expected = bright;
             for (std::size_t i = 0; i < expected.samples.size(); ++i)
@@ -201,8 +201,8 @@ TEST_F(EchoSample, FadesByTimeAndStartsAfreshWhereTheOrderBreaks) {
 TEST_F(EchoSample, StartsAfreshAtAnotherSize) {
     load("echo");
     addInstance();
-    render(ramps(12, 9, 1), 8, 1);
-    const Picture black = flat(20, 9, {1, 0, 0, 0});
+    render(Ramps(12, 9, 1), 8, 1);
+    const Picture black = Flat(20, 9, {1, 0, 0, 0});
     EXPECT_EQ(render(black, 8, 1.04).samples, black.samples);
 }
 
@@ -210,10 +210,10 @@ TEST_F(EchoSample, ForgetsWhatIsNoNumber) {
     load("echo");
     addInstance();
     for (const float strange : {std::nanf(""), INFINITY}) {
-        Picture input = ramps(6, 5, 1);
+        Picture input = Ramps(6, 5, 1);
         input.samples[4 * 14 + 1] = strange;
         render(input, 32, 1);
-        const Picture left = render(flat(6, 5, {1, 0, 0, 0}), 32, 1.25);
+        const Picture left = render(Flat(6, 5, {1, 0, 0, 0}), 32, 1.25);
         for (const float sample : left.samples) EXPECT_TRUE(std::isfinite(sample));
     }
 }
@@ -227,13 +227,13 @@ TEST_F(EchoSample, KeepsTheTrailsOfFourInstancesApart) {
         engine.selectSequence(all[i]);
         set("halfLife", 0.25f);
         set("zoom", 100.0f);
-        Picture own = flat(6, 5, white);
+        Picture own = Flat(6, 5, white);
         for (std::size_t at = 1; at < own.samples.size(); at += 4) own.samples[at] = static_cast<float>(i) / 5.0f;
         render(own, 32, 1);
     }
     for (std::size_t i = all.size(); i-- > 0;) {
         engine.selectSequence(all[i]);
-        const Picture left = render(flat(6, 5, {1, 0, 0, 0}), 32, 1.25);
+        const Picture left = render(Flat(6, 5, {1, 0, 0, 0}), 32, 1.25);
         // The first instance's memory has made room for the fifth's.
         EXPECT_NEAR(left.at(3, 2)[1], static_cast<float>(i) / 10.0f, 1e-5f) << i;
         EXPECT_NEAR(left.at(3, 2)[2], i == 0 ? 0.0f : 0.5f, 1e-5f) << i;

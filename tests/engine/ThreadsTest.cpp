@@ -7,7 +7,7 @@ namespace quillon::test {
 namespace {
 
 template <class Call>
-auto elsewhere(Call call) {
+auto Elsewhere(Call call) {
     return std::async(std::launch::async, call).get();
 }
 
@@ -21,13 +21,13 @@ protected:
 
 TEST_F(EngineThreads, MayTakeTurnsFromCallToCall) {
     for (const std::uint32_t bits : {8u, 32u, 16u, 8u}) {
-        const Bytes picture = distinctPicture(4, 3, bits);
-        EXPECT_EQ(inHostRange(elsewhere([&] { return frame(4, 3, bits, picture); }), bits), picture);
-        EXPECT_EQ(inHostRange(frame(4, 3, bits, picture), bits), picture);
+        const Bytes picture = DistinctPicture(4, 3, bits);
+        EXPECT_EQ(InHostRange(Elsewhere([&] { return frame(4, 3, bits, picture); }), bits), picture);
+        EXPECT_EQ(InHostRange(frame(4, 3, bits, picture), bits), picture);
     }
-    EXPECT_TRUE(elsewhere([&] { return engine.restartScript(); }));
+    EXPECT_TRUE(Elsewhere([&] { return engine.restartScript(); }));
     addInstance();
-    const Bytes picture = distinctPicture(4, 3, 8);
+    const Bytes picture = DistinctPicture(4, 3, 8);
     EXPECT_EQ(frame(4, 3, 8, picture), picture);
 }
 

@@ -5,12 +5,12 @@ namespace quillon::test {
 // What this process asks of its window system, watched and spoilt on its way.
 
 // How often the hidden surface's buffers were swapped.
-int bufferSwaps();
+int BufferSwaps();
 
 // Whether the window system gives no context from now on.
-void refuseContexts(bool refused);
+void RefuseContexts(bool refused);
 
 // From now on the system has no place for a hidden surface. Before the first use of OpenGL in the process.
-void loseWindowSystem();
+void LoseWindowSystem();
 
 }  // namespace quillon::test

@@ -22,7 +22,7 @@ protected:
         EXPECT_TRUE(engine.isReady());
         EXPECT_FALSE(engine.lockGL());
         SequenceHandle* const instance = addInstance();
-        const Bytes picture = distinctPicture(2, 2, 16);
+        const Bytes picture = DistinctPicture(2, 2, 16);
         engine.setLayerPixels(kInputLayer, picture.data(), 2, 2, 16, 16);
         engine.setLayerPixels(0, picture.data(), 2, 2, 16, 16);
         std::uint32_t width = 0, height = 0;
@@ -38,10 +38,10 @@ protected:
 };
 
 TEST_F(WindowSystem, MayRefuseTheContextAndTheScriptRunsWithoutGL) {
-    refuseContexts(true);
+    RefuseContexts(true);
     const TestEffect effect({{"fx.js", kBusy}, {"copy.frag", kCopyFragment}, {"config.xml", kConfig}});
     EXPECT_TRUE(engine.init(effect.module(), nullptr));
-    refuseContexts(false);
+    RefuseContexts(false);
     EXPECT_EQ(engine.parameterCount(), 1u);
     EXPECT_EQ(eval("[s, rt, t]"), "[33554433,50331649,67108865]");
     EXPECT_EQ(eval("(QL_release(s), draw(), results)"), "[false,false,false,false,false,false]");
@@ -49,7 +49,7 @@ TEST_F(WindowSystem, MayRefuseTheContextAndTheScriptRunsWithoutGL) {
 }
 
 TEST_F(WindowSystem, MayLackGLAltogetherAndTheEngineSaysSo) {
-    loseWindowSystem();
+    LoseWindowSystem();
     const TestEffect effect({{"fx.js", kBusy}, {"copy.frag", kCopyFragment}, {"config.xml", kConfig}});
     // A window that cannot be made is a fault of its own; without any OpenGL there is no window to be made.
     const auto start = [&] {

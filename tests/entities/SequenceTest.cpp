@@ -18,7 +18,7 @@ protected:
         entities.Clear();
         GLTest::TearDown();
     }
-    static FrameImage image(std::uint32_t width, std::uint32_t height, std::uint32_t bits,
+    static FrameImage Image(std::uint32_t width, std::uint32_t height, std::uint32_t bits,
                             const void* pixels = nullptr) {
         FrameImage result;
         result.width = width;
@@ -35,7 +35,7 @@ protected:
 };
 
 TEST_F(SequenceTest, KeepsTargetNameAndFramebufferOverSizesAndDepths) {
-    sequence().prepareOutput(image(4, 3, 8), 1.5);
+    sequence().prepareOutput(Image(4, 3, 8), 1.5);
     const std::uint32_t id = sequence().renderTarget;
     const std::uint32_t texture = target().textureName.get(), framebuffer = target().framebufferName.get();
     ASSERT_TRUE(target().isUsable());
@@ -43,7 +43,7 @@ TEST_F(SequenceTest, KeepsTargetNameAndFramebufferOverSizesAndDepths) {
     EXPECT_EQ(sequence().outputWidth, 4u);
     EXPECT_EQ(sequence().outputHeight, 3u);
     for (const std::uint32_t bits : {32u, 16u, 8u}) {
-        sequence().prepareOutput(image(7, bits, bits), 2);
+        sequence().prepareOutput(Image(7, bits, bits), 2);
         EXPECT_EQ(sequence().renderTarget, id);
         EXPECT_EQ(target().textureName.get(), texture);
         EXPECT_EQ(target().framebufferName.get(), framebuffer);
@@ -53,42 +53,42 @@ TEST_F(SequenceTest, KeepsTargetNameAndFramebufferOverSizesAndDepths) {
 }
 
 TEST_F(SequenceTest, MakesAReleasedTargetAnew) {
-    sequence().prepareOutput(image(4, 3, 8), 0);
+    sequence().prepareOutput(Image(4, 3, 8), 0);
     const std::uint32_t id = sequence().renderTarget;
     entities.Release(id);
-    sequence().prepareOutput(image(5, 4, 16), 0);
+    sequence().prepareOutput(Image(5, 4, 16), 0);
     EXPECT_EQ(sequence().renderTarget, id) << "the lowest free number is that of the one released";
     EXPECT_TRUE(target().isUsable());
     // One that stays behind without its names is replaced too.
     target().releaseGL();
-    sequence().prepareOutput(image(5, 4, 16), 0);
+    sequence().prepareOutput(Image(5, 4, 16), 0);
     EXPECT_NE(sequence().renderTarget, id);
     EXPECT_TRUE(target().isUsable());
 }
 
 TEST_F(SequenceTest, UploadsItsInputInTheHostsRange) {
-    const Bytes pixels = bytesOf<std::uint16_t>({0, 1, 16384, 32768});
-    sequence().setInput(image(1, 1, 16, pixels.data()));
+    const Bytes pixels = BytesOf<std::uint16_t>({0, 1, 16384, 32768});
+    sequence().setInput(Image(1, 1, 16, pixels.data()));
     const std::uint32_t id = sequence().texture;
     ASSERT_TRUE(input().textureName);
     EXPECT_TRUE(input().isArgbOrdered);
-    EXPECT_EQ(channelsOf<std::uint16_t>(*input().pixelCopy()), (std::vector<std::uint16_t>{0, 2, 32768, 65534}));
-    FrameImage stored = image(1, 1, 8);
+    EXPECT_EQ(ChannelsOf<std::uint16_t>(*input().pixelCopy()), (std::vector<std::uint16_t>{0, 2, 32768, 65534}));
+    FrameImage stored = Image(1, 1, 8);
     stored.stride = 4;
-    stored.storage = bytesOf<std::uint8_t>({1, 2, 3, 4});
+    stored.storage = BytesOf<std::uint8_t>({1, 2, 3, 4});
     stored.pixels = pixels.data();  // storage goes before it
     sequence().setInput(stored);
     EXPECT_EQ(sequence().texture, id);
     EXPECT_EQ(*input().pixelCopy(), stored.storage);
-    sequence().setInput(image(9, 9, 8));
+    sequence().setInput(Image(9, 9, 8));
     EXPECT_EQ(input().width, 1u) << "without pixels nothing happens";
 }
 
 TEST_F(SequenceTest, LosesOneFrameOfAReleasedInput) {
-    const Bytes pixels = distinctPicture(2, 2, 8);
-    sequence().setInput(image(2, 2, 8, pixels.data()));
+    const Bytes pixels = DistinctPicture(2, 2, 8);
+    sequence().setInput(Image(2, 2, 8, pixels.data()));
     entities.Release(sequence().texture);
-    sequence().setInput(image(2, 2, 8, pixels.data()));
+    sequence().setInput(Image(2, 2, 8, pixels.data()));
     EXPECT_TRUE(input().textureName);
     EXPECT_EQ(input().pixelCopy(), nullptr);
     Texture& none = entities.FindTexture(0);
@@ -98,14 +98,14 @@ TEST_F(SequenceTest, LosesOneFrameOfAReleasedInput) {
     glBindTexture(GL_TEXTURE_2D, 0);
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
     EXPECT_EQ(width, 0) << "the pixels did not go into GL's own texture 0";
-    sequence().setInput(image(2, 2, 8, pixels.data()));
+    sequence().setInput(Image(2, 2, 8, pixels.data()));
     EXPECT_EQ(*input().pixelCopy(), pixels);
 }
 
 TEST_F(SequenceTest, GoesAloneAndLeavesItsEntitiesBehind) {
-    const Bytes pixels = distinctPicture(2, 2, 8);
-    sequence().prepareOutput(image(2, 2, 8), 0);
-    sequence().setInput(image(2, 2, 8, pixels.data()));
+    const Bytes pixels = DistinctPicture(2, 2, 8);
+    sequence().prepareOutput(Image(2, 2, 8), 0);
+    sequence().setInput(Image(2, 2, 8, pixels.data()));
     const std::uint32_t targetId = sequence().renderTarget, textureId = sequence().texture;
     entities.DeleteSequence(1);
     EXPECT_TRUE(entities.FindRenderTarget(targetId).isUsable());

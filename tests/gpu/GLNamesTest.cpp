@@ -9,10 +9,10 @@ namespace quillon::test {
 namespace {
 
 std::vector<std::uint32_t> deleted;
-void recordDelete(std::uint32_t name) {
+void RecordDelete(std::uint32_t name) {
     deleted.push_back(name);
 }
-using Name = GLName<recordDelete>;
+using Name = GLName<RecordDelete>;
 static_assert(!std::is_copy_constructible_v<Name> && !std::is_copy_assignable_v<Name>);
 
 class GLNames : public ::testing::Test {

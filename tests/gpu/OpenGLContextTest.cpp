@@ -15,7 +15,7 @@ namespace {
 
 // What `call` gives on a thread of its own.
 template <class Call>
-auto elsewhere(Call call) {
+auto Elsewhere(Call call) {
     return std::async(std::launch::async, call).get();
 }
 
@@ -28,18 +28,18 @@ TEST(OpenGLContext, RefusesUntilItIsCreated) {
     GLLockScope::Leave(nullptr);
     context.clearCurrent();
     EXPECT_EQ(context.destroy(), 0);
-    EXPECT_TRUE(elsewhere([&] { return context.waitLock() ? (context.releaseLock(), true) : false; }))
+    EXPECT_TRUE(Elsewhere([&] { return context.waitLock() ? (context.releaseLock(), true) : false; }))
         << "a failed make-current leaves the mutex to others";
 }
 
 class GLLock : public GLTest {};
 
 TEST_F(GLLock, FailsAtOnceOnAnotherThreadAndWaitsForNothing) {
-    EXPECT_EQ(elsewhere([&] { return context.makeCurrent(); }), 7);
-    EXPECT_FALSE(elsewhere([&] { return GLLockScope(&context).isHeld(); }));
+    EXPECT_EQ(Elsewhere([&] { return context.makeCurrent(); }), 7);
+    EXPECT_FALSE(Elsewhere([&] { return GLLockScope(&context).isHeld(); }));
     EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR}) << "the holder goes on";
     lock.reset();
-    EXPECT_TRUE(elsewhere([&] { return GLLockScope(&context).isHeld(); }));
+    EXPECT_TRUE(Elsewhere([&] { return GLLockScope(&context).isHeld(); }));
     EXPECT_TRUE(GLLockScope(&context).isHeld());
 }
 
@@ -48,7 +48,7 @@ TEST_F(GLLock, NestsOnOneThreadAndLosesTheContextWithTheInnerScope) {
         const GLLockScope inner(&context);
         EXPECT_TRUE(inner.isHeld());
     }
-    EXPECT_EQ(elsewhere([&] {
+    EXPECT_EQ(Elsewhere([&] {
                   const int result = context.makeCurrent();
                   context.clearCurrent();
                   return result;
@@ -68,7 +68,7 @@ TEST_F(GLLock, IsLeftWhenAnExceptionPasses) {
         throw std::runtime_error("on the way");
     } catch (const std::runtime_error&) {
     }
-    EXPECT_TRUE(elsewhere([&] { return GLLockScope(&context).isHeld(); }));
+    EXPECT_TRUE(Elsewhere([&] { return GLLockScope(&context).isHeld(); }));
 }
 
 }  // namespace

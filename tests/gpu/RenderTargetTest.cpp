@@ -14,14 +14,14 @@ constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 class RenderTargetTest : public GLTest {
 protected:
-    static void fill(RenderTarget& target, float r, float g, float b, float a) {
+    static void Fill(RenderTarget& target, float r, float g, float b, float a) {
         target.bindTarget({});
         glClearColor(r, g, b, a);
         glClear(GL_COLOR_BUFFER_BIT);
     }
-    static GLint status() { return static_cast<GLint>(glCheckFramebufferStatus(GL_FRAMEBUFFER)); }
+    static GLint Status() { return static_cast<GLint>(glCheckFramebufferStatus(GL_FRAMEBUFFER)); }
     using Box = std::vector<GLint>;
-    static Box viewport() {
+    static Box Viewport() {
         Box box(4);
         glGetIntegerv(GL_VIEWPORT, box.data());
         return box;
@@ -33,26 +33,26 @@ TEST_F(RenderTargetTest, StartsTransparentBlackAtEveryDepth) {
     for (const std::uint32_t bits : {8u, 16u, 32u}) {
         RenderTarget target;
         EXPECT_FALSE(target.isUsable());
-        const int before = clearCount();
+        const int before = ClearCount();
         ASSERT_TRUE(target.initTarget(5, 3, bits));
-        EXPECT_EQ(clearCount(), before + 1);
+        EXPECT_EQ(ClearCount(), before + 1);
         EXPECT_TRUE(target.isUsable());
         EXPECT_TRUE(target.isArgbOrdered);
-        EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);
+        EXPECT_EQ(Integer(GL_FRAMEBUFFER_BINDING), 0);
         target.bindTarget({});
-        EXPECT_EQ(status(), GL_FRAMEBUFFER_COMPLETE);
+        EXPECT_EQ(Status(), GL_FRAMEBUFFER_COMPLETE);
         const auto zero = [](auto channels) {
             return channels.size() == 60 &&
                    std::all_of(channels.begin(), channels.end(), [](auto v) { return v == 0; });
         };
         if (bits == 8) {
-            EXPECT_TRUE(zero(readBack<std::uint8_t>(target)));
+            EXPECT_TRUE(zero(ReadBack<std::uint8_t>(target)));
         }
         if (bits == 16) {
-            EXPECT_TRUE(zero(readBack<std::uint16_t>(target)));
+            EXPECT_TRUE(zero(ReadBack<std::uint16_t>(target)));
         }
         if (bits == 32) {
-            EXPECT_TRUE(zero(readBack<float>(target)));
+            EXPECT_TRUE(zero(ReadBack<float>(target)));
         }
     }
 }
@@ -69,8 +69,8 @@ TEST_F(RenderTargetTest, CutsTheViewportTowardZeroOrTakesTheWhole) {
                                                          {{1, 2, 0.5f, 0.5f}, {1, 2, 0, 0}}}) {
         glViewport(7, 7, 7, 7);
         target.bindTarget(given);
-        EXPECT_EQ(viewport(), expected) << given.x << ", " << given.y << ", " << given.width << ", " << given.height;
-        EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(target.framebufferName.get()));
+        EXPECT_EQ(Viewport(), expected) << given.x << ", " << given.y << ", " << given.width << ", " << given.height;
+        EXPECT_EQ(Integer(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(target.framebufferName.get()));
     }
     for (const float wild : {kNaN, 1e30f, -1e30f, std::numeric_limits<float>::infinity()}) {
         target.bindTarget({wild, wild, 10, 10});
@@ -83,25 +83,25 @@ TEST_F(RenderTargetTest, CutsTheViewportTowardZeroOrTakesTheWhole) {
 TEST_F(RenderTargetTest, ReadsBackInItsDepthAndCutsWhatDoesNotFit) {
     RenderTarget target;
     target.initTarget(2, 2, 8);
-    fill(target, 1.0f, 0.5f, -1.0f, 2.0f);
-    EXPECT_EQ(readBack<std::uint8_t>(target)[0], 255);
-    EXPECT_NEAR(readBack<std::uint8_t>(target)[1], 128, 1);
+    Fill(target, 1.0f, 0.5f, -1.0f, 2.0f);
+    EXPECT_EQ(ReadBack<std::uint8_t>(target)[0], 255);
+    EXPECT_NEAR(ReadBack<std::uint8_t>(target)[1], 128, 1);
     target.initTarget(2, 2, 16);
-    fill(target, 1.0f, 0.0f, -1.0f, 2.0f);
-    const auto words = readBack<std::uint16_t>(target);
+    Fill(target, 1.0f, 0.0f, -1.0f, 2.0f);
+    const auto words = ReadBack<std::uint16_t>(target);
     EXPECT_EQ(std::vector<std::uint16_t>(words.begin(), words.begin() + 4),
               (std::vector<std::uint16_t>{65535, 0, 0, 65535}));
     target.initTarget(2, 2, 32);
-    fill(target, 1.0f, 1e20f, -1.0f, 2.0f);
-    const auto floats = readBack<float>(target);
+    Fill(target, 1.0f, 1e20f, -1.0f, 2.0f);
+    const auto floats = ReadBack<float>(target);
     EXPECT_EQ(std::vector<float>(floats.begin(), floats.begin() + 4), (std::vector<float>{1.0f, 1e20f, -1.0f, 2.0f}));
-    EXPECT_EQ(integer(GL_PIXEL_PACK_BUFFER_BINDING), 0);
+    EXPECT_EQ(Integer(GL_PIXEL_PACK_BUFFER_BINDING), 0);
 }
 
 TEST_F(RenderTargetTest, GivesZeroesForFifteenBitsWhichTheBufferIsTooShortFor) {
     RenderTarget target;
     target.initTarget(4, 4, 15);
-    fill(target, 1, 1, 1, 1);
+    Fill(target, 1, 1, 1, 1);
     const auto* bytes = static_cast<const unsigned char*>(target.mapPixels());
     ASSERT_NE(bytes, nullptr);
     EXPECT_TRUE(std::all_of(bytes, bytes + 4 * 4 * 15 * 4 / 8, [](unsigned char byte) { return byte == 0; }));
@@ -128,7 +128,7 @@ TEST_F(RenderTargetTest, MapsNothingWithoutASizeOrBeyondWhatTheBufferCanHave) {
     while (glGetError() != GL_NO_ERROR) {
     }
     target.width = target.height = 4;
-    EXPECT_EQ(readBack<float>(target).size(), 64u);
+    EXPECT_EQ(ReadBack<float>(target).size(), 64u);
 }
 
 TEST_F(RenderTargetTest, LosesItsFramebufferToEveryNewTexture) {
@@ -150,15 +150,15 @@ TEST_F(RenderTargetTest, LosesItsFramebufferToEveryNewTexture) {
 TEST_F(RenderTargetTest, IsLeftAloneByTheTextOverlay) {
     RenderTarget target;
     target.initTarget(64, 64, 8);
-    fill(target, 0.2f, 0.4f, 0.6f, 0.8f);
-    const auto before = readBack<std::uint8_t>(target);
+    Fill(target, 0.2f, 0.4f, 0.6f, 0.8f);
+    const auto before = ReadBack<std::uint8_t>(target);
     for (const std::string& text : {std::string(), std::string("one line"), std::string("two\n\nlines\n"),
                                     std::string("\x01\x7F\x80\xFF", 4), std::string(100000, 'x')}) {
         target.bindTarget({});
         textOverlay(text);
-        EXPECT_EQ(integer(GL_FRAMEBUFFER_BINDING), 0);
+        EXPECT_EQ(Integer(GL_FRAMEBUFFER_BINDING), 0);
     }
-    EXPECT_EQ(readBack<std::uint8_t>(target), before);
+    EXPECT_EQ(ReadBack<std::uint8_t>(target), before);
     while (glGetError() != GL_NO_ERROR) {
     }
 }

@@ -23,7 +23,7 @@ protected:
         target.initTarget(2, 2, 32);
         target.bindTarget({});
         if (shader.bind()) shader.render(false);
-        const auto floats = readBack<float>(target);
+        const auto floats = ReadBack<float>(target);
         return {floats.begin(), floats.begin() + 4};
     }
     using Pixel = std::vector<float>;
@@ -60,7 +60,7 @@ TEST_F(ShaderTest, DrawsNothingOnceACompileFailed) {
     EXPECT_EQ(drawn(), (Pixel{0, 0, 0, 0}));
     target.bindTarget({});
     shader.render(false);
-    EXPECT_EQ(readBack<float>(target)[0], 0.0f);
+    EXPECT_EQ(ReadBack<float>(target)[0], 0.0f);
 }
 
 TEST_F(ShaderTest, SeesOrdinaryColorsAndThePreamblesWords) {
@@ -85,16 +85,16 @@ TEST_F(ShaderTest, LeavesTheStateOfADraw) {
     target.bindTarget({});
     ASSERT_TRUE(shader.bind());
     shader.render(false);
-    EXPECT_EQ(readBack<float>(target), Pixel(16, 1.0f));
+    EXPECT_EQ(ReadBack<float>(target), Pixel(16, 1.0f));
     EXPECT_FALSE(glIsEnabled(GL_SCISSOR_TEST));
     EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
-    EXPECT_EQ(integer(GL_MATRIX_MODE), GL_MODELVIEW);
+    EXPECT_EQ(Integer(GL_MATRIX_MODE), GL_MODELVIEW);
     GLfloat matrix[16] = {};
     glGetFloatv(GL_MODELVIEW_MATRIX, matrix);
     EXPECT_EQ(matrix[12], 5.0f);
     glGetFloatv(GL_PROJECTION_MATRIX, matrix);
     EXPECT_EQ(matrix[0], 3.0f);
-    EXPECT_EQ(integer(GL_CURRENT_PROGRAM), static_cast<GLint>(shader.program.get()));
+    EXPECT_EQ(Integer(GL_CURRENT_PROGRAM), static_cast<GLint>(shader.program.get()));
 }
 
 TEST_F(ShaderTest, HasWhatTheDriverSaysOfAVersionLine) {

@@ -14,25 +14,25 @@ namespace {
 
 class TextureTest : public GLTest {
 protected:
-    static GLint level(GLenum what) {
+    static GLint Level(GLenum what) {
         GLint value = 0;
         glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, what, &value);
         return value;
     }
-    static std::vector<GLint> swizzle() {
+    static std::vector<GLint> Swizzle() {
         std::vector<GLint> value(4);
         glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_SWIZZLE_RGBA, value.data());
         return value;
     }
-    static GLint state(GLenum what) {
+    static GLint State(GLenum what) {
         GLint value = 0;
         glGetTexParameteriv(GL_TEXTURE_2D, what, &value);
         return value;
     }
     // The bound texture's storage, unswizzled.
     template <class Channel>
-    static std::vector<Channel> storage(GLenum type) {
-        std::vector<Channel> value(static_cast<std::size_t>(4 * level(GL_TEXTURE_WIDTH) * level(GL_TEXTURE_HEIGHT)));
+    static std::vector<Channel> Storage(GLenum type) {
+        std::vector<Channel> value(static_cast<std::size_t>(4 * Level(GL_TEXTURE_WIDTH) * Level(GL_TEXTURE_HEIGHT)));
         glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, type, value.data());
         return value;
     }
@@ -68,14 +68,14 @@ TEST_F(TextureTest, ChoosesStorageAndRowLengthByDepth) {
     for (const auto& [bits, rowBytes, argbOrdered, storageBits, storageType, rowLength] : kCases) {
         SCOPED_TRACE(std::to_string(bits) + " bits, rows of " + std::to_string(rowBytes));
         texture.uploadPixels(nullptr, {2, 3, bits, rowBytes}, argbOrdered, false);
-        EXPECT_EQ(integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(name));
-        EXPECT_EQ(level(GL_TEXTURE_WIDTH), 2);
-        EXPECT_EQ(level(GL_TEXTURE_HEIGHT), 3);
-        EXPECT_EQ(level(GL_TEXTURE_RED_SIZE), storageBits);
-        EXPECT_EQ(level(GL_TEXTURE_ALPHA_SIZE), storageBits);
-        EXPECT_EQ(level(GL_TEXTURE_RED_TYPE), storageType);
-        EXPECT_EQ(integer(GL_UNPACK_ROW_LENGTH), rowLength) << "and it stays";
-        EXPECT_EQ(swizzle(), argbOrdered ? identity : fromRgba);
+        EXPECT_EQ(Integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(name));
+        EXPECT_EQ(Level(GL_TEXTURE_WIDTH), 2);
+        EXPECT_EQ(Level(GL_TEXTURE_HEIGHT), 3);
+        EXPECT_EQ(Level(GL_TEXTURE_RED_SIZE), storageBits);
+        EXPECT_EQ(Level(GL_TEXTURE_ALPHA_SIZE), storageBits);
+        EXPECT_EQ(Level(GL_TEXTURE_RED_TYPE), storageType);
+        EXPECT_EQ(Integer(GL_UNPACK_ROW_LENGTH), rowLength) << "and it stays";
+        EXPECT_EQ(Swizzle(), argbOrdered ? identity : fromRgba);
         EXPECT_EQ(texture.textureName.get(), name);
         EXPECT_EQ(texture.width, 2u);
         EXPECT_EQ(texture.height, 3u);
@@ -91,16 +91,16 @@ TEST_F(TextureTest, ResetsFiltersAndWrappingAtEachUpload) {
     EXPECT_TRUE(texture.initTexture(2, 2, 8, true));
     EXPECT_EQ(texture.rowBytes, 0);
     for (const GLenum what : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) {
-        EXPECT_EQ(state(what), GL_LINEAR);
+        EXPECT_EQ(State(what), GL_LINEAR);
         glTexParameteri(GL_TEXTURE_2D, what, GL_NEAREST);
     }
     for (const GLenum what : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) {
-        EXPECT_EQ(state(what), GL_REPEAT);
+        EXPECT_EQ(State(what), GL_REPEAT);
         glTexParameteri(GL_TEXTURE_2D, what, GL_CLAMP_TO_EDGE);
     }
     texture.uploadPixels(nullptr, {2, 2, 8, 8}, true, false);
-    for (const GLenum what : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) EXPECT_EQ(state(what), GL_LINEAR);
-    for (const GLenum what : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) EXPECT_EQ(state(what), GL_REPEAT);
+    for (const GLenum what : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) EXPECT_EQ(State(what), GL_LINEAR);
+    for (const GLenum what : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) EXPECT_EQ(State(what), GL_REPEAT);
 }
 
 // The copy is read back from GL when somebody asks; nothing of the upload may be lost on that way.
@@ -132,7 +132,7 @@ TEST_F(TextureTest, GivesEveryValueOfAnUploadBack) {
 }
 
 TEST_F(TextureTest, ShowsThoseWhoShareTheCopyAPictureOfTheSameSize) {
-    const Bytes first = distinctPicture(3, 2, 16), second = reversedRows(first, 2);
+    const Bytes first = DistinctPicture(3, 2, 16), second = ReversedRows(first, 2);
     Texture texture;
     texture.initTexture(3, 2, 16, true);
     texture.uploadPixels(first.data(), {3, 2, 16, 24}, true, false);
@@ -147,26 +147,26 @@ TEST_F(TextureTest, ShowsThoseWhoShareTheCopyAPictureOfTheSameSize) {
     EXPECT_EQ(texture.pixelCopy(), held) << "its own copy, put onto it, stays its copy";
     texture.loadFromSurface(alias, /*flip=*/true);
     EXPECT_EQ(*held, first);
-    EXPECT_EQ(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)), first);
+    EXPECT_EQ(BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT)), first);
     texture.uploadPixels(second.data(), {3, 2, 16, 24}, true, /*expand15=*/true);
     EXPECT_EQ(*held, first) << "widened rows are new ones";
 }
 
 TEST_F(TextureTest, WidensTheHostsSixteenBitsOnlyWhenAsked) {
-    const Bytes host = bytesOf<std::uint16_t>({0, 1, 16383, 16384, 16385, 16386, 32767, 32768});
+    const Bytes host = BytesOf<std::uint16_t>({0, 1, 16383, 16384, 16385, 16386, 32767, 32768});
     Texture texture;
     texture.initTexture(2, 1, 16, true);
     texture.uploadPixels(host.data(), {2, 1, 16, 16}, true, true);
     const std::vector<std::uint16_t> widened = {0, 2, 32766, 32768, 32768, 32770, 65532, 65534};
-    EXPECT_EQ(storage<std::uint16_t>(GL_UNSIGNED_SHORT), widened);
-    EXPECT_EQ(channelsOf<std::uint16_t>(*texture.pixelCopy()), widened);
-    EXPECT_FLOAT_EQ(storage<float>(GL_FLOAT)[7], 65534.0f / 65535.0f);
+    EXPECT_EQ(Storage<std::uint16_t>(GL_UNSIGNED_SHORT), widened);
+    EXPECT_EQ(ChannelsOf<std::uint16_t>(*texture.pixelCopy()), widened);
+    EXPECT_FLOAT_EQ(Storage<float>(GL_FLOAT)[7], 65534.0f / 65535.0f);
     texture.uploadPixels(host.data(), {2, 1, 16, 16}, true, false);
-    EXPECT_EQ(storage<std::uint16_t>(GL_UNSIGNED_SHORT), channelsOf<std::uint16_t>(host));
+    EXPECT_EQ(Storage<std::uint16_t>(GL_UNSIGNED_SHORT), ChannelsOf<std::uint16_t>(host));
     EXPECT_EQ(*texture.pixelCopy(), host);
-    const Bytes wrapping = bytesOf<std::uint16_t>({32769, 40000, 65535, 0});  // what no host should send
+    const Bytes wrapping = BytesOf<std::uint16_t>({32769, 40000, 65535, 0});  // what no host should send
     texture.uploadPixels(wrapping.data(), {1, 1, 16, 8}, true, true);
-    EXPECT_EQ(storage<std::uint16_t>(GL_UNSIGNED_SHORT), (std::vector<std::uint16_t>{0, 14462, 65532, 0}));
+    EXPECT_EQ(Storage<std::uint16_t>(GL_UNSIGNED_SHORT), (std::vector<std::uint16_t>{0, 14462, 65532, 0}));
     texture.uploadPixels(nullptr, {1, 1, 16, 8}, true, true);
     EXPECT_EQ(texture.pixelCopy()->size(), 8u) << "an upload without data leaves the copy";
 }
@@ -175,11 +175,11 @@ TEST_F(TextureTest, KeepsItsNameOverExtentsAndDepths) {
     Texture texture;
     texture.initTexture(2, 2, 8, true);
     const std::uint32_t name = texture.textureName.get();
-    const Bytes big = distinctPicture(1920, 1080, 16);
+    const Bytes big = DistinctPicture(1920, 1080, 16);
     texture.uploadPixels(big.data(), {1920, 1080, 16, 1920 * 8}, true, false);
     EXPECT_EQ(texture.textureName.get(), name);
     EXPECT_EQ(texture.bitDepth, 16u);
-    EXPECT_EQ(level(GL_TEXTURE_HEIGHT), 1080);
+    EXPECT_EQ(Level(GL_TEXTURE_HEIGHT), 1080);
     texture.releaseGL();
     EXPECT_FALSE(texture.textureName);
     EXPECT_EQ(glIsTexture(name), GL_FALSE);
@@ -193,10 +193,10 @@ TEST_F(TextureTest, ReadsPaddedAndUpwardRowsAndNotAByteMore) {
         for (const bool expand : {false, true})
             for (const bool upwards : {false, true}) {
                 SCOPED_TRACE(std::to_string(bits) + (upwards ? " upwards" : " downwards"));
-                const Bytes picture = distinctPicture(3, 2, bits);
+                const Bytes picture = DistinctPicture(3, 2, bits);
                 const std::size_t row = picture.size() / 2, apart = row + bits / 2;
                 Bytes padded(apart, std::byte{0xEE});
-                const Bytes inMemory = upwards ? reversedRows(picture, 2) : picture;
+                const Bytes inMemory = upwards ? ReversedRows(picture, 2) : picture;
                 std::copy(inMemory.begin(), inMemory.begin() + static_cast<std::ptrdiff_t>(row), padded.begin());
                 padded.insert(padded.end(), inMemory.begin() + static_cast<std::ptrdiff_t>(row), inMemory.end());
                 const GuardedBytes memory(padded);
@@ -208,11 +208,11 @@ TEST_F(TextureTest, ReadsPaddedAndUpwardRowsAndNotAByteMore) {
                 else
                     texture.uploadPixels(memory.data(), {3, 2, bits, rowBytes}, true, expand);
                 if (bits == 8)
-                    EXPECT_EQ(bytesOf(storage<std::uint8_t>(GL_UNSIGNED_BYTE)), picture);
+                    EXPECT_EQ(BytesOf(Storage<std::uint8_t>(GL_UNSIGNED_BYTE)), picture);
                 else if (bits == 32)
-                    EXPECT_EQ(bytesOf(storage<float>(GL_FLOAT)), picture);
+                    EXPECT_EQ(BytesOf(Storage<float>(GL_FLOAT)), picture);
                 else
-                    EXPECT_EQ(inHostRange(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)), expand ? 16 : 8),
+                    EXPECT_EQ(InHostRange(BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT)), expand ? 16 : 8),
                               picture);
                 ASSERT_NE(texture.pixelCopy(), nullptr);
                 EXPECT_GE(texture.pixelCopy()->size(), picture.size());
@@ -223,13 +223,13 @@ TEST_F(TextureTest, ReadsPaddedAndUpwardRowsAndNotAByteMore) {
 }
 
 TEST_F(TextureTest, SurvivesFifteenBitsThoughTheyReadTwiceTheRows) {
-    const Bytes picture = distinctPicture(3, 2, 16);
+    const Bytes picture = DistinctPicture(3, 2, 16);
     const GuardedBytes memory(picture);
     Texture texture;
     texture.initTexture(3, 2, 15, true);
     texture.uploadPixels(memory.data(), {3, 2, 15, 24}, true, false);
-    const std::vector<std::uint16_t> stored = storage<std::uint16_t>(GL_UNSIGNED_SHORT);
-    const std::vector<std::uint16_t> given = channelsOf<std::uint16_t>(picture);
+    const std::vector<std::uint16_t> stored = Storage<std::uint16_t>(GL_UNSIGNED_SHORT);
+    const std::vector<std::uint16_t> given = ChannelsOf<std::uint16_t>(picture);
     EXPECT_TRUE(std::equal(stored.begin(), stored.begin() + 12, given.begin())) << "the first row is as it was";
 }
 
@@ -243,8 +243,8 @@ TEST_F(TextureTest, LoadsAPictureOrStaysWithoutAName) {
     EXPECT_FALSE(texture.isArgbOrdered);
     EXPECT_EQ(texture.bitDepth, 8u);
     EXPECT_EQ(texture.rowBytes, 4);
-    EXPECT_EQ(swizzle(), fromRgba);
-    EXPECT_EQ(*texture.pixelCopy(), bytesOf<std::uint8_t>({10, 20, 30, 40}));
+    EXPECT_EQ(Swizzle(), fromRgba);
+    EXPECT_EQ(*texture.pixelCopy(), BytesOf<std::uint8_t>({10, 20, 30, 40}));
     for (const char* file : {"none.tga", "junk.png", ""}) {
         Texture none;
         EXPECT_EQ(none.loadImage(file), 0) << file;
@@ -255,23 +255,23 @@ TEST_F(TextureTest, LoadsAPictureOrStaysWithoutAName) {
 TEST_F(TextureTest, TakesASurfaceUprightOrTurned) {
     Surface surface;
     surface.init(3, 2, 16, true);
-    surface.pixels = distinctPicture(3, 2, 16);
+    surface.pixels = DistinctPicture(3, 2, 16);
     Texture texture;
     texture.initTexture(1, 1, 8, true);
     for (const bool flip : {false, true}) {
         texture.loadFromSurface(surface, flip);
-        EXPECT_EQ(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)),
-                  flip ? reversedRows(surface.pixels, 2) : surface.pixels);
+        EXPECT_EQ(BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT)),
+                  flip ? ReversedRows(surface.pixels, 2) : surface.pixels);
     }
-    const Bytes borrowed = distinctPicture(3, 2, 16);
+    const Bytes borrowed = DistinctPicture(3, 2, 16);
     surface.pixels.clear();
-    surface.borrowedPixels = std::make_shared<Bytes>(reversedRows(borrowed, 2));
+    surface.borrowedPixels = std::make_shared<Bytes>(ReversedRows(borrowed, 2));
     texture.loadFromSurface(surface, false);
-    EXPECT_EQ(bytesOf(storage<std::uint16_t>(GL_UNSIGNED_SHORT)), reversedRows(borrowed, 2));
+    EXPECT_EQ(BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT)), ReversedRows(borrowed, 2));
     Surface empty;
     empty.init(4, 5, 8, true);
     texture.loadFromSurface(empty, true);
-    EXPECT_EQ(level(GL_TEXTURE_HEIGHT), 5);
+    EXPECT_EQ(Level(GL_TEXTURE_HEIGHT), 5);
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ protected:
         target.initTarget(1, 1, 32);
         target.bindTarget({});
         if (shader.bind()) shader.render(false);
-        const auto argb = readBack<float>(target);
+        const auto argb = ReadBack<float>(target);
         return {argb[1], argb[2], argb[3], argb[0]};
     }
     using Color = std::vector<float>;
@@ -121,13 +121,13 @@ TEST_F(UniformTest, HandsOutUnitsByIndexWithTheExtentsOfTheirTextures) {
     for (int which = 0; which < 5; ++which) {
         uniform("which").setIntValue(which);
         EXPECT_EQ(color(), expected[which]) << which;
-        EXPECT_EQ(integer(GL_ACTIVE_TEXTURE), GL_TEXTURE1);
-        EXPECT_EQ(integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(large.textureName.get())) << "both stay bound";
+        EXPECT_EQ(Integer(GL_ACTIVE_TEXTURE), GL_TEXTURE1);
+        EXPECT_EQ(Integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(large.textureName.get())) << "both stay bound";
         GLint unit = -1;
         glGetUniformiv(shader.program.get(), shader.uniformLocation(second), &unit);
         EXPECT_EQ(unit, 1);
         glActiveTexture(GL_TEXTURE0);
-        EXPECT_EQ(integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(small.textureName.get()));
+        EXPECT_EQ(Integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(small.textureName.get()));
     }
 }
 

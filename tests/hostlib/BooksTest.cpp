@@ -91,11 +91,11 @@ constexpr Misdeed kMisdeeds[] = {
 };
 
 TEST(Books, TellEachMisdeedOnce) {
-    HostSession session{EffectModule(fakeEntry)};
+    HostSession session{EffectModule(FakeEntry)};
     HostInstance& instance = session.newInstance();
     for (const auto& [name, told, deed] : kMisdeeds) {
         instance.sequenceData = session.handles().make(16);
-        act() = deed;
+        Act() = deed;
         const FrameRequest request{.input = session.newWorld(2, 2, 8)};
         session.send({.cmd = PF_Cmd_RENDER, .instance = &instance, .frame = &request, .output = request.input});
         if (*told)
@@ -104,7 +104,7 @@ TEST(Books, TellEachMisdeedOnce) {
             EXPECT_THAT(session.violations(), IsEmpty()) << name;
         session.clearViolations();
     }
-    act() = [](const Given& given) { return given.in.utils->host_new_handle(8) ? 0 : 1; };
+    Act() = [](const Given& given) { return given.in.utils->host_new_handle(8) ? 0 : 1; };
     session.allowLostHandles(1);
     session.about();
     EXPECT_THAT(session.violations(), IsEmpty());
@@ -114,9 +114,9 @@ TEST(Books, TellEachMisdeedOnce) {
 }
 
 TEST(Books, AreKeptApartForAnEntryFromACallback) {
-    HostSession session{EffectModule(fakeEntry)};
+    HostSession session{EffectModule(FakeEntry)};
     session.hooks().at[Callback::abort] = [&](const CallbackEvent&) { session.about(); };
-    act() = [](const Given& given) -> PF_Err {
+    Act() = [](const Given& given) -> PF_Err {
         if (given.cmd == PF_Cmd_ABOUT) return given.acquire(suites::kColorParam) ? 0 : 1;  // and never released
         given.acquire(suites::kHandle);
         given.in.inter.abort(given.in.effect_ref);
@@ -127,9 +127,9 @@ TEST(Books, AreKeptApartForAnEntryFromACallback) {
 }
 
 TEST(Books, FollowTheirThread) {
-    HostSession session{EffectModule(fakeEntry)};
+    HostSession session{EffectModule(FakeEntry)};
     const auto drive = [&](bool isLeaking) {
-        act() = [isLeaking](const Given& given) -> PF_Err {
+        Act() = [isLeaking](const Given& given) -> PF_Err {
             const bool isHeld = given.acquire(suites::kHandle) != nullptr;
             PF_Handle handle = given.in.utils->host_new_handle(8);
             given.in.utils->host_dispose_handle(handle);
@@ -146,7 +146,7 @@ TEST(Books, FollowTheirThread) {
     EXPECT_EQ(session.handles().aliveCount(), 0u);
 
     SPBasicSuite* basic = nullptr;
-    act() = [&](const Given& given) { return basic = given.in.pica_basicP, 0; };
+    Act() = [&](const Given& given) { return basic = given.in.pica_basicP, 0; };
     session.clearViolations();
     session.about();
     const void* table = nullptr;

@@ -28,8 +28,8 @@ struct Given {
 };
 
 // Of the calling thread; nothing to begin with.
-std::function<PF_Err(const Given&)>& act();
+std::function<PF_Err(const Given&)>& Act();
 
-PF_Err fakeEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output, void* extra);
+PF_Err FakeEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output, void* extra);
 
 }  // namespace quillon::host::test

@@ -18,7 +18,7 @@ namespace {
 using Bytes = std::vector<std::byte>;
 
 enum class Kind { flat, ramp, noise, saturated, fewColors, oddAlphas, outOfRange, notANumber };
-constexpr Kind kKinds[] = {Kind::flat,       Kind::ramp,      Kind::noise,      Kind::saturated,
+constexpr Kind kKinds[] = {Kind::flat,      Kind::ramp,      Kind::noise,      Kind::saturated,
                            Kind::fewColors, Kind::oddAlphas, Kind::outOfRange, Kind::notANumber};
 
 struct Extent {
@@ -28,7 +28,7 @@ struct Extent {
 
 // One channel of a picture of a kind; lane 0 is alpha. A pixel holds either infinities or NaN, so that no result hangs
 // on which of two NaN an addition hands on.
-float channel(Kind kind, Extent size, std::uint32_t x, std::uint32_t y, int lane, std::mt19937& random) {
+float Channel(Kind kind, Extent size, std::uint32_t x, std::uint32_t y, int lane, std::mt19937& random) {
     const auto number = [&] { return static_cast<float>(random() >> 8) / static_cast<float>(1 << 24); };
     const std::uint32_t place = (x * 7 + y * 5) % 16;
     switch (kind) {
@@ -55,7 +55,7 @@ float channel(Kind kind, Extent size, std::uint32_t x, std::uint32_t y, int lane
     return 0;
 }
 
-Bytes makePicture(Kind kind, Extent size, std::uint32_t bits) {
+Bytes MakePicture(Kind kind, Extent size, std::uint32_t bits) {
     std::mt19937 random(static_cast<std::uint32_t>(kind) + 1);
     const std::size_t channelBytes = bits / 8;
     Bytes bytes(std::size_t{size.width} * size.height * 4 * channelBytes);
@@ -63,7 +63,7 @@ Bytes makePicture(Kind kind, Extent size, std::uint32_t bits) {
     for (std::uint32_t y = 0; y < size.height; ++y)
         for (std::uint32_t x = 0; x < size.width; ++x)
             for (int lane = 0; lane < 4; ++lane, to += channelBytes) {
-                const float value = channel(kind, size, x, y, lane, random);
+                const float value = Channel(kind, size, x, y, lane, random);
                 const auto byte = ImageLib::Channel8FromFloat(value);
                 // Words up to 65535, as a layer's texture holds them.
                 const auto word = static_cast<std::uint16_t>(
@@ -75,7 +75,7 @@ Bytes makePicture(Kind kind, Extent size, std::uint32_t bits) {
 }
 
 // Rows lie 3 bytes further apart than they need, so nothing is aligned.
-Bytes quantized(const PlainQuantize& settings, const Bytes& input) {
+Bytes Quantized(const PlainQuantize& settings, const Bytes& input) {
     if (input.empty()) {
         Surface surface;
         surface.init(settings.width, settings.height, settings.bitDepth, true);
@@ -101,11 +101,11 @@ Bytes quantized(const PlainQuantize& settings, const Bytes& input) {
 }
 
 // False, with a failure, when the two differ.
-bool equalsThePlainRules(const PlainQuantize& settings, Kind kind) {
-    const Bytes input = makePicture(kind, {settings.width, settings.height}, settings.bitDepth);
+bool EqualsThePlainRules(const PlainQuantize& settings, Kind kind) {
+    const Bytes input = MakePicture(kind, {settings.width, settings.height}, settings.bitDepth);
     Bytes expected = input;
     settings.run(expected.data());
-    const Bytes actual = quantized(settings, input);
+    const Bytes actual = Quantized(settings, input);
     if (actual == expected) return true;
     const std::size_t at =
         static_cast<std::size_t>(std::mismatch(actual.begin(), actual.end(), expected.begin()).first - actual.begin());
@@ -124,7 +124,7 @@ TEST_P(QuantizeDepth, EqualsThePlainRulesInEveryCombination) {
             for (std::int32_t dither = -1; dither <= 17; ++dither)
                 for (const bool grayscale : {false, true})
                     for (const bool serpentine : {false, true})
-                        if (!equalsThePlainRules({21, 18, GetParam(), mode, dither, 0.4f, grayscale, serpentine}, kind))
+                        if (!EqualsThePlainRules({21, 18, GetParam(), mode, dither, 0.4f, grayscale, serpentine}, kind))
                             return;
 }
 
@@ -136,7 +136,7 @@ TEST_P(QuantizeDepth, EqualsThePlainRulesAtEverySize) {
             for (std::int32_t dither = 1; dither <= 15; ++dither)
                 for (const bool serpentine : {false, true})
                     for (const Kind kind : {Kind::noise, Kind::oddAlphas})
-                        if (!equalsThePlainRules(
+                        if (!EqualsThePlainRules(
                                 {size.width, size.height, GetParam(), mode, dither, 0.7f, false, serpentine}, kind))
                             return;
 }
@@ -146,14 +146,14 @@ TEST_P(QuantizeDepth, EqualsThePlainRulesOnLargerPictures) {
     for (const Kind kind : {Kind::ramp, Kind::noise, Kind::saturated, Kind::outOfRange})
         for (const std::int32_t mode : {5, 7, 11, 16})
             for (const std::int32_t dither : {1, 3, 6, 11, 15})
-                if (!equalsThePlainRules({310, 120, GetParam(), mode, dither, 3.0f, false, dither == 6}, kind)) return;
+                if (!EqualsThePlainRules({310, 120, GetParam(), mode, dither, 3.0f, false, dither == 6}, kind)) return;
 }
 
 // As many pixels as the finest cells of the palette search take.
 TEST_P(QuantizeDepth, EqualsThePlainRulesOnFullPictures) {
-    equalsThePlainRules({800, 640, GetParam(), 10, 15, 0.5f, false, false}, Kind::noise);
-    equalsThePlainRules({800, 640, GetParam(), 6, 3, 0, false, false}, Kind::ramp);
-    equalsThePlainRules({800, 640, GetParam(), 10, 1, 0, false, false}, Kind::noise);
+    EqualsThePlainRules({800, 640, GetParam(), 10, 15, 0.5f, false, false}, Kind::noise);
+    EqualsThePlainRules({800, 640, GetParam(), 6, 3, 0, false, false}, Kind::ramp);
+    EqualsThePlainRules({800, 640, GetParam(), 10, 1, 0, false, false}, Kind::noise);
 }
 
 // Values decide the outcome at the limit itself, and may be anything.
@@ -163,7 +163,7 @@ TEST_P(QuantizeDepth, TakesAnyValue) {
         for (const std::int32_t mode : {1, 4, 20})
             for (const std::int32_t dither : {1, 3, 13, 14, 15, std::numeric_limits<std::int32_t>::min()})
                 for (const Kind kind : {Kind::flat, Kind::noise})
-                    if (!equalsThePlainRules({17, 17, GetParam(), mode, dither, value, false, false}, kind)) return;
+                    if (!EqualsThePlainRules({17, 17, GetParam(), mode, dither, value, false, false}, kind)) return;
 }
 
 INSTANTIATE_TEST_SUITE_P(Bits, QuantizeDepth, ::testing::Values(8u, 16u, 32u),
@@ -191,7 +191,7 @@ TEST(OctreePalette, EqualsThePlainModelWhereTiesDecide) {
 }
 
 // Worked out by hand: what the plain rules and the fast ones might both get wrong.
-Bytes grays(std::initializer_list<int> values) {
+Bytes Grays(std::initializer_list<int> values) {
     Bytes bytes;
     for (const int value : values) {
         bytes.push_back(std::byte{77});
@@ -210,19 +210,19 @@ TEST(Quantize, GivesWhatIsWorkedOutByHand) {
     const Case kCases[] = {
         {"threshold is strict",
          {3, 1, 8, 1, 1, 128 * (1 / 255.0f), false, false},
-         grays({127, 128, 129}),
-         grays({0, 0, 255})},
+         Grays({127, 128, 129}),
+         Grays({0, 0, 255})},
         // 100 - 0 gives 7/16 of 100 to the next: 100 + 43.75 is above 128 and gives back -111.25 * 7/16.
-        {"error runs on", {3, 1, 8, 1, 3, 0.5f, false, false}, grays({100, 100, 190}), grays({0, 255, 255})},
+        {"error runs on", {3, 1, 8, 1, 3, 0.5f, false, false}, Grays({100, 100, 190}), Grays({0, 255, 255})},
         // Row 0 runs to the right; in row 1 the errors go leftward, so its right pixel is decided first.
-        {"serpentine", {2, 2, 8, 1, 3, 0.5f, false, true}, grays({0, 0, 100, 100}), grays({0, 0, 255, 0})},
-        {"plain", {2, 2, 8, 1, 3, 0.5f, false, false}, grays({0, 0, 100, 100}), grays({0, 0, 0, 255})},
-        {"8 and none", {1, 1, 8, 8, 1, 0, true, false}, grays({93}), grays({93})},
-        {"no dither 0", {1, 1, 8, 9, 0, 0, false, false}, grays({93}), grays({93})},
+        {"serpentine", {2, 2, 8, 1, 3, 0.5f, false, true}, Grays({0, 0, 100, 100}), Grays({0, 0, 255, 0})},
+        {"plain", {2, 2, 8, 1, 3, 0.5f, false, false}, Grays({0, 0, 100, 100}), Grays({0, 0, 0, 255})},
+        {"8 and none", {1, 1, 8, 8, 1, 0, true, false}, Grays({93}), Grays({93})},
+        {"no dither 0", {1, 1, 8, 9, 0, 0, false, false}, Grays({93}), Grays({93})},
         // (77/255)^2 from the unfilled slot, (178/255)^2 and more from the filled one: dark and thin goes to zero.
-        {"unfilled slots compete", {2, 1, 8, 2, 1, 0, false, false}, grays({10, 10}), grays({0, 0})},
+        {"unfilled slots compete", {2, 1, 8, 2, 1, 0, false, false}, Grays({10, 10}), Grays({0, 0})},
     };
-    for (const Case& row : kCases) EXPECT_EQ(quantized(row.settings, row.input), row.expected) << row.name;
+    for (const Case& row : kCases) EXPECT_EQ(Quantized(row.settings, row.input), row.expected) << row.name;
 }
 
 TEST(Quantize, LosesFullScaleAt16BitsEvenWhenNothingIsReduced) {
@@ -231,12 +231,12 @@ TEST(Quantize, LosesFullScaleAt16BitsEvenWhenNothingIsReduced) {
     Bytes input(8), output(8);
     std::memcpy(input.data(), words, 8);
     std::memcpy(output.data(), expected, 8);
-    EXPECT_EQ(quantized({1, 1, 16, 9, 12, 0, false, false}, input), output);
+    EXPECT_EQ(Quantized({1, 1, 16, 9, 12, 0, false, false}, input), output);
 }
 
 TEST(Quantize, LeavesOtherDepthsAndShortPicturesAlone) {
     Surface surface;
-    surface.pixels = grays({100, 100, 100, 100});
+    surface.pixels = Grays({100, 100, 100, 100});
     const Bytes input = surface.pixels;
     struct Case {
         std::uint32_t width, height, bits;
@@ -255,7 +255,7 @@ TEST(Quantize, LeavesOtherDepthsAndShortPicturesAlone) {
 TEST(QuantizeDeathTest, EndsTheProcessWhenThereAreNoPixels) {
     Surface surface;
     surface.init(2, 2, 8, true);
-    EXPECT_EXIT(SurfaceQuantize(surface, 1, 1, 0.5f, false, false), endedOnPurpose, "");
+    EXPECT_EXIT(SurfaceQuantize(surface, 1, 1, 0.5f, false, false), EndedOnPurpose, "");
 }
 
 }  // namespace

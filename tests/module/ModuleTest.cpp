@@ -22,7 +22,7 @@ protected:
     // A module of its own file name, since the loader gives the same file out once only.
     host::EffectModule pack(std::span<const std::byte> package) {
         const std::filesystem::path path = folder.path() / ("effect" + std::to_string(++count) + ".module");
-        WriteModule(path, templateModule(), package);
+        WriteModule(path, TemplateModule(), package);
         return host::EffectModule(path);
     }
     host::EffectModule pack(const std::string& script, const Files& more = {}) {
@@ -31,7 +31,7 @@ protected:
         files.emplace_back("config.xml", kConfig);
         return pack(ScrambledPackage(files));
     }
-    static Bytes render(HostInstance& instance, const Bytes& input) {
+    static Bytes Render(HostInstance& instance, const Bytes& input) {
         auto world = instance.session.newWorld(5, 3, 8);
         world->write(input);
         const host::FrameResult frame = instance.session.renderFrame(instance, {world});
@@ -57,14 +57,14 @@ TEST_F(Module, TwoEffectsInOneProcessShareNothing) {
     EXPECT_EQ(second.parameters().size(), 1u);
     HostInstance& a = first.apply();
     HostInstance& b = second.apply();
-    const Bytes input = distinctPicture(5, 3, 8);
+    const Bytes input = DistinctPicture(5, 3, 8);
     for (int turn = 0; turn < 3; ++turn) {
-        EXPECT_EQ(render(a, input), input);
-        EXPECT_EQ(render(b, input), reversedRows(input, 3));
+        EXPECT_EQ(Render(a, input), input);
+        EXPECT_EQ(Render(b, input), ReversedRows(input, 3));
     }
     // The end of one instance is nothing to the other module.
     first.remove(a);
-    EXPECT_EQ(render(b, input), reversedRows(input, 3));
+    EXPECT_EQ(Render(b, input), ReversedRows(input, 3));
     second.remove(b);
 }
 
@@ -82,7 +82,7 @@ TEST_F(Module, OneEffectAppliedTwiceSharesScriptVariablesAndNotValues) {
     second.setFloat(1, 20);
     int frames = 0;
     for (HostInstance* instance : {&first, &second, &first}) {
-        const Bytes pixel = render(*instance, Bytes(60));
+        const Bytes pixel = Render(*instance, Bytes(60));
         EXPECT_EQ(std::to_integer<int>(pixel[1]), instance == &first ? 10 : 20);
         EXPECT_EQ(std::to_integer<int>(pixel[2]), ++frames);
     }
@@ -110,7 +110,7 @@ using ModuleDeathTest = Module;
 
 TEST_F(ModuleDeathTest, WithoutAPackageTheProcessEndsAtTheStart) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-    const host::EffectModule module{templateModule()};
+    const host::EffectModule module{TemplateModule()};
     EXPECT_DEATH(HostSession(module).globalSetup(), "");
 }
 

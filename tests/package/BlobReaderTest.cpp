@@ -25,7 +25,7 @@ protected:
         FileTextHook = nullptr;
     }
 
-    static void load(const std::string& archive) {
+    static void Load(const std::string& archive) {
         BlobReader::Load(TestModule(Scramble(std::as_bytes(std::span(archive)))).module());
     }
 };
@@ -34,7 +34,7 @@ class PackageLength : public BlobReaderTest, public ::testing::WithParamInterfac
 
 TEST_P(PackageLength, NeedNotBeAMultipleOfFour) {
     ZipBuilder builder{.entries = {Stored("fx.js", "text")}, .comment = std::string(GetParam(), '#')};
-    load(builder.bytes());
+    Load(builder.bytes());
     EXPECT_EQ(ReadFileText(L"fx.js"), "text");
 }
 // The longest comment leaves no room for a byte more: the padding is not part of the archive.
@@ -49,7 +49,7 @@ struct NameCase {
 class RequestedName : public BlobReaderTest, public ::testing::WithParamInterface<NameCase> {};
 
 TEST_P(RequestedName, LosesItsFoldersAndItsCase) {
-    load(ZipBuilder{.entries = {Stored("fx.js", "script"), Stored("shaders/a.frag", "hidden"), Stored("", "unnamed"),
+    Load(ZipBuilder{.entries = {Stored("fx.js", "script"), Stored("shaders/a.frag", "hidden"), Stored("", "unnamed"),
                                 Stored("dir/", "directory"), Stored("\xE9.png", "image")}}
              .bytes());
     EXPECT_EQ(ReadFileText(GetParam().request), GetParam().content);
@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(Cases, RequestedName, ::testing::ValuesIn(kNameCases),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(BlobReaderTest, CutsTextButNotBytesAtAZero) {
-    load(ZipBuilder{.entries = {Stored("a", "ab\0cd\r\n"s), Stored("b", "\0"s), Stored("none", "")}}.bytes());
+    Load(ZipBuilder{.entries = {Stored("a", "ab\0cd\r\n"s), Stored("b", "\0"s), Stored("none", "")}}.bytes());
     EXPECT_EQ(ReadFileText(L"a"), "ab");
     EXPECT_EQ(ReadFileBytes(L"a").size(), 7u);
     EXPECT_EQ(ReadFileText(L"b"), "");
@@ -77,7 +77,7 @@ TEST_F(BlobReaderTest, LeavesTheDiskAloneOnceAPackageIsOpen) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "here.txt";
     std::ofstream(path) << "disk";
-    load(ZipBuilder{.entries = {Stored("fx.js", "script")}}.bytes());
+    Load(ZipBuilder{.entries = {Stored("fx.js", "script")}}.bytes());
     EXPECT_EQ(ReadFileText(path.wstring()), "");
     EXPECT_TRUE(ReadFileBytes(path.wstring()).empty());
 }
@@ -86,7 +86,7 @@ TEST_F(BlobReaderTest, StaysInDiskModeWithAResourceThatIsNoArchive) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "here.txt";
     std::ofstream(path) << "disk";
-    load("neither an archive nor empty");
+    Load("neither an archive nor empty");
     EXPECT_EQ(FileBytesHook, nullptr);
     EXPECT_EQ(FileTextHook, nullptr);
     EXPECT_EQ(ReadFileText(path.wstring()), "disk");
@@ -98,10 +98,10 @@ TEST_F(BlobReaderTest, StaysInDiskModeWithAResourceThatIsNoArchive) {
 TEST_F(BlobReaderTest, EndsTheProcessWithoutAPackage) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     std::string reason;
-    void* const absent = host::loadModule(carrierModule(), reason);
+    void* const absent = host::LoadModule(CarrierModule(), reason);
     const TestModule empty(std::span<const std::byte>{});
-    EXPECT_EXIT(BlobReader::Load(absent), endedOnPurpose, "");
-    EXPECT_EXIT(BlobReader::Load(empty.module()), endedOnPurpose, "");
+    EXPECT_EXIT(BlobReader::Load(absent), EndedOnPurpose, "");
+    EXPECT_EXIT(BlobReader::Load(empty.module()), EndedOnPurpose, "");
 }
 
 }  // namespace

@@ -22,11 +22,11 @@ class ConfigDocumentTest : public ::testing::Test {
 protected:
     ConfigDocumentTest() { FileTextHook = TextOfConfig; }
 
-    static std::string valueOf(const std::wstring& key, const std::string& text) {
+    static std::string ValueOf(const std::wstring& key, const std::string& text) {
         configText = text;
         return ConfigDocument().GetValue(key);
     }
-    static std::string parseErrorOf(const std::string& text) {
+    static std::string ParseErrorOf(const std::string& text) {
         configText = text;
         try {
             const ConfigDocument document;
@@ -57,7 +57,7 @@ TEST_F(ConfigDocumentTest, FindsElementsAtTheTopLevel) {
     };
     for (const auto& [name, text, value] : cases) {
         SCOPED_TRACE(name);
-        EXPECT_EQ(valueOf(L"FXNAME", text), value);
+        EXPECT_EQ(ValueOf(L"FXNAME", text), value);
     }
 }
 
@@ -71,8 +71,8 @@ TEST_F(ConfigDocumentTest, KeepsItsTextWhileItLives) {
 }
 
 TEST_F(ConfigDocumentTest, RefusesWhatIsNoXml) {
-    EXPECT_EQ(parseErrorOf("popa"), "expected <");
-    EXPECT_EQ(parseErrorOf("<FLAGS>1"), "unexpected end of data");
+    EXPECT_EQ(ParseErrorOf("popa"), "expected <");
+    EXPECT_EQ(ParseErrorOf("<FLAGS>1"), "unexpected end of data");
 }
 
 std::string Nested(int levels, const std::string& opening, const std::string& closing) {
@@ -83,8 +83,8 @@ std::string Nested(int levels, const std::string& opening, const std::string& cl
 }
 
 TEST_F(ConfigDocumentTest, TakesDeepTextAsAParseErrorInsteadOfOverflowing) {
-    EXPECT_EQ(parseErrorOf(Nested(256, "<a>", "</a>")), "");
-    EXPECT_EQ(parseErrorOf(Nested(257, "<a>", "</a>")), "nested too deeply");
+    EXPECT_EQ(ParseErrorOf(Nested(256, "<a>", "</a>")), "");
+    EXPECT_EQ(ParseErrorOf(Nested(257, "<a>", "</a>")), "nested too deeply");
     const char* const tooDeep = "nested too deeply";
     const struct {
         const char* repeated;
@@ -103,7 +103,7 @@ TEST_F(ConfigDocumentTest, TakesDeepTextAsAParseErrorInsteadOfOverflowing) {
         {"<a><!DOCTYPE ]></a>", ""},
         {"<a<b/></a>", "expected element name"},
     };
-    for (const auto& [repeated, error] : cases) EXPECT_EQ(parseErrorOf(Nested(50000, repeated, "")), error) << repeated;
+    for (const auto& [repeated, error] : cases) EXPECT_EQ(ParseErrorOf(Nested(50000, repeated, "")), error) << repeated;
 }
 
 TEST_F(ConfigDocumentTest, ReadsDecimalIntegers) {

@@ -4,16 +4,16 @@ namespace quillon::test {
 
 namespace {
 
-std::string word16(std::uint64_t value) {
+std::string Word16(std::uint64_t value) {
     return {static_cast<char>(value & 0xFF), static_cast<char>(value >> 8 & 0xFF)};
 }
-std::string word32(std::uint64_t value) {
-    return word16(value) + word16(value >> 16);
+std::string Word32(std::uint64_t value) {
+    return Word16(value) + Word16(value >> 16);
 }
 
-std::string sizesOf(const ZipEntry& entry) {
-    return word16(entry.flags) + word16(entry.method) + word32(0) + word32(entry.crc) + word32(entry.packedSize) +
-           word32(entry.size) + word16(entry.name.size()) + word16(0);
+std::string SizesOf(const ZipEntry& entry) {
+    return Word16(entry.flags) + Word16(entry.method) + Word32(0) + Word32(entry.crc) + Word32(entry.packedSize) +
+           Word32(entry.size) + Word16(entry.name.size()) + Word16(0);
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ ZipEntry Stored(const std::string& name, const std::string& content) {
 }
 
 ZipEntry Deflated(const std::string& name, const std::string& content) {
-    ZipEntry entry = Stored(name, "\x01" + word16(content.size()) + word16(~content.size()) + content);
+    ZipEntry entry = Stored(name, "\x01" + Word16(content.size()) + Word16(~content.size()) + content);
     entry.method = 8;
     entry.crc = CrcOf(content);
     entry.size = static_cast<std::uint32_t>(content.size());
@@ -43,15 +43,15 @@ ZipEntry Deflated(const std::string& name, const std::string& content) {
 std::string ZipBuilder::bytes() const {
     std::string archive, directory;
     for (const ZipEntry& entry : entries) {
-        directory += word32(entry.signature) + word16(20) + word16(20) + sizesOf(entry) + word16(0) + word16(disk) +
-                     word16(0) + word32(entry.attributes) + word32(archive.size() + entry.localAt) + entry.name;
-        archive += word32(entry.localSignature) + word16(20) + sizesOf(entry) + entry.name + entry.content;
+        directory += Word32(entry.signature) + Word16(20) + Word16(20) + SizesOf(entry) + Word16(0) + Word16(disk) +
+                     Word16(0) + Word32(entry.attributes) + Word32(archive.size() + entry.localAt) + entry.name;
+        archive += Word32(entry.localSignature) + Word16(20) + SizesOf(entry) + entry.name + entry.content;
     }
     const std::uint64_t directoryAt = archive.size();
-    archive += directory + beforeEnd + word32(0x06054B50) + word16(disk) + word16(directoryDisk) +
-               word16(entries.size() + extraEntriesHere) + word16(entries.size() + extraEntries) +
-               word32(directory.size() + extraDirectoryBytes) + word32(directoryAt + extraDirectoryAt) +
-               word16(comment.size()) + comment;
+    archive += directory + beforeEnd + Word32(0x06054B50) + Word16(disk) + Word16(directoryDisk) +
+               Word16(entries.size() + extraEntriesHere) + Word16(entries.size() + extraEntries) +
+               Word32(directory.size() + extraDirectoryBytes) + Word32(directoryAt + extraDirectoryAt) +
+               Word16(comment.size()) + comment;
     return archive;
 }
 

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 class ModuleWriterTest : public ::testing::Test {
 protected:
-    static std::string contentOf(const fs::path& path) {
+    static std::string ContentOf(const fs::path& path) {
         std::ostringstream content;
         content << std::ifstream(path, std::ios::binary).rdbuf();
         return content.str();
@@ -39,9 +39,9 @@ TEST_F(ModuleWriterTest, PutsThePackageBehindTheImage) {
     put(image, "image");
     fs::permissions(image, fs::perms::owner_all | fs::perms::group_read);
     write(output, image, "package");
-    EXPECT_EQ(contentOf(output), std::string("imagepackage\x07\0\0\0QuillonBLOB1", 28));
+    EXPECT_EQ(ContentOf(output), std::string("imagepackage\x07\0\0\0QuillonBLOB1", 28));
     EXPECT_EQ(fs::status(output).permissions(), fs::status(image).permissions());
-    EXPECT_EQ(contentOf(image), "image");
+    EXPECT_EQ(ContentOf(image), "image");
     EXPECT_EQ(filesLeft(), 2);
 }
 
@@ -49,9 +49,9 @@ TEST_F(ModuleWriterTest, ReplacesWhatTheTemplateAndTheOutputHold) {
     put(image, "image");
     write(output, image, "package");
     write(output, output, "new");
-    EXPECT_EQ(contentOf(output), std::string("imagenew\x03\0\0\0QuillonBLOB1", 24));
+    EXPECT_EQ(ContentOf(output), std::string("imagenew\x03\0\0\0QuillonBLOB1", 24));
     write(output, output, "");
-    EXPECT_EQ(contentOf(output), std::string("image\0\0\0\0QuillonBLOB1", 21));
+    EXPECT_EQ(ContentOf(output), std::string("image\0\0\0\0QuillonBLOB1", 21));
 }
 
 TEST_F(ModuleWriterTest, LeavesNothingBehindWhenItFails) {

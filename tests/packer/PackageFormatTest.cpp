@@ -20,7 +20,7 @@ using Bytes = std::vector<std::byte>;
 
 // The dumps of the page by the name behind their fence.
 std::map<std::string, Bytes> DumpsOfThePage() {
-    std::ifstream page(sourceFolder() / "docs" / "package-format.md");
+    std::ifstream page(SourceFolder() / "docs" / "package-format.md");
     std::map<std::string, Bytes> dumps;
     std::string line, name;
     while (std::getline(page, line)) {

@@ -82,7 +82,7 @@ TEST(ReleaseDeathTest, EndsTheProcessForAnIdOfNoKind) {
                 Scripting::instance().Open();
                 Scripting::instance().Eval(("QL_release(" + std::string(id) + ")").c_str());
             },
-            endedOnPurpose, "")
+            EndedOnPurpose, "")
             << id;
 }
 

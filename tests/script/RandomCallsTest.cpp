@@ -69,7 +69,7 @@ TEST_F(RandomCalls, NeverHarmTheProcess) {
             std::uint32_t width = 0, height = 0;
             engine.preRender(4, 4, &width, &height);
             const std::uint32_t bits = 8u << random() % 3;
-            const Bytes picture = distinctPicture(3, 2, bits);
+            const Bytes picture = DistinctPicture(3, 2, bits);
             engine.setLayerPixels(random() % 15, picture.data(), 3, 2, bits, std::uint64_t{3} * bits / 2);
             engine.updateUIFlags();
             engine.unlockGL();

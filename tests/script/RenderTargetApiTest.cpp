@@ -53,7 +53,7 @@ TEST_F(RenderTargetApi, HasNoIdsOfAnInstanceBeforeItsFirstFrameAndKeepsThemAfter
     expectValues({{"early", "[0,0,0]"}, {"[QL_getSequenceRT(1), QL_getSequenceTexture(1)]", "[0,0]"}});
     frame(2, 2, 8);
     expectValues({{"rt = QL_getSequenceRT()", "50331649"}, {"QL_getSequenceTexture()", "0"}});
-    const Bytes picture = distinctPicture(3, 4, 16);
+    const Bytes picture = DistinctPicture(3, 4, 16);
     frame(3, 4, 16, picture);
     expectValues({{"QL_getSequenceRT() === rt", "true"},
                   {"QL_getSurfaceDim(rt)", "[3,4,16]"},
@@ -61,7 +61,7 @@ TEST_F(RenderTargetApi, HasNoIdsOfAnInstanceBeforeItsFirstFrameAndKeepsThemAfter
                   {"QL_getSurfaceDim(QL_getSequenceTexture())", "[3,4,16]"}});
     addInstance();
     EXPECT_EQ(eval("[QL_getSequenceRT(), QL_getSequenceTexture()]"), "[0,0]");
-    frame(1, 1, 8, distinctPicture(1, 1, 8));
+    frame(1, 1, 8, DistinctPicture(1, 1, 8));
     EXPECT_EQ(eval("[QL_getSequenceRT(), QL_getSequenceTexture()]"), "[50331650,67108867]");
 }
 

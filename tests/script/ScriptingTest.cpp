@@ -10,7 +10,7 @@ namespace quillon::test {
 namespace {
 
 std::vector<ScriptError> seenErrors;
-void keepError(const ScriptError& error) {
+void KeepError(const ScriptError& error) {
     seenErrors.push_back(error);
 }
 
@@ -71,7 +71,7 @@ TEST_F(ScriptHeap, DoesNothingOnceClosedAndStartsAnewWhenOpened) {
 TEST_F(ScriptHeap, IsSilentUnlessSomebodyObserves) {
     scripting.Eval("throw new Error('unseen')");
     seenErrors.clear();
-    Scripting::SetErrorObserver(keepError);
+    Scripting::SetErrorObserver(KeepError);
     scripting.Eval("1 + 1");
     EXPECT_TRUE(seenErrors.empty());
     scripting.Eval("\n\nnowhere();");

@@ -15,7 +15,7 @@ protected:
             "function draw() { body(); }\n");
         addInstance();
     }
-    static Surface& surface(std::uint32_t ordinal) { return Context::Instance().FindSurface(0x6000000 + ordinal); }
+    static Surface& Surface(std::uint32_t ordinal) { return Context::Instance().FindSurface(0x6000000 + ordinal); }
 };
 
 TEST_F(SurfaceApi, MakesEmptySurfaces) {
@@ -25,8 +25,8 @@ TEST_F(SurfaceApi, MakesEmptySurfaces) {
         {"QL_initSurface()", "throws RangeError: invalid stack index 0"},
         {"QL_initSurface('2', 2.9, 8, 'more')", "100663298"},  // the refused ones took no number
     });
-    EXPECT_EQ(surface(1).rowBytes, 5120u);
-    EXPECT_EQ(surface(2).height, 2u);
+    EXPECT_EQ(Surface(1).rowBytes, 5120u);
+    EXPECT_EQ(Surface(2).height, 2u);
 }
 
 TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
@@ -46,20 +46,20 @@ TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
         {"QL_textureToSurface('none') === 0", "true"},
         {"QL_textureToSurface(0x40000FF)", "100663299"},
     });
-    EXPECT_EQ(surface(3).width, 0u);
-    EXPECT_EQ(surface(3).height, 0u);
-    EXPECT_EQ(surface(3).pixelAddress(), nullptr);
+    EXPECT_EQ(Surface(3).width, 0u);
+    EXPECT_EQ(Surface(3).height, 0u);
+    EXPECT_EQ(Surface(3).pixelAddress(), nullptr);
 }
 
 TEST_F(SurfaceApi, TakesTheInputAsAnAliasAndATargetAsACopy) {
-    const Bytes input = distinctPicture(3, 2, 8);
+    const Bytes input = DistinctPicture(3, 2, 8);
     eval(
         "body = function () { a = QL_textureToSurface(QL_getSequenceTexture()); QL_surfaceCopyTo(a,"
         " QL_getSequenceRT()); b = QL_textureToSurface(QL_getSequenceRT()); }");
     EXPECT_EQ(frame(3, 2, 8, input), input);
     ASSERT_EQ(eval("[a, b]"), "[100663297,100663298]");
     for (const std::uint32_t ordinal : {1u, 2u}) {
-        Surface& taken = surface(ordinal);
+        Surface& taken = Surface(ordinal);
         EXPECT_TRUE(taken.isArgbOrdered);
         ASSERT_NE(taken.pixelAddress(), nullptr);
         EXPECT_EQ(Bytes(taken.pixelAddress(), taken.pixelAddress() + 24), input);
@@ -67,25 +67,25 @@ TEST_F(SurfaceApi, TakesTheInputAsAnAliasAndATargetAsACopy) {
     }
     // The alias stays readable when the texture goes, the other one is nobody's but its own.
     EXPECT_EQ(eval("QL_release(QL_getSequenceTexture())"), "true");
-    EXPECT_EQ(Bytes(surface(1).pixelAddress(), surface(1).pixelAddress() + 24), input);
+    EXPECT_EQ(Bytes(Surface(1).pixelAddress(), Surface(1).pixelAddress() + 24), input);
 }
 
 TEST_F(SurfaceApi, CopiesUprightOrTurnedAtEachDepthAsTheBytesStand) {
     for (const std::uint32_t bits : {8u, 16u, 32u})
         for (const bool flip : {false, true}) {
-            const Bytes input = distinctPicture(2, 3, bits);
+            const Bytes input = DistinctPicture(2, 3, bits);
             eval(
                 "body = function () { var s = QL_textureToSurface(QL_getSequenceTexture()); QL_surfaceCopyTo(s,"
                 " QL_getSequenceRT(), " +
                 std::string(flip ? "'yes'" : "''") + "); QL_release(s); }");
-            const Bytes upright = inHostRange(frame(2, 3, bits, input), bits);
-            EXPECT_EQ(upright, flip ? reversedRows(input, 3) : input) << bits << (flip ? " flipped" : "");
+            const Bytes upright = InHostRange(frame(2, 3, bits, input), bits);
+            EXPECT_EQ(upright, flip ? ReversedRows(input, 3) : input) << bits << (flip ? " flipped" : "");
         }
 }
 
 // Storage that was specified anew without data leaves the texture its older, smaller copy.
 TEST_F(SurfaceApi, ReadsNoMoreThanAnAliasHolds) {
-    frame(2, 2, 8, distinctPicture(2, 2, 8));
+    frame(2, 2, 8, DistinctPicture(2, 2, 8));
     expectValues({
         {"(t = QL_getSequenceTexture(), QL_surfaceCopyTo(QL_initSurface(64, 64, 32), t, true))", "true"},
         {"QL_getSurfaceDim(t)", "[64,64,32]"},
@@ -105,7 +105,7 @@ TEST_F(SurfaceApi, ShowsTheInputsNextFrameInAHeldAlias) {
         "held = 0, body = function () { if (!held) held = QL_textureToSurface(QL_getSequenceTexture());"
         " QL_surfaceCopyTo(held, QL_getSequenceRT()); }");
     for (const std::uint32_t bits : {8u, 32u}) {
-        const Bytes first = distinctPicture(2, 2, bits), second = reversedRows(first, 2);
+        const Bytes first = DistinctPicture(2, 2, bits), second = ReversedRows(first, 2);
         EXPECT_EQ(frame(2, 2, bits, first), first);
         EXPECT_EQ(frame(2, 2, bits, second), second);
         eval("held = 0");
@@ -114,14 +114,14 @@ TEST_F(SurfaceApi, ShowsTheInputsNextFrameInAHeldAlias) {
 
 // Two surfaces of one texture are one picture, and what GL holds is not touched by it.
 TEST_F(SurfaceApi, QuantizesInPlaceForAllAliases) {
-    const Bytes input = distinctPicture(3, 2, 8);
+    const Bytes input = DistinctPicture(3, 2, 8);
     eval(
         "body = function () { var t = QL_getSequenceTexture(); a = QL_textureToSurface(t); b = QL_textureToSurface(t);"
         " done = QL_surfaceQuantize(a, false, 1, 1, 0.5, false); QL_surfaceCopyTo(b, QL_getSequenceRT()); }");
     const Bytes output = frame(3, 2, 8, input);
     ASSERT_EQ(eval("[a, b, done]"), "[100663297,100663298,true]");
-    EXPECT_EQ(surface(1).pixelAddress(), surface(2).pixelAddress());
-    EXPECT_EQ(Bytes(surface(2).pixelAddress(), surface(2).pixelAddress() + 24), output);
+    EXPECT_EQ(Surface(1).pixelAddress(), Surface(2).pixelAddress());
+    EXPECT_EQ(Bytes(Surface(2).pixelAddress(), Surface(2).pixelAddress() + 24), output);
     for (std::size_t pixel = 0; pixel < 24; pixel += 4) {
         EXPECT_EQ(output[pixel], input[pixel]);
         EXPECT_TRUE(output[pixel + 1] == std::byte{0} || output[pixel + 1] == std::byte{255});
@@ -131,16 +131,16 @@ TEST_F(SurfaceApi, QuantizesInPlaceForAllAliases) {
 
 // The script's order is grayscale, mode, dither, value, serpentine. At 15 bits nothing is done.
 TEST_F(SurfaceApi, TakesTheArgumentsOfAQuantizeInTheScriptsOrder) {
-    frame(2, 2, 8, distinctPicture(2, 2, 8));
+    frame(2, 2, 8, DistinctPicture(2, 2, 8));
     ASSERT_EQ(eval("s = QL_textureToSurface(QL_getSequenceTexture())"), "100663297");
     const auto quantized = [&](const char* arguments, std::uint32_t bits = 8) {
         constexpr std::uint8_t kTwoRows[] = {7, 10, 10, 10, 7, 10, 10, 10, 7, 100, 100, 100, 7, 100, 100, 100};
-        std::memcpy(surface(1).pixelAddress(), kTwoRows, sizeof kTwoRows);
-        surface(1).bitDepth = bits;
+        std::memcpy(Surface(1).pixelAddress(), kTwoRows, sizeof kTwoRows);
+        Surface(1).bitDepth = bits;
         EXPECT_EQ(eval("QL_surfaceQuantize(s, " + std::string(arguments) + ")"), "true");
         std::string reds;
         for (std::size_t pixel = 0; pixel < 16; pixel += 4)
-            reds += std::to_string(static_cast<int>(surface(1).pixelAddress()[pixel + 1])) + " ";
+            reds += std::to_string(static_cast<int>(Surface(1).pixelAddress()[pixel + 1])) + " ";
         return reds;
     };
     EXPECT_EQ(quantized("false, 1, 3, 0.42, false"), "0 0 0 255 ");
@@ -151,7 +151,7 @@ TEST_F(SurfaceApi, TakesTheArgumentsOfAQuantizeInTheScriptsOrder) {
 }
 
 TEST_F(SurfaceApi, TurnsASurfaceIntoATextureOfItsOwn) {
-    frame(2, 2, 32, distinctPicture(2, 2, 32));
+    frame(2, 2, 32, DistinctPicture(2, 2, 32));
     expectValues({
         {"s = QL_textureToSurface(QL_getSequenceTexture())", "100663297"},
         {"QL_getSurfaceDim(QL_surfaceToTexture(QL_initSurface(5, 4, 8)))", "[5,4,8]"},

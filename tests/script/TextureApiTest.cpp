@@ -61,9 +61,9 @@ TEST_F(TextureApi, ShowsAFilesChannelsToShadersAndHostAlike) {
     std::vector<std::uint8_t> argb;
     for (std::size_t i = 0; i < kRgba.size(); i += 4)
         for (const std::size_t channel : {3, 0, 1, 2}) argb.push_back(kRgba[i + channel]);
-    EXPECT_EQ(channelsOf<std::uint8_t>(frame(2, 2, 8)), argb);
+    EXPECT_EQ(ChannelsOf<std::uint8_t>(frame(2, 2, 8)), argb);
     eval("picture = QL_initTexture('bright.hdr')");
-    EXPECT_EQ(channelsOf<float>(frame(1, 1, 32)), (std::vector<float>{1.0f, 1.0f, 0.5f, 2.0f}));
+    EXPECT_EQ(ChannelsOf<float>(frame(1, 1, 32)), (std::vector<float>{1.0f, 1.0f, 0.5f, 2.0f}));
 }
 
 TEST_F(TextureApi, PassesTextureStateToGLForAnyIdThatHasATexture) {
@@ -98,7 +98,7 @@ TEST_F(TextureApi, PassesTextureStateToGLForAnyIdThatHasATexture) {
 }
 
 TEST_F(TextureApi, UndoesTextureStateAtTheNextUpload) {
-    const Bytes picture = distinctPicture(2, 2, 8);
+    const Bytes picture = DistinctPicture(2, 2, 8);
     frame(2, 2, 8, picture);
     eval("QL_setTextureParam(QL_getSequenceTexture(), QL_GL.TEXTURE_MAG_FILTER, QL_GL.NEAREST)");
     frame(2, 2, 8, picture);

@@ -30,9 +30,9 @@ TEST_F(Entry, OnlyAThrownIntIsACodeAndLocksAreLeftFree) {
         {"enum", 515, [] { throw Code::seven; }},
         {"bad_alloc", 515, [] { throw std::bad_alloc(); }},
     };
-    HostSession& session = start(identityScript(), {}, identityFiles());
+    HostSession& session = start(IdentityScript(), {}, IdentityFiles());
     HostInstance& instance = session.apply();
-    const auto input = picture(session);
+    const auto input = Picture(session);
     const Bytes wanted = input->tightBytes();
     for (const auto& [name, code, raise] : kThrown) {
         SCOPED_TRACE(name);
@@ -59,10 +59,10 @@ TEST_F(Entry, GateStopsOtherThreadsAndLetsItsOwnBackIn) {
     HostInstance& instance = session.apply();
     std::string inner;
     session.hooks().at[Callback::checkoutLayer] = [&](auto&) {
-        for (PF_Cmd cmd : {2, 9, 25}) EXPECT_FALSE(passesGate(cmd, 30)) << cmd;
+        for (PF_Cmd cmd : {2, 9, 25}) EXPECT_FALSE(PassesGate(cmd, 30)) << cmd;
         inner = session.about().out.return_msg;
     };
-    EXPECT_EQ(session.renderFrame(instance, {picture(session)}).error(), 0);
+    EXPECT_EQ(session.renderFrame(instance, {Picture(session)}).error(), 0);
     EXPECT_EQ(inner, "A test\n\n");
 }
 

@@ -11,14 +11,14 @@ namespace {
 constexpr A_long kSide = 182;  // 182 * 182 * 4 channels hold more than twice the 16-bit values
 
 template <class Channel, class Make>
-Bytes fill(std::size_t distinct, Make make) {
+Bytes Fill(std::size_t distinct, Make make) {
     std::vector<Channel> channels(std::size_t{4} * kSide * kSide);
     for (std::size_t i = 0; i < channels.size(); ++i) channels[i] = make(i % distinct);
-    return bytesOf(channels);
+    return BytesOf(channels);
 }
 
 // Finite floats over all exponents, both signs, zeros and the largest; of the subnormals none, which drivers may flush.
-float spreadFloat(std::size_t i) {
+float SpreadFloat(std::size_t i) {
     constexpr float kEnds[] = {0.0f, -0.0f, 3.40282347e38f, -3.40282347e38f, 1.17549435e-38f, 1.0f, 0.5f, 65504.0f};
     if (i < std::size(kEnds)) return kEnds[i];
     const auto bits = static_cast<std::uint32_t>(i) * 2654435761u;
@@ -27,19 +27,19 @@ float spreadFloat(std::size_t i) {
     return std::bit_cast<float>(bits);
 }
 
-Bytes allValues(int depth) {
-    if (depth == 8) return fill<std::uint8_t>(256, [](std::size_t i) { return static_cast<std::uint8_t>(i); });
-    if (depth == 16) return fill<std::uint16_t>(32769, [](std::size_t i) { return static_cast<std::uint16_t>(i); });
-    return fill<float>(std::size_t{4} * kSide * kSide, spreadFloat);
+Bytes AllValues(int depth) {
+    if (depth == 8) return Fill<std::uint8_t>(256, [](std::size_t i) { return static_cast<std::uint8_t>(i); });
+    if (depth == 16) return Fill<std::uint16_t>(32769, [](std::size_t i) { return static_cast<std::uint16_t>(i); });
+    return Fill<float>(std::size_t{4} * kSide * kSide, SpreadFloat);
 }
 
-Bytes expected(int depth) {
-    Bytes bytes = allValues(depth);
+Bytes Expected(int depth) {
+    Bytes bytes = AllValues(depth);
     if (depth != 16) return bytes;
-    std::vector<std::uint16_t> words = channelsOf<std::uint16_t>(bytes);
+    std::vector<std::uint16_t> words = ChannelsOf<std::uint16_t>(bytes);
     for (std::uint16_t& word : words)
         if (word == 16385) word = 16384;
-    return bytesOf(words);
+    return BytesOf(words);
 }
 
 class Exactness : public ShellTest, public ::testing::WithParamInterface<std::tuple<int, int>> {};
@@ -48,37 +48,37 @@ TEST_P(Exactness, SmartRouteReturnsEveryValue) {
     const auto [depth, padding] = GetParam();
     HostSettings settings;
     settings.rowPaddingPixels = padding;
-    HostSession& session = start(identityScript(), settings, identityFiles());
-    const FrameResult frame = session.renderFrame(session.apply(), {world(session, kSide, kSide, allValues(depth))});
+    HostSession& session = start(IdentityScript(), settings, IdentityFiles());
+    const FrameResult frame = session.renderFrame(session.apply(), {World(session, kSide, kSide, AllValues(depth))});
     EXPECT_EQ(frame.error(), 0);
-    EXPECT_TRUE(frame.output->tightBytes() == expected(depth));
+    EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
 }
 
 // After Effects' classic route asks for one row and one column less than its input has; a script that asks for two more
 // gets the input's size back, and with it every value.
 TEST_P(Exactness, ClassicRouteReturnsEveryValueInASizeOfItsOwn) {
     const auto [depth, padding] = GetParam();
-    HostSettings settings = afterEffects(13, 9, Route::classic);
+    HostSettings settings = AfterEffects(13, 9, Route::classic);
     settings.rowPaddingPixels = padding;
-    HostSession& session = start(identityScript("function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }"),
-                                 settings, identityFiles());
-    const FrameResult frame = session.renderFrame(session.apply(), {world(session, kSide, kSide, allValues(depth))});
+    HostSession& session = start(IdentityScript("function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }"),
+                                 settings, IdentityFiles());
+    const FrameResult frame = session.renderFrame(session.apply(), {World(session, kSide, kSide, AllValues(depth))});
     EXPECT_EQ(frame.error(), 0);
-    EXPECT_TRUE(frame.output->tightBytes() == expected(depth));
+    EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
 }
 
 // Premiere Pro draws one row and one column less, from the picture's top left, and centers them: at the top left as
 // well, since the odd pixel goes to the right and to the bottom. A world that is one larger each way holds all.
 TEST_P(Exactness, PremiereReturnsEveryValueOfThePartThatItDraws) {
     const auto [depth, padding] = GetParam();
-    HostSettings settings = premiere();
+    HostSettings settings = Premiere();
     settings.rowPaddingPixels = padding;
-    HostSession& session = start(identityScript(), settings, identityFiles());
+    HostSession& session = start(IdentityScript(), settings, IdentityFiles());
     const FrameResult frame = session.renderFrame(
         session.apply(),
-        {.input = world(session, kSide, kSide, allValues(depth)), .layerWidth = kSide + 1, .layerHeight = kSide + 1});
+        {.input = World(session, kSide, kSide, AllValues(depth)), .layerWidth = kSide + 1, .layerHeight = kSide + 1});
     EXPECT_EQ(frame.error(), 0);
-    EXPECT_TRUE(frame.output->tightBytes() == expected(depth));
+    EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
 }
 
 INSTANTIATE_TEST_SUITE_P(, Exactness, ::testing::Combine(::testing::Values(8, 16, 32), ::testing::Values(0, 3)));
@@ -94,7 +94,7 @@ TEST_F(ShellTest, SixteenBitsAreFoldedWithTheUpperHalfRoundedUp) {
             " gl_FragColor = vec4(v / 65535.0); }'); } function draw() { QL_setShaderParamVal(s, 'v', " +
             std::to_string(drawn) + "); QL_renderShader(s, QL_getSequenceRT(), true); }");
         const FrameResult frame = session.renderFrame(session.apply(), {session.newWorld(2, 2, 16)});
-        EXPECT_THAT(channelsOf<std::uint16_t>(frame.output->tightBytes()), Each(hostValue)) << drawn;
+        EXPECT_THAT(ChannelsOf<std::uint16_t>(frame.output->tightBytes()), Each(hostValue)) << drawn;
     }
 }
 

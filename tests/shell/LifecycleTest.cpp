@@ -14,7 +14,7 @@ const char* const kValue =
 
 class Lifecycle : public ShellTest {
 protected:
-    static int calls(const HostSession& session, Callback callback) { return session.records().count(callback); }
+    static int Calls(const HostSession& session, Callback callback) { return session.records().count(callback); }
 };
 
 TEST_F(Lifecycle, BlockHoldsTwoFlagsAndTheHandleAndNothingElse) {
@@ -23,10 +23,10 @@ TEST_F(Lifecycle, BlockHoldsTwoFlagsAndTheHandleAndNothingElse) {
         bool isResetup;
         std::byte recordFrameSize, needsRestart;
     } kCases[] = {
-        {afterEffects(), false, std::byte{0}, std::byte{0}},
-        {afterEffects(), true, std::byte{1}, std::byte{1}},
-        {premiere(), false, std::byte{0}, std::byte{0}},
-        {premiere(), true, std::byte{0}, std::byte{1}},
+        {AfterEffects(), false, std::byte{0}, std::byte{0}},
+        {AfterEffects(), true, std::byte{1}, std::byte{1}},
+        {Premiere(), false, std::byte{0}, std::byte{0}},
+        {Premiere(), true, std::byte{0}, std::byte{1}},
     };
     for (const auto& row : kCases) {
         HostSession& session = start(kNoControls, row.settings);
@@ -37,7 +37,7 @@ TEST_F(Lifecycle, BlockHoldsTwoFlagsAndTheHandleAndNothingElse) {
         ASSERT_EQ(bytes.size(), 8192u);
         EXPECT_EQ(bytes[24], row.recordFrameSize);
         EXPECT_EQ(bytes[25], row.needsRestart);
-        EXPECT_NE(block(instance).handle, nullptr);
+        EXPECT_NE(Block(instance).handle, nullptr);
         std::fill(bytes.begin() + 24, bytes.begin() + 26, std::byte{0});
         std::fill(bytes.begin() + 32, bytes.begin() + 40, std::byte{0});
         EXPECT_THAT(bytes, Each(std::byte{0}));
@@ -49,8 +49,8 @@ TEST_F(Lifecycle, ResetupRefreshesThePanelAndAsksOldHostsForARender) {
         HostSettings settings;
         bool isForced;
     } kCases[] = {
-        {afterEffects(13, 9), false}, {afterEffects(13, 8), true},  {afterEffects(12, 9), true},
-        {afterEffects(14, 0), true},  {afterEffects(14, 9), false}, {premiere(13, 8), false},
+        {AfterEffects(13, 9), false}, {AfterEffects(13, 8), true},  {AfterEffects(12, 9), true},
+        {AfterEffects(14, 0), true},  {AfterEffects(14, 9), false}, {Premiere(13, 8), false},
     };
     for (const auto& [settings, isForced] : kCases) {
         SCOPED_TRACE(settings.versionMajor * 100 + settings.versionMinor);
@@ -70,14 +70,14 @@ TEST_F(Lifecycle, ResetupRefreshesThePanelAndAsksOldHostsForARender) {
         EXPECT_EQ(resetup.out.out_flags, 0x20000 | (isForced ? PF_OutFlag_FORCE_RERENDER : 0));
         EXPECT_EQ(maps.paramOfHostIndex, (std::map<std::uint32_t, std::uint32_t>{{1, 0}}));
         EXPECT_THAT(session.records().paramUIUpdates, IsEmpty());
-        EXPECT_EQ(calls(session, Callback::disposeHandle), 0);
+        EXPECT_EQ(Calls(session, Callback::disposeHandle), 0);
     }
 }
 
 TEST_F(Lifecycle, FlatteningLeavesTheInstanceAlive) {
     HostSession& session = start(kValue);
     HostInstance& instance = session.apply();
-    SequenceHandle* const engineHandle = block(instance).handle;
+    SequenceHandle* const engineHandle = Block(instance).handle;
     instance.setFloat(1, 8);
     EXPECT_EQ(session.sequenceFlatten(instance).error, 0);
     ASSERT_NE(instance.flatData, nullptr);
@@ -86,8 +86,8 @@ TEST_F(Lifecycle, FlatteningLeavesTheInstanceAlive) {
     std::swap(flat.sequenceData, instance.flatData);
     EXPECT_EQ(session.sequenceFlatten(flat).error, 0) << "a flat one may be flattened again";
     EXPECT_EQ(session.sequenceSetdown(flat).error, 0);
-    EXPECT_EQ(block(instance).handle, engineHandle);
-    EXPECT_EQ(session.renderFrame(instance, {picture(session)}).error(), 0);
+    EXPECT_EQ(Block(instance).handle, engineHandle);
+    EXPECT_EQ(session.renderFrame(instance, {Picture(session)}).error(), 0);
     EXPECT_EQ(eval("seen"), "8");
     session.remove(instance);
     EXPECT_EQ(session.handles().aliveCount(), 2u) << "the global data and what the last flatten gave";
@@ -97,28 +97,28 @@ TEST_F(Lifecycle, SlotsAreTheInstancesOwnAndUsedAgain) {
     HostSession& session = start(kValue);
     HostInstance& first = session.apply();
     HostInstance& second = session.apply();
-    const std::uint32_t slot = block(first).handle->slot;
-    EXPECT_NE(block(second).handle->slot, slot);
+    const std::uint32_t slot = Block(first).handle->slot;
+    EXPECT_NE(Block(second).handle->slot, slot);
     second.setFloat(1, 5);
-    EXPECT_EQ(session.renderFrame(second, {picture(session)}).error(), 0);
+    EXPECT_EQ(session.renderFrame(second, {Picture(session)}).error(), 0);
 
     // A setup with a block in place ends that one first.
     const PF_Handle old = first.sequenceData;
     session.clearRecords();
     EXPECT_EQ(session.sequenceSetup(first).error, 0);
     EXPECT_FALSE(session.handles().isAlive(old));
-    EXPECT_EQ(calls(session, Callback::disposeHandle), 1);
-    EXPECT_EQ(block(first).handle->slot, slot);
+    EXPECT_EQ(Calls(session, Callback::disposeHandle), 1);
+    EXPECT_EQ(Block(first).handle->slot, slot);
 
     session.remove(first);
     // Nothing is selected now; what comes next must not look for it.
     EXPECT_EQ(session.paramsSetup().error, 0);
     HostInstance& third = session.newInstance();
     EXPECT_EQ(session.sequenceSetup(third).error, 0);
-    EXPECT_EQ(block(third).handle->slot, slot);
+    EXPECT_EQ(Block(third).handle->slot, slot);
     EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 5.0f) << "the new one is selected, but not current yet";
     session.faults().fail(Callback::checkoutParam);
-    EXPECT_EQ(session.renderFrame(second, {picture(session)}).error(), 0);
+    EXPECT_EQ(session.renderFrame(second, {Picture(session)}).error(), 0);
     EXPECT_EQ(eval("seen"), "5") << "the values of the second stand";
     // The current one ends: what is asked next finds no instance.
     session.remove(second);
@@ -132,7 +132,7 @@ TEST_F(Lifecycle, OutputAndInputOfAClosedInstanceStayInTheirFactories) {
     std::string ids;
     for (int i = 0; i < 2; ++i) {
         HostInstance& instance = session.apply();
-        EXPECT_EQ(session.renderFrame(instance, {picture(session)}).error(), 0);
+        EXPECT_EQ(session.renderFrame(instance, {Picture(session)}).error(), 0);
         ids += eval("ids");
         session.remove(instance);
     }
@@ -197,7 +197,7 @@ TEST_F(Lifecycle, WithoutABlockNothingHappens) {
         EXPECT_EQ(answer.error, 0) << cmd;
         EXPECT_EQ(answer.out.out_flags, 0) << cmd;
     }
-    EXPECT_EQ(calls(session, Callback::newHandle) + calls(session, Callback::disposeHandle), 0);
+    EXPECT_EQ(Calls(session, Callback::newHandle) + Calls(session, Callback::disposeHandle), 0);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ const char* const kPanel =
     "p.push(QL_initParam('long', 12, 'This name is longer than what the host has')); add(3);";
 
 TEST_F(Panel, RefreshEditsACopyOfNameAndEnabledState) {
-    HostSession& session = start(scriptOf(kPanel, "QL_setParamEnabled(p[0], QL_getParamValue(p[0]) > 1);"));
+    HostSession& session = start(ScriptOf(kPanel, "QL_setParamEnabled(p[0], QL_getParamValue(p[0]) > 1);"));
     HostInstance& instance = session.newInstance();
     EXPECT_EQ(session.sequenceSetup(instance).error, 0);
     instance.param(2).ui_flags = 0x205;
@@ -39,7 +39,7 @@ TEST_F(Panel, RefreshEditsACopyOfNameAndEnabledState) {
 
 TEST_F(Panel, RefreshSendsNothingAfterAnErrorAndFallsBackByVersion) {
     const char* const kUtils = "PF Param Utils Suite";
-    HostSession& session = start(scriptOf(kPanel));
+    HostSession& session = start(ScriptOf(kPanel));
     HostInstance& instance = session.apply();
     const auto updates = [&] {
         session.clearRecords();
@@ -69,7 +69,7 @@ TEST_F(Panel, RefreshSendsNothingAfterAnErrorAndFallsBackByVersion) {
 }
 
 TEST_F(Panel, PanelUpdateSweepsThenAsksTheScriptWithoutLockOrComposition) {
-    HostSession& session = start(scriptOf("add(1); add(4);",
+    HostSession& session = start(ScriptOf("add(1); add(4);",
                                           "seen = [QL_getParamValue(p[0]), QL_getContextExtent(),"
                                           " QL_getSurfaceDim(QL_initRenderTarget(2, 2, 8))];"));
     HostInstance& instance = session.apply();
@@ -84,7 +84,7 @@ TEST_F(Panel, PanelUpdateSweepsThenAsksTheScriptWithoutLockOrComposition) {
 }
 
 TEST_F(Panel, StatesAreTheInstancesOwn) {
-    HostSession& session = start(scriptOf("add(1);", "QL_setParamEnabled(p[0], QL_getParamValue(p[0]) < 5);"));
+    HostSession& session = start(ScriptOf("add(1);", "QL_setParamEnabled(p[0], QL_getParamValue(p[0]) < 5);"));
     HostInstance& first = session.apply();
     HostInstance& second = session.apply();
     first.setFloat(1, 9);
@@ -94,7 +94,7 @@ TEST_F(Panel, StatesAreTheInstancesOwn) {
 }
 
 TEST_F(Panel, ChangedControlIsCheckedInOrder) {
-    HostSession& session = start(scriptOf("add(3);"));
+    HostSession& session = start(ScriptOf("add(3);"));
     HostInstance& instance = session.apply();
     HostInstance& bare = session.newInstance();
     session.faults().withoutBasicSuite();
@@ -105,7 +105,7 @@ TEST_F(Panel, ChangedControlIsCheckedInOrder) {
     EXPECT_EQ(session.userChangedParam(bare, 1).error, 0);
     EXPECT_EQ(session.userChangedParam(instance, 0).error, 0);
     EXPECT_EQ(session.userChangedParam(instance, 1).error, 516);
-    EXPECT_EQ(session.renderFrame(instance, {picture(session)}).error(), 516);
+    EXPECT_EQ(session.renderFrame(instance, {Picture(session)}).error(), 516);
     EXPECT_EQ(session.updateParamsUI(instance).error, 516);
 }
 
@@ -116,19 +116,19 @@ TEST_F(Panel, ButtonRestartsTheScriptOfAReloadedInstance) {
         PF_OutFlags flags;
         int runs;
     } kCases[] = {
-        {afterEffects(13, 9), false, 0, 1},
-        {afterEffects(13, 9), true, 0x20000, 2},
-        {afterEffects(13, 8), true, 0x20000 | PF_OutFlag_FORCE_RERENDER, 2},
-        {premiere(13, 9), true, 0x20000 | PF_OutFlag_FORCE_RERENDER, 2},
+        {AfterEffects(13, 9), false, 0, 1},
+        {AfterEffects(13, 9), true, 0x20000, 2},
+        {AfterEffects(13, 8), true, 0x20000 | PF_OutFlag_FORCE_RERENDER, 2},
+        {Premiere(13, 9), true, 0x20000 | PF_OutFlag_FORCE_RERENDER, 2},
     };
     for (const auto& row : kCases) {
         // A restart empties the script's variables.
-        HostSession& session = start(scriptOf("add(1);"), row.settings);
+        HostSession& session = start(ScriptOf("add(1);"), row.settings);
         HostInstance& made = session.apply();
         HostInstance& instance = row.isReloaded ? session.load(session.save(made)) : made;
         instance.param(1).param_type = PF_Param_BUTTON;
         eval("seen = 'before'");
-        block(instance).recordFrameSize = 0;
+        Block(instance).recordFrameSize = 0;
         {
             const StolenLock thief;
             EXPECT_EQ(session.userChangedParam(instance, 1).error, 512);
@@ -137,7 +137,7 @@ TEST_F(Panel, ButtonRestartsTheScriptOfAReloadedInstance) {
         EXPECT_EQ(answer.error, 0);
         EXPECT_EQ(answer.out.out_flags, row.flags);
         EXPECT_EQ(eval("seen"), row.runs == 1 ? "\"before\"" : "undefined");
-        EXPECT_EQ(block(instance).recordFrameSize, row.isReloaded);
+        EXPECT_EQ(Block(instance).recordFrameSize, row.isReloaded);
     }
 }
 

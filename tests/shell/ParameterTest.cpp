@@ -28,7 +28,7 @@ TEST_F(Parameters, ScaleByTheRendersSizeAndAspect) {
         settings.downsampleX = row.x;
         settings.downsampleY = row.y;
         settings.layerPixelAspect = row.aspect;
-        HostSession& session = start(scriptOf(kScaled), settings);
+        HostSession& session = start(ScriptOf(kScaled), settings);
         HostInstance& instance = session.apply();
         for (PF_ParamIndex index : {1, 2, 3, 4}) instance.setFloat(index, 100);
         for (PF_ParamIndex index : {5, 6}) instance.setPoint(index, 100, 100);
@@ -46,7 +46,7 @@ TEST_F(Parameters, FloatsAreDividedInOneOrder) {
     settings.downsampleX = {3, 7};
     settings.downsampleY = {5, 11};
     settings.layerPixelAspect = {10, 11};
-    HostSession& session = start(scriptOf("add(1, 24); add(5, 32);"), settings);
+    HostSession& session = start(ScriptOf("add(1, 24); add(5, 32);"), settings);
     HostInstance& instance = session.apply();
     const float par = 10.0f / 11.0f;
     const float sx = 7.0f * par / 3.0f;
@@ -66,7 +66,7 @@ TEST_F(Parameters, FloatsAreDividedInOneOrder) {
 }
 
 TEST_F(Parameters, EachKindArrivesInItsOwnForm) {
-    HostSession& session = start(scriptOf("[2, 3, 8, 9, 12].forEach(function (k) { add(k); });"));
+    HostSession& session = start(ScriptOf("[2, 3, 8, 9, 12].forEach(function (k) { add(k); });"));
     HostInstance& instance = session.apply();
     instance.setPoint3D(1, 1.5, -2, 3e9);
     instance.setColor(2, {.alpha = 0.125f, .red = 0.25f, .green = -0.5f, .blue = 2.0f});
@@ -78,7 +78,7 @@ TEST_F(Parameters, EachKindArrivesInItsOwnForm) {
 }
 
 TEST_F(Parameters, TexturePopupsChoiceIsNeverSeenAndGroupsHoldZeros) {
-    HostSession& session = start(scriptOf("add(6); add(7); add(10); add(11);"));
+    HostSession& session = start(ScriptOf("add(6); add(7); add(10); add(11);"));
     HostInstance& instance = session.apply();
     instance.setPopup(1, 2);
     session.clearRecords();
@@ -90,7 +90,7 @@ TEST_F(Parameters, TexturePopupsChoiceIsNeverSeenAndGroupsHoldZeros) {
 }
 
 TEST_F(Parameters, NoValuePassesBeforeTheFirstRefresh) {
-    HostSession& session = start(scriptOf("QL_setParamValue(add(1), 3);"));
+    HostSession& session = start(ScriptOf("QL_setParamValue(add(1), 3);"));
     HostInstance& instance = session.newInstance();
     EXPECT_EQ(session.sequenceSetup(instance).error, 0);
     instance.setFloat(1, 8);
@@ -106,7 +106,7 @@ TEST_F(Parameters, NoValuePassesBeforeTheFirstRefresh) {
 }
 
 TEST_F(Parameters, HostsValueReturnsEveryFrameUnlessTheControlIsHidden) {
-    HostSession& session = start(scriptOf("add(1); add(1);", "",
+    HostSession& session = start(ScriptOf("add(1); add(1);", "",
                                           "seen = p.map(QL_getParamValue);"
                                           "var first = seen; QL_setParamValue(p[0], 7);") +
                                  "var before; var inner = draw; draw = function () { before = p.map(QL_getParamValue);"
@@ -129,7 +129,7 @@ TEST_F(Parameters, HostsValueReturnsEveryFrameUnlessTheControlIsHidden) {
 }
 
 TEST_F(Parameters, ControlDeclaredInDrawIsLookedUpAsTheInput) {
-    HostSession& session = start(scriptOf("add(1);", "", "if (p.length < 2) add(1);"));
+    HostSession& session = start(ScriptOf("add(1);", "", "if (p.length < 2) add(1);"));
     HostInstance& instance = session.apply();
     EXPECT_EQ(frame(instance), 0);
     EXPECT_THAT(session.records().paramCheckouts, Each(Field(&host::ParamCheckout::index, 1)));
@@ -144,7 +144,7 @@ TEST_F(Parameters, ControlDeclaredInDrawIsLookedUpAsTheInput) {
 }
 
 TEST_F(Parameters, AfterAFailingCheckoutAllAreCheckedInAndOldValuesRender) {
-    HostSession& session = start(scriptOf("add(1); add(1); add(1);"));
+    HostSession& session = start(ScriptOf("add(1); add(1); add(1);"));
     HostInstance& instance = session.apply();
     for (PF_ParamIndex index : {1, 2, 3}) instance.setFloat(index, 2);
     EXPECT_EQ(frame(instance), 0);
@@ -166,12 +166,12 @@ TEST_F(Parameters, LayersKeepTheirLastPixels) {
         " QL_renderShader(copy, QL_getSequenceRT(), true); }";
     for (Route route : {Route::smart, Route::classic})
         for (int depth : {8, 16, 32}) {
-            HostSession& session = start(kLayer, afterEffects(13, 9, route), identityFiles());
+            HostSession& session = start(kLayer, AfterEffects(13, 9, route), IdentityFiles());
             HostInstance& instance = session.apply();
             // The classic route's output is one smaller than its input: the layer is as large as the output.
             const A_long more = route == Route::classic;
             const FrameRequest request{session.newWorld(5 + more, 3 + more, depth)};
-            const auto layer = picture(session, depth);
+            const auto layer = Picture(session, depth);
             instance.setLayer(1, layer);
             EXPECT_EQ(session.renderFrame(instance, request).output->tightBytes(), layer->tightBytes());
             EXPECT_EQ(eval("dim"), "[5,3," + std::to_string(depth) + "]");

@@ -5,18 +5,18 @@
 namespace quillon::test {
 namespace {
 
-std::string setupOf(const std::string& body) {
+std::string SetupOf(const std::string& body) {
     return "function setup() { var p; " + body + " } function draw() {}";
 }
 
-std::string controls(const std::string& kinds) {
-    return setupOf("[" + kinds + "].forEach(function (k, i) { QL_initParam('p' + i, k, 'P' + i); });");
+std::string Controls(const std::string& kinds) {
+    return SetupOf("[" + kinds + "].forEach(function (k, i) { QL_initParam('p' + i, k, 'P' + i); });");
 }
 
 class Registration : public ShellTest {};
 
 TEST_F(Registration, TellsEachKindWithTypeFlagsAndId) {
-    HostSession& session = start(controls("1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12"));
+    HostSession& session = start(Controls("1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12"));
     const struct {
         PF_ParamType type;
         PF_ParamFlags flags;
@@ -45,7 +45,7 @@ TEST_F(Registration, TellsEachKindWithTypeFlagsAndId) {
 
 TEST_F(Registration, FillsDefaultsInTheHostsScales) {
     HostSession& session = start(
-        setupOf("p = QL_initParam('a', 1, 'A'); QL_setParamValue(p, 0.1); QL_setParamMinMax(p, -3, 7.5);"
+        SetupOf("p = QL_initParam('a', 1, 'A'); QL_setParamValue(p, 0.1); QL_setParamMinMax(p, -3, 7.5);"
                 " QL_setParamFlags(p, 8 | 255 << 24);"
                 "p = QL_initParam('b', 2, 'B'); QL_setParamValue(p, [1, 2, 3]);"
                 "p = QL_initParam('c', 3, 'C'); QL_setParamValue(p, [255, 128.9, 0, 7]);"
@@ -102,7 +102,7 @@ using Indices = std::map<std::uint32_t, std::uint32_t>;
 
 TEST_F(Registration, CountsWithoutHiddenControlsAndWithUnknownKinds) {
     HostSession& session =
-        start(setupOf("QL_initParam('a', 0, 'A'); QL_initParam('b', 1, 'B');"
+        start(SetupOf("QL_initParam('a', 0, 'A'); QL_initParam('b', 1, 'B');"
                       "p = QL_initParam('c', 1, 'C'); QL_setParamFlags(p, 1); QL_initParam('d', 77, 'D');"
                       "QL_initParam('e', 12, 'E');"));
     EXPECT_EQ(maps.hostIndexOfParam, (Indices{{0, 1}, {1, 2}, {3, 3}, {4, 4}}));
@@ -116,8 +116,8 @@ TEST_F(Registration, CountsWithoutHiddenControlsAndWithUnknownKinds) {
 }
 
 TEST_F(Registration, KeepsTheFirstIndexOfAKindForTheProcess) {
-    start(controls("1, 3"));
-    HostSession& session = start(controls("3, 9, 1"));
+    start(Controls("1, 3"));
+    HostSession& session = start(Controls("3, 9, 1"));
     EXPECT_EQ(maps.firstIndexOfKind[COLOR], 2u);
     EXPECT_EQ(maps.firstIndexOfKind[FLOAT], 1u);
     EXPECT_EQ(maps.firstIndexOfKind[POPUP], 2u);
@@ -142,7 +142,7 @@ constexpr const char* kNotAcquired = "Not able to acquire AEFX Suite.";
 
 TEST_P(FailingRegistration, StopsWhereItFails) {
     const RegistrationFault& row = GetParam();
-    HostSession& session = load(controls("1, 7, 12"), row.kind == HostKind::premiere ? premiere() : afterEffects());
+    HostSession& session = load(Controls("1, 7, 12"), row.kind == HostKind::premiere ? Premiere() : AfterEffects());
     session.globalSetup();
     row.order(session.faults());
     const host::Answer answer = session.paramsSetup();

@@ -24,7 +24,7 @@ TEST_P(FailingRender, AnswersWithItsCodeAndDrawsAgainAfterwards) {
         if (settings.kind != row.kind || (row.onSmartOnly && settings.route == Route::classic)) continue;
         HostSession& session = start(kFilling, settings, kFill);
         HostInstance& instance = session.apply();
-        const FrameRequest request{picture(session)};
+        const FrameRequest request{Picture(session)};
         session.hooks().before = [&](PF_Cmd cmd, PF_InData& in, PF_OutData&) {
             if (cmd != PF_Cmd_RENDER && cmd != PF_Cmd_SMART_RENDER) return session.faults().clear();
             row.order(session.faults());

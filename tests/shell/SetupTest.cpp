@@ -8,7 +8,7 @@
 namespace quillon::test {
 namespace {
 
-Files config(const std::string& keys) {
+Files Config(const std::string& keys) {
     return {{"config.xml", keys}};
 }
 
@@ -32,8 +32,8 @@ TEST_F(Setup, TellsFlagsAndFormatsByHost) {
         {HostKind::premiere, 0, 0x1000, 0x4008005, 0x8000, 5},
     };
     for (const auto& row : kCases) {
-        HostSession& session = load(kNoControls, row.kind == HostKind::premiere ? premiere() : afterEffects(),
-                                    config("<FLAGS>" + std::to_string(row.flags) + "</FLAGS><FLAGS2>" +
+        HostSession& session = load(kNoControls, row.kind == HostKind::premiere ? Premiere() : AfterEffects(),
+                                    Config("<FLAGS>" + std::to_string(row.flags) + "</FLAGS><FLAGS2>" +
                                            std::to_string(row.flags2) + "</FLAGS2>"));
         const host::Answer answer = session.globalSetup();
         EXPECT_EQ(answer.error, 0);
@@ -52,7 +52,7 @@ TEST_F(Setup, TellsFlagsAndFormatsByHost) {
 
 TEST_F(Setup, MakesTheGlobalDataAndRegistersUnderAfterEffects) {
     for (HostKind kind : {HostKind::afterEffects, HostKind::premiere}) {
-        HostSession& session = load(kNoControls, kind == HostKind::premiere ? premiere() : afterEffects());
+        HostSession& session = load(kNoControls, kind == HostKind::premiere ? Premiere() : AfterEffects());
         session.globalSetup();
         const std::vector<std::byte> bytes = session.handles().bytes(session.globalData());
         ASSERT_EQ(bytes.size(), 8u);
@@ -84,7 +84,7 @@ class FailingSetup : public ShellTest, public ::testing::WithParamInterface<Setu
 
 TEST_P(FailingSetup, LeavesVersionAndFlagsWritten) {
     const SetupFault& row = GetParam();
-    HostSession& session = load(kNoControls, row.kind == HostKind::premiere ? premiere() : afterEffects());
+    HostSession& session = load(kNoControls, row.kind == HostKind::premiere ? Premiere() : AfterEffects());
     row.order(session.faults());
     session.allowLostHandles(row.lost);
     const host::Answer answer = session.globalSetup();
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST_F(Setup, LeavesAllUnwrittenWhenTheEngineDoesNotStart) {
-    HostSession& session = load(kNoControls, {}, config("<FLAGS>1<FLAGS>"));
+    HostSession& session = load(kNoControls, {}, Config("<FLAGS>1<FLAGS>"));
     const host::Answer answer = session.globalSetup();
     EXPECT_EQ(answer.error, 515);
     EXPECT_EQ(answer.out.my_version | static_cast<A_u_long>(answer.out.out_flags | answer.out.out_flags2), 0u);
@@ -136,23 +136,23 @@ TEST_F(Setup, AboutEndsInTwoLineFeedsWithinTheHostsField) {
         std::string about, shown;
     } kCases[] = {{"", "\n\n"}, {"50%s off", "50%s off\n\n"}, {fits, fits + "\n\n"}, {fits + "yz", fits + "\n\n"}};
     for (const auto& [about, shown] : kCases) {
-        HostSession& session = load(kNoControls, {}, config("<ABOUT>" + about + "</ABOUT>"));
+        HostSession& session = load(kNoControls, {}, Config("<ABOUT>" + about + "</ABOUT>"));
         EXPECT_EQ(session.globalSetup().error, 0);
         const host::Answer answer = session.about();
         EXPECT_EQ(answer.error, 0);
         EXPECT_EQ(answer.out.return_msg, shown);
         EXPECT_EQ(answer.out.out_flags, 0);
     }
-    HostSession& session = start(kNoControls, premiere());
+    HostSession& session = start(kNoControls, Premiere());
     session.hooks().before = [](PF_Cmd, PF_InData&, PF_OutData& out) { out.return_msg[0] = '!'; };
     EXPECT_STREQ(session.about().out.return_msg, "!");
 }
 
 TEST_F(Setup, EngineOutlivesTheSetdown) {
-    HostSession& session = start(identityScript(), {}, identityFiles());
+    HostSession& session = start(IdentityScript(), {}, IdentityFiles());
     HostInstance& instance = session.apply();
     EXPECT_EQ(session.globalSetdown().error, 0);
-    const auto input = picture(session);
+    const auto input = Picture(session);
     EXPECT_EQ(session.renderFrame(instance, {input}).output->tightBytes(), input->tightBytes());
     // A second setup reads the script anew.
     HostSession& other = start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}");

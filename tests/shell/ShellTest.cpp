@@ -14,7 +14,7 @@ std::mutex liveMutex;
 std::set<SequenceHandle*> live;  // what the engine has given out and not taken back
 
 // EntryPointFunc, with an eye on the instances that a test leaves behind.
-PF_Err trackedEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
+PF_Err TrackedEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
                     void* extra) {
     const bool isMade = cmd == PF_Cmd_SEQUENCE_SETUP || cmd == PF_Cmd_SEQUENCE_RESETUP;
     const bool isEnded = cmd == PF_Cmd_SEQUENCE_SETUP || cmd == PF_Cmd_SEQUENCE_SETDOWN;
@@ -29,12 +29,12 @@ PF_Err trackedEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* par
 
 }  // namespace
 
-const Files& identityFiles() {
-    static const Files files{{"copy.frag", kCopyFragment}};
-    return files;
+const Files& IdentityFiles() {
+    static const Files kFiles{{"copy.frag", kCopyFragment}};
+    return kFiles;
 }
 
-std::string identityScript(const std::string& more) {
+std::string IdentityScript(const std::string& more) {
     return CopyScript(/*flip=*/true) + more;
 }
 
@@ -45,7 +45,7 @@ ShellTest::ShellTest() {
 void ShellTest::TearDown() {
     for (const HostSession& session : sessions) EXPECT_THAT(session.violations(), IsEmpty());
     for (SequenceHandle* handle : std::exchange(live, {})) engine.destroySequence(handle);
-    ASSERT_TRUE(passesGate(PF_Cmd_UNUSED_0, 10000)) << "the gate is left closed";
+    ASSERT_TRUE(PassesGate(PF_Cmd_UNUSED_0, 10000)) << "the gate is left closed";
     bool isLockFree = false;
     std::thread([&] {
         isLockFree = engine.lockGL();
@@ -61,7 +61,7 @@ HostSession& ShellTest::load(const std::string& script, const HostSettings& sett
         std::any_of(files.begin(), files.end(), [](const auto& file) { return file.first == "config.xml"; });
     if (!hasConfig) all.emplace_back("config.xml", kConfig);
     const TestEffect& effect = packed.emplace_back(all);
-    return sessions.emplace_back(host::EffectModule(trackedEntry, effect.module()), settings);
+    return sessions.emplace_back(host::EffectModule(TrackedEntry, effect.module()), settings);
 }
 
 HostSession& ShellTest::start(const std::string& script, const HostSettings& settings, const Files& files) {
@@ -70,20 +70,20 @@ HostSession& ShellTest::start(const std::string& script, const HostSettings& set
     return session;
 }
 
-std::shared_ptr<World> ShellTest::world(const HostSession& session, A_long width, A_long height, const Bytes& tight) {
+std::shared_ptr<World> ShellTest::World(const HostSession& session, A_long width, A_long height, const Bytes& tight) {
     const auto depth = static_cast<int>(2 * tight.size() / static_cast<std::size_t>(width * height));
     std::shared_ptr<World> made = session.newWorld(width, height, depth);
     made->write(tight);
     return made;
 }
 
-std::shared_ptr<World> ShellTest::picture(const HostSession& session, int depth, A_long width, A_long height) {
-    return world(session, width, height,
-                 distinctPicture(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height),
+std::shared_ptr<World> ShellTest::Picture(const HostSession& session, int depth, A_long width, A_long height) {
+    return World(session, width, height,
+                 DistinctPicture(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height),
                                  static_cast<std::uint32_t>(depth)));
 }
 
-bool passesGate(PF_Cmd cmd, int milliseconds) {
+bool PassesGate(PF_Cmd cmd, int milliseconds) {
     const auto passed = std::make_shared<std::promise<void>>();
     std::future<void> done = passed->get_future();
     std::thread([cmd, passed] {

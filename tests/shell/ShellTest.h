@@ -46,8 +46,8 @@ using testing::SizeIs;
 inline const char* const kNoControls = "function setup() {} function draw() {}";
 
 // Draws the input as it is, the right way up.
-const Files& identityFiles();
-std::string identityScript(const std::string& more = {});
+const Files& IdentityFiles();
+std::string IdentityScript(const std::string& more = {});
 
 // The shell linked into this program, driven by a host. After each test the host must have nothing to complain of, and
 // entry gate and GL lock must be free.
@@ -61,10 +61,10 @@ protected:
     // The same, with GLOBAL_SETUP and PARAMS_SETUP behind it.
     HostSession& start(const std::string& script, const HostSettings& settings = {}, const Files& files = {});
 
-    static SequenceData& block(const HostInstance& instance) { return *liveBlockOf(instance.sequenceData); }
-    static std::shared_ptr<World> world(const HostSession& session, A_long width, A_long height, const Bytes& tight);
+    static SequenceData& Block(const HostInstance& instance) { return *liveBlockOf(instance.sequenceData); }
+    static std::shared_ptr<World> World(const HostSession& session, A_long width, A_long height, const Bytes& tight);
     // A small picture without symmetries.
-    static std::shared_ptr<World> picture(const HostSession& session, int depth = 8, A_long width = 5,
+    static std::shared_ptr<World> Picture(const HostSession& session, int depth = 8, A_long width = 5,
                                           A_long height = 3);
 
     ParameterMaps& maps = ParameterMaps::instance();
@@ -76,7 +76,7 @@ private:
 
 // Whether a selector sent by another thread comes back within this time; if not now, it does before the returned
 // object ends.
-bool passesGate(PF_Cmd cmd, int milliseconds);
+bool PassesGate(PF_Cmd cmd, int milliseconds);
 
 // Keeps the GL lock on another thread for the life of a scope.
 class StolenLock {
@@ -91,7 +91,7 @@ private:
     std::unique_ptr<Thief> thief;
 };
 
-inline HostSettings afterEffects(int major = 13, int minor = 9, Route route = Route::smart) {
+inline HostSettings AfterEffects(int major = 13, int minor = 9, Route route = Route::smart) {
     HostSettings settings;
     settings.versionMajor = static_cast<A_short>(major);
     settings.versionMinor = static_cast<A_short>(minor);
@@ -99,14 +99,14 @@ inline HostSettings afterEffects(int major = 13, int minor = 9, Route route = Ro
     return settings;
 }
 
-inline HostSettings premiere(int major = 13, int minor = 9) {
-    HostSettings settings = afterEffects(major, minor, Route::classic);
+inline HostSettings Premiere(int major = 13, int minor = 9) {
+    HostSettings settings = AfterEffects(major, minor, Route::classic);
     settings.kind = HostKind::premiere;
     return settings;
 }
 
 // All that renders: two routes and a second host.
-inline const HostSettings kHosts[] = {afterEffects(), afterEffects(13, 9, Route::classic), premiere()};
+inline const HostSettings kHosts[] = {AfterEffects(), AfterEffects(13, 9, Route::classic), Premiere()};
 
 // An effect that fills the output, as the host's A, R, G, B, with 0.25, 0.5, 0.75, 1.
 inline const Files kFill{{"fill.frag", "void main() { gl_FragColor = vec4(0.5, 0.75, 1.0, 0.25); }\n"}};
@@ -118,7 +118,7 @@ inline const char* const kFilling =
 
 // An effect whose script keeps its controls' ids in `p` and, after each frame, their values in `seen`; add(kind, flags)
 // declares one.
-inline std::string scriptOf(const std::string& setup, const std::string& update = {}, const std::string& draw = {}) {
+inline std::string ScriptOf(const std::string& setup, const std::string& update = {}, const std::string& draw = {}) {
     return "var p = [], seen; function add(kind, flags) { var id = QL_initParam('p' + p.length, kind, 'P');"
            " QL_setParamFlags(id, flags || 0); p.push(id); return id; }"
            "function setup() {" +

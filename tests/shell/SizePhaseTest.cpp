@@ -125,7 +125,7 @@ TEST_F(SizePhase, ClassicRouteScalesInWholeNumbersAndTellsPremiereInTheFrameData
     for (const ClassicRow& row : kCases) {
         SCOPED_TRACE(row.name);
         const bool isPremiere = !row.frameData.empty();
-        HostSettings settings = isPremiere ? premiere() : afterEffects(13, 9, Route::classic);
+        HostSettings settings = isPremiere ? Premiere() : AfterEffects(13, 9, Route::classic);
         settings.downsampleX = row.x;
         settings.downsampleY = row.y;
         settings.layerPixelAspect = row.aspect;
@@ -143,7 +143,7 @@ TEST_F(SizePhase, ClassicRouteScalesInWholeNumbersAndTellsPremiereInTheFrameData
         const PF_Handle data = frame.frameData;
         ASSERT_EQ(data != nullptr, isPremiere);
         if (data) {
-            EXPECT_EQ(channelsOf<int>(session.handles().bytes(data)), row.frameData);
+            EXPECT_EQ(ChannelsOf<int>(session.handles().bytes(data)), row.frameData);
         }
         EXPECT_EQ(frame.setdown().error, 0);
         EXPECT_FALSE(data && session.handles().isAlive(data));
@@ -156,12 +156,12 @@ TEST_F(SizePhase, TakesTheGLLockUnlessTheHostIsTooOldOrTheLockIsBroken) {
         HostSettings settings;
         bool isLocked;
     } kCases[] = {
-        {afterEffects(12, 5), true},
-        {afterEffects(13, 0), false},
-        {afterEffects(13, 1), false},
-        {afterEffects(13, 2), true},
-        {afterEffects(13, 1, Route::classic), false},
-        {premiere(13, 0), true},
+        {AfterEffects(12, 5), true},
+        {AfterEffects(13, 0), false},
+        {AfterEffects(13, 1), false},
+        {AfterEffects(13, 2), true},
+        {AfterEffects(13, 1, Route::classic), false},
+        {Premiere(13, 0), true},
     };
     for (const auto& [settings, isLocked] : kCases) {
         SCOPED_TRACE(settings.versionMajor * 100 + settings.versionMinor);
@@ -193,7 +193,7 @@ TEST_F(SizePhase, AsksTheHostForTheComposition) {
     for (const auto& row : kCases)
         for (Route route : {Route::smart, Route::classic}) {
             SCOPED_TRACE(row.missing);
-            HostSettings settings = row.kind == HostKind::premiere ? premiere() : afterEffects(13, 9, route);
+            HostSettings settings = row.kind == HostKind::premiere ? Premiere() : AfterEffects(13, 9, route);
             settings.compWidth = 720;
             settings.compHeight = 576;
             settings.compPixelAspect = {3, 2};
@@ -202,13 +202,13 @@ TEST_F(SizePhase, AsksTheHostForTheComposition) {
             session.faults().refuseSuite(row.missing);
             EXPECT_EQ(session.renderFrame(instance, {session.newWorld(4, 4, 8)}).sizeError, row.error);
             EXPECT_EQ(eval("comp"), row.comp);
-            EXPECT_EQ(block(instance).compWidth, 0u);
+            EXPECT_EQ(Block(instance).compWidth, 0u);
         }
 }
 
 TEST_F(SizePhase, SweepsValuesWithoutPicturesAndDropsTheirErrors) {
     for (Route route : {Route::smart, Route::classic}) {
-        HostSession& session = start(kAsking, afterEffects(13, 9, route));
+        HostSession& session = start(kAsking, AfterEffects(13, 9, route));
         HostInstance& instance = session.apply();
         instance.setFloat(1, 7);
         session.clearRecords();

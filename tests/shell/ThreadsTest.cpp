@@ -27,7 +27,7 @@ class Threads : public ShellTest, public ::testing::WithParamInterface<HostKind>
 protected:
     static Bytes frame(HostInstance& instance, int number) {
         const HostSession& session = instance.session;
-        const FrameRequest request{picture(session, number % 3 == 0 ? 8 : number % 3 == 1 ? 16 : 32, 4 + number % 2)};
+        const FrameRequest request{Picture(session, number % 3 == 0 ? 8 : number % 3 == 1 ? 16 : 32, 4 + number % 2)};
         const FrameResult result = instance.session.renderFrame(instance, request);
         EXPECT_EQ(result.error(), 0);
         return result.output ? result.output->tightBytes() : Bytes();
@@ -36,7 +36,7 @@ protected:
 
 TEST_P(Threads, GiveTheFramesOfOne) {
     const bool isPremiere = GetParam() == HostKind::premiere;
-    HostSession& session = start(kTint, isPremiere ? premiere() : afterEffects(), kTintFiles);
+    HostSession& session = start(kTint, isPremiere ? Premiere() : AfterEffects(), kTintFiles);
     std::vector<HostInstance*> driven;
     std::vector<Bytes> wanted;
     for (int i = 0; i < kInstances; ++i) {

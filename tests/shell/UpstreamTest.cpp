@@ -18,7 +18,7 @@ TEST_F(Upstream, FramesBecomeTheInputOfAnEarlierTime) {
     HostInstance& instance = session.apply();
     instance.currentTime = 20;
     instance.timeStep = 4;
-    const auto input = picture(session, 8, 5, 3);
+    const auto input = Picture(session, 8, 5, 3);
     std::uint32_t framesBack = 0;
     std::uint32_t uploadedWidth = 0;
     PF_InData* given = nullptr;
@@ -27,7 +27,7 @@ TEST_F(Upstream, FramesBecomeTheInputOfAnEarlierTime) {
     bool isDone = false;
     session.hooks().at[Callback::worldFormat] = [&](auto&) {
         if (std::exchange(isDone, true)) return;
-        engine.selectSequence(block(instance).handle);
+        engine.selectSequence(Block(instance).handle);
         ASSERT_TRUE(engine.lockGL());
         renderUpstream(*given, host::kPluginId, framesBack, 8);
         engine.unlockGL();

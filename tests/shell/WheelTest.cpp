@@ -69,7 +69,7 @@ TEST_F(Wheel, DragTakesHueAndSaturationOrAlpha) {
 }
 
 TEST_F(Wheel, DrawsTheWheelAndAMarker) {
-    for (const HostSettings& settings : {afterEffects(), premiere()}) {
+    for (const HostSettings& settings : {AfterEffects(), Premiere()}) {
         open(settings);
         send(PF_Event_DRAW);
         const auto& drawings = session->records().drawings;

@@ -2,19 +2,19 @@
 
 namespace quillon::test {
 
-std::filesystem::path carrierModule() {
+std::filesystem::path CarrierModule() {
     return QUILLON_CARRIER;
 }
 
-std::filesystem::path templateModule() {
+std::filesystem::path TemplateModule() {
     return QUILLON_MODULE;
 }
 
-std::filesystem::path toolProgram() {
+std::filesystem::path ToolProgram() {
     return QUILLON_TOOL;
 }
 
-std::filesystem::path sourceFolder() {
+std::filesystem::path SourceFolder() {
     return QUILLON_SOURCE;
 }
 

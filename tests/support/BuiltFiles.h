@@ -6,9 +6,9 @@ namespace quillon::test {
 
 // What the build has made, and where it has it from.
 
-std::filesystem::path carrierModule();   // a module with nothing in it but room for a package
-std::filesystem::path templateModule();  // the effect module without an effect
-std::filesystem::path toolProgram();
-std::filesystem::path sourceFolder();  // the repository
+std::filesystem::path CarrierModule();   // a module with nothing in it but room for a package
+std::filesystem::path TemplateModule();  // the effect module without an effect
+std::filesystem::path ToolProgram();
+std::filesystem::path SourceFolder();  // the repository
 
 }  // namespace quillon::test

@@ -19,7 +19,7 @@ void GLTest::TearDown() {
     context.destroy();
 }
 
-GLint GLTest::integer(GLenum what) {
+GLint GLTest::Integer(GLenum what) {
     GLint values[4] = {};
     glGetIntegerv(what, values);
     return values[0];

@@ -21,7 +21,7 @@ protected:
 
     // The target read back: Channel is the type of its depth. Empty when nothing could be mapped.
     template <class Channel>
-    static std::vector<Channel> readBack(RenderTarget& target) {
+    static std::vector<Channel> ReadBack(RenderTarget& target) {
         std::vector<Channel> channels;
         if (const void* pixels = target.mapPixels()) {
             const auto* first = static_cast<const Channel*>(pixels);
@@ -31,7 +31,7 @@ protected:
         return channels;
     }
 
-    static GLint integer(GLenum what);
+    static GLint Integer(GLenum what);
 
     OpenGLContext context;
     std::optional<GLLockScope> lock;

@@ -12,26 +12,26 @@ namespace quillon::test {
 using Bytes = std::vector<std::byte>;
 
 template <class Channel>
-Bytes bytesOf(const std::vector<Channel>& channels) {
+Bytes BytesOf(const std::vector<Channel>& channels) {
     Bytes bytes(channels.size() * sizeof(Channel));
     if (!bytes.empty()) std::memcpy(bytes.data(), channels.data(), bytes.size());
     return bytes;
 }
 
 template <class Channel>
-std::vector<Channel> channelsOf(std::span<const std::byte> bytes) {
+std::vector<Channel> ChannelsOf(std::span<const std::byte> bytes) {
     std::vector<Channel> channels(bytes.size() / sizeof(Channel));
     if (!channels.empty()) std::memcpy(channels.data(), bytes.data(), channels.size() * sizeof(Channel));
     return channels;
 }
 
-Bytes reversedRows(std::span<const std::byte> bytes, std::size_t height);
+Bytes ReversedRows(std::span<const std::byte> bytes, std::size_t height);
 
 // A picture whose channels all differ from each other, so that no exchange of rows, columns or channels goes unseen.
 // At most 60 channels.
-Bytes distinctPicture(std::uint32_t width, std::uint32_t height, std::uint32_t bitDepth);
+Bytes DistinctPicture(std::uint32_t width, std::uint32_t height, std::uint32_t bitDepth);
 
 // What the host gets of a mapped frame, except that the rows stay as they are: at 16 bits the channels are folded.
-Bytes inHostRange(const Bytes& mapped, std::uint32_t bitDepth);
+Bytes InHostRange(const Bytes& mapped, std::uint32_t bitDepth);
 
 }  // namespace quillon::test

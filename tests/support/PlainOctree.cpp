@@ -18,7 +18,7 @@ struct Node {
     Node* parent = nullptr;
 };
 
-bool comesBefore(const Node* a, const Node* b) {
+bool ComesBefore(const Node* a, const Node* b) {
     if (a->childCount != b->childCount) return a->childCount < b->childCount;
     return static_cast<std::int32_t>(a->count >> a->depth) < static_cast<std::int32_t>(b->count >> b->depth);
 }
@@ -58,14 +58,14 @@ private:
         place(b, node);
     }
     void siftUp(std::uint32_t slot) {
-        for (; slot > 1 && comesBefore(slots[slot], slots[slot / 2]); slot /= 2) exchange(slot, slot / 2);
+        for (; slot > 1 && ComesBefore(slots[slot], slots[slot / 2]); slot /= 2) exchange(slot, slot / 2);
     }
     void siftDown(std::uint32_t slot) {
         for (;;) {
             std::uint32_t child = slot * 2;
             if (child >= size()) return;
-            if (child + 1 < size() && comesBefore(slots[child + 1], slots[child])) ++child;
-            if (!comesBefore(slots[child], slots[slot])) return;
+            if (child + 1 < size() && ComesBefore(slots[child + 1], slots[child])) ++child;
+            if (!ComesBefore(slots[child], slots[slot])) return;
             exchange(slot, child);
             slot = child;
         }

@@ -57,7 +57,7 @@ constexpr const char* kPalettes[] = {
 };
 
 // The cells as numbers over the divisor, row by row; the current pixel is 1 over it.
-std::vector<float> weightsOf(const Grid& grid) {
+std::vector<float> WeightsOf(const Grid& grid) {
     std::vector<float> weights;
     std::istringstream text(grid.rows);
     for (std::string word; text >> word;)
@@ -65,7 +65,7 @@ std::vector<float> weightsOf(const Grid& grid) {
     return weights;
 }
 
-std::vector<Pixel32> fixedPalette(std::int32_t mode) {
+std::vector<Pixel32> FixedPalette(std::int32_t mode) {
     std::vector<Pixel32> palette;
     std::istringstream text(kPalettes[mode - 9]);
     const auto channel = [mode](unsigned long color, int shift) {
@@ -79,11 +79,11 @@ std::vector<Pixel32> fixedPalette(std::int32_t mode) {
     return palette;
 }
 
-Pixel32 difference(const Pixel32& a, const Pixel32& b) {
+Pixel32 Difference(const Pixel32& a, const Pixel32& b) {
     return {a.alpha - b.alpha, a.red - b.red, a.green - b.green, a.blue - b.blue};
 }
 
-void addScaled(Pixel32& to, const Pixel32& step, float weight) {
+void AddScaled(Pixel32& to, const Pixel32& step, float weight) {
     to.alpha += step.alpha * weight;
     to.red += step.red * weight;
     to.green += step.green * weight;
@@ -103,7 +103,7 @@ struct Pass {
         float best = 1000000.0f;
         const Pixel32* chosen = &palette.front();
         for (const Pixel32& entry : palette) {
-            const Pixel32 d = difference(color, entry);
+            const Pixel32 d = Difference(color, entry);
             const float distance = (d.alpha * d.alpha + d.red * d.red) + (d.green * d.green + d.blue * d.blue);
             if (distance < best) {
                 best = distance;
@@ -114,7 +114,7 @@ struct Pass {
     }
 
     void diffuse(const Grid& kernel) {
-        const std::vector<float> weights = weightsOf(kernel);
+        const std::vector<float> weights = WeightsOf(kernel);
         const int kernelHeight = static_cast<int>(weights.size()) / kernel.width;
         int origin = 0;
         while (!(weights[static_cast<std::size_t>(origin)] > 0)) ++origin;
@@ -126,20 +126,20 @@ struct Pass {
                 const int x = d < 0 ? width - 1 - i : i;
                 const Pixel32 old = at(x, y);
                 at(x, y) = choose(old);
-                const Pixel32 error = difference(old, at(x, y));
+                const Pixel32 error = Difference(old, at(x, y));
                 for (int r = 0; r < kernelHeight && y + r < height; ++r)
                     for (int c = r == 0 ? origin + 1 : 0; c < kernel.width; ++c) {
                         const float weight = weights[static_cast<std::size_t>(r * kernel.width + c)];
                         const int target = i + c - origin;
                         if (weight > 0 && target >= 0 && target < width)
-                            addScaled(at(x + (c - origin) * d, y + r), error, weight);
+                            AddScaled(at(x + (c - origin) * d, y + r), error, weight);
                     }
             }
         }
     }
 
     void order(const Grid& matrix) {
-        const std::vector<float> cells = weightsOf(matrix);
+        const std::vector<float> cells = WeightsOf(matrix);
         const float amplitude = settings.mode == 1 ? 0.2f : settings.value;
         for (int y = 0; y < static_cast<int>(settings.height); ++y)
             for (int x = 0; x < static_cast<int>(settings.width); ++x) {
@@ -158,7 +158,7 @@ struct Pass {
         if (k != 0 && !(k >= 2 && k <= 10) && !(k >= 12 && k <= 14)) return;
         if (mode < 1 || mode > 21 || mode == 8) return;
         if (mode >= 2 && mode <= 7) palette = PlainAdaptivePalette(image, 4u << (mode - 1));
-        if (mode >= 9) palette = fixedPalette(mode);
+        if (mode >= 9) palette = FixedPalette(mode);
         if (k == 0)
             for (Pixel32& pixel : image) pixel = choose(pixel);
         else if (k <= 10)
@@ -195,7 +195,7 @@ void writeBack(Pixel8& pixel, const Pixel32& result) {
 }
 
 template <class T>
-void runAs(const PlainQuantize& settings, std::byte* pixels) {
+void RunAs(const PlainQuantize& settings, std::byte* pixels) {
     const std::size_t count = std::size_t{settings.width} * settings.height;
     Pass pass{settings, {}, {}};
     pass.image.reserve(count);
@@ -221,9 +221,9 @@ void runAs(const PlainQuantize& settings, std::byte* pixels) {
 }  // namespace
 
 void PlainQuantize::run(std::byte* pixels) const {
-    if (bitDepth == 8) runAs<Pixel8>(*this, pixels);
-    if (bitDepth == 16) runAs<Pixel15>(*this, pixels);
-    if (bitDepth == 32) runAs<Pixel32>(*this, pixels);
+    if (bitDepth == 8) RunAs<Pixel8>(*this, pixels);
+    if (bitDepth == 16) RunAs<Pixel15>(*this, pixels);
+    if (bitDepth == 32) RunAs<Pixel32>(*this, pixels);
 }
 
 }  // namespace quillon::test

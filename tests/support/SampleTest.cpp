@@ -13,7 +13,7 @@ namespace quillon::test {
 
 namespace {
 
-void fail(const ScriptError& error) {
+void Fail(const ScriptError& error) {
     ADD_FAILURE() << error.message;
 }
 
@@ -24,19 +24,19 @@ constexpr float kOne = std::is_same_v<Channel, std::uint8_t> ? 255.0f
                                                              : 32768.0f;
 
 template <class Channel>
-Bytes toHost(const std::vector<float>& samples) {
+Bytes ToHost(const std::vector<float>& samples) {
     std::vector<Channel> channels;
     for (const float sample : samples) {
         const float scaled = sample * kOne<Channel>;
         channels.push_back(static_cast<Channel>(std::is_integral_v<Channel> ? std::round(scaled) : scaled));
     }
-    return bytesOf(channels);
+    return BytesOf(channels);
 }
 
 template <class Channel>
-std::vector<float> fromHost(const Bytes& bytes) {
+std::vector<float> FromHost(const Bytes& bytes) {
     std::vector<float> samples;
-    for (const Channel channel : channelsOf<Channel>(bytes))
+    for (const Channel channel : ChannelsOf<Channel>(bytes))
         samples.push_back(static_cast<float>(channel) / kOne<Channel>);
     return samples;
 }
@@ -48,10 +48,10 @@ SampleTest::~SampleTest() {
 }
 
 void SampleTest::load(const std::string& name) {
-    Scripting::SetErrorObserver(fail);
+    Scripting::SetErrorObserver(Fail);
     Files files;
     std::string script;
-    for (const PackageFile& file : ReadEffectFolder(sourceFolder() / "effects" / name)) {
+    for (const PackageFile& file : ReadEffectFolder(SourceFolder() / "effects" / name)) {
         const std::string content(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
         if (file.name == "fx.js")
             script = content;
@@ -86,17 +86,17 @@ Picture SampleTest::render(const Picture& input, std::uint32_t bitDepth, double 
     Picture result;
     engine.lockGL();
     engine.preRender(input.width, input.height, &result.width, &result.height);
-    const Bytes bytes = bitDepth == 8    ? toHost<std::uint8_t>(input.samples)
-                        : bitDepth == 16 ? toHost<std::uint16_t>(input.samples)
-                                         : toHost<float>(input.samples);
+    const Bytes bytes = bitDepth == 8    ? ToHost<std::uint8_t>(input.samples)
+                        : bitDepth == 16 ? ToHost<std::uint16_t>(input.samples)
+                                         : ToHost<float>(input.samples);
     engine.setLayerPixels(kInputLayer, bytes.data(), input.width, input.height, bitDepth,
                           std::size_t{input.width} * bitDepth / 2);
     engine.unlockGL();
     const Bytes mapped = frame(result.width, result.height, bitDepth, {}, timeSeconds);
-    const Bytes upright = reversedRows(inHostRange(mapped, bitDepth), result.height);
-    result.samples = bitDepth == 8    ? fromHost<std::uint8_t>(upright)
-                     : bitDepth == 16 ? fromHost<std::uint16_t>(upright)
-                                      : fromHost<float>(upright);
+    const Bytes upright = ReversedRows(InHostRange(mapped, bitDepth), result.height);
+    result.samples = bitDepth == 8    ? FromHost<std::uint8_t>(upright)
+                     : bitDepth == 16 ? FromHost<std::uint16_t>(upright)
+                                      : FromHost<float>(upright);
     return result;
 }
 

@@ -23,12 +23,12 @@ std::vector<std::byte> ScrambledPackage(const Files& files) {
 TestModule::TestModule(std::span<const std::byte> scrambledPackage, const std::filesystem::path& templateModule) {
     WriteModule(file(), templateModule, scrambledPackage);
     std::string reason;
-    handle = host::loadModule(file(), reason);
+    handle = host::LoadModule(file(), reason);
     if (!handle) throw std::runtime_error(reason);
 }
 
 TestModule::~TestModule() {
-    host::unloadModule(handle);
+    host::UnloadModule(handle);
 }
 
 }  // namespace quillon::test

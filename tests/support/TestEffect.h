@@ -22,7 +22,7 @@ std::vector<std::byte> ScrambledPackage(const Files& files);
 class TestModule {
 public:
     explicit TestModule(std::span<const std::byte> scrambledPackage,
-                        const std::filesystem::path& templateModule = carrierModule());
+                        const std::filesystem::path& templateModule = CarrierModule());
     ~TestModule();
     TestModule(const TestModule&) = delete;
     TestModule& operator=(const TestModule&) = delete;
@@ -38,7 +38,7 @@ private:
 // An effect as a loaded module.
 class TestEffect : public TestModule {
 public:
-    explicit TestEffect(const Files& files, const std::filesystem::path& templateModule = carrierModule())
+    explicit TestEffect(const Files& files, const std::filesystem::path& templateModule = CarrierModule())
         : TestModule(ScrambledPackage(files), templateModule) {}
 };
 

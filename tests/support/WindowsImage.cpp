@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t kHeader = 0x80, kTable = 0x188;
 
-std::size_t padded(std::size_t size, std::size_t alignment) {
+std::size_t Padded(std::size_t size, std::size_t alignment) {
     return (size + alignment - 1) / alignment * alignment;
 }
 
@@ -45,7 +45,7 @@ std::vector<std::byte> WindowsImage::bytes() const {
         for (std::size_t c = 0; c < name.size(); ++c) file[entry + c] = static_cast<std::byte>(name[c]);
         PutNumber(file, entry + 8, static_cast<std::uint32_t>(imageBytes));
         PutNumber(file, entry + 12, static_cast<std::uint32_t>(address));
-        PutNumber(file, entry + 16, static_cast<std::uint32_t>(padded(content.size(), 0x200)));
+        PutNumber(file, entry + 16, static_cast<std::uint32_t>(Padded(content.size(), 0x200)));
         PutNumber(file, entry + 20, static_cast<std::uint32_t>(position));
         PutNumber(file, entry + 36, i == 0 ? 0x60000020 : 0x40000040);
         if (static_cast<int>(i) == resourceSection) {
@@ -53,8 +53,8 @@ std::vector<std::byte> WindowsImage::bytes() const {
             PutNumber(file, kHeader + 156, static_cast<std::uint32_t>(content.size()));
         }
         file.insert(file.end(), content.begin(), content.end());
-        file.resize(padded(file.size(), 0x200));
-        address += padded(imageBytes, 0x1000);
+        file.resize(Padded(file.size(), 0x200));
+        address += Padded(imageBytes, 0x1000);
     }
     PutNumber(file, kHeader + 80, static_cast<std::uint32_t>(address));
     if (hasSymbols) PutNumber(file, kHeader + 12, static_cast<std::uint32_t>(file.size()));
@@ -132,7 +132,7 @@ void ExpectLoadable(const std::vector<std::byte>& file) {
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t entry = kTable + 40 * i, fileBytes = NumberAt(file, entry + 16);
         EXPECT_EQ(NumberAt(file, entry + 12), nextAddress) << "no gap";
-        nextAddress = padded(nextAddress + NumberAt(file, entry + 8), 0x1000);
+        nextAddress = Padded(nextAddress + NumberAt(file, entry + 8), 0x1000);
         EXPECT_EQ(NumberAt(file, entry + 20), nextPosition);
         nextPosition += fileBytes;
         EXPECT_EQ(fileBytes % 0x200, 0u);

@@ -15,29 +15,29 @@ struct GLWindow::System {
 
 namespace {
 
-EGLDisplay platformDisplay(EGLenum platform, void* nativeDisplay) {
+EGLDisplay PlatformDisplay(EGLenum platform, void* nativeDisplay) {
     const auto getPlatformDisplay =
         reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(eglGetProcAddress("eglGetPlatformDisplayEXT"));
     return getPlatformDisplay ? getPlatformDisplay(platform, nativeDisplay, nullptr) : EGL_NO_DISPLAY;
 }
 
-EGLDisplay surfacelessDisplay() {
-    return platformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY);
+EGLDisplay SurfacelessDisplay() {
+    return PlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY);
 }
 
-EGLDisplay deviceDisplay() {
+EGLDisplay DeviceDisplay() {
     const auto queryDevices = reinterpret_cast<PFNEGLQUERYDEVICESEXTPROC>(eglGetProcAddress("eglQueryDevicesEXT"));
     EGLDeviceEXT device = nullptr;
     EGLint count = 0;
     if (!queryDevices || !queryDevices(1, &device, &count) || count < 1) return EGL_NO_DISPLAY;
-    return platformDisplay(EGL_PLATFORM_DEVICE_EXT, device);
+    return PlatformDisplay(EGL_PLATFORM_DEVICE_EXT, device);
 }
 
-EGLDisplay defaultDisplay() {
+EGLDisplay DefaultDisplay() {
     return eglGetDisplay(EGL_DEFAULT_DISPLAY);
 }
 
-constexpr std::array<EGLDisplay (*)(), 3> kDisplays = {surfacelessDisplay, deviceDisplay, defaultDisplay};
+constexpr std::array<EGLDisplay (*)(), 3> kDisplays = {SurfacelessDisplay, DeviceDisplay, DefaultDisplay};
 
 }  // namespace
 
@@ -45,21 +45,21 @@ GLWindow::GLWindow() : system(std::make_unique<System>()) {}
 GLWindow::~GLWindow() = default;
 
 GLWindow::OpenResult GLWindow::open(const std::wstring&, const std::wstring&, int width, int height) {
-    constexpr EGLint configAttributes[] = {EGL_SURFACE_TYPE,
-                                           EGL_PBUFFER_BIT,
-                                           EGL_RENDERABLE_TYPE,
-                                           EGL_OPENGL_BIT,
-                                           EGL_RED_SIZE,
-                                           8,
-                                           EGL_GREEN_SIZE,
-                                           8,
-                                           EGL_BLUE_SIZE,
-                                           8,
-                                           EGL_ALPHA_SIZE,
-                                           8,
-                                           EGL_DEPTH_SIZE,
-                                           8,
-                                           EGL_NONE};
+    constexpr EGLint kConfigAttributes[] = {EGL_SURFACE_TYPE,
+                                            EGL_PBUFFER_BIT,
+                                            EGL_RENDERABLE_TYPE,
+                                            EGL_OPENGL_BIT,
+                                            EGL_RED_SIZE,
+                                            8,
+                                            EGL_GREEN_SIZE,
+                                            8,
+                                            EGL_BLUE_SIZE,
+                                            8,
+                                            EGL_ALPHA_SIZE,
+                                            8,
+                                            EGL_DEPTH_SIZE,
+                                            8,
+                                            EGL_NONE};
     const EGLint surfaceAttributes[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
 
     // The display is the process's, not ours: it is initialized as often as anybody asks and never terminated, since
@@ -69,7 +69,7 @@ GLWindow::OpenResult GLWindow::open(const std::wstring&, const std::wstring&, in
         EGLConfig config = nullptr;
         EGLint count = 0;
         if (display == EGL_NO_DISPLAY || !eglInitialize(display, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_API) ||
-            !eglChooseConfig(display, configAttributes, &config, 1, &count) || count < 1)
+            !eglChooseConfig(display, kConfigAttributes, &config, 1, &count) || count < 1)
             continue;
         const EGLSurface surface = eglCreatePbufferSurface(display, config, surfaceAttributes);
         if (surface == EGL_NO_SURFACE) continue;

@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t kReservedBytes = 128 * 1024;
 
 // Lowest address of the calling thread's stack; 0 when the system does not tell.
-std::uintptr_t stackBottom() {
+std::uintptr_t StackBottom() {
     pthread_attr_t attributes;
     if (pthread_getattr_np(pthread_self(), &attributes) != 0) return 0;
     void* bottom = nullptr;
@@ -24,7 +24,7 @@ std::uintptr_t stackBottom() {
 
 extern "C" int quillon_native_stack_is_low(void) {
     // Asking the system reads a file on the main thread, and a thread's stack does not move.
-    thread_local const std::uintptr_t bottom = stackBottom();
+    thread_local const std::uintptr_t kBottom = StackBottom();
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    return here - bottom < kReservedBytes ? 1 : 0;
+    return here - kBottom < kReservedBytes ? 1 : 0;
 }

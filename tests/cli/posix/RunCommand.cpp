@@ -6,7 +6,7 @@
 
 namespace quillon::test {
 
-int runCommand(const std::filesystem::path& folder, const std::filesystem::path& printed,
+int RunCommand(const std::filesystem::path& folder, const std::filesystem::path& printed,
                const std::string& environment, const std::string& program, const std::string& arguments) {
     const std::string command = "cd '" + folder.string() + "' && " + environment + " '" + program + "' " + arguments +
                                 " </dev/null >'" + (printed / "out").string() + "' 2>'" + (printed / "err").string() +

@@ -9,11 +9,11 @@ int clears = 0;
 
 // This program's own takes the place of the library's.
 extern "C" void glClear(GLbitfield mask) {
-    static const auto clear = reinterpret_cast<void (*)(GLbitfield)>(dlsym(RTLD_NEXT, "glClear"));
+    static const auto kClear = reinterpret_cast<void (*)(GLbitfield)>(dlsym(RTLD_NEXT, "glClear"));
     ++clears;
-    clear(mask);
+    kClear(mask);
 }
 
-int quillon::test::clearCount() {
+int quillon::test::ClearCount() {
     return clears;
 }

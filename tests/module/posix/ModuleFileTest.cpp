@@ -16,7 +16,7 @@ namespace quillon::test {
 namespace {
 
 TEST(ModuleFile, ExportsItsEntryAndNothingElse) {
-    std::ifstream in(templateModule(), std::ios::binary);
+    std::ifstream in(TemplateModule(), std::ios::binary);
     const std::string image{std::istreambuf_iterator<char>(in), {}};
     const auto at = [&]<class Record>(Record, std::size_t offset) {
         Record record;
@@ -43,7 +43,7 @@ TEST(ModuleFileDeathTest, WithoutOpenGLTheStartAnswers512AndWritesNothing) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     const auto run = [&] {
         setenv("LIBGL_DRIVERS_PATH", "none", 1);
-        const TestEffect effect({{"fx.js", CopyScript(true)}, {"config.xml", kConfig}}, templateModule());
+        const TestEffect effect({{"fx.js", CopyScript(true)}, {"config.xml", kConfig}}, TemplateModule());
         host::HostSession session{host::EffectModule(effect.file())};
         const host::Answer answer = session.globalSetup();
         const bool isUnwritten = answer.out.my_version == 0 && answer.out.out_flags == 0 && !answer.out.global_data;

@@ -19,13 +19,13 @@ class LoadedModule {
 public:
     explicit LoadedModule(const std::string& bytesBehindImage) {
         const std::filesystem::path path = folder.path() / "module.so";
-        std::filesystem::copy_file(carrierModule(), path);
+        std::filesystem::copy_file(CarrierModule(), path);
         std::ofstream(path, std::ios::binary | std::ios::app) << bytesBehindImage;
         std::string reason;
-        module = host::loadModule(path, reason);
+        module = host::LoadModule(path, reason);
         if (!module) throw std::runtime_error(reason);
     }
-    ~LoadedModule() { host::unloadModule(module); }
+    ~LoadedModule() { host::UnloadModule(module); }
     LoadedModule(const LoadedModule&) = delete;
     LoadedModule& operator=(const LoadedModule&) = delete;
 
@@ -50,7 +50,7 @@ std::optional<std::string> ResourceOf(void* module) {
 }
 
 TEST(ModuleResourceTest, TellsAbsentEmptyAndPresentApart) {
-    const auto imageBytes = static_cast<std::uint32_t>(std::filesystem::file_size(carrierModule()));
+    const auto imageBytes = static_cast<std::uint32_t>(std::filesystem::file_size(CarrierModule()));
     const struct {
         const char* name;
         std::string behindImage;
