@@ -159,7 +159,7 @@ struct PixelAccess<Pixel32> {
         const __m128 white = _mm_setr_ps(0, 1, 1, 1);
         auto* floats = reinterpret_cast<float*>(row);
         ForLanes<4>([&](auto i) {
-            const __m128 color = _mm_and_ps(_mm_shuffle_ps(mask, mask, i * 0x55), white);
+            const __m128 color = _mm_and_ps(_mm_shuffle_ps(mask, mask, decltype(i)::value * 0x55), white);
             _mm_storeu_ps(floats + i * 4, _mm_or_ps(_mm_and_ps(_mm_loadu_ps(floats + i * 4), alpha), color));
         });
     }
