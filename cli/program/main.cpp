@@ -2,9 +2,9 @@
 #include <exception>
 #include <new>
 
-#include "cli/CommandLine.h"
-#include "cli/System.h"
-#include "cli/ToolError.h"
+#include "cli/commands/CommandLine.h"
+#include "cli/diagnostics/ToolError.h"
+#include "cli/system/System.h"
 
 int main(int argc, char** argv) {
     using namespace quillon::cli;

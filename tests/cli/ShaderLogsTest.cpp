@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string>
 
-#include "cli/ShaderFaults.h"
+#include "cli/effect/ShaderFaults.h"
 
 // Logs of graphics drivers that are not there when the tests run.
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/ModuleKind.h"
+#include "cli/system/ModuleKind.h"
 #include "platform/Utf8Path.h"
 #include "support/BuiltFiles.h"
 #include "support/EngineTest.h"

@@ -1,0 +1,249 @@
+#include "cli/commands/CommandLine.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <functional>
+#include <map>
+
+#include "cli/commands/ChartCommand.h"
+#include "cli/commands/CheckCommand.h"
+#include "cli/commands/PackCommand.h"
+#include "cli/commands/ParamsCommand.h"
+#include "cli/commands/RenderCommand.h"
+#include "cli/diagnostics/TextScanner.h"
+#include "cli/diagnostics/ToolError.h"
+#include "cli/system/ModuleKind.h"
+#include "platform/Utf8Path.h"
+
+namespace quillon::cli {
+
+namespace {
+
+using Run = std::function<int()>;
+
+// {}: what modules end in on the system at hand, the only ones that its tool is sure to have a template for.
+constexpr const char* kAbout =
+    "Renders shader effects at their author's desk, and makes the modules that hosts load.\n"
+    "\n"
+    "An effect is a folder with a program fx.js, fragment shaders *.frag, a config.xml and whatever pictures it\n"
+    "needs, or the module that such a folder is packed into. First steps:\n"
+    "\n"
+    "  quillon chart -o chart.png\n"
+    "  quillon render effects/glow -i chart.png -o glow.png\n"
+    "  quillon check effects/glow\n"
+    "  quillon pack effects/glow -o glow{}\n"
+    "\n"
+    "Results go to standard output, words to standard error. Exit status: 0 when all went well, 1 when the effect\n"
+    "or a file is at fault, 2 for a wrong command line.";
+
+constexpr const char* kRenderAbout =
+    "Renders an effect over a picture, or over a sequence of pictures, and prints the path of each that is written.\n"
+    "The effect runs as the module that hosts load, in a host that the tool plays.";
+
+constexpr const char* kRenderMore =
+    "Pictures: PNG (8 or 16 bits), EXR and .argb are read and written; JPEG, BMP, GIF, PSD, Radiance HDR and TGA are\n"
+    "read. Color is never converted: PNG is sRGB and EXR linear by custom, and the effect gets the numbers as they\n"
+    "are. PNG output has 8 bits at --depth 8 and 16 bits above; EXR output has 32-bit floats.\n"
+    "A file named *.argb is the host's own buffer: tight rows, the top row first, four channels A, R, G, B, each one\n"
+    "byte, a 16-bit word 0 to 32768 or a 32-bit float, little-endian, without a header.\n"
+    "\n"
+    "Controls (--set) go by their name in the shader or by their label:\n"
+    "  number, angle      --set threshold=0.5         angles in degrees\n"
+    "  position           --set center=480,270        pixels from the top left corner; x,y,z for three axes\n"
+    "  color             --set tint=1,0.5,0          0 to 1, with or without a fourth for alpha; or #ff8000[ff]\n"
+    "  switch             --set \"Grow the layer=true\" true, false, 1 or 0\n"
+    "  popup              --set mode=Screen           an entry's text, or its number from 1\n"
+    "Controls that are not set have their default.\n"
+    "\n"
+    "Sequences: with --frames the output's name has a place for the frame number, #### or %04d; the names of input\n"
+    "and layers may have one, else the one picture serves all frames. Frame F stands at F / fps seconds.\n"
+    "\n"
+    "  quillon render effects/lens -i shot.####.exr -o out/lens.####.exr --frames 1-100 --fps 24 --set k1=0.3\n"
+    "\n"
+    "Hosts: the smart route gives the input's size, or what the effect asks for. The classic route, which Premiere "
+    "Pro\n"
+    "always takes, rounds as the hosts do: at full size its picture is a column and a row smaller, and Premiere Pro\n"
+    "shows it within a picture of the input's size. At --downsample N every picture is brought to 1/N of its size\n"
+    "first (the mean of N by N pixels, colors weighed by alpha); positions are still given in full-size pixels.\n"
+    "\n"
+    "A module is silent about faults. Each frame is therefore rehearsed by the tool's own engine, without filling\n"
+    "pixels, before the module renders it; what only goes wrong with pixels in their place is seen in the picture.";
+
+// Two numbers with a separator between them, each from `least` to 99999, into two places.
+template <class First, class Second>
+CLI::Option* AddPair(CLI::App& command, const char* option, char separator, int least, const char* form,
+                     const char* example, First& first, Second& second, const std::string& description) {
+    const auto read = [=, &first, &second](const std::string& text) {
+        std::string_view rest = text;
+        const auto left = TakeNumber(rest);
+        const bool isParted = TakeText(rest, std::string_view(&separator, 1));
+        const auto right = TakeNumber(rest);
+        const auto fits = [least](const std::optional<int>& number) {
+            return number && *number >= least && *number < 100000;
+        };
+        if (!fits(left) || !isParted || !fits(right) || !rest.empty()) {
+            throw CLI::ValidationError(std::string(option) + " " + text,
+                                       std::string("write it as ") + form + ", as in " + example);
+        }
+        first = static_cast<First>(*left);
+        second = static_cast<Second>(*right);
+    };
+    return command.add_option_function<std::string>(option, read, description)->type_name(form);
+}
+
+CLI::Option* AddPath(CLI::App& command, const char* option, std::filesystem::path& path,
+                     const std::string& description) {
+    return command.add_option_function<std::string>(
+        option, [&path](const std::string& text) { path = PathFromUtf8(text); }, description);
+}
+
+void AddSize(CLI::App& command, const char* option, std::uint32_t& width, std::uint32_t& height,
+             const std::string& description) {
+    AddPair(command, option, 'x', 1, "WIDTHxHEIGHT", "1920x1080", width, height, description);
+}
+
+void AddHost(CLI::App& command, RenderOptions& options) {
+    const std::map<std::string, host::HostKind> hosts = {{"after-effects", host::HostKind::afterEffects},
+                                                         {"premiere", host::HostKind::premiere}};
+    const std::map<std::string, host::Route> routes = {{"smart", host::Route::smart},
+                                                       {"classic", host::Route::classic}};
+    const auto oneOf = [](const auto& choices) {
+        std::vector<std::string> names;
+        for (const auto& [name, value] : choices) names.push_back(name);
+        return CLI::IsMember(names);
+    };
+    command
+        .add_option_function<std::string>(
+            "--host", [hosts, &options](const std::string& name) { options.host = hosts.at(name); },
+            "The host that is played: after-effects or premiere; default after-effects")
+        ->check(oneOf(hosts))
+        ->type_name("HOST");
+    AddPair(command, "--host-version", '.', 0, "MAJOR.MINOR", "13.9", options.hostVersionMajor,
+            options.hostVersionMinor, "The version of the effect interface that it speaks; default 13.9");
+    command
+        .add_option_function<std::string>(
+            "--route", [routes, &options](const std::string& name) { options.route = routes.at(name); },
+            "How After Effects renders: smart or classic; default smart")
+        ->check(oneOf(routes))
+        ->type_name("ROUTE");
+    command
+        .add_option("--downsample", options.downsample,
+                    "Renders at 1/N of the size, as a host's preview does: 1 to 64; default 1")
+        ->check(CLI::Range(1, 64))
+        ->type_name("N");
+    AddPair(command, "--pixel-aspect", '/', 1, "NUM/DEN", "16/15", options.pixelAspect.num, options.pixelAspect.den,
+            "Width to height of a pixel, of layer and composition; default 1/1");
+    AddSize(command, "--comp", options.compWidth, options.compHeight,
+            "Extent of the composition around the layer; default: the input's");
+}
+
+void AddRender(CLI::App& app, Run& run) {
+    auto options = std::make_shared<RenderOptions>();
+    CLI::App& command = *app.add_subcommand("render", kRenderAbout);
+    command.footer(kRenderMore);
+    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    AddPath(command, "-i,--input", options->input, "The picture that the effect is applied to")
+        ->required()
+        ->type_name("FILE");
+    AddPath(command, "-o,--output", options->output, "Where the result goes: .png, .exr or .argb")
+        ->required()
+        ->type_name("FILE");
+    command
+        .add_option("--depth", options->depth,
+                    "Bits per channel that the host uses: 8, 16 or 32; default: what the input has")
+        ->check(CLI::IsMember({8, 16, 32}))
+        ->type_name("BITS");
+    command.add_option("--set", options->values, "A control; may be given several times")
+        ->allow_extra_args(false)
+        ->type_name("NAME=VALUE");
+    command.add_option("--layer", options->layers, "A picture for a layer control; may be given several times")
+        ->allow_extra_args(false)
+        ->type_name("NAME=FILE");
+    CLI::Option* time =
+        command.add_option("--time", options->timeSeconds, "The moment to render; default 0")->type_name("SECONDS");
+    CLI::Option* frames = command.add_option("--frames", options->frames, "A sequence, both ends included")
+                              ->excludes(time)
+                              ->type_name("FIRST-LAST[xSTEP]");
+    command.add_option("--fps", options->framesPerSecond, "Frames per second of the sequence; default 25")
+        ->needs(frames)
+        ->check(CLI::Range(0.001, 100000.0))
+        ->type_name("NUMBER");
+    AddSize(command, "--size", options->rawWidth, options->rawHeight,
+            "Extent of .argb pictures that are read, which need --depth too");
+    AddHost(command, *options);
+    command.callback([&run, options] { run = [options] { return RunRender(*options); }; });
+}
+
+void AddChart(CLI::App& app, Run& run) {
+    auto options = std::make_shared<ChartOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "chart", "Writes a test picture: ramps, patches, fine lines, round shapes, lights and soft transparent parts.");
+    AddPath(command, "-o,--output", options->output, "Where it goes: .png, .exr or .argb (8 bits)")
+        ->required()
+        ->type_name("FILE");
+    AddSize(command, "--size", options->width, options->height, "Its extent in pixels; default 960x540");
+    command.callback([&run, options] { run = [options] { return RunChart(*options); }; });
+}
+
+void AddParams(CLI::App& app, Run& run) {
+    auto options = std::make_shared<ParamsOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "params", "Lists the effect's controls as its host has got them, in the host's order, with every field.");
+    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    command.add_flag("--json", options->isJson, "As a JSON array of objects, for programs");
+    command.callback([&run, options] { run = [options] { return RunParams(*options); }; });
+}
+
+void AddCheck(CLI::App& app, Run& run) {
+    auto options = std::make_shared<CheckOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "check",
+        "Tells what is wrong with an effect, with file and line: in its files, its config.xml, its script and its\n"
+        "shaders, up to a frame at 8, 16 and 32 bits with its controls at their defaults.");
+    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    command.callback([&run, options] { run = [options] { return RunCheck(*options); }; });
+}
+
+void AddPack(CLI::App& app, Run& run) {
+    auto options = std::make_shared<PackOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "pack",
+        "Makes the module that a host loads, from an effect's folder, and prints its path. What looks wrong in\n"
+        "config.xml is told as warnings. Scripts and shaders are taken as they are; render tells what is wrong with\n"
+        "them.");
+    AddPath(command, "FOLDER", options->folder, "The effect's folder")->required()->type_name("");
+    AddPath(command, "-o,--output", options->output,
+            "The module: a name that ends in .so for Linux, in .aex for Windows")
+        ->required()
+        ->type_name("MODULE");
+    command.callback([&run, options] { run = [options] { return RunPack(*options); }; });
+}
+
+}  // namespace
+
+int RunCommandLine(std::vector<std::string> arguments) {
+    Run run;
+    CLI::App app(fmt::format(kAbout, kOwnModuleKind.ending), "quillon");
+    app.set_version_flag("--version", "quillon " QUILLON_VERSION);
+    app.require_subcommand(0, 1);
+    AddRender(app, run);
+    AddParams(app, run);
+    AddCheck(app, run);
+    AddPack(app, run);
+    AddChart(app, run);
+    try {
+        std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off
+        app.parse(std::move(arguments));
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) return app.exit(error);  // help and version
+        const auto commands = app.get_subcommands();
+        const std::string command = commands.empty() ? "" : commands.front()->get_name() + " ";
+        throw WrongCommandLine(std::string(error.what()) + "; see quillon " + command + "--help");
+    }
+    if (!run) throw WrongCommandLine("no command; name one of those that quillon --help lists");
+    return run();
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,54 @@
+#include "cli/commands/PackCommand.h"
+
+#include <fmt/format.h>
+
+#include <system_error>
+#include <vector>
+
+#include "cli/diagnostics/PrintLine.h"
+#include "cli/effect/ConfigChecks.h"
+#include "cli/effect/EffectDescription.h"
+#include "cli/effect/EffectSource.h"
+#include "cli/effect/TemplateModule.h"
+#include "cli/system/ModuleKind.h"
+
+namespace quillon::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void CheckOutput(const PackOptions& options) {
+    if (!ModuleKindOf(options.output)) {
+        throw WrongCommandLine(
+            fmt::format("{}: modules end in .so for Linux and in .aex for Windows", options.output.string()));
+    }
+    std::error_code ignored;
+    const fs::path place = fs::weakly_canonical(fs::absolute(options.output)).parent_path();
+    if (fs::equivalent(place, options.folder, ignored)) {
+        throw WrongCommandLine(fmt::format(
+            "{}: lies in the effect's own folder and would be packed the next time; choose another place with -o",
+            options.output.string()));
+    }
+}
+
+}  // namespace
+
+int RunPack(const PackOptions& options) {
+    CheckOutput(options);
+    std::error_code ignored;
+    if (fs::exists(options.folder, ignored) && !fs::is_directory(options.folder, ignored)) {
+        throw Fault(fmt::format("{}: is not a folder; give the one that holds the effect's fx.js and config.xml",
+                                options.folder.string()));
+    }
+    const EffectSource source = ReadEffectSource(options.folder);
+    ThrowIfAny(CheckPackage(source));
+    const bool isDescribed = ModuleKindOf(options.output)->isDescribed;
+    const std::vector<std::byte> description = isDescribed ? DescribeEffect(source) : std::vector<std::byte>();
+    WriteEffectModule(options.output, source, "choose another place with -o", description);
+    PrintWarnings(CheckIdentity(source));
+    PrintLine(stdout, options.output.string());
+    return 0;
+}
+
+}  // namespace quillon::cli

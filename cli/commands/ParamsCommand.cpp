@@ -1,0 +1,81 @@
+#include "cli/commands/ParamsCommand.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "cli/diagnostics/PrintLine.h"
+#include "cli/effect/ControlTexts.h"
+#include "cli/effect/LoadedEffect.h"
+
+namespace quillon::cli {
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+// Characters, as far as a terminal gives each one column.
+std::size_t WidthOf(const std::string& text) {
+    return static_cast<std::size_t>(std::ranges::count_if(text, [](char c) { return (c & 0xC0) != 0x80; }));
+}
+
+void PrintTable(const std::vector<Row>& rows) {
+    std::vector<std::size_t> widths(rows.front().size());
+    for (const Row& row : rows)
+        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], WidthOf(row[i]));
+    for (const Row& row : rows) {
+        std::string line;
+        for (std::size_t i = 0; i < row.size(); ++i) line += row[i] + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
+        line.resize(line.find_last_not_of(' ') + 1);
+        PrintLine(stdout, line);
+    }
+}
+
+std::string TextOf(const nlohmann::ordered_json& value) {
+    if (value.is_string()) return value.get<std::string>();
+    if (!value.is_array()) return value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    std::string text;
+    const char* const between = !value.empty() && value[0].is_string() ? "|" : ",";
+    for (const auto& element : value) text += (text.empty() ? "" : between) + TextOf(element);
+    return text;
+}
+
+// The fields that every control has are columns; what its type adds stands behind them.
+constexpr std::array kColumns = {"index", "uniform", "kind",     "type",  "name",
+                                 "id",    "flags",   "ui_flags", "value", "default"};
+
+Row RowOf(const nlohmann::ordered_json& control) {
+    Row row;
+    for (const char* column : kColumns) row.push_back(control.contains(column) ? TextOf(control[column]) : "");
+    std::string& rest = row.emplace_back();
+    for (const auto& [key, value] : control.items()) {
+        if (key == "label" || key == "param_type" || std::ranges::find(kColumns, key) != kColumns.end()) continue;
+        rest += (rest.empty() ? "" : " ") + key + "=" + TextOf(value);
+    }
+    return row;
+}
+
+}  // namespace
+
+int RunParams(const ParamsOptions& options) {
+    const LoadedEffect effect(ReadCheckedSource(options.effect), {});
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (std::size_t i = 0; i < effect.controls().size(); ++i)
+        list.push_back(DescribeControl(effect.controls()[i], effect.parameters()[i]));
+    if (options.isJson) {
+        PrintLine(stdout, list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
+        return 0;
+    }
+    if (list.empty()) {
+        PrintLine(stdout, "no controls");
+        return 0;
+    }
+    std::vector<Row> rows = {{kColumns.begin(), kColumns.end()}};
+    rows.front().push_back("more");
+    for (const auto& control : list) rows.push_back(RowOf(control));
+    PrintTable(rows);
+    return 0;
+}
+
+}  // namespace quillon::cli

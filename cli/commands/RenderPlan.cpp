@@ -1,0 +1,114 @@
+#include "cli/commands/RenderPlan.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "cli/diagnostics/ToolError.h"
+#include "platform/Utf8Path.h"
+
+namespace quillon::cli {
+
+namespace {
+
+// NAME=VALUE; the value may hold further equals signs.
+std::pair<std::string, std::string> SplitAssignment(const char* option, const std::string& text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0) {
+        throw WrongCommandLine(fmt::format("{} {}: write it as NAME=VALUE", option, text));
+    }
+    return {text.substr(0, equals), text.substr(equals + 1)};
+}
+
+std::optional<FrameRange> ReadRange(const RenderOptions& options) {
+    if (options.frames.empty()) return {};
+    const auto range = ParseFrameRange(options.frames);
+    if (!range) {
+        throw WrongCommandLine(fmt::format(
+            "--frames {}: write it as FIRST-LAST or FIRST-LASTxSTEP, as in 1-100 or 0-48x2", options.frames));
+    }
+    return range;
+}
+
+}  // namespace
+
+RenderPlan::RenderPlan(const RenderOptions& renderOptions)
+    : input(renderOptions.input, {renderOptions.rawWidth, renderOptions.rawHeight, renderOptions.depth},
+            renderOptions.downsample),
+      options(renderOptions),
+      layout{options.rawWidth, options.rawHeight, options.depth},
+      range(ReadRange(options)) {
+    RequireWritable(options.output);
+    requirePattern(options.output);
+    if (range && range->first + range->step <= range->last && !FindFramePattern(options.output)) {
+        throw WrongCommandLine(fmt::format(
+            "{}: all frames would be written to one file; put #### or %04d into its name", options.output.string()));
+    }
+    checkHost();
+    checkInput(options.input);
+    bool hasRaw = IsRawPicture(options.input);
+    for (const std::string& text : options.values) values.push_back(SplitAssignment("--set", text));
+    for (const std::string& text : options.layers) {
+        auto [name, file] = SplitAssignment("--layer", text);
+        checkInput(file);
+        hasRaw = hasRaw || IsRawPicture(file);
+        layers.push_back({name, PictureSource(PathFromUtf8(file), layout, options.downsample)});
+    }
+    if (layout.width != 0 && !hasRaw) {
+        throw WrongCommandLine("--size is for .argb pictures; others know their size");
+    }
+}
+
+void RenderPlan::checkHost() const {
+    const bool isPremiere = options.host == host::HostKind::premiere;
+    if (!isPremiere && options.hostVersionMajor < 13) {
+        throw WrongCommandLine(fmt::format("--host-version {}.{}: After Effects is played from 13.0 on",
+                                           options.hostVersionMajor, options.hostVersionMinor));
+    }
+    if (isPremiere && options.route == host::Route::smart) {
+        throw WrongCommandLine("--route smart: Premiere Pro knows the classic route alone");
+    }
+    if (std::fabs(options.timeSeconds) > kMostSeconds) {
+        throw WrongCommandLine(fmt::format("--time: a host's moments lie within {} seconds of 0", kMostSeconds));
+    }
+}
+
+void RenderPlan::requirePattern(const std::filesystem::path& path) const {
+    if (FindFramePattern(path) && !range) {
+        throw WrongCommandLine(
+            fmt::format("{}: has a place for the frame number; say which frames with --frames", path.string()));
+    }
+}
+
+void RenderPlan::checkInput(const std::filesystem::path& path) const {
+    requirePattern(path);
+    if (IsRawPicture(path) && (layout.width == 0 || layout.bitDepth == 0)) {
+        throw WrongCommandLine(
+            fmt::format("{}: a raw buffer says nothing of itself; give --size and --depth", path.string()));
+    }
+}
+
+FrameTime RenderPlan::timeOf(std::int32_t frame) const {
+    return range ? TimeOfFrame(frame, options.framesPerSecond) : TimeOfSeconds(options.timeSeconds);
+}
+
+host::HostSettings RenderPlan::settings(PictureExtent fullExtent) const {
+    host::HostSettings settings;
+    settings.kind = options.host;
+    settings.versionMajor = static_cast<A_short>(options.hostVersionMajor);
+    settings.versionMinor = static_cast<A_short>(options.hostVersionMinor);
+    settings.route = options.route.value_or(host::Route::smart);
+    settings.compWidth = static_cast<A_long>(options.compWidth != 0 ? options.compWidth : fullExtent.width);
+    settings.compHeight = static_cast<A_long>(options.compHeight != 0 ? options.compHeight : fullExtent.height);
+    settings.compPixelAspect = settings.layerPixelAspect = options.pixelAspect;
+    settings.downsampleX = settings.downsampleY = {1, options.downsample};
+    const FrameTime last = timeOf(frames().back());
+    settings.timeStep = last.step;
+    settings.timeScale = last.scale;
+    settings.totalTime = std::max(last.time, 0) + last.step;
+    settings.keepsRecords = false;
+    return settings;
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,141 @@
+#include "cli/effect/ConfigChecks.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <rapidxml/rapidxml.hpp>
+#include <string_view>
+
+#include "package/EffectFlags.h"
+
+namespace quillon::cli {
+
+namespace {
+
+using Node = rapidxml::xml_node<char>;
+
+// What the engine can do, as hosts are to be told.
+constexpr std::uint32_t kEngineFlags = 33554464;
+constexpr std::uint32_t kEngineFlags2 = 5120;
+
+struct Key {
+    const char* name;
+    bool isNumber;
+    long mostKept;  // of a version's part, what the host is told; 0: no such limit
+    bool isOptional = false;
+};
+
+constexpr Key kKeys[] = {{"MAJOR_VERSION", true, 63},
+                         {"MINOR_VERSION", true, 15},
+                         {"BUILD_VERSION", true, 511},
+                         {"STAGE_VERSION", true, 3},
+                         {"FLAGS", true, 0},
+                         {"FLAGS2", true, 0},
+                         {"ABOUT", false, 0},
+                         {"FXNAME", false, 0},
+                         {"AGEP_ID", false, 0},
+                         {"CATEGORY", false, 0, true},
+                         {"MATCH_NAME", false, 0, true}};
+
+bool IsDecimal(std::string_view text) {
+    const auto isBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    if (!text.empty() && (text.front() == '+' || text.front() == '-')) text.remove_prefix(1);
+    return !text.empty() && std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
+}
+
+class Checker {
+public:
+    explicit Checker(const EffectSource& source)
+        : path(source.pathOf("config.xml")), content(source.textOf("config.xml")) {
+        text = content;
+        document.parse<0>(text.data());
+    }
+
+    Diagnostics check() {
+        std::string missing;
+        for (const Key& key : kKeys) {
+            const Node* node = document.first_node(key.name);
+            if (!node) {
+                if (!key.isOptional) missing += (missing.empty() ? "" : ", ") + std::string(key.name);
+                continue;
+            }
+            if (const Node* again = node->next_sibling(key.name))
+                warn(again, fmt::format("{} stands here again; the first one counts", key.name));
+            if (key.isNumber) checkNumber(key, *node);
+        }
+        if (const Node* root = findRoot()) {
+            warn(root, fmt::format("the keys stand inside of <{}>, where nobody looks; take that element away",
+                                   std::string_view(root->name(), root->name_size())));
+        } else if (!missing.empty()) {
+            warn(nullptr, fmt::format("no {}; numbers that are missing are 0, texts empty", missing));
+        }
+        return std::move(warnings);
+    }
+
+    int lineOf(const std::string& key) const { return lineOf(document.first_node(key.c_str())); }
+
+private:
+    // Names stay where they were read, though the parser changes the text around them.
+    int lineOf(const Node* node) const {
+        if (!node) return 0;
+        return 1 + static_cast<int>(std::count(content.begin(), content.begin() + (node->name() - text.data()), '\n'));
+    }
+
+    void warn(const Node* node, const std::string& words) {
+        warnings.push_back({.path = path,
+                            .line = lineOf(node),
+                            .severity = Diagnostic::Severity::warning,
+                            .text = words,
+                            .kind = Diagnostic::Kind::config});
+    }
+
+    // An element that is no key and holds one.
+    const Node* findRoot() {
+        for (const Node* node = document.first_node(); node; node = node->next_sibling()) {
+            const auto holds = [node](const Key& key) { return node->first_node(key.name) != nullptr; };
+            if (node->name_size() != 0 && std::ranges::any_of(kKeys, holds)) return node;
+        }
+        return nullptr;
+    }
+
+    void checkNumber(const Key& key, const Node& node) {
+        const std::string value(node.value(), node.value_size());
+        const long long number = std::strtoll(value.c_str(), nullptr, 10);  // a long has 32 bits on Windows
+        if (!IsDecimal(value)) {
+            warn(&node, fmt::format("{}: \"{}\" is no decimal number; it is read as {}", key.name, value, number));
+        }
+        const auto word = static_cast<std::uint32_t>(number);
+        const std::string_view name = key.name;
+        if (key.mostKept != 0 && (number < 0 || number > key.mostKept)) {
+            warn(&node, fmt::format("{}: hosts are told 0 to {} and get {} cut off to {}", name, key.mostKept, number,
+                                    number & key.mostKept));
+        }
+        const bool isOdd = (name == "FLAGS" && (word | kFixedOutFlags) != (kEngineFlags | kFixedOutFlags)) ||
+                           (name == "FLAGS2" && word != kEngineFlags2);
+        if (isOdd) {
+            warn(&node, fmt::format("{}: {} is what hosts go by, but {} is what the engine can do", name, number,
+                                    name == "FLAGS" ? kEngineFlags : kEngineFlags2));
+        }
+    }
+
+    std::string path;
+    std::string content;
+    std::string text;  // what the tree points into
+    rapidxml::xml_document<char> document;
+    Diagnostics warnings;
+};
+
+}  // namespace
+
+Diagnostics CheckIdentity(const EffectSource& source) {
+    return Checker(source).check();
+}
+
+int LineOfKey(const EffectSource& source, const std::string& key) {
+    return Checker(source).lineOf(key);
+}
+
+}  // namespace quillon::cli

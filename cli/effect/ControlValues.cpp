@@ -1,0 +1,136 @@
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+#include <optional>
+
+#include "cli/diagnostics/ToolError.h"
+#include "cli/effect/Controls.h"
+
+namespace quillon::cli {
+
+namespace {
+
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    for (;;) {
+        const std::size_t end = text.find(separator);
+        parts.push_back(text.substr(0, end));
+        if (end == std::string_view::npos) return parts;
+        text.remove_prefix(end + 1);
+    }
+}
+
+std::string_view Trim(std::string_view text) {
+    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    return text;
+}
+
+std::optional<float> ParseNumber(std::string_view text) {
+    text = Trim(text);
+    float number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number)) return {};
+    return number;
+}
+
+// Between `least` and `most` numbers with commas between them.
+bool ParseNumbers(std::string_view text, std::size_t least, std::size_t most, ControlValue& value) {
+    const auto parts = Split(text, ',');
+    if (parts.size() < least || parts.size() > most) return false;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const auto number = ParseNumber(parts[i]);
+        if (!number) return false;
+        value.numbers[i] = *number;
+    }
+    return true;
+}
+
+bool ParseHexColor(std::string_view digits, ControlValue& value) {
+    if (digits.size() != 6 && digits.size() != 8) return false;
+    for (std::size_t i = 0; i < digits.size() / 2; ++i) {
+        unsigned channel = 0;
+        const char* first = digits.data() + 2 * i;
+        const auto [end, error] = std::from_chars(first, first + 2, channel, 16);
+        if (error != std::errc() || end != first + 2) return false;
+        value.numbers[i] = static_cast<float>(channel) / 255.0f;
+    }
+    return true;
+}
+
+bool ParseOneNumber(const Parameter&, std::string_view text, ControlValue& value) {
+    return ParseNumbers(text, 1, 1, value);
+}
+
+bool ParsePoint(const Parameter&, std::string_view text, ControlValue& value) {
+    return ParseNumbers(text, 3, 3, value);
+}
+
+bool ParsePoint2D(const Parameter&, std::string_view text, ControlValue& value) {
+    return ParseNumbers(text, 2, 2, value);
+}
+
+bool ParseColor(const Parameter&, std::string_view text, ControlValue& value) {
+    value.numbers[3] = 1;
+    if (text.starts_with('#')) return ParseHexColor(text.substr(1), value);
+    return ParseNumbers(text, 3, 4, value);
+}
+
+bool ParseSwitch(const Parameter&, std::string_view text, ControlValue& value) {
+    const bool isOn = text == "true" || text == "1";
+    value.integer = isOn;
+    return isOn || text == "false" || text == "0";
+}
+
+// An entry's text comes first, so that entries that are numbers themselves mean what they say.
+bool ParseChoice(const Parameter& control, std::string_view text, ControlValue& value) {
+    const auto entries = Split(control.choices, '|');
+    std::size_t chosen = 0;
+    for (std::size_t i = entries.size(); i > 0; --i) {
+        if (entries[i - 1] == text) chosen = i;
+    }
+    if (chosen == 0) {
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), chosen);
+        if (error != std::errc() || end != text.data() + text.size() || chosen > entries.size()) return false;
+    }
+    value.integer = static_cast<std::int32_t>(chosen);
+    return chosen != 0;
+}
+
+struct ValueForm {
+    std::uint32_t kind;
+    bool (*parse)(const Parameter& control, std::string_view text, ControlValue& value);
+    const char* expected;
+};
+
+constexpr ValueForm kValueForms[] = {
+    {FLOAT, ParseOneNumber, "a number"},
+    {ANGLE, ParseOneNumber, "a number of degrees"},
+    {POINT, ParsePoint, "x,y,z"},
+    {POINT2D, ParsePoint2D, "x,y in pixels"},
+    {COLOR, ParseColor, "red,green,blue[,alpha] from 0 to 1, or #rrggbb[aa]"},
+    {BOOL, ParseSwitch, "true or false"},
+    {POPUP, ParseChoice, "one of the entries, or its number from 1"},
+};
+
+}  // namespace
+
+ControlValue ParseControlValue(const Parameter& control, std::string_view text) {
+    if (control.kind == LAYER) {
+        throw WrongCommandLine(
+            fmt::format("{0}: is a layer; give it a picture with --layer {0}=FILE", control.uniformName));
+    }
+    for (const ValueForm& form : kValueForms) {
+        if (form.kind != control.kind) continue;
+        ControlValue value;
+        if (form.parse(control, text, value)) return value;
+        const std::string entries = control.kind == POPUP ? fmt::format(" ({})", control.choices) : "";
+        throw WrongCommandLine(fmt::format("{}: \"{}\" is no value for it; it takes {}{}", control.uniformName, text,
+                                           form.expected, entries));
+    }
+    throw WrongCommandLine(
+        fmt::format("{}: groups, paths and textures have no value that can be set; leave it out", control.uniformName));
+}
+
+}  // namespace quillon::cli

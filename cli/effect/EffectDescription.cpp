@@ -1,0 +1,69 @@
+#include "cli/effect/EffectDescription.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+#include "cli/effect/ConfigChecks.h"
+#include "package/ConfigDocument.h"
+#include "package/EffectFlags.h"
+#include "package/EffectVersion.h"
+#include "packer/PackageError.h"
+#include "packer/PiPL.h"
+
+namespace quillon::cli {
+
+namespace {
+
+// Blanks and line breaks around a value are the file's layout.
+std::string TextOf(const ConfigDocument& config, const wchar_t* key) {
+    constexpr const char* kBlanks = " \t\r\n";
+    const std::string value = config.GetValue(key);
+    const std::size_t first = value.find_first_not_of(kBlanks);
+    return first == std::string::npos ? "" : value.substr(first, value.find_last_not_of(kBlanks) + 1 - first);
+}
+
+constexpr std::string_view kMatchNamePrefix = "QLV";
+
+// Made of the name. Throws PackageError when that gives none that hosts take.
+std::string DefaultMatchName(const std::string& name) {
+    std::string matchName(kMatchNamePrefix);
+    std::ranges::copy_if(name, std::back_inserter(matchName), [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    });
+    // The prefix alone would be the same for two effects.
+    if (matchName == kMatchNamePrefix)
+        throw PackageError("FXNAME: has no letter or digit to make a match name of; give a MATCH_NAME");
+    if (matchName.size() > kLongestIdentityText)
+        throw PackageError(
+            "FXNAME: too long to make a match name of, which has at most 28 letters and digits of it; "
+            "give a MATCH_NAME");
+    return matchName;
+}
+
+}  // namespace
+
+std::vector<std::byte> DescribeEffect(const EffectSource& source) {
+    const ConfigDocument config(source.textOf("config.xml"));
+    EffectIdentity identity{.name = TextOf(config, L"FXNAME"),
+                            .category = TextOf(config, L"CATEGORY"),
+                            .matchName = TextOf(config, L"MATCH_NAME"),
+                            .version = EffectVersion::FromConfig(config).HostWord(),
+                            .outFlags = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) | kFixedOutFlags,
+                            .outFlags2 = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2"))};
+    if (identity.category.empty()) identity.category = "Quillon";
+    try {
+        // Without a name it is the name that is refused.
+        if (identity.matchName.empty() && !identity.name.empty()) identity.matchName = DefaultMatchName(identity.name);
+        return MakePiPL(identity);
+    } catch (const PackageError& error) {
+        const std::string words = error.what();
+        throw EffectFault({{.path = source.pathOf("config.xml"),
+                            .line = LineOfKey(source, words.substr(0, words.find(':'))),
+                            .text = words,
+                            .kind = Diagnostic::Kind::config}});
+    }
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "cli/effect/EffectSource.h"
+
+namespace quillon::cli {
+
+// The description that a Windows module carries, see PiPL.h, from a config.xml that parses. Its numbers are those that
+// the module itself answers to hosts. Without CATEGORY the category is "Quillon", without MATCH_NAME the match name is
+// "QLV" and the ASCII letters and digits of FXNAME. Throws EffectFault for a text that hosts would not take.
+std::vector<std::byte> DescribeEffect(const EffectSource& source);
+
+}  // namespace quillon::cli

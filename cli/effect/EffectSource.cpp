@@ -1,0 +1,112 @@
+#include "cli/effect/EffectSource.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "cli/effect/SourceChecks.h"
+#include "packer/PackageError.h"
+#include "packer/PackageReader.h"
+#include "platform/Utf8Path.h"
+
+namespace quillon::cli {
+
+namespace {
+
+bool EqualIgnoringCase(std::string_view left, std::string_view right) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; };
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [&](char a, char b) { return lower(a) == lower(b); });
+}
+
+std::string_view ContentOf(const PackageFile& file) {
+    return {reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size()};
+}
+
+}  // namespace
+
+const PackageFile* EffectSource::find(std::string_view name) const {
+    const auto found = std::find_if(files.begin(), files.end(),
+                                    [&](const PackageFile& file) { return EqualIgnoringCase(file.name, name); });
+    return found != files.end() ? &*found : nullptr;
+}
+
+std::string EffectSource::textOf(std::string_view name) const {
+    const PackageFile* file = find(name);
+    if (!file) return {};
+    const std::string_view all(reinterpret_cast<const char*>(file->bytes.data()), file->bytes.size());
+    return std::string(all.substr(0, all.find('\0')));
+}
+
+std::string EffectSource::pathOf(std::string_view name) const {
+    const PackageFile* file = find(name);
+    return (path / PathFromUtf8(file ? std::string_view(file->name) : name))
+        .generic_string();  // one form for editors on every system
+}
+
+EffectSource ReadEffectSource(const std::filesystem::path& path) {
+    std::error_code ignored;
+    if (!std::filesystem::exists(path, ignored)) {
+        throw Fault(
+            fmt::format("{}: no such effect; give the folder that holds its fx.js and config.xml, or a packed module",
+                        path.string()));
+    }
+    try {
+        if (std::filesystem::is_directory(path, ignored)) return {path, ReadEffectFolder(path)};
+        return {path, ReadPackage(path), /*isModule=*/true};
+    } catch (const PackageError& error) {
+        throw PackageFault(path, error);
+    }
+}
+
+// The words begin with the path of the effect or of a file in it, when there is one to name.
+ToolError PackageFault(const std::filesystem::path& path, const PackageError& error) {
+    const std::string_view words = error.what();
+    Diagnostic diagnostic{.path = path.generic_string(), .text = std::string(words), .kind = Diagnostic::Kind::package};
+    const std::size_t pathEnd = words.find(": ");
+    if (words.starts_with(diagnostic.path) && pathEnd != std::string_view::npos) {
+        diagnostic.path = words.substr(0, pathEnd);
+        diagnostic.text = words.substr(pathEnd + 2);
+    }
+    return EffectFault({diagnostic});
+}
+
+Diagnostics CheckPackage(const EffectSource& source) {
+    constexpr std::pair<const char*, Diagnostic::Kind> kRequired[] = {{"config.xml", Diagnostic::Kind::config},
+                                                                      {"fx.js", Diagnostic::Kind::package}};
+    Diagnostics diagnostics;
+    for (const auto& [name, kind] : kRequired) {
+        if (source.find(name)) continue;
+        diagnostics.push_back(
+            {.path = source.pathOf(name), .text = "no such file; every effect needs one", .kind = kind});
+    }
+    if (const PackageFile* config = source.find("config.xml")) {
+        const Diagnostics found = CheckConfig(source.pathOf("config.xml"), ContentOf(*config));
+        diagnostics.insert(diagnostics.end(), found.begin(), found.end());
+    }
+    return diagnostics;
+}
+
+Diagnostics CheckSource(const EffectSource& source) {
+    Diagnostics diagnostics = CheckPackage(source);
+    if (const PackageFile* script = source.find("fx.js")) {
+        const Diagnostics found = CheckScriptEncoding(source.pathOf("fx.js"), ContentOf(*script));
+        diagnostics.insert(diagnostics.end(), found.begin(), found.end());
+    }
+    return diagnostics;
+}
+
+EffectSource ReadCheckedSource(const std::filesystem::path& path) {
+    EffectSource source = ReadEffectSource(path);
+    ThrowIfAny(CheckSource(source));
+    return source;
+}
+
+int CountLines(std::string_view text) {
+    const auto ends = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    return ends + (text.empty() || text.back() == '\n' ? 0 : 1);
+}
+
+}  // namespace quillon::cli

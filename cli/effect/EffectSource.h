@@ -1,0 +1,50 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/diagnostics/Diagnostic.h"
+#include "packer/EffectFolder.h"
+
+namespace quillon {
+struct PackageError;
+}
+
+namespace quillon::cli {
+
+// The files of an effect, from its author's folder or read back out of a module.
+struct EffectSource {
+    std::filesystem::path path;  // of the folder or the module, as the user names it
+    std::vector<PackageFile> files;
+    bool isModule = false;
+
+    // The file that the engine finds by this name, which ignores ASCII case; null when there is none.
+    const PackageFile* find(std::string_view name) const;
+    // Its text as the engine sees it, up to the first zero byte; empty when there is none.
+    std::string textOf(std::string_view name) const;
+    // Its path, for messages; of a missing file the path where it should be. In a module it is "MODULE/FILE".
+    std::string pathOf(std::string_view name) const;
+};
+
+// A folder or a packed module. Throws a Fault when there is neither, and EffectFault for a folder that cannot become a
+// package and for a module whose package cannot be read.
+EffectSource ReadEffectSource(const std::filesystem::path& path);
+
+// Why the effect at this path cannot become a package, or is none.
+ToolError PackageFault(const std::filesystem::path& path, const PackageError& error);
+
+// What keeps the files from being an effect: config.xml or fx.js absent, XML that does not parse.
+Diagnostics CheckPackage(const EffectSource& source);
+
+// The same, and a script that is not UTF-8: whatever can be told before the engine sees the files.
+Diagnostics CheckSource(const EffectSource& source);
+
+// ReadEffectSource, and EffectFault for what CheckSource finds.
+EffectSource ReadCheckedSource(const std::filesystem::path& path);
+
+// Lines of a text; an unfinished last line counts.
+int CountLines(std::string_view text);
+
+}  // namespace quillon::cli

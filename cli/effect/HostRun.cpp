@@ -1,0 +1,27 @@
+#include "cli/effect/HostRun.h"
+
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+namespace quillon::cli {
+
+HostRun::HostRun(host::EffectModule effect, const host::HostSettings& settings) : session(effect, settings) {
+    // The effect copies pixels through the host in one case alone: when there is no frame to write.
+    session.hooks().at[host::Callback::copy] = [this](const host::CallbackEvent&) { hasCopied = true; };
+}
+
+void HostRun::updatePanel() {
+    if (const PF_Err error = session.updateParamsUI(*applied).error)
+        throw std::runtime_error(fmt::format("UPDATE_PARAMS_UI answered {}", error));
+}
+
+HostFrame HostRun::render(const host::FrameRequest& request) {
+    hasCopied = false;
+    HostFrame frame;
+    frame.result = session.renderFrame(*applied, request);
+    frame.isInput = hasCopied;
+    return frame;
+}
+
+}  // namespace quillon::cli

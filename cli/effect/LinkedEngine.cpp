@@ -1,0 +1,78 @@
+#include "cli/effect/LinkedEngine.h"
+
+#include <GL/glew.h>
+
+#include "cli/effect/ScriptFaults.h"
+#include "cli/effect/ShaderFaults.h"
+#include "engine/AEQuillon2.h"
+
+extern "C" PF_Err EntryPointFunc(PF_Cmd, PF_InData*, PF_OutData*, PF_ParamDef*[], PF_LayerDef*, void*);
+
+namespace quillon::cli::LinkedEngine {
+
+namespace {
+
+// The engine's GL lock for a scope.
+class Lock {
+public:
+    Lock() {
+        if (!AEQuillon2::instance().lockGL())
+            throw Fault(
+                "no OpenGL: the system gives no context; install a graphics driver, or Mesa's software renderer "
+                "(Debian: libgl1-mesa-dri libegl-mesa0)");
+    }
+    ~Lock() { AEQuillon2::instance().unlockGL(); }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+};
+
+}  // namespace
+
+host::EffectModule WithPackageOf(const host::EffectModule& module) {
+    return host::EffectModule(EntryPointFunc, module.handle());
+}
+
+void Listen() {
+    CollectScriptErrors();
+}
+
+Diagnostics TakeFaults(const EffectSource& source) {
+    Diagnostics faults = TakeScriptFaults(source);
+    std::string errors;
+    const Diagnostics shaderFaults = ExplainShaderErrors(AEQuillon2::instance().shaderErrors(errors), source);
+    faults.insert(faults.end(), shaderFaults.begin(), shaderFaults.end());
+    return faults;
+}
+
+std::vector<Parameter> Declarations() {
+    IPlugin& engine = AEQuillon2::instance();
+    std::vector<Parameter> declarations;
+    for (std::uint32_t i = 0; i < engine.parameterCount(); ++i) declarations.push_back(*engine.parameterInfo(i));
+    return declarations;
+}
+
+std::uint32_t Flags() {
+    return AEQuillon2::instance().effectFlags();
+}
+
+std::uint32_t Flags2() {
+    return AEQuillon2::instance().effectFlags2();
+}
+
+void RequireOpenGL() {
+    const Lock lock;
+}
+
+std::uint32_t LargestExtent() {
+    const Lock lock;
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    return static_cast<std::uint32_t>(largest);
+}
+
+void DrawNothing() {
+    const Lock lock;
+    if (GLEW_VERSION_3_0) glEnable(GL_RASTERIZER_DISCARD);
+}
+
+}  // namespace quillon::cli::LinkedEngine

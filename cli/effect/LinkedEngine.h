@@ -1,0 +1,38 @@
+#pragma once
+
+#include <vector>
+
+#include "cli/effect/EffectSource.h"
+#include "host/EffectModule.h"
+#include "parameter/Parameter.h"
+
+namespace quillon::cli {
+
+// The engine that is linked into the tool, with its shell around it. A module says nothing to anybody; this one can be
+// asked. Given a module's handle it runs that module's package, and shares nothing with the engine inside of it.
+namespace LinkedEngine {
+
+// As a host would load it, with the package of `module`.
+host::EffectModule WithPackageOf(const host::EffectModule& module);
+
+// Keeps what goes wrong in the script, from now on.
+void Listen();
+// The script errors since the last call, and what is wrong with the shaders now.
+Diagnostics TakeFaults(const EffectSource& source);
+
+// All declarations of the script, hidden ones too.
+std::vector<Parameter> Declarations();
+// What config.xml has the host told.
+std::uint32_t Flags();
+std::uint32_t Flags2();
+
+// Throws a Fault when there is no OpenGL for us.
+void RequireOpenGL();
+// Pixels that a picture may have in either direction.
+std::uint32_t LargestExtent();
+// From now on its passes fill no pixels, so that a frame costs little more than its script.
+void DrawNothing();
+
+}  // namespace LinkedEngine
+
+}  // namespace quillon::cli

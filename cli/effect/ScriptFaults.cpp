@@ -1,0 +1,117 @@
+#include "cli/effect/ScriptFaults.h"
+
+#include <fmt/format.h>
+
+#include <sstream>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cli/diagnostics/TextScanner.h"
+#include "script/Scripting.h"
+#include "script/SourcePreparation.h"
+
+namespace quillon::cli {
+
+namespace {
+
+struct EntryPoint {
+    std::string_view call;  // how the evaluated text begins
+    const char* name;
+    const char* absent;  // what to say when there is no such function
+};
+
+// The last row is the program itself, which ends with the call of setup().
+constexpr EntryPoint kEntryPoints[] = {
+    {"preRender(", "preRender",
+     "no preRender(), though its name stands in the file, so that none is supplied; define it, or do not name it"},
+    {"draw(", "draw", "no draw(); every effect needs one"},
+    {"updateUIFlags(", "updateUIFlags",
+     "no updateUIFlags(), though its name stands in the file, so that none is supplied; define it, or do not name it"},
+    {"", "setup", "no setup(); every effect needs one"},
+};
+
+const EntryPoint& FindEntryPoint(std::string_view evaluated) {
+    for (const EntryPoint& entry : kEntryPoints) {
+        if (evaluated.substr(0, entry.call.size()) == entry.call) return entry;
+    }
+    return *(std::end(kEntryPoints) - 1);
+}
+
+// The heap knows the language as it was in 2009, and says of anything newer that it cannot be parsed.
+bool UsesNewerLanguage(std::string_view line) {
+    for (const char* word : {"let", "class", "async", "import", "export"}) {
+        if (HoldsWord(line, word)) return true;
+    }
+    return line.find("=>") != std::string_view::npos || line.find('`') != std::string_view::npos;
+}
+
+std::string LineOf(const std::string& text, int line) {
+    std::istringstream stream(text);
+    std::string content;
+    for (int i = 0; i < line; ++i) std::getline(stream, content);
+    return content;
+}
+
+// A syntax error ends with " (line 12)" or " (line 12, end of input)", where the prelude counts too.
+void TakeLineOutOfText(std::string& message, int& line) {
+    constexpr std::string_view kStart = " (line ";
+    const std::size_t at = message.rfind(kStart);
+    if (at == std::string::npos) return;
+    std::string_view rest = std::string_view(message).substr(at + kStart.size());
+    const auto number = TakeNumber(rest);
+    const bool isAtEnd = TakeText(rest, ", end of input");
+    if (!number || rest != ")") return;
+    line = *number;
+    message.resize(at);
+    if (isAtEnd) message += " at the end of the file";
+}
+
+std::vector<ScriptError>& Collected() {
+    static std::vector<ScriptError> errors;
+    return errors;
+}
+
+}  // namespace
+
+Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& source) {
+    const EntryPoint& entry = FindEntryPoint(error.evaluated);
+    Diagnostic diagnostic{.path = source.pathOf("fx.js"), .kind = Diagnostic::Kind::script};
+    if (error.message == fmt::format("ReferenceError: identifier '{}' undefined", entry.name)) {
+        diagnostic.text = entry.absent;
+        return diagnostic;
+    }
+
+    std::string message = error.message;
+    int line = error.line;
+    const bool isSyntax = message.starts_with("SyntaxError");
+    if (isSyntax) TakeLineOutOfText(message, line);
+    const std::string program = source.textOf("fx.js");
+    const int authorLine = line - static_cast<int>(PreludeLineCount());
+    if (authorLine > 0 && authorLine <= CountLines(program)) diagnostic.line = authorLine;
+    if (isSyntax && diagnostic.line > 0 && UsesNewerLanguage(LineOf(program, diagnostic.line))) {
+        message += "; the script language is ECMAScript 5: var and function, no let, =>, class or `text`";
+    }
+    diagnostic.text = isSyntax ? message : fmt::format("{}: {}", entry.name, message);
+    return diagnostic;
+}
+
+void CollectScriptErrors() {
+    Scripting::SetErrorObserver([](const ScriptError& error) {
+        try {
+            Collected().push_back(error);
+        } catch (const std::bad_alloc&) {
+            // One error less to tell; an observer must not throw.
+        }
+    });
+}
+
+Diagnostics TakeScriptFaults(const EffectSource& source) {
+    Diagnostics diagnostics;
+    for (const ScriptError& error : std::exchange(Collected(), {})) {
+        diagnostics.push_back(ExplainScriptError(error, source));
+    }
+    return diagnostics;
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cli/effect/EffectSource.h"
+
+namespace quillon {
+struct ScriptError;
+}
+
+namespace quillon::cli {
+
+// A script error as its author can use it: the entry point in which it came up, and the line in fx.js where that is
+// known. The line numbers of the heap count the prelude too.
+Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& source);
+
+// Keeps all script errors of the process from the first call on.
+void CollectScriptErrors();
+
+// What has come up since the last call.
+Diagnostics TakeScriptFaults(const EffectSource& source);
+
+}  // namespace quillon::cli

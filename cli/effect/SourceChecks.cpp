@@ -1,0 +1,94 @@
+#include "cli/effect/SourceChecks.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <rapidxml/rapidxml.hpp>
+
+#include "package/XmlNesting.h"
+
+namespace quillon::cli {
+
+namespace {
+
+constexpr int kDeepestLevel = 256;  // what the engine bears
+
+int LineAt(std::string_view text, std::size_t position) {
+    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + position, '\n'));
+}
+
+// Characters from the line's start, counted from 1. What stands before `position` is valid UTF-8.
+int ColumnAt(std::string_view text, std::size_t position) {
+    const std::size_t lineEnd = text.substr(0, position).rfind('\n');
+    const std::string_view before =
+        text.substr(0, position).substr(lineEnd == std::string_view::npos ? 0 : lineEnd + 1);
+    return 1 + static_cast<int>(std::count_if(before.begin(), before.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+}
+
+// Bytes of the well-formed sequence at the start of the text; 0 when there is none.
+std::size_t SequenceLength(std::string_view text) {
+    struct Form {
+        unsigned char firstLow, firstHigh, secondLow, secondHigh;
+        std::size_t length;
+    };
+    constexpr Form kForms[] = {
+        {0x01, 0x7F, 0x00, 0x00, 1}, {0xC2, 0xDF, 0x80, 0xBF, 2}, {0xE0, 0xE0, 0xA0, 0xBF, 3},
+        {0xE1, 0xEC, 0x80, 0xBF, 3}, {0xED, 0xED, 0x80, 0x9F, 3}, {0xEE, 0xEF, 0x80, 0xBF, 3},
+        {0xF0, 0xF0, 0x90, 0xBF, 4}, {0xF1, 0xF3, 0x80, 0xBF, 4}, {0xF4, 0xF4, 0x80, 0x8F, 4},
+    };
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    for (const Form& form : kForms) {
+        if (byte(0) < form.firstLow || byte(0) > form.firstHigh) continue;
+        if (text.size() < form.length) return 0;
+        if (form.length > 1 && (byte(1) < form.secondLow || byte(1) > form.secondHigh)) return 0;
+        for (std::size_t i = 2; i < form.length; ++i) {
+            if ((byte(i) & 0xC0) != 0x80) return 0;
+        }
+        return form.length;
+    }
+    return 0;
+}
+
+}  // namespace
+
+Diagnostics CheckConfig(const std::string& path, std::string_view content) {
+    std::string text(content.substr(0, content.find('\0')));
+    if (XmlNestsDeeperThan(text, kDeepestLevel)) {
+        return {{.path = path,
+                 .text = fmt::format("elements are nested more than {} deep; effects need one level", kDeepestLevel),
+                 .kind = Diagnostic::Kind::config}};
+    }
+    rapidxml::xml_document<char> document;
+    try {
+        document.parse<0>(text.data());
+    } catch (const rapidxml::parse_error& error) {
+        // Parsing shifts the text in place but leaves what it has not come to where it is.
+        // What is missing at the end belongs behind the last thing that is there.
+        const auto position = std::min(static_cast<std::size_t>(error.where<char>() - text.data()),
+                                       content.substr(0, text.size()).find_last_not_of(" \t\r\n") + 1);
+        return {{.path = path,
+                 .line = LineAt(content, position),
+                 .text = fmt::format("not XML as effects need it: {}", error.what()),
+                 .kind = Diagnostic::Kind::config}};
+    }
+    return {};
+}
+
+Diagnostics CheckScriptEncoding(const std::string& path, std::string_view content) {
+    for (std::size_t i = 0; i < content.size();) {
+        const std::size_t length = SequenceLength(content.substr(i));
+        if (length == 0) {
+            const unsigned byte = static_cast<unsigned char>(content[i]);
+            const char* why = byte == 0 ? "ends the program here" : "is not UTF-8 text";
+            return {{.path = path,
+                     .line = LineAt(content, i),
+                     .column = ColumnAt(content, i),
+                     .text = fmt::format("byte 0x{:02X} {}; save the file as UTF-8", byte, why),
+                     .kind = Diagnostic::Kind::script}};
+        }
+        i += length;
+    }
+    return {};
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,55 @@
+#include "cli/effect/TemplateModule.h"
+
+#include <fmt/format.h>
+
+#include <string>
+#include <system_error>
+
+#include "cli/system/ModuleKind.h"
+#include "cli/system/System.h"
+#include "packer/Archive.h"
+#include "packer/ModuleWriter.h"
+#include "packer/PackageError.h"
+
+namespace quillon::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path TemplateModule(const ModuleKind& kind) {
+    const fs::path path =
+        ProgramFile().parent_path().parent_path() / "lib" / (std::string("quillon_module") + kind.ending);
+    std::error_code ignored;
+    if (!fs::exists(path, ignored)) {
+        throw Fault(
+            fmt::format("{}: the template of modules for {} is missing; build it again, and keep bin and lib "
+                        "beside each other",
+                        path.string(), kind.system));
+    }
+    return path;
+}
+
+std::vector<std::byte> Package(const EffectSource& source) {
+    try {
+        return Scramble(WriteArchive(source.files));
+    } catch (const PackageError& error) {
+        throw PackageFault(source.path, error);
+    }
+}
+
+}  // namespace
+
+void WriteEffectModule(const fs::path& output, const EffectSource& source, const std::string& remedy,
+                       std::span<const std::byte> description) {
+    const ModuleKind* const kind = ModuleKindOf(output);
+    const fs::path templateModule = TemplateModule(kind ? *kind : kOwnModuleKind);
+    const std::vector<std::byte> package = Package(source);
+    try {
+        WriteModule(output, templateModule, package, description);
+    } catch (const PackageError& error) {
+        throw Fault(fmt::format("{}; {}", error.what(), remedy));
+    }
+}
+
+}  // namespace quillon::cli

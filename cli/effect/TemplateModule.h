@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <span>
+#include <string>
+
+#include "cli/effect/EffectSource.h"
+
+namespace quillon::cli {
+
+// Writes the effect as a module for the system that the output's name tells, see ModuleKind.h: a copy of the effect
+// module without an effect, which lies in lib beside the tool's bin, with the package inside, and the description, if
+// one is given. The same files give the same bytes on every system. Throws EffectFault for files that cannot become a
+// package, and a Fault, which ends with `remedy`, when the module cannot be made.
+void WriteEffectModule(const std::filesystem::path& output, const EffectSource& source, const std::string& remedy,
+                       std::span<const std::byte> description = {});
+
+}  // namespace quillon::cli

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstdint>
+
+#include "cli/pictures/Picture.h"
+
+namespace quillon::cli {
+
+// The tool's own test picture, the same on every machine: gray and color ramps, color patches, fine lines, round
+// shapes, lights on a dark ground, and soft transparent parts. No two of its corners look alike, so that a turned or
+// mirrored picture shows. Floats 0 to 1 in the order R, G, B, A.
+Picture DrawChart(std::uint32_t width, std::uint32_t height);
+
+}  // namespace quillon::cli

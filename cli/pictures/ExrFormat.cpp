@@ -1,0 +1,165 @@
+#include <ImfChannelList.h>
+#include <ImfFrameBuffer.h>
+#include <ImfHeader.h>
+#include <ImfInputFile.h>
+#include <ImfOutputFile.h>
+#include <ImfStdIO.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <exception>
+
+#include "cli/pictures/PictureFormat.h"
+
+// Scan-line and tiled OpenEXR, half and float channels. By that format's convention color is premultiplied and
+// linear: the first is undone on the way in and done on the way out, since a host's buffers are straight; the second
+// is left as it is.
+
+namespace quillon::cli {
+
+namespace {
+
+using Imath::Box2i;
+
+constexpr const char* kColors[] = {"R", "G", "B"};
+
+std::int64_t Extent(int low, int high) {
+    return std::int64_t{high} - low + 1;
+}
+
+void CheckArea(const Box2i& window) {
+    const std::int64_t width = Extent(window.min.x, window.max.x);
+    const std::int64_t height = Extent(window.min.y, window.max.y);
+    constexpr std::int64_t kMaximumPixels = kMaximumPictureBytes / 16;
+    if (width < 1 || height < 1 || width > kMaximumPixels || height > kMaximumPixels / width) {
+        throw fmt::format("{} by {} pixels cannot be read; make it smaller", width, height);
+    }
+}
+
+// Which channel of the file feeds each of R, G, B, A: gray files have only Y. Null: the file has none.
+std::array<const char*, 4> ChooseChannels(const Imf::ChannelList& channels) {
+    const bool hasColor = std::any_of(std::begin(kColors), std::end(kColors),
+                                      [&](const char* name) { return channels.findChannel(name) != nullptr; });
+    const bool isGray = !hasColor && channels.findChannel("Y") && !channels.findChannel("RY");
+    if (!hasColor && !isGray) throw std::string("it has no channels R, G, B and no gray channel Y");
+    std::array<const char*, 4> chosen = {isGray ? "Y" : "R", isGray ? "Y" : "G", isGray ? "Y" : "B", "A"};
+    for (const char*& name : chosen) {
+        const Imf::Channel* channel = channels.findChannel(name);
+        if (channel && (channel->xSampling != 1 || channel->ySampling != 1)) {
+            throw fmt::format("channel {} is subsampled; save it with all channels in full size", name);
+        }
+        if (!channel) name = nullptr;
+    }
+    return chosen;
+}
+
+// All pixels of the data window. A gray file is read once into R and then spread; an absent alpha is 1.
+Picture ReadDataWindow(Imf::InputFile& file) {
+    const Box2i window = file.header().dataWindow();
+    const auto width = static_cast<std::uint32_t>(Extent(window.min.x, window.max.x));
+    const auto height = static_cast<std::uint32_t>(Extent(window.min.y, window.max.y));
+    const auto chosen = ChooseChannels(file.header().channels());
+    Picture picture = Picture::Make(width, height, SampleFormat::real, ChannelOrder::rgba);
+    const bool isGray = chosen[0] && chosen[0][0] == 'Y';
+
+    Imf::FrameBuffer frameBuffer;
+    for (int i = 0; i < 4; ++i) {
+        if (!chosen[i] || (isGray && (i == 1 || i == 2))) continue;
+        frameBuffer.insert(
+            chosen[i], Imf::Slice::Make(Imf::FLOAT, picture.row<float>(0) + i, window, 16, picture.rowBytes(), 1, 1));
+    }
+    file.setFrameBuffer(frameBuffer);
+    file.readPixels(window.min.y, window.max.y);
+
+    float* pixel = picture.row<float>(0);
+    for (std::size_t i = 0; i < std::size_t{width} * height; ++i, pixel += 4) {
+        if (isGray) pixel[1] = pixel[2] = pixel[0];
+        if (!chosen[3]) pixel[3] = 1;
+    }
+    return picture;
+}
+
+// The display window is what an artist sees as the frame; what the data window leaves of it is transparent black.
+Picture PlaceInFrame(Picture data, const Box2i& dataWindow, const Box2i& displayWindow) {
+    if (dataWindow == displayWindow) return data;
+    Picture frame = Picture::Make(static_cast<std::uint32_t>(Extent(displayWindow.min.x, displayWindow.max.x)),
+                                  static_cast<std::uint32_t>(Extent(displayWindow.min.y, displayWindow.max.y)),
+                                  SampleFormat::real, ChannelOrder::rgba);
+    const int left = std::max(dataWindow.min.x, displayWindow.min.x);
+    const int right = std::min(dataWindow.max.x, displayWindow.max.x);
+    const int bottom = std::min(dataWindow.max.y, displayWindow.max.y);
+    for (int y = std::max(dataWindow.min.y, displayWindow.min.y); y <= bottom && left <= right; ++y) {
+        const float* from = data.row<float>(y - dataWindow.min.y) + (std::int64_t{left} - dataWindow.min.x) * 4;
+        std::copy_n(from, Extent(left, right) * 4,
+                    frame.row<float>(y - displayWindow.min.y) + (std::int64_t{left} - displayWindow.min.x) * 4);
+    }
+    return frame;
+}
+
+// Color without alpha is light that nothing covers, and stays.
+void Unpremultiply(Picture& picture) {
+    float* pixel = picture.row<float>(0);
+    for (std::size_t i = 0; i < std::size_t{picture.width} * picture.height; ++i, pixel += 4) {
+        const float alpha = pixel[3];
+        if (!(alpha > 0) || alpha == 1) continue;
+        for (int channel = 0; channel < 3; ++channel) pixel[channel] /= alpha;
+    }
+}
+
+void Premultiply(Picture& picture) {
+    float* pixel = picture.row<float>(0);
+    for (std::size_t i = 0; i < std::size_t{picture.width} * picture.height; ++i, pixel += 4) {
+        for (int channel = 0; channel < 3; ++channel) pixel[channel] *= pixel[3];
+    }
+}
+
+}  // namespace
+
+Picture ReadExr(std::span<const std::byte> bytes, const RawLayout&) {
+    try {
+        // Bounds what the library allocates while it reads the header; the true limit follows.
+        Imf::Header::setMaxImageSize(1 << 17, 1 << 17);
+        Imf::Header::setMaxTileSize(1 << 13, 1 << 13);
+        Imf::StdISStream stream;
+        stream.str(std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        Imf::InputFile file(stream, /*numThreads=*/0);
+        const Box2i dataWindow = file.header().dataWindow();
+        const Box2i displayWindow = file.header().displayWindow();
+        CheckArea(dataWindow);
+        CheckArea(displayWindow);
+        Picture picture = PlaceInFrame(ReadDataWindow(file), dataWindow, displayWindow);
+        Unpremultiply(picture);
+        return picture;
+    } catch (const std::exception& error) {
+        throw fmt::format("{}; scan-line and tiled EXR files can be read", error.what());
+    }
+}
+
+std::vector<std::byte> WriteExr(const Picture& picture) {
+    Picture stored = Convert(picture, SampleFormat::real, ChannelOrder::rgba);
+    Premultiply(stored);
+    try {
+        Imf::Header header(static_cast<int>(stored.width), static_cast<int>(stored.height));
+        Imf::FrameBuffer frameBuffer;
+        constexpr const char* kNames[] = {"R", "G", "B", "A"};
+        for (int i = 0; i < 4; ++i) {
+            header.channels().insert(kNames[i], Imf::Channel(Imf::FLOAT));
+            frameBuffer.insert(kNames[i], Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(stored.row<float>(0) + i), 16,
+                                                     stored.rowBytes()));
+        }
+        Imf::StdOSStream stream;
+        {
+            Imf::OutputFile file(stream, header, /*numThreads=*/0);
+            file.setFrameBuffer(frameBuffer);
+            file.writePixels(static_cast<int>(stored.height));
+        }  // the table of lines is written when the file ends
+        const std::string text = stream.str();
+        const auto* first = reinterpret_cast<const std::byte*>(text.data());
+        return {first, first + text.size()};
+    } catch (const std::exception& error) {
+        throw std::string(error.what());
+    }
+}
+
+}  // namespace quillon::cli

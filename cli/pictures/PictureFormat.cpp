@@ -1,0 +1,78 @@
+#include "cli/pictures/PictureFormat.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "cli/diagnostics/ToolError.h"
+#include "cli/system/FileEnding.h"
+#include "cli/system/WholeFile.h"
+
+namespace quillon::cli {
+
+namespace {
+
+// The last row is asked when no signature fits.
+constexpr PictureFormat kFormats[] = {
+    {".png", "\x89PNG\r\n\x1a\n", ReadPng, WritePng},
+    {".exr", "\x76\x2f\x31\x01", ReadExr, WriteExr},
+    {".argb", "", ReadRaw, WriteRaw},
+    {"", "", ReadOther, nullptr},
+};
+
+const PictureFormat* FindByEnding(const std::filesystem::path& path) {
+    const std::string ending = LowerEnding(path);
+    const auto* found = std::find_if(std::begin(kFormats), std::end(kFormats),
+                                     [&](const PictureFormat& format) { return ending == format.ending; });
+    return found != std::end(kFormats) && found->write ? found : nullptr;
+}
+
+const PictureFormat& FindByContent(std::span<const std::byte> file) {
+    for (const PictureFormat& format : kFormats) {
+        const std::size_t length = std::strlen(format.signature);
+        if (length != 0 && file.size() >= length && std::memcmp(file.data(), format.signature, length) == 0) {
+            return format;
+        }
+    }
+    return *(std::end(kFormats) - 1);
+}
+
+}  // namespace
+
+bool IsRawPicture(const std::filesystem::path& path) {
+    return LowerEnding(path) == ".argb";
+}
+
+bool IsFloatPicture(const std::filesystem::path& path) {
+    return LowerEnding(path) == ".exr";
+}
+
+Picture ReadPicture(const std::filesystem::path& path, const RawLayout& layout) {
+    const std::vector<std::byte> file = ReadWholeFile(path);
+    const PictureFormat& format = IsRawPicture(path) ? *FindByEnding(path) : FindByContent(file);
+    try {
+        return format.read(file, layout);
+    } catch (const std::string& reason) {
+        throw Fault(fmt::format("{}: cannot be read as a picture: {}", path.string(), reason));
+    }
+}
+
+void RequireWritable(const std::filesystem::path& path) {
+    if (FindByEnding(path)) return;
+    throw WrongCommandLine(
+        fmt::format("{}: pictures are written as .png, .exr or .argb; give the output a name with one of these endings",
+                    path.string()));
+}
+
+void WritePicture(const std::filesystem::path& path, const Picture& picture) {
+    RequireWritable(path);
+    try {
+        WriteWholeFile(path, FindByEnding(path)->write(picture));
+    } catch (const std::string& reason) {
+        throw Fault(fmt::format("{}: cannot be written: {}", path.string(), reason));
+    }
+}
+
+}  // namespace quillon::cli

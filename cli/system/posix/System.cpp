@@ -1,0 +1,40 @@
+#include "cli/system/System.h"
+
+#include <stdlib.h>
+
+#include <climits>
+#include <system_error>
+
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
+#include "cli/system/ModuleKind.h"
+
+namespace quillon::cli {
+
+const ModuleKind& kOwnModuleKind = kModuleKinds[0];
+
+const char* const kTemporaryVariable = "TMPDIR";
+
+void PrepareProcess() {
+    // Frames are large blocks that come and go. Given back to the system each time, they cost page faults that take
+    // longer than the frame itself: with 32 bits a 1080p sequence runs three times as fast when they are kept.
+#if defined(__GLIBC__)
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, INT_MAX);
+#endif
+    // What the graphics loader has tried is no help to an author.
+    setenv("EGL_LOG_LEVEL", "fatal", /*overwrite=*/0);
+}
+
+std::vector<std::string> ProgramArguments(int argc, char** argv) {
+    return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
+
+std::filesystem::path ProgramFile() {
+    std::error_code ignored;
+    return std::filesystem::read_symlink("/proc/self/exe", ignored);
+}
+
+}  // namespace quillon::cli
