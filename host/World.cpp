@@ -13,14 +13,14 @@ namespace {
 constexpr std::size_t kStripBytes = 64;
 constexpr std::byte kGuardByte{0xC3};
 
-struct LivingWorlds {
+struct WorldList {
     std::mutex mutex;
     std::map<const void*, int> depthByPixels;
 };
 
 // Never destroyed: worlds may outlive it at the end of the process.
-LivingWorlds& LivingWorlds() {
-    static auto* const kWorlds = new LivingWorlds;
+WorldList& LivingWorlds() {
+    static auto* const kWorlds = new WorldList;
     return *kWorlds;
 }
 

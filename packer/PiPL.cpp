@@ -39,8 +39,8 @@ Bytes Code(std::string_view text) {
     return bytes;
 }
 
-template <class... Numbers>
-Bytes Numbers(Numbers... values) {
+template <class... Values>
+Bytes Numbers(Values... values) {
     Bytes bytes;
     (AppendLittle(bytes, values), ...);
     return bytes;

@@ -12,7 +12,7 @@ namespace quillon {
 
 namespace {
 
-std::uint64_t AlignUp(std::uint64_t value) {
+std::uint64_t AlignResource(std::uint64_t value) {
     return AlignUp(value, kResourceAlignment);
 }
 
@@ -48,8 +48,8 @@ public:
             }
         }
         nextText = nextEntry + kDataEntryBytes * resources.size();
-        dataStart = size = AlignUp(nextText + allTextBytes);
-        for (const auto& [key, resource] : resources) size = AlignUp(size) + resource.bytes.size();
+        dataStart = size = AlignResource(nextText + allTextBytes);
+        for (const auto& [key, resource] : resources) size = AlignResource(size) + resource.bytes.size();
     }
 
     std::uint64_t sectionBytes() const { return size; }
@@ -68,7 +68,7 @@ public:
         }
         std::uint64_t at = dataStart;
         for (const auto& [key, resource] : resources) {
-            at = AlignUp(at);
+            at = AlignResource(at);
             put(address + static_cast<std::uint32_t>(at));
             put(static_cast<std::uint32_t>(resource.bytes.size()));
             put(resource.codePage);
@@ -77,7 +77,7 @@ public:
         }
         bytes.insert(bytes.end(), texts.begin(), texts.end());
         for (const auto& [key, resource] : resources) {
-            bytes.resize(start + AlignUp(bytes.size() - start));
+            bytes.resize(start + AlignResource(bytes.size() - start));
             bytes.insert(bytes.end(), resource.bytes.begin(), resource.bytes.end());
         }
     }

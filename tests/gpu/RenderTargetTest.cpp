@@ -21,7 +21,7 @@ protected:
     }
     static GLint Status() { return static_cast<GLint>(glCheckFramebufferStatus(GL_FRAMEBUFFER)); }
     using Box = std::vector<GLint>;
-    static Box Viewport() {
+    static Box CurrentViewport() {
         Box box(4);
         glGetIntegerv(GL_VIEWPORT, box.data());
         return box;
@@ -69,7 +69,8 @@ TEST_F(RenderTargetTest, CutsTheViewportTowardZeroOrTakesTheWhole) {
                                                          {{1, 2, 0.5f, 0.5f}, {1, 2, 0, 0}}}) {
         glViewport(7, 7, 7, 7);
         target.bindTarget(given);
-        EXPECT_EQ(Viewport(), expected) << given.x << ", " << given.y << ", " << given.width << ", " << given.height;
+        EXPECT_EQ(CurrentViewport(), expected)
+            << given.x << ", " << given.y << ", " << given.width << ", " << given.height;
         EXPECT_EQ(Integer(GL_FRAMEBUFFER_BINDING), static_cast<GLint>(target.framebufferName.get()));
     }
     for (const float wild : {kNaN, 1e30f, -1e30f, std::numeric_limits<float>::infinity()}) {

@@ -15,7 +15,7 @@ protected:
             "function draw() { body(); }\n");
         addInstance();
     }
-    static Surface& Surface(std::uint32_t ordinal) { return Context::Instance().FindSurface(0x6000000 + ordinal); }
+    static Surface& SurfaceAt(std::uint32_t ordinal) { return Context::Instance().FindSurface(0x6000000 + ordinal); }
 };
 
 TEST_F(SurfaceApi, MakesEmptySurfaces) {
@@ -25,8 +25,8 @@ TEST_F(SurfaceApi, MakesEmptySurfaces) {
         {"QL_initSurface()", "throws RangeError: invalid stack index 0"},
         {"QL_initSurface('2', 2.9, 8, 'more')", "100663298"},  // the refused ones took no number
     });
-    EXPECT_EQ(Surface(1).rowBytes, 5120u);
-    EXPECT_EQ(Surface(2).height, 2u);
+    EXPECT_EQ(SurfaceAt(1).rowBytes, 5120u);
+    EXPECT_EQ(SurfaceAt(2).height, 2u);
 }
 
 TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
@@ -46,9 +46,9 @@ TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
         {"QL_textureToSurface('none') === 0", "true"},
         {"QL_textureToSurface(0x40000FF)", "100663299"},
     });
-    EXPECT_EQ(Surface(3).width, 0u);
-    EXPECT_EQ(Surface(3).height, 0u);
-    EXPECT_EQ(Surface(3).pixelAddress(), nullptr);
+    EXPECT_EQ(SurfaceAt(3).width, 0u);
+    EXPECT_EQ(SurfaceAt(3).height, 0u);
+    EXPECT_EQ(SurfaceAt(3).pixelAddress(), nullptr);
 }
 
 TEST_F(SurfaceApi, TakesTheInputAsAnAliasAndATargetAsACopy) {
@@ -59,7 +59,7 @@ TEST_F(SurfaceApi, TakesTheInputAsAnAliasAndATargetAsACopy) {
     EXPECT_EQ(frame(3, 2, 8, input), input);
     ASSERT_EQ(eval("[a, b]"), "[100663297,100663298]");
     for (const std::uint32_t ordinal : {1u, 2u}) {
-        Surface& taken = Surface(ordinal);
+        Surface& taken = SurfaceAt(ordinal);
         EXPECT_TRUE(taken.isArgbOrdered);
         ASSERT_NE(taken.pixelAddress(), nullptr);
         EXPECT_EQ(Bytes(taken.pixelAddress(), taken.pixelAddress() + 24), input);
@@ -67,7 +67,7 @@ TEST_F(SurfaceApi, TakesTheInputAsAnAliasAndATargetAsACopy) {
     }
     // The alias stays readable when the texture goes, the other one is nobody's but its own.
     EXPECT_EQ(eval("QL_release(QL_getSequenceTexture())"), "true");
-    EXPECT_EQ(Bytes(Surface(1).pixelAddress(), Surface(1).pixelAddress() + 24), input);
+    EXPECT_EQ(Bytes(SurfaceAt(1).pixelAddress(), SurfaceAt(1).pixelAddress() + 24), input);
 }
 
 TEST_F(SurfaceApi, CopiesUprightOrTurnedAtEachDepthAsTheBytesStand) {
@@ -120,8 +120,8 @@ TEST_F(SurfaceApi, QuantizesInPlaceForAllAliases) {
         " done = QL_surfaceQuantize(a, false, 1, 1, 0.5, false); QL_surfaceCopyTo(b, QL_getSequenceRT()); }");
     const Bytes output = frame(3, 2, 8, input);
     ASSERT_EQ(eval("[a, b, done]"), "[100663297,100663298,true]");
-    EXPECT_EQ(Surface(1).pixelAddress(), Surface(2).pixelAddress());
-    EXPECT_EQ(Bytes(Surface(2).pixelAddress(), Surface(2).pixelAddress() + 24), output);
+    EXPECT_EQ(SurfaceAt(1).pixelAddress(), SurfaceAt(2).pixelAddress());
+    EXPECT_EQ(Bytes(SurfaceAt(2).pixelAddress(), SurfaceAt(2).pixelAddress() + 24), output);
     for (std::size_t pixel = 0; pixel < 24; pixel += 4) {
         EXPECT_EQ(output[pixel], input[pixel]);
         EXPECT_TRUE(output[pixel + 1] == std::byte{0} || output[pixel + 1] == std::byte{255});
@@ -135,12 +135,12 @@ TEST_F(SurfaceApi, TakesTheArgumentsOfAQuantizeInTheScriptsOrder) {
     ASSERT_EQ(eval("s = QL_textureToSurface(QL_getSequenceTexture())"), "100663297");
     const auto quantized = [&](const char* arguments, std::uint32_t bits = 8) {
         constexpr std::uint8_t kTwoRows[] = {7, 10, 10, 10, 7, 10, 10, 10, 7, 100, 100, 100, 7, 100, 100, 100};
-        std::memcpy(Surface(1).pixelAddress(), kTwoRows, sizeof kTwoRows);
-        Surface(1).bitDepth = bits;
+        std::memcpy(SurfaceAt(1).pixelAddress(), kTwoRows, sizeof kTwoRows);
+        SurfaceAt(1).bitDepth = bits;
         EXPECT_EQ(eval("QL_surfaceQuantize(s, " + std::string(arguments) + ")"), "true");
         std::string reds;
         for (std::size_t pixel = 0; pixel < 16; pixel += 4)
-            reds += std::to_string(static_cast<int>(Surface(1).pixelAddress()[pixel + 1])) + " ";
+            reds += std::to_string(static_cast<int>(SurfaceAt(1).pixelAddress()[pixel + 1])) + " ";
         return reds;
     };
     EXPECT_EQ(quantized("false, 1, 3, 0.42, false"), "0 0 0 255 ");

@@ -49,7 +49,7 @@ TEST_P(Exactness, SmartRouteReturnsEveryValue) {
     HostSettings settings;
     settings.rowPaddingPixels = padding;
     HostSession& session = start(IdentityScript(), settings, IdentityFiles());
-    const FrameResult frame = session.renderFrame(session.apply(), {World(session, kSide, kSide, AllValues(depth))});
+    const FrameResult frame = session.renderFrame(session.apply(), {WorldOf(session, kSide, kSide, AllValues(depth))});
     EXPECT_EQ(frame.error(), 0);
     EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
 }
@@ -62,7 +62,7 @@ TEST_P(Exactness, ClassicRouteReturnsEveryValueInASizeOfItsOwn) {
     settings.rowPaddingPixels = padding;
     HostSession& session = start(IdentityScript("function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }"),
                                  settings, IdentityFiles());
-    const FrameResult frame = session.renderFrame(session.apply(), {World(session, kSide, kSide, AllValues(depth))});
+    const FrameResult frame = session.renderFrame(session.apply(), {WorldOf(session, kSide, kSide, AllValues(depth))});
     EXPECT_EQ(frame.error(), 0);
     EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
 }
@@ -76,7 +76,7 @@ TEST_P(Exactness, PremiereReturnsEveryValueOfThePartThatItDraws) {
     HostSession& session = start(IdentityScript(), settings, IdentityFiles());
     const FrameResult frame = session.renderFrame(
         session.apply(),
-        {.input = World(session, kSide, kSide, AllValues(depth)), .layerWidth = kSide + 1, .layerHeight = kSide + 1});
+        {.input = WorldOf(session, kSide, kSide, AllValues(depth)), .layerWidth = kSide + 1, .layerHeight = kSide + 1});
     EXPECT_EQ(frame.error(), 0);
     EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
 }

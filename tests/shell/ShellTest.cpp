@@ -70,7 +70,7 @@ HostSession& ShellTest::start(const std::string& script, const HostSettings& set
     return session;
 }
 
-std::shared_ptr<World> ShellTest::World(const HostSession& session, A_long width, A_long height, const Bytes& tight) {
+std::shared_ptr<World> ShellTest::WorldOf(const HostSession& session, A_long width, A_long height, const Bytes& tight) {
     const auto depth = static_cast<int>(2 * tight.size() / static_cast<std::size_t>(width * height));
     std::shared_ptr<World> made = session.newWorld(width, height, depth);
     made->write(tight);
@@ -78,9 +78,9 @@ std::shared_ptr<World> ShellTest::World(const HostSession& session, A_long width
 }
 
 std::shared_ptr<World> ShellTest::Picture(const HostSession& session, int depth, A_long width, A_long height) {
-    return World(session, width, height,
-                 DistinctPicture(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height),
-                                 static_cast<std::uint32_t>(depth)));
+    return WorldOf(session, width, height,
+                   DistinctPicture(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height),
+                                   static_cast<std::uint32_t>(depth)));
 }
 
 bool PassesGate(PF_Cmd cmd, int milliseconds) {
