@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "package/KeySchedule.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PackageNames.h"
 
 namespace quillon {
@@ -43,7 +43,7 @@ void EraseDates(std::span<std::byte> archive) {
 }
 
 [[noreturn]] void FailForSize() {
-    throw PackageError("the package is too large; it must stay below 4 GiB");
+    throw FileError("", "the package is too large, it must stay below 4 GiB", "use fewer or smaller files");
 }
 
 }  // namespace
@@ -51,7 +51,8 @@ void EraseDates(std::span<std::byte> archive) {
 std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files) {
     CheckPackageNames(files);
     if (files.size() > kMostFiles)
-        throw PackageError(std::to_string(files.size()) + " files; a package holds at most 65535");
+        throw FileError("", std::to_string(files.size()) + " files, and a package holds at most 65535",
+                        "use fewer files");
 
     Writer writer;
     if (!mz_zip_writer_init_heap(&writer.zip, 0, 0)) throw std::bad_alloc();

@@ -2,10 +2,9 @@
 
 #include <cstdint>
 #include <string>
-#include <system_error>
 #include <vector>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PortableExecutable.h"
 #include "packer/WholeFile.h"
 #include "packer/WindowsModule.h"
@@ -36,23 +35,19 @@ void AppendPackage(std::vector<std::byte>& module, std::span<const std::byte> sc
 
 void WriteModule(const fs::path& output, const fs::path& templateModule, std::span<const std::byte> scrambledPackage,
                  std::span<const std::byte> description) {
-    if (scrambledPackage.size() > 0xFFFFFFFF) throw PackageError("the package is too large; it must stay below 4 GiB");
+    if (scrambledPackage.size() > 0xFFFFFFFF)
+        throw FileError("", "the package is too large, it must stay below 4 GiB", "use fewer or smaller files");
     std::vector<std::byte> module = ReadWholeFile(templateModule);
     if (!IsPortableExecutable(module)) {
         AppendPackage(module, scrambledPackage);
     } else {
         try {
             module = MakeWindowsModule(module, scrambledPackage, description);
-        } catch (const PackageError& error) {
-            throw PackageError(templateModule.string() + ": " + error.what());
+        } catch (const FileError& error) {
+            throw error.at(templateModule.string());
         }
     }
-
-    std::error_code error;
-    // The template may be read-only; its module has to be replaced the next time.
-    const fs::perms permissions = fs::status(templateModule, error).permissions() | fs::perms::owner_write;
-    if (!error) error = WriteWholeFile(output, module, permissions);
-    if (error) throw PackageError(output.string() + ": cannot be written; " + error.message());
+    WriteWholeFile(output, module);
 }
 
 }  // namespace quillon

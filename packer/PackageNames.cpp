@@ -3,7 +3,7 @@
 #include <map>
 #include <string_view>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 
 namespace quillon {
 
@@ -23,13 +23,15 @@ void CheckPackageNames(const std::vector<PackageFile>& files) {
     std::map<std::string, const std::string*> seen;
     for (const auto& [name, bytes] : files) {
         if (name.empty() || name.size() > kLongestName)
-            throw PackageError("a file's name has " + std::to_string(name.size()) + " bytes; it needs 1 to 65535");
+            throw FileError("", "a file's name has " + std::to_string(name.size()) + " bytes", "give it 1 to 65535");
         if (name.find_first_of(std::string_view("/\\:\0", 4)) != std::string::npos)
-            throw PackageError("'" + name +
-                               "': a name in a package cannot hold '/', '\\', ':' or zero; rename the file");
+            throw FileError("", "'" + name + "' holds '/', '\\', ':' or zero, which no name in a package can",
+                            "rename the file");
         if (const auto [other, isNew] = seen.emplace(FoldAsciiCase(name), &name); !isNew)
-            throw PackageError("'" + *other->second + "' and '" + name +
-                               "' are the same name in a package, where case does not count; rename one");
+            throw FileError(
+                "",
+                "'" + *other->second + "' and '" + name + "' are the same name in a package, where case does not count",
+                "rename one");
     }
 }
 

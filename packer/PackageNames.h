@@ -6,7 +6,7 @@
 
 namespace quillon {
 
-// Throws PackageError unless the engine can fetch each of the files by its name: not empty, without '/', '\', ':' and
+// Throws FileError unless the engine can fetch each of the files by its name: not empty, without '/', '\', ':' and
 // zero bytes, at most 65,535 bytes long, and no two that differ in the case of ASCII letters only.
 void CheckPackageNames(const std::vector<PackageFile>& files);
 

@@ -8,7 +8,7 @@
 #include "package/ArchiveLimits.h"
 #include "package/ZipArchive.h"
 #include "packer/Archive.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PortableExecutable.h"
 #include "packer/WholeFile.h"
 #include "packer/WindowsModule.h"
@@ -30,12 +30,11 @@ std::vector<std::byte> PlainArchive(const std::filesystem::path& module) {
     try {
         package =
             IsPortableExecutable(file) ? PackageOfWindowsModule(file) : PackageBehindImage(file).value_or(package);
-    } catch (const PackageError& error) {
-        throw PackageError(module.string() + ": " + error.what());
+    } catch (const FileError& error) {
+        throw error.at(module.string());
     }
     if (package.empty())
-        throw PackageError(module.string() +
-                           ": carries no package; give an effect's folder, or a module of quillon pack");
+        throw FileError(module.string(), "carries no package", "give an effect's folder, or a module of quillon pack");
     return Unscramble(package);
 }
 
@@ -46,7 +45,7 @@ std::vector<PackageFile> ReadPackage(const std::filesystem::path& module) {
     const auto archive = ZipArchive::Open(plain);
     Listing listing;
     if (!archive || !mz_zip_reader_init_mem(&listing.zip, plain.data(), *LengthOfSoundArchive(plain), 0))
-        throw PackageError(module.string() + ": its package is damaged; pack the effect again");
+        throw FileError(module.string(), "its package is damaged", "pack the effect again");
     std::vector<PackageFile> files;
     for (mz_uint i = 0; i < mz_zip_reader_get_num_files(&listing.zip); ++i) {
         mz_zip_archive_file_stat entry;
@@ -58,8 +57,7 @@ std::vector<PackageFile> ReadPackage(const std::filesystem::path& module) {
         name.resize(name.size() - 1);  // its end
         PackageFile file{name, archive->Read(name)};
         if (file.bytes.size() != entry.m_uncomp_size)
-            throw PackageError(module.string() + ": '" + file.name +
-                               "' in its package is damaged; pack the effect again");
+            throw FileError(module.string(), "'" + file.name + "' in its package is damaged", "pack the effect again");
         files.push_back(std::move(file));
     }
     return files;

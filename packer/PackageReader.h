@@ -8,7 +8,7 @@
 namespace quillon {
 
 // The files of the package that a module carries, in the package's order: what ReadEffectFolder gave when it was
-// packed. Throws PackageError for a file that cannot be read or carries no package, and for a package that is damaged.
+// packed. Throws FileError for a file that cannot be read or carries no package, and for a package that is damaged.
 std::vector<PackageFile> ReadPackage(const std::filesystem::path& module);
 
 }  // namespace quillon

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "platform/LittleEndian.h"
 
 namespace quillon {
@@ -56,12 +56,12 @@ Bytes ZeroTerminated(std::string_view text) {
 }
 
 Bytes PascalString(const char* key, std::string_view text) {
-    if (text.empty()) throw PackageError(std::string(key) + ": empty; hosts need 1 to 31 bytes of text");
+    if (text.empty()) throw FileError(key, "empty", "hosts need 1 to 31 bytes of text");
     if (text.size() > kLongestIdentityText)
-        throw PackageError(std::string(key) + ": '" + std::string(text) + "' has " + std::to_string(text.size()) +
-                           " bytes; hosts take at most 31");
+        throw FileError(key, "'" + std::string(text) + "' has " + std::to_string(text.size()) + " bytes",
+                        "hosts take at most 31");
     if (std::ranges::any_of(text, [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }))
-        throw PackageError(std::string(key) + ": holds a line break or another control character; take it out");
+        throw FileError(key, "holds a line break or another control character", "take it out");
     Bytes bytes = {static_cast<std::byte>(text.size())};
     AppendText(bytes, text);
     Pad(bytes);

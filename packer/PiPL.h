@@ -20,7 +20,7 @@ struct EffectIdentity {
     std::uint32_t outFlags2 = 0;
 };
 
-// The description as the bytes of the resource that Windows hosts look for. Throws PackageError, which begins with the
+// The description as the bytes of the resource that Windows hosts look for. Throws FileError, which begins with the
 // config.xml key at fault, for a text that is empty, longer than the host's 31 bytes, or holds control characters.
 std::vector<std::byte> MakePiPL(const EffectIdentity& identity);
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "packer/AlignUp.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PortableExecutableRecords.h"
 #include "packer/ResourceDirectory.h"
 #include "platform/LittleEndian.h"
@@ -20,7 +20,7 @@ constexpr std::uint16_t kPe32Plus = 0x20B;
 constexpr std::uint32_t kMostAlignment = 1 << 16;
 
 [[noreturn]] void Fail(const std::string& why) {
-    throw PackageError("no sound 64-bit Windows module, " + why + "; take another one");
+    throw FileError("", "not a valid 64-bit Windows module: " + why, "use another one");
 }
 
 bool StartsWith(std::span<const std::byte> bytes, std::string_view text) {

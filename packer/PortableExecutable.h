@@ -15,18 +15,18 @@ bool IsPortableExecutable(std::span<const std::byte> file);
 // A 64-bit Windows module (PE32+), as the bytes of its file.
 class PortableExecutable {
 public:
-    // Reads the headers; `fileBytes` stay where they are as long as the object lives. Throws PackageError, without a
+    // Reads the headers; `fileBytes` stay where they are as long as the object lives. Throws FileError, without a
     // path, for a file that no loader would take: no such headers, sections out of order or outside of the file.
     explicit PortableExecutable(std::span<const std::byte> fileBytes);
 
-    // Their bytes lie in the file. Throws PackageError when the directory is damaged, see ResourceDirectory.h.
+    // Their bytes lie in the file. Throws FileError when the directory is damaged, see ResourceDirectory.h.
     Resources resources() const;
 
     // A copy of the file with these resources in the place of its own. A resource section that ends the image is
     // written anew where it is; otherwise a new one is put behind the last section, and the old one stays as dead
     // bytes, since nothing behind it can move. What follows the sections (a symbol table) follows them still, and a
     // signature, which would be wrong, is dropped. Depends on nothing but the file and the resources, and done again
-    // with its own result for the file it gives that result. Throws PackageError when headers or address space have no
+    // with its own result for the file it gives that result. Throws FileError when headers or address space have no
     // room.
     std::vector<std::byte> withResources(const Resources& resources) const;
 

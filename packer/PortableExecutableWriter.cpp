@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "packer/AlignUp.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PortableExecutable.h"
 #include "packer/PortableExecutableRecords.h"
 #include "packer/ResourceDirectory.h"
@@ -63,8 +63,8 @@ PortableExecutable::Placement PortableExecutable::placeResources() const {
                          std::ranges::all_of(bytesAt(newHeader, pe::kSectionHeaderBytes),
                                              [](std::byte byte) { return byte == std::byte{}; });
     if (!hasRoom)
-        throw PackageError(
-            "its headers have no room for one more section; link the module with a .rsrc section at its end");
+        throw FileError("", "its headers have no room for one more section",
+                        "link the module with a .rsrc section at its end");
     return {sections.size(), AlignUp(std::uint64_t{last.address} + last.imageBytes, sectionAlignment),
             AlignUp(overlay, fileAlignment), overlay};
 }
@@ -125,7 +125,8 @@ std::vector<std::byte> PortableExecutable::withResources(const Resources& resour
 
     const Placement placement = placeResources();
     const std::uint64_t taken = std::max(placement.address, placement.position + rest.size()) + sectionAlignment;
-    if (taken > kMostBytes) throw PackageError("too large; a Windows module must stay below 2 GiB");
+    if (taken > kMostBytes)
+        throw FileError("", "too large, a Windows module must stay below 2 GiB", "use another template");
     std::vector<std::byte> out(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(placement.copiedBytes));
     out.resize(placement.position);
     AppendResourceSection(out, resources, static_cast<std::uint32_t>(placement.address), kMostBytes - taken);

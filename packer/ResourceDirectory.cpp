@@ -1,6 +1,6 @@
 #include "packer/ResourceDirectory.h"
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/ResourceRecords.h"
 #include "platform/LittleEndian.h"
 
@@ -34,7 +34,7 @@ public:
 
 private:
     [[noreturn]] static void Fail(const char* why) {
-        throw PackageError(std::string("its resource directory ") + why + "; take another module");
+        throw FileError("", std::string("its resource directory ") + why, "use another module");
     }
 
     std::span<const std::byte> at(std::size_t offset, std::size_t size) const {

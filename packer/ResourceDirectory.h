@@ -10,11 +10,11 @@
 
 namespace quillon {
 
-// A module's bytes from an address in the loaded image on; throws PackageError unless `size` bytes are there.
+// A module's bytes from an address in the loaded image on; throws FileError unless `size` bytes are there.
 using ImageBytes = std::function<std::span<const std::byte>(std::uint32_t address, std::uint32_t size)>;
 
 // Reads the resources of the directory that begins `section`, which reaches as far as its section of the file does.
-// Of two with the same key the first one counts. Throws PackageError for a directory that is damaged: it reaches
+// Of two with the same key the first one counts. Throws FileError for a directory that is damaged: it reaches
 // outside, is not three levels deep, or shares parts of itself so often that it is larger than its section.
 Resources ReadResourceDirectory(std::span<const std::byte> section, const ImageBytes& imageBytes);
 
@@ -22,7 +22,7 @@ Resources ReadResourceDirectory(std::span<const std::byte> section, const ImageB
 inline constexpr std::size_t kResourceAlignment = 8;
 
 // Appends the section of these resources: the directory, then their data in the directory's order. `address` is the
-// section's in the loaded image. Throws PackageError when that is more than `mostBytes`.
+// section's in the loaded image. Throws FileError when that is more than `mostBytes`.
 void AppendResourceSection(std::vector<std::byte>& bytes, const Resources& resources, std::uint32_t address,
                            std::uint64_t mostBytes);
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "packer/AlignUp.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/ResourceDirectory.h"
 #include "packer/ResourceRecords.h"
 #include "platform/LittleEndian.h"
@@ -111,7 +111,8 @@ private:
     void directory(const Children& children, const OffsetOf& offsetOf) {
         const auto named = static_cast<std::size_t>(
             std::ranges::count_if(children, [](const auto& child) { return isText(child.first); }));
-        if (children.size() > 0xFFFF) throw PackageError("more than 65535 resources of one kind; take another module");
+        if (children.size() > 0xFFFF)
+            throw FileError("", "more than 65535 resources of one kind", "use another module");
         for (int i = 0; i < 3; ++i) put(0);  // flags, date, version
         AppendLittle(bytes, static_cast<std::uint16_t>(named));
         AppendLittle(bytes, static_cast<std::uint16_t>(children.size() - named));
@@ -136,8 +137,10 @@ void AppendResourceSection(std::vector<std::byte>& bytes, const Resources& resou
                            std::uint64_t mostBytes) {
     Writer writer(bytes, resources, address);
     if (writer.sectionBytes() > mostBytes)
-        throw PackageError("the package is too large: with " + std::to_string(writer.sectionBytes()) +
-                           " bytes of resources the module would not stay below 2 GiB; use fewer or smaller files");
+        throw FileError("",
+                        "the package is too large: with " + std::to_string(writer.sectionBytes()) +
+                            " bytes of resources the module would not stay below 2 GiB",
+                        "use fewer or smaller files");
     writer.write();
 }
 

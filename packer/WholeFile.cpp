@@ -1,12 +1,14 @@
 #include "packer/WholeFile.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <fstream>
 #include <random>
 #include <string>
+#include <system_error>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
+#include "platform/File.h"
 
 namespace quillon {
 
@@ -14,15 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A file beside the output, gone again unless it takes the output's place.
+// A file beside the output that is removed at the end, unless it has taken the output's name. Its own name does not
+// grow with that of the output, which may be as long as the file system allows.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const fs::path& output) : path(output) {
-        fs::path name = ".";
-        name += output.filename();
-        name += "." + std::to_string(std::random_device{}()) + ".tmp";
-        path.replace_filename(name);
-    }
+    explicit TemporaryFile(const fs::path& output)
+        : path(fs::path(output).replace_filename(".quillon-" + std::to_string(std::random_device{}()) + ".tmp")) {}
     ~TemporaryFile() {
         std::error_code ignored;
         fs::remove(path, ignored);
@@ -30,36 +29,59 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    fs::path path;
+    const fs::path path;
 };
+
+std::error_code LastError() {
+    return {errno != 0 ? errno : EIO, std::generic_category()};
+}
+
+std::error_code Write(const fs::path& path, std::span<const std::byte> bytes) {
+    errno = 0;
+    std::ofstream file(path, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    return file ? std::error_code() : LastError();
+}
+
+[[noreturn]] void FailForSize(const fs::path& path, std::uint64_t mostBytes) {
+    throw FileError(path.string(), "has more than " + std::to_string(mostBytes) + " bytes", "use a smaller file");
+}
 
 }  // namespace
 
-std::vector<std::byte> ReadWholeFile(const fs::path& path) {
-    std::error_code failure;
-    if (!fs::exists(path, failure)) throw PackageError(path.string() + ": not found; see the name");
-    if (!fs::is_regular_file(path, failure)) throw PackageError(path.string() + ": not a file; take it away");
-    const std::uintmax_t size = fs::file_size(path, failure);
-    if (!failure && size >= 0xFFFFFFFF) throw PackageError(path.string() + ": too large; it must stay below 4 GiB");
-    std::vector<std::byte> bytes(failure ? 0 : static_cast<std::size_t>(size));
+std::vector<std::byte> ReadWholeFile(const fs::path& path, std::uint64_t mostBytes) {
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (status.type() == fs::file_type::not_found) throw FileError(path.string(), "no such file", "check the name");
+    if (fs::is_directory(status)) throw FileError(path.string(), "is a folder", "name a file");
+    const std::uintmax_t expected = fs::is_regular_file(status) ? fs::file_size(path, error) : 0;
+    if (!error && expected > mostBytes) FailForSize(path, mostBytes);
+
+    errno = 0;
     std::ifstream file(path, std::ios::binary);
-    if (failure || !file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size())))
-        throw PackageError(path.string() + ": cannot be read; see its permissions");
+    // One byte more than the file should have, so that the first read already finds its end.
+    std::vector<std::byte> bytes(error ? 1 : static_cast<std::size_t>(expected) + 1);
+    std::size_t filled = 0;
+    while (file.read(reinterpret_cast<char*>(bytes.data() + filled),
+                     static_cast<std::streamsize>(bytes.size() - filled))) {
+        filled = bytes.size();
+        if (filled > mostBytes) FailForSize(path, mostBytes);
+        bytes.resize(static_cast<std::size_t>(
+            std::min<std::uint64_t>(std::max<std::size_t>(2 * filled, 1 << 16), mostBytes + 1)));
+    }
+    if (!file.is_open() || file.bad())
+        throw FileError(path.string(), "cannot be read: " + LastError().message(), "check its permissions");
+    bytes.resize(filled + static_cast<std::size_t>(file.gcount()));
     return bytes;
 }
 
-std::error_code WriteWholeFile(const fs::path& path, std::span<const std::byte> bytes,
-                               std::optional<fs::perms> permissions) {
+void WriteWholeFile(const fs::path& path, std::span<const std::byte> bytes) {
     const TemporaryFile temporary(path);
-    errno = 0;
-    std::ofstream file(temporary.path, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file) return {errno != 0 ? errno : EIO, std::generic_category()};
-    std::error_code error;
-    if (permissions) fs::permissions(temporary.path, *permissions, error);
+    std::error_code error = Write(temporary.path, bytes);
+    if (!error) error = FlushToDisk(temporary.path);
     if (!error) fs::rename(temporary.path, path, error);
-    return error;
+    if (error) throw FileError(path.string(), "cannot be written: " + error.message());
 }
 
 }  // namespace quillon

@@ -1,21 +1,23 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <span>
-#include <system_error>
 #include <vector>
 
 namespace quillon {
 
-// All bytes of a file of less than 4 GiB, more than which no package and no module can have. Throws PackageError when
-// it is larger, is no file (a link counts as what it leads to), or cannot be read.
-std::vector<std::byte> ReadWholeFile(const std::filesystem::path& path);
+// No package and no module can have more bytes.
+inline constexpr std::uint64_t kMostFileBytes = 0xFFFFFFFE;
 
-// Writes a file whole or not at all: to a temporary name in the same folder, which then takes the file's name and
-// replaces what had it. Without `permissions` it has those of any new file. Gives why it could not be written.
-std::error_code WriteWholeFile(const std::filesystem::path& path, std::span<const std::byte> bytes,
-                               std::optional<std::filesystem::perms> permissions = std::nullopt);
+// All bytes of a file, or of a pipe or device up to its end. Throws FileError when there is no such file, when it
+// cannot be read, and when it has more than `mostBytes`; a regular file that is too large is refused before it is read.
+std::vector<std::byte> ReadWholeFile(const std::filesystem::path& path, std::uint64_t mostBytes = kMostFileBytes);
+
+// Writes a file whole or not at all: to a temporary file in the same folder, which reaches the disk and then takes the
+// file's name. Replaces what has that name. The file has the permissions of any new file. Throws FileError without a
+// remedy, since only the caller knows what chose the name.
+void WriteWholeFile(const std::filesystem::path& path, std::span<const std::byte> bytes);
 
 }  // namespace quillon

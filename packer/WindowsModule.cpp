@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PortableExecutable.h"
 
 namespace quillon {

@@ -10,12 +10,12 @@ namespace quillon {
 // type "PIPL", language 1033.
 
 // A copy of the module `file` with this package, and with this description unless it is empty. They replace those that
-// the module has, in whatever language; its other resources stay. Throws PackageError, without a path, when that cannot
+// the module has, in whatever language; its other resources stay. Throws FileError, without a path, when that cannot
 // be made, see PortableExecutable.h.
 std::vector<std::byte> MakeWindowsModule(std::span<const std::byte> file, std::span<const std::byte> scrambledPackage,
                                          std::span<const std::byte> description);
 
-// The package of a module, still scrambled: a part of `file`, empty when it carries none. Throws PackageError, without
+// The package of a module, still scrambled: a part of `file`, empty when it carries none. Throws FileError, without
 // a path, for what is no sound module.
 std::span<const std::byte> PackageOfWindowsModule(std::span<const std::byte> file);
 

@@ -9,7 +9,7 @@
 #include "package/ConfigDocument.h"
 #include "package/EffectFlags.h"
 #include "package/EffectVersion.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PiPL.h"
 
 namespace quillon::cli {
@@ -26,7 +26,7 @@ std::string TextOf(const ConfigDocument& config, const wchar_t* key) {
 
 constexpr std::string_view kMatchNamePrefix = "QLV";
 
-// Made of the name. Throws PackageError when that gives none that hosts take.
+// Made of the name. Throws FileError when that gives none that hosts take.
 std::string DefaultMatchName(const std::string& name) {
     std::string matchName(kMatchNamePrefix);
     std::ranges::copy_if(name, std::back_inserter(matchName), [](char c) {
@@ -34,11 +34,10 @@ std::string DefaultMatchName(const std::string& name) {
     });
     // The prefix alone would be the same for two effects.
     if (matchName == kMatchNamePrefix)
-        throw PackageError("FXNAME: has no letter or digit to make a match name of; give a MATCH_NAME");
+        throw FileError("FXNAME", "has no letter or digit to make a match name of", "give a MATCH_NAME");
     if (matchName.size() > kLongestIdentityText)
-        throw PackageError(
-            "FXNAME: too long to make a match name of, which has at most 28 letters and digits of it; "
-            "give a MATCH_NAME");
+        throw FileError("FXNAME", "too long to make a match name of, which has at most 28 letters and digits of it",
+                        "give a MATCH_NAME");
     return matchName;
 }
 
@@ -57,11 +56,10 @@ std::vector<std::byte> DescribeEffect(const EffectSource& source) {
         // Without a name it is the name that is refused.
         if (identity.matchName.empty() && !identity.name.empty()) identity.matchName = DefaultMatchName(identity.name);
         return MakePiPL(identity);
-    } catch (const PackageError& error) {
-        const std::string words = error.what();
+    } catch (const FileError& error) {
         throw EffectFault({{.path = source.pathOf("config.xml"),
-                            .line = LineOfKey(source, words.substr(0, words.find(':'))),
-                            .text = words,
+                            .line = LineOfKey(source, error.place),
+                            .text = error.what(),
                             .kind = Diagnostic::Kind::config}});
     }
 }

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "cli/effect/SourceChecks.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PackageReader.h"
 #include "platform/Utf8Path.h"
 
@@ -56,21 +56,14 @@ EffectSource ReadEffectSource(const std::filesystem::path& path) {
     try {
         if (std::filesystem::is_directory(path, ignored)) return {path, ReadEffectFolder(path)};
         return {path, ReadPackage(path), /*isModule=*/true};
-    } catch (const PackageError& error) {
+    } catch (const FileError& error) {
         throw PackageFault(path, error);
     }
 }
 
-// The words begin with the path of the effect or of a file in it, when there is one to name.
-ToolError PackageFault(const std::filesystem::path& path, const PackageError& error) {
-    const std::string_view words = error.what();
-    Diagnostic diagnostic{.path = path.generic_string(), .text = std::string(words), .kind = Diagnostic::Kind::package};
-    const std::size_t pathEnd = words.find(": ");
-    if (words.starts_with(diagnostic.path) && pathEnd != std::string_view::npos) {
-        diagnostic.path = words.substr(0, pathEnd);
-        diagnostic.text = words.substr(pathEnd + 2);
-    }
-    return EffectFault({diagnostic});
+ToolError PackageFault(const std::filesystem::path& path, const FileError& error) {
+    const std::filesystem::path place = error.place.empty() ? path : PathFromUtf8(error.place);
+    return EffectFault({{.path = place.generic_string(), .text = error.text(), .kind = Diagnostic::Kind::package}});
 }
 
 Diagnostics CheckPackage(const EffectSource& source) {

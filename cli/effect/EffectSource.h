@@ -9,7 +9,7 @@
 #include "packer/EffectFolder.h"
 
 namespace quillon {
-struct PackageError;
+struct FileError;
 }
 
 namespace quillon::cli {
@@ -33,7 +33,7 @@ struct EffectSource {
 EffectSource ReadEffectSource(const std::filesystem::path& path);
 
 // Why the effect at this path cannot become a package, or is none.
-ToolError PackageFault(const std::filesystem::path& path, const PackageError& error);
+ToolError PackageFault(const std::filesystem::path& path, const FileError& error);
 
 // What keeps the files from being an effect: config.xml or fx.js absent, XML that does not parse.
 Diagnostics CheckPackage(const EffectSource& source);

@@ -8,8 +8,8 @@
 #include "cli/system/ModuleKind.h"
 #include "cli/system/System.h"
 #include "packer/Archive.h"
+#include "packer/FileError.h"
 #include "packer/ModuleWriter.h"
-#include "packer/PackageError.h"
 
 namespace quillon::cli {
 
@@ -33,7 +33,7 @@ fs::path TemplateModule(const ModuleKind& kind) {
 std::vector<std::byte> Package(const EffectSource& source) {
     try {
         return Scramble(WriteArchive(source.files));
-    } catch (const PackageError& error) {
+    } catch (const FileError& error) {
         throw PackageFault(source.path, error);
     }
 }
@@ -47,8 +47,9 @@ void WriteEffectModule(const fs::path& output, const EffectSource& source, const
     const std::vector<std::byte> package = Package(source);
     try {
         WriteModule(output, templateModule, package, description);
-    } catch (const PackageError& error) {
-        throw Fault(fmt::format("{}; {}", error.what(), remedy));
+    } catch (const FileError& error) {
+        if (error.remedy.empty()) throw Fault(fmt::format("{}; {}", error.what(), remedy));
+        throw Fault(error.what());
     }
 }
 

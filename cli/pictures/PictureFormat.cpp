@@ -8,7 +8,8 @@
 
 #include "cli/diagnostics/ToolError.h"
 #include "cli/system/FileEnding.h"
-#include "cli/system/WholeFile.h"
+#include "packer/FileError.h"
+#include "packer/WholeFile.h"
 
 namespace quillon::cli {
 
@@ -70,6 +71,8 @@ void WritePicture(const std::filesystem::path& path, const Picture& picture) {
     RequireWritable(path);
     try {
         WriteWholeFile(path, FindByEnding(path)->write(picture));
+    } catch (const FileError& error) {
+        throw Fault(fmt::format("{}; choose another place with -o", error.what()));
     } catch (const std::string& reason) {
         throw Fault(fmt::format("{}: cannot be written: {}", path.string(), reason));
     }

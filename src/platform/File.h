@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 
 namespace quillon {
 
@@ -12,10 +14,14 @@ struct FileCloser {
 };
 using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
 
-// Opens the file of this name for reading its bytes as they stand. Null when it cannot be opened; a folder cannot.
+// Opens the file of this name to read its bytes unchanged. Null when it cannot be opened, and for a folder.
 FileHandle OpenFileForReading(const std::wstring& name);
 
-// The file's length in bytes; its place is the start afterwards. Negative when it cannot be told.
+// The file's length in bytes, negative when it has none. The next read is at the file's start.
 std::int64_t FileLength(std::FILE* file);
+
+// Waits until the content of a closed file is on the disk, so that it survives a loss of power. Gives the reason when
+// the system cannot promise that.
+std::error_code FlushToDisk(const std::filesystem::path& path);
 
 }  // namespace quillon

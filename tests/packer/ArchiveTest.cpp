@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "package/ZipArchive.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 
 namespace quillon::test {
 namespace {
@@ -33,8 +33,8 @@ TEST(ArchiveTest, CarriesFilesOfAnyContent) {
 TEST(ArchiveTest, RefusesNamesThatCannotBeFetched) {
     for (const std::string& name : {std::string(), std::string("a/b"), std::string("/a"), std::string("a\\b"),
                                     std::string("c:a"), std::string("a\0b", 3), std::string(65536, 'a')})
-        EXPECT_THROW(WriteArchive({File(name, "x")}), PackageError);
-    EXPECT_THROW(WriteArchive({File("Fx.js", "1"), File("b", "2"), File("fX.JS", "3")}), PackageError);
+        EXPECT_THROW(WriteArchive({File(name, "x")}), FileError);
+    EXPECT_THROW(WriteArchive({File("Fx.js", "1"), File("b", "2"), File("fX.JS", "3")}), FileError);
 }
 
 TEST(ArchiveTest, HoldsAsManyFilesAsTheFormatCounts) {
@@ -46,7 +46,7 @@ TEST(ArchiveTest, HoldsAsManyFilesAsTheFormatCounts) {
     ASSERT_TRUE(archive);
     EXPECT_EQ(archive->Read("65534"), files.back().bytes);
     files.push_back(File("one more", ""));
-    EXPECT_THROW(WriteArchive(files), PackageError);
+    EXPECT_THROW(WriteArchive(files), FileError);
 }
 
 }  // namespace

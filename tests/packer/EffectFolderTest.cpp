@@ -6,7 +6,7 @@
 #include <fstream>
 #include <functional>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "platform/Utf8Path.h"
 #include "support/TestEffect.h"
 
@@ -51,7 +51,7 @@ TEST_P(RefusedFolder, IsRefusedByName) {
     try {
         ReadEffectFolder(folder);
         ADD_FAILURE() << "was taken";
-    } catch (const PackageError& error) {
+    } catch (const FileError& error) {
         EXPECT_THAT(error.what(), ::testing::HasSubstr(folder.generic_string()));
         EXPECT_THAT(error.what(), ::testing::HasSubstr(GetParam().culprit));
     }

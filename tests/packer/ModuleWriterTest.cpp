@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "packer/Archive.h"
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PackageReader.h"
 #include "support/TestEffect.h"
 #include "support/WindowsImage.h"
@@ -37,10 +37,11 @@ protected:
 
 TEST_F(ModuleWriterTest, PutsThePackageBehindTheImage) {
     put(image, "image");
-    fs::permissions(image, fs::perms::owner_all | fs::perms::group_read);
+    const fs::perms ofNewFiles = fs::status(image).permissions();
+    fs::permissions(image, fs::perms::owner_read);
     write(output, image, "package");
     EXPECT_EQ(ContentOf(output), std::string("imagepackage\x07\0\0\0QuillonBLOB1", 28));
-    EXPECT_EQ(fs::status(output).permissions(), fs::status(image).permissions());
+    EXPECT_EQ(fs::status(output).permissions(), ofNewFiles);
     EXPECT_EQ(ContentOf(image), "image");
     EXPECT_EQ(filesLeft(), 2);
 }
@@ -54,13 +55,19 @@ TEST_F(ModuleWriterTest, ReplacesWhatTheTemplateAndTheOutputHold) {
     EXPECT_EQ(ContentOf(output), std::string("image\0\0\0\0QuillonBLOB1", 21));
 }
 
-TEST_F(ModuleWriterTest, LeavesNothingBehindWhenItFails) {
-    EXPECT_THROW(write(output, image, "package"), PackageError);          // no template
-    EXPECT_THROW(write(output, folder.path(), "package"), PackageError);  // a folder for one
+TEST_F(ModuleWriterTest, WritesNamesAsLongAsTheFileSystemAllows) {
     put(image, "image");
-    EXPECT_THROW(write(folder.path() / "absent" / "output.so", image, "package"), PackageError);
+    write(folder.path() / std::string(255, 'n'), image, "package");
+    EXPECT_EQ(filesLeft(), 2);
+}
+
+TEST_F(ModuleWriterTest, LeavesNothingBehindWhenItFails) {
+    EXPECT_THROW(write(output, image, "package"), FileError);          // no template
+    EXPECT_THROW(write(output, folder.path(), "package"), FileError);  // a folder for one
+    put(image, "image");
+    EXPECT_THROW(write(folder.path() / "absent" / "output.so", image, "package"), FileError);
     fs::create_directories(output / "in the way");
-    EXPECT_THROW(write(output, image, "package"), PackageError);
+    EXPECT_THROW(write(output, image, "package"), FileError);
     EXPECT_EQ(filesLeft(), 2);
 }
 
@@ -86,7 +93,7 @@ TEST_P(ModuleKinds, GiveThePackageBackOrSayWhatIsDamaged) {
     const std::vector<std::byte> forWindows = WindowsImage().bytes();
     put(image, GetParam() ? std::string(reinterpret_cast<const char*>(forWindows.data()), forWindows.size())
                           : std::string(40, 'i'));
-    EXPECT_THROW(ReadPackage(image), PackageError);
+    EXPECT_THROW(ReadPackage(image), FileError);
     for (const DamageCase& row : kDamageCases) {
         std::vector<std::byte> archive = WriteArchive(files);
         row.damage(archive);
@@ -99,7 +106,7 @@ TEST_P(ModuleKinds, GiveThePackageBackOrSayWhatIsDamaged) {
                 EXPECT_EQ(read[i].name, files[i].name);
                 EXPECT_EQ(read[i].bytes, files[i].bytes);
             }
-        } catch (const PackageError& error) {
+        } catch (const FileError& error) {
             EXPECT_NE(std::string(error.what()).find(*row.words ? row.words : "nothing"), std::string::npos)
                 << row.name << ": " << error.what();
         }

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 
 namespace quillon::test {
 namespace {
@@ -62,7 +62,7 @@ TEST(PiPLTest, RefusesTextsThatHostsDoNotTake) {
             try {
                 MakePiPL(identity);
                 ADD_FAILURE() << key << value << " was taken";
-            } catch (const PackageError& error) {
+            } catch (const FileError& error) {
                 EXPECT_THAT(error.what(), ::testing::StartsWith(key));
             }
         }

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "packer/PackageError.h"
+#include "packer/FileError.h"
 #include "packer/PortableExecutable.h"
 #include "support/WindowsImage.h"
 
@@ -116,7 +116,7 @@ TEST(WindowsModuleTest, RefusesWhatIsDamagedInWords) {
         try {
             MakeWindowsModule(file, BytesOf("package"), {});
             ADD_FAILURE() << row.what << " was taken";
-        } catch (const PackageError& error) {
+        } catch (const FileError& error) {
             EXPECT_THAT(error.what(), ::testing::HasSubstr(row.words)) << row.what;
         }
     }
@@ -128,7 +128,7 @@ TEST(WindowsModuleTest, SurvivesEveryCutAndEveryWrongByte) {
     const auto attempt = [&taken](const Bytes& file) {
         try {
             taken += MakeWindowsModule(file, BytesOf("package"), {}).empty() ? 0 : 1;
-        } catch (const PackageError&) {
+        } catch (const FileError&) {
         }
     };
     for (const WindowsImage& image : {WithResources(1, {.overlay = "symbols", .hasSymbols = true, .isSigned = true}),
@@ -154,14 +154,14 @@ TEST(WindowsModuleTest, NeedsRoomInHeadersAndAddressSpace) {
     bound[0x1E0] = std::byte{1};  // where the new header would be
     full.sections.push_back({".reloc", Bytes(1)});
     for (const Bytes& file : {bound, full.bytes()}) {
-        EXPECT_THROW(MakeWindowsModule(file, {}, {}), PackageError);
+        EXPECT_THROW(MakeWindowsModule(file, {}, {}), FileError);
     }
 
     const Bytes megabyte(1 << 20);
     Resources resources;
     for (std::uint32_t i = 0; i < 2048; ++i) resources[{1u, i, 0}] = {megabyte};
     const Bytes file = WindowsImage().bytes();
-    EXPECT_THROW(PortableExecutable(file).withResources(resources), PackageError);
+    EXPECT_THROW(PortableExecutable(file).withResources(resources), FileError);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "platform/File.h"
 
+#include <windows.h>
+
 namespace quillon {
 
 FileHandle OpenFileForReading(const std::wstring& name) {
@@ -12,6 +14,16 @@ std::int64_t FileLength(std::FILE* file) {
     const std::int64_t length = _fseeki64(file, 0, SEEK_END) == 0 ? _ftelli64(file) : -1;
     std::rewind(file);
     return length;
+}
+
+std::error_code FlushToDisk(const std::filesystem::path& path) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const bool isDone = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
+    const std::error_code error =
+        isDone ? std::error_code() : std::error_code(static_cast<int>(GetLastError()), std::system_category());
+    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+    return error;
 }
 
 }  // namespace quillon
