@@ -1,4 +1,4 @@
-#include "cli/commands/ChartCommand.h"
+#include "cli/commands/Commands.h"
 
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/pictures/Chart.h"

@@ -1,4 +1,4 @@
-#include "cli/commands/CheckCommand.h"
+#include "cli/commands/Commands.h"
 
 #include <utility>
 

@@ -7,11 +7,7 @@
 #include <functional>
 #include <map>
 
-#include "cli/commands/ChartCommand.h"
-#include "cli/commands/CheckCommand.h"
-#include "cli/commands/PackCommand.h"
-#include "cli/commands/ParamsCommand.h"
-#include "cli/commands/RenderCommand.h"
+#include "cli/commands/Commands.h"
 #include "cli/diagnostics/TextScanner.h"
 #include "cli/diagnostics/ToolError.h"
 #include "cli/system/ModuleKind.h"

@@ -1,4 +1,4 @@
-#include "cli/commands/PackCommand.h"
+#include "cli/commands/Commands.h"
 
 #include <fmt/format.h>
 

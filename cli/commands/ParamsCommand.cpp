@@ -1,4 +1,4 @@
-#include "cli/commands/ParamsCommand.h"
+#include "cli/commands/Commands.h"
 
 #include <algorithm>
 #include <array>

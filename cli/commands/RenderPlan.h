@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/commands/RenderCommand.h"
+#include "cli/commands/Commands.h"
 #include "cli/effect/FrameTime.h"
 #include "cli/pictures/FrameRange.h"
 #include "cli/pictures/PictureSource.h"

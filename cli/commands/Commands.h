@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/HostSettings.h"
+
+// The tool's commands. Each takes what its command line says, prints its results on standard output and its warnings on
+// standard error, and gives the exit status. Each throws ToolError when the effect, a file or the command line is at
+// fault. Texts are UTF-8.
+
+namespace quillon::cli {
+
+struct RenderOptions {
+    std::filesystem::path effect;
+    std::filesystem::path input;
+    std::filesystem::path output;
+    std::uint32_t depth = 0;  // bits per channel; 0: what the input has
+    double timeSeconds = 0;
+    std::string frames;  // FIRST-LAST[xSTEP]; empty: one moment
+    double framesPerSecond = 25;
+    std::vector<std::string> values;  // NAME=VALUE
+    std::vector<std::string> layers;  // NAME=FILE
+    std::uint32_t rawWidth = 0;       // of raw inputs; 0: not given
+    std::uint32_t rawHeight = 0;
+
+    host::HostKind host = host::HostKind::afterEffects;
+    std::int32_t hostVersionMajor = 13;
+    std::int32_t hostVersionMinor = 9;
+    std::optional<host::Route> route;
+    std::uint32_t downsample = 1;
+    PF_RationalScale pixelAspect{1, 1};
+    std::uint32_t compWidth = 0;  // 0: as the input
+    std::uint32_t compHeight = 0;
+};
+
+// `quillon render`: renders one picture or a sequence, and prints the path of each as it is written.
+int RunRender(const RenderOptions& options);
+
+struct ParamsOptions {
+    std::filesystem::path effect;
+    bool isJson = false;
+};
+
+// `quillon params`: prints the effect's controls as its host sees them.
+int RunParams(const ParamsOptions& options);
+
+struct CheckOptions {
+    std::filesystem::path effect;
+};
+
+// `quillon check`: looks for faults in an effect, from its files to a frame at each depth. Prints one line when nothing
+// is wrong.
+int RunCheck(const CheckOptions& options);
+
+struct PackOptions {
+    std::filesystem::path folder;
+    std::filesystem::path output;
+};
+
+// `quillon pack`: makes the effect's module and prints its path.
+int RunPack(const PackOptions& options);
+
+struct ChartOptions {
+    std::filesystem::path output;
+    std::uint32_t width = 960;
+    std::uint32_t height = 540;
+};
+
+// `quillon chart`: writes the tool's test picture and prints its path.
+int RunChart(const ChartOptions& options);
+
+}  // namespace quillon::cli
