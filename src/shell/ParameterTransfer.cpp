@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "engine/AEQuillon2.h"
-#include "shell/EngineLock.h"
+#include "engine/EngineLock.h"
 #include "shell/ParameterMaps.h"
 #include "shell/Worlds.h"
 

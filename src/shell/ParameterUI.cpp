@@ -3,7 +3,7 @@
 #include <string>
 
 #include "engine/AEQuillon2.h"
-#include "shell/EngineLock.h"
+#include "engine/EngineLock.h"
 #include "shell/HostVersion.h"
 #include "shell/ParameterMaps.h"
 #include "shell/ParameterTransfer.h"

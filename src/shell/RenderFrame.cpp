@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "engine/AEQuillon2.h"
-#include "shell/EngineLock.h"
+#include "engine/EngineLock.h"
 #include "shell/FramePhases.h"
 #include "shell/HostVersion.h"
 #include "shell/InputTransfer.h"

@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "engine/AEQuillon2.h"
+#include "engine/EngineLock.h"
 #include "shell/CompInfo.h"
-#include "shell/EngineLock.h"
 #include "shell/FramePhases.h"
 #include "shell/HostVersion.h"
 #include "shell/ParameterTransfer.h"
