@@ -16,18 +16,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Takes off the package that the module carries, if it does.
-void RemovePackage(std::vector<std::byte>& module) {
-    if (const auto package = PackageBehindImage(module))
-        module.resize(module.size() - kModuleTrailerBytes - package->size());
+// Takes off the piece that the module ends in, if it does.
+void RemovePiece(std::vector<std::byte>& module, const ModuleMark& mark) {
+    if (const auto piece = PieceAtEnd(module, mark)) module.resize(module.size() - kModuleTrailerBytes - piece->size());
 }
 
-// Puts the package behind the image.
-void AppendPackage(std::vector<std::byte>& module, std::span<const std::byte> scrambledPackage) {
-    RemovePackage(module);
-    const ModuleTrailer trailer = MakeModuleTrailer(static_cast<std::uint32_t>(scrambledPackage.size()));
-    module.reserve(module.size() + scrambledPackage.size() + trailer.size());
-    module.insert(module.end(), scrambledPackage.begin(), scrambledPackage.end());
+void AppendPiece(std::vector<std::byte>& module, std::span<const std::byte> piece, const ModuleMark& mark) {
+    const ModuleTrailer trailer = MakeModuleTrailer(static_cast<std::uint32_t>(piece.size()), mark);
+    module.reserve(module.size() + piece.size() + trailer.size());
+    module.insert(module.end(), piece.begin(), piece.end());
     module.insert(module.end(), trailer.begin(), trailer.end());
 }
 
@@ -39,7 +36,10 @@ void WriteModule(const fs::path& output, const fs::path& templateModule, std::sp
         throw FileError("", "the package is too large, it must stay below 4 GiB", "use fewer or smaller files");
     std::vector<std::byte> module = ReadWholeFile(templateModule);
     if (!IsPortableExecutable(module)) {
-        AppendPackage(module, scrambledPackage);
+        RemovePiece(module, kModuleTrailerMark);
+        RemovePiece(module, kListingMark);
+        if (!description.empty()) AppendPiece(module, description, kListingMark);
+        AppendPiece(module, scrambledPackage, kModuleTrailerMark);
     } else {
         try {
             module = MakeWindowsModule(module, scrambledPackage, description);

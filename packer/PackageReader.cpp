@@ -28,8 +28,7 @@ std::vector<std::byte> PlainArchive(const std::filesystem::path& module) {
     const std::vector<std::byte> file = ReadWholeFile(module);
     std::span<const std::byte> package;
     try {
-        package =
-            IsPortableExecutable(file) ? PackageOfWindowsModule(file) : PackageBehindImage(file).value_or(package);
+        package = IsPortableExecutable(file) ? PackageOfWindowsModule(file) : PieceAtEnd(file).value_or(package);
     } catch (const FileError& error) {
         throw error.at(module.string());
     }

@@ -11,41 +11,46 @@
 
 namespace quillon {
 
-// How a package lies behind an ELF image, which the system's loader ignores:
+// What a module carries behind its ELF image, where the system's loader does not look:
 //
-//     ELF image | package, n bytes | n, 32 bits little-endian | kModuleTrailerMark
+//     ELF image | listing, m bytes | m, kListingMark | package, n bytes | n, kModuleTrailerMark
 //
-// The trailer is the last 16 bytes of the file.
-inline constexpr std::array<char, 12> kModuleTrailerMark = {'Q', 'u', 'i', 'l', 'l', 'o', 'n', 'B', 'L', 'O', 'B', '1'};
+// Each piece ends in a trailer: its length, 32 bits little-endian, and a mark of 12 bytes. The package's trailer is the
+// last 16 bytes of the file. Only plug-ins that hosts list without starting them have a listing.
+using ModuleMark = std::array<char, 12>;
+inline constexpr ModuleMark kModuleTrailerMark = {'Q', 'u', 'i', 'l', 'l', 'o', 'n', 'B', 'L', 'O', 'B', '1'};
+inline constexpr ModuleMark kListingMark = {'Q', 'u', 'i', 'l', 'l', 'o', 'n', 'L', 'I', 'S', 'T', '1'};
 inline constexpr std::size_t kModuleTrailerBytes = 4 + kModuleTrailerMark.size();
 
 using ModuleTrailer = std::array<std::byte, kModuleTrailerBytes>;
 
-inline ModuleTrailer MakeModuleTrailer(std::uint32_t packageBytes) {
+inline ModuleTrailer MakeModuleTrailer(std::uint32_t bytes, const ModuleMark& mark = kModuleTrailerMark) {
     ModuleTrailer trailer;
-    StoreLittle(trailer, 0, packageBytes);
-    std::transform(kModuleTrailerMark.begin(), kModuleTrailerMark.end(), trailer.begin() + 4,
+    StoreLittle(trailer, 0, bytes);
+    std::transform(mark.begin(), mark.end(), trailer.begin() + 4,
                    [](char character) { return static_cast<std::byte>(character); });
     return trailer;
 }
 
-// The package's length as the last bytes of a file of `fileBytes` bytes tell it. Nothing when they are no trailer, or
-// one whose package would not fit in the file.
-inline std::optional<std::uint32_t> PackageBytesBefore(const ModuleTrailer& trailer, std::uint64_t fileBytes) {
-    const auto packageBytes = LoadLittle<std::uint32_t>(trailer, 0);
-    if (trailer != MakeModuleTrailer(packageBytes)) return std::nullopt;
-    if (std::uint64_t{packageBytes} + kModuleTrailerBytes > fileBytes) return std::nullopt;
-    return packageBytes;
+// The length of the piece that ends in this trailer, the last bytes of a file of `fileBytes` bytes. Nothing when they
+// are no trailer with this mark, or one whose piece would not fit in the file.
+inline std::optional<std::uint32_t> BytesBefore(const ModuleTrailer& trailer, std::uint64_t fileBytes,
+                                                const ModuleMark& mark = kModuleTrailerMark) {
+    const auto bytes = LoadLittle<std::uint32_t>(trailer, 0);
+    if (trailer != MakeModuleTrailer(bytes, mark)) return std::nullopt;
+    if (std::uint64_t{bytes} + kModuleTrailerBytes > fileBytes) return std::nullopt;
+    return bytes;
 }
 
-// The package behind an image, the bytes of a whole file: a part of them. Nothing when there is none.
-inline std::optional<std::span<const std::byte>> PackageBehindImage(std::span<const std::byte> file) {
+// The piece that ends a file, or what is before another piece of it: a part of these bytes. Nothing when there is none.
+inline std::optional<std::span<const std::byte>> PieceAtEnd(std::span<const std::byte> file,
+                                                            const ModuleMark& mark = kModuleTrailerMark) {
     if (file.size() < kModuleTrailerBytes) return std::nullopt;
     ModuleTrailer trailer;
     std::copy(file.end() - kModuleTrailerBytes, file.end(), trailer.begin());
-    const auto packageBytes = PackageBytesBefore(trailer, file.size());
-    if (!packageBytes) return std::nullopt;
-    return file.subspan(file.size() - kModuleTrailerBytes - *packageBytes, *packageBytes);
+    const auto bytes = BytesBefore(trailer, file.size(), mark);
+    if (!bytes) return std::nullopt;
+    return file.subspan(file.size() - kModuleTrailerBytes - *bytes, *bytes);
 }
 
 }  // namespace quillon

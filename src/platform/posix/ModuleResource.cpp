@@ -35,7 +35,7 @@ std::optional<std::vector<std::byte>> ReadModuleResource(void* module) {
     const std::int64_t fileBytes = file ? FileLength(file.get()) : -1;
     ModuleTrailer trailer;
     if (fileBytes < 0 || !ReadBeforeEnd(file.get(), trailer.size(), trailer)) return std::nullopt;
-    const auto packageBytes = PackageBytesBefore(trailer, static_cast<std::uint64_t>(fileBytes));
+    const auto packageBytes = BytesBefore(trailer, static_cast<std::uint64_t>(fileBytes));
     if (!packageBytes) return std::nullopt;
 
     std::vector<std::byte> package(*packageBytes);
