@@ -10,6 +10,9 @@ std::filesystem::path TemplateModule() {
     return QUILLON_MODULE;
 }
 
+std::filesystem::path PluginTemplate() {
+    return QUILLON_FREI0R;
+}
 std::filesystem::path ToolProgram() {
     return QUILLON_TOOL;
 }

@@ -8,6 +8,7 @@ namespace quillon::test {
 
 std::filesystem::path CarrierModule();   // a module with nothing in it but room for a package
 std::filesystem::path TemplateModule();  // the effect module without an effect
+std::filesystem::path PluginTemplate();  // the frei0r plug-in without an effect; on Linux only
 std::filesystem::path ToolProgram();
 std::filesystem::path SourceFolder();  // the repository
 

@@ -1,0 +1,134 @@
+#include "frei0r/Instance.h"
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <future>
+
+#include "engine/AEQuillon2.h"
+#include "engine/EngineLock.h"
+#include "frei0r/FramePixels.h"
+#include "frei0r/Report.h"
+
+namespace quillon::frei0r {
+
+namespace {
+
+constexpr std::uint32_t kBitDepth = 8;
+constexpr std::size_t kPixelBytes = 4;
+// The engine cannot read back so much or more.
+constexpr std::size_t kTooManyBytes = std::size_t{512} << 20;
+
+// Runs the call on a thread of its own and waits for it. A host's thread may have a GL context current, of EGL or of
+// another window system, and the engine makes its own context current: on a new thread there is nothing to put aside
+// and to bring back. It costs some 50 microseconds a frame.
+template <class Call>
+auto RunApart(Call call) {
+    return std::async(std::launch::async, std::move(call)).get();
+}
+
+}  // namespace
+
+Instance::Instance(const Listing& plugin, FrameSize frameSize, double timeOfASecond)
+    : listing(plugin), size(frameSize), hostTimeOfASecond(timeOfASecond), values(plugin.controls.size()) {}
+
+Instance::~Instance() {
+    if (effect) RunApart([this] { effect.reset(); });
+}
+
+const ListedControl* Instance::controlAt(int index) const {
+    const bool isListed = index >= 0 && static_cast<std::size_t>(index) < listing.controls.size();
+    return isListed ? &listing.controls[static_cast<std::size_t>(index)] : nullptr;
+}
+
+void Instance::set(int index, const void* record) {
+    if (const ListedControl* control = controlAt(index); control && record)
+        values[static_cast<std::size_t>(index)] = LoadHostValue(TypeOf(control->role), record);
+}
+
+void Instance::get(int index, void* record) const {
+    const ListedControl* control = controlAt(index);
+    if (!control || !record) return;
+    Parameter declared;
+    SetDeclaredValue(declared, *control, size);
+    const auto& set = values[static_cast<std::size_t>(index)];
+    StoreHostValue(TypeOf(control->role), set ? *set : HostValueOf(declared, *control, size), record);
+}
+
+void Instance::render(double hostTime, const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* out) {
+    bool isRendered = false;
+    try {
+        isRendered = RunApart([&] { return renderEffect(hostTime / hostTimeOfASecond, first, second, out); });
+    } catch (const std::exception& error) {
+        refuse(error.what());
+    }
+    if (isRendered) return;
+    if (first)
+        std::memmove(out, first, size.pixels() * kPixelBytes);
+    else
+        std::fill_n(out, size.pixels(), 0);
+}
+
+bool Instance::renderEffect(double seconds, const std::uint32_t* first, const std::uint32_t* second,
+                            std::uint32_t* out) {
+    if (!effect) effect = std::make_unique<EngineInstance>(listing.name);
+    if (!effect->sequence()) return false;
+    IPlugin& engine = AEQuillon2::instance();
+    const EngineLock lock(engine);
+    if (!lock.isHeld()) return refuse("no OpenGL context; frames pass unchanged");
+    TakeScriptErrors();
+
+    engine.selectSequence(effect->sequence());
+    engine.setContextExtent(size.width, size.height, 1.0f);
+    sendValues();
+    FrameSize output = size;
+    engine.preRender(size.width, size.height, &output.width, &output.height);
+    if (output.pixels() >= kTooManyBytes / kPixelBytes) return refuse("preRender: the output is too large");
+    const FrameOrigin origin = OriginIn(output, size);
+    engine.setInputOrigin(static_cast<std::uint32_t>(origin.x), static_cast<std::uint32_t>(origin.y));
+
+    if (first || !hasInput) upload(kInputLayer, first);
+    hasInput = true;
+    if (listing.layer != kNoLayer) upload(listing.layer, second);
+    engine.draw(seconds, output.width, output.height, kBitDepth, 1.0f);
+
+    std::string shaderErrors;
+    if (!engine.shaderErrors(shaderErrors).empty()) return refuse(shaderErrors);
+    if (const std::string errors = TakeScriptErrors(); !errors.empty()) return refuse("fx.js: " + errors);
+    const MappedResult mapped(engine);
+    if (!mapped.get()) return refuse("the graphics driver gave no pixels");
+    WriteFrame(static_cast<const std::uint32_t*>(mapped.get()), output, out, size);
+    return true;
+}
+
+void Instance::sendValues() {
+    IPlugin& engine = AEQuillon2::instance();
+    Parameter value;
+    const ListedControl* last = nullptr;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const ListedControl& control = listing.controls[i];
+        // The parts of one control follow each other: each adds to the value.
+        if (!last || last->declaration != control.declaration) SetDeclaredValue(value, control, size);
+        if (values[i]) SetHostValue(value, control, *values[i], size);
+        if (engine.parameterInfo(control.declaration)->kind == KindOf(control.role))
+            engine.setParameterValue(control.declaration, value.value);
+        last = &control;
+    }
+}
+
+void Instance::upload(std::uint32_t layer, const std::uint32_t* pixels) {
+    pixelsOfEngine.resize(size.pixels());
+    if (pixels)
+        ToEngineOrder({pixels, size.pixels()}, pixelsOfEngine.data());
+    else
+        std::ranges::fill(pixelsOfEngine, 0);
+    AEQuillon2::instance().setLayerPixels(layer, pixelsOfEngine.data(), size.width, size.height, kBitDepth,
+                                          size.width * kPixelBytes);
+}
+
+bool Instance::refuse(const std::string& why) const {
+    Report(listing.name, why);
+    return false;
+}
+
+}  // namespace quillon::frei0r
