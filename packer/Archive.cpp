@@ -3,18 +3,18 @@
 #include <miniz.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <memory>
 
 #include "package/KeySchedule.h"
 #include "packer/FileError.h"
-#include "packer/PackageNames.h"
+#include "platform/LittleEndian.h"
 
 namespace quillon {
 
 namespace {
 
-constexpr std::size_t kMostFiles = 0xFFFF;
 constexpr std::size_t kTooLarge = 0xFFFFFFFF;
 
 struct Writer {
@@ -23,22 +23,18 @@ struct Writer {
     ~Writer() { mz_zip_writer_end(&zip); }
 };
 
-std::uint32_t Word(const std::byte* bytes, int count) {
-    std::uint32_t value = 0;
-    for (int i = 0; i < count; ++i) value |= std::to_integer<std::uint32_t>(bytes[i]) << (8 * i);
-    return value;
-}
-
 // The library stamps each file with the present moment, in its local header and in the central directory.
 void EraseDates(std::span<std::byte> archive) {
     constexpr std::size_t kEndBytes = 22, kEntryBytes = 46;
-    const std::byte* const end = archive.data() + archive.size() - kEndBytes;
-    std::byte* entry = archive.data() + Word(end + 16, 4);
-    for (std::uint32_t count = Word(end + 10, 2); count > 0; --count) {
-        std::byte* const local = archive.data() + Word(entry + 42, 4);
-        std::fill_n(local + 10, 4, std::byte{});
-        std::fill_n(entry + 12, 4, std::byte{});
-        entry += kEntryBytes + Word(entry + 28, 2) + Word(entry + 30, 2) + Word(entry + 32, 2);
+    constexpr auto& word16 = LoadLittle<std::uint16_t>;
+    constexpr auto& word32 = LoadLittle<std::uint32_t>;
+    const std::size_t end = archive.size() - kEndBytes;
+    std::size_t entry = word32(archive, end + 16);
+    for (std::uint32_t count = word16(archive, end + 10); count > 0; --count) {
+        const std::size_t local = word32(archive, entry + 42);
+        StoreLittle<std::uint32_t>(archive, local + 10, 0);
+        StoreLittle<std::uint32_t>(archive, entry + 12, 0);
+        entry += kEntryBytes + word16(archive, entry + 28) + word16(archive, entry + 30) + word16(archive, entry + 32);
     }
 }
 
@@ -49,10 +45,9 @@ void EraseDates(std::span<std::byte> archive) {
 }  // namespace
 
 std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files) {
-    CheckPackageNames(files);
-    if (files.size() > kMostFiles)
-        throw FileError("", std::to_string(files.size()) + " files, and a package holds at most 65535",
-                        "use fewer files");
+    std::vector<std::string> names;
+    for (const PackageFile& file : files) names.push_back(file.name);
+    CheckPackageNames(names);
 
     Writer writer;
     if (!mz_zip_writer_init_heap(&writer.zip, 0, 0)) throw std::bad_alloc();
@@ -75,16 +70,18 @@ std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files) {
 
 namespace {
 
-// Both ways are the same exclusive or; the key follows the plain bytes, wherever those stand.
+// Both ways are the same exclusive or; the key follows the plain bytes, which are the input of one way and the result
+// of the other.
 std::vector<std::byte> Chain(std::span<const std::byte> from, bool isFromPlain) {
     std::vector<std::byte> result(from.begin(), from.end());
     KeySchedule schedule;
     for (std::size_t at = 0; at < from.size(); at += 4) {
-        // The last word may be a part of one, with zeros for the rest.
+        // The last word may be incomplete; zeros fill it up.
         const std::size_t count = std::min<std::size_t>(4, from.size() - at);
         for (std::size_t i = 0; i < count; ++i) result[at + i] ^= static_cast<std::byte>(schedule.key >> (8 * i));
-        const std::byte* const plain = (isFromPlain ? from.data() : result.data()) + at;
-        schedule.advance(Word(plain, static_cast<int>(count)));
+        std::array<std::byte, 4> plain{};
+        std::copy_n((isFromPlain ? from.data() : result.data()) + at, count, plain.begin());
+        schedule.advance(LoadLittle<std::uint32_t>(plain, 0));
     }
     return result;
 }

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "packer/EffectFolder.h"
+#include "packer/PackageFile.h"
 
 namespace quillon {
 
@@ -12,10 +12,10 @@ namespace quillon {
 // Throws FileError when the files are more or larger than the format without its 64-bit extension can carry.
 std::vector<std::byte> WriteArchive(const std::vector<PackageFile>& files);
 
-// The archive as the module carries it: BlobReader undoes this. As many bytes as came in.
+// The archive as the module carries it, with as many bytes; BlobReader undoes this.
 std::vector<std::byte> Scramble(std::span<const std::byte> archive);
 
-// The way back.
+// The archive that Scramble made these bytes of.
 std::vector<std::byte> Unscramble(std::span<const std::byte> scrambled);
 
 }  // namespace quillon

@@ -1,37 +1,70 @@
 #include "packer/EffectFolder.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "packer/FileError.h"
-#include "packer/PackageNames.h"
 #include "packer/WholeFile.h"
 
 namespace quillon {
 
-std::vector<PackageFile> ReadEffectFolder(const std::filesystem::path& folder) {
-    std::vector<PackageFile> files;
+namespace {
+
+namespace fs = std::filesystem;
+
+// Whether the file that a link leads to is one of `folder`, which is canonical.
+bool LeadsInto(const fs::path& folder, const fs::path& link) {
+    std::error_code error;
+    const fs::path target = fs::canonical(link, error);
+    return !error && std::mismatch(folder.begin(), folder.end(), target.begin(), target.end()).first == folder.end();
+}
+
+// The size of the file. Throws FileError for what is not a file of this folder.
+std::uint64_t SizeOf(const fs::path& folder, const fs::directory_entry& entry) {
+    const std::string place = entry.path().generic_string();
+    // A package goes to other people: nothing gets into it that the author does not see in the folder.
+    if (entry.is_symlink() && !LeadsInto(folder, entry.path()))
+        throw FileError(place, "a link that leads out of the effect's folder", "replace it by a copy of the file");
+    if (entry.is_directory()) throw FileError(place, "a folder", "an effect's folder is flat, move its files up");
+    if (!entry.is_regular_file()) throw FileError(place, "a device or a pipe", "move it out of the effect's folder");
+    return entry.file_size();
+}
+
+}  // namespace
+
+std::vector<FolderEntry> ListEffectFolder(const fs::path& folder) {
+    const std::string place = folder.generic_string();
+    std::vector<FolderEntry> entries;
+    std::uint64_t bytes = 0;
     try {
-        if (!std::filesystem::is_directory(folder))
-            throw FileError(folder.generic_string(), "no such folder", "name the one that holds fx.js");
-        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (!fs::is_directory(folder)) throw FileError(place, "no such folder", "name the one that holds fx.js");
+        const fs::path canonical = fs::canonical(folder);
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
             const std::string name = entry.path().filename().string();
             if (name.starts_with('.')) continue;
-            if (entry.is_directory())
-                throw FileError(entry.path().generic_string(), "a folder",
-                                "an effect's folder is flat, move its files up");
-            if (!entry.is_regular_file())
-                throw FileError(entry.path().generic_string(), "not a file", "move it out of the effect's folder");
-            files.push_back({name, ReadWholeFile(entry.path())});
+            entries.push_back({entry.path(), name, SizeOf(canonical, entry)});
+            bytes += entries.back().bytes;
         }
-    } catch (const std::filesystem::filesystem_error& error) {
-        throw FileError(folder.generic_string(), "cannot be read: " + error.code().message(), "check its permissions");
+    } catch (const fs::filesystem_error& error) {
+        throw FileError(place, "cannot be read: " + error.code().message(), "check its permissions");
     }
-    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    if (bytes > kMostFileBytes)
+        throw FileError(place, "its files have " + std::to_string(bytes) + " bytes; a package must stay below 4 GiB",
+                        "use fewer or smaller files");
+    std::ranges::sort(entries, {}, &FolderEntry::name);
+    std::vector<std::string> names;
+    for (const FolderEntry& entry : entries) names.push_back(entry.name);
     try {
-        CheckPackageNames(files);
+        CheckPackageNames(names);
     } catch (const FileError& error) {
-        throw error.at(folder.generic_string());
+        throw error.at(place);
     }
+    return entries;
+}
+
+std::vector<PackageFile> ReadEffectFiles(const std::vector<FolderEntry>& entries) {
+    std::vector<PackageFile> files;
+    for (const FolderEntry& entry : entries) files.push_back({entry.name, ReadWholeFile(entry.path)});
     return files;
 }
 

@@ -1,20 +1,27 @@
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "packer/PackageFile.h"
+
 namespace quillon {
 
-struct PackageFile {
-    std::string name;  // flat, no folder in it
-    std::vector<std::byte> bytes;
+// A file of an effect's folder, as the folder's listing shows it.
+struct FolderEntry {
+    std::filesystem::path path;
+    std::string name;  // the last component of the path
+    std::uint64_t bytes;
 };
 
-// Reads all files of an effect's folder, sorted by name; hidden files (".name") are left out. Throws FileError for
-// what cannot become a package: no such folder, a folder inside, an unreadable file, two names that differ in case
-// only, a name that an archive cannot carry.
-std::vector<PackageFile> ReadEffectFolder(const std::filesystem::path& folder);
+// The files of an effect's folder, sorted by the bytes of their names; names that begin with a dot are left out. Reads
+// no file. Throws FileError for what cannot become a package: no such folder, a folder inside, a link that leads out of
+// the folder, a device or a pipe, names that an archive cannot carry, and 4 GiB or more in all.
+std::vector<FolderEntry> ListEffectFolder(const std::filesystem::path& folder);
+
+// Reads the files of a listing, in its order. Throws FileError for one that cannot be read.
+std::vector<PackageFile> ReadEffectFiles(const std::vector<FolderEntry>& entries);
 
 }  // namespace quillon

@@ -3,12 +3,12 @@
 #include <filesystem>
 #include <vector>
 
-#include "packer/EffectFolder.h"
+#include "packer/PackageFile.h"
 
 namespace quillon {
 
-// The files of the package that a module carries, in the package's order: what ReadEffectFolder gave when it was
-// packed. Throws FileError for a file that cannot be read or carries no package, and for a package that is damaged.
+// The files of the package that a module carries, in the package's order: those of the folder that was packed. Throws
+// FileError for a file that cannot be read or carries no package, and for a package that is damaged.
 std::vector<PackageFile> ReadPackage(const std::filesystem::path& module);
 
 }  // namespace quillon

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "cli/effect/SourceChecks.h"
+#include "packer/EffectFolder.h"
 #include "packer/FileError.h"
 #include "packer/PackageReader.h"
 #include "platform/Utf8Path.h"
@@ -23,6 +24,27 @@ bool EqualIgnoringCase(std::string_view left, std::string_view right) {
 
 std::string_view ContentOf(const PackageFile& file) {
     return {reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size()};
+}
+
+// The files that every effect needs and these are not. `files` have names.
+template <class Files>
+Diagnostics FindMissingFiles(const std::filesystem::path& effect, const Files& files) {
+    constexpr std::pair<const char*, Diagnostic::Kind> kRequired[] = {{"config.xml", Diagnostic::Kind::config},
+                                                                      {"fx.js", Diagnostic::Kind::package}};
+    Diagnostics diagnostics;
+    for (const auto& [name, kind] : kRequired) {
+        if (std::ranges::any_of(files, [&](const auto& file) { return EqualIgnoringCase(file.name, name); })) continue;
+        diagnostics.push_back(
+            {.path = (effect / name).generic_string(), .text = "no such file; every effect needs one", .kind = kind});
+    }
+    return diagnostics;
+}
+
+// The wrong folder, which may hold anything, is refused before its files are read.
+EffectSource ReadFolder(const std::filesystem::path& path) {
+    const std::vector<FolderEntry> entries = ListEffectFolder(path);
+    ThrowIfAny(FindMissingFiles(path, entries));
+    return {path, ReadEffectFiles(entries)};
 }
 
 }  // namespace
@@ -54,7 +76,7 @@ EffectSource ReadEffectSource(const std::filesystem::path& path) {
                         path.string()));
     }
     try {
-        if (std::filesystem::is_directory(path, ignored)) return {path, ReadEffectFolder(path)};
+        if (std::filesystem::is_directory(path, ignored)) return ReadFolder(path);
         return {path, ReadPackage(path), /*isModule=*/true};
     } catch (const FileError& error) {
         throw PackageFault(path, error);
@@ -67,14 +89,7 @@ ToolError PackageFault(const std::filesystem::path& path, const FileError& error
 }
 
 Diagnostics CheckPackage(const EffectSource& source) {
-    constexpr std::pair<const char*, Diagnostic::Kind> kRequired[] = {{"config.xml", Diagnostic::Kind::config},
-                                                                      {"fx.js", Diagnostic::Kind::package}};
-    Diagnostics diagnostics;
-    for (const auto& [name, kind] : kRequired) {
-        if (source.find(name)) continue;
-        diagnostics.push_back(
-            {.path = source.pathOf(name), .text = "no such file; every effect needs one", .kind = kind});
-    }
+    Diagnostics diagnostics = FindMissingFiles(source.path, source.files);
     if (const PackageFile* config = source.find("config.xml")) {
         const Diagnostics found = CheckConfig(source.pathOf("config.xml"), ContentOf(*config));
         diagnostics.insert(diagnostics.end(), found.begin(), found.end());

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "cli/diagnostics/Diagnostic.h"
-#include "packer/EffectFolder.h"
+#include "packer/PackageFile.h"
 
 namespace quillon {
 struct FileError;
@@ -28,23 +28,23 @@ struct EffectSource {
     std::string pathOf(std::string_view name) const;
 };
 
-// A folder or a packed module. Throws a Fault when there is neither, and EffectFault for a folder that cannot become a
-// package and for a module whose package cannot be read.
+// Reads a folder or a packed module. Throws a Fault when there is neither, and EffectFault for a folder that cannot
+// become a package or lacks a file that every effect needs, and for a module whose package cannot be read.
 EffectSource ReadEffectSource(const std::filesystem::path& path);
 
-// Why the effect at this path cannot become a package, or is none.
+// EffectFault for what is wrong with the package of the effect at this path.
 ToolError PackageFault(const std::filesystem::path& path, const FileError& error);
 
-// What keeps the files from being an effect: config.xml or fx.js absent, XML that does not parse.
+// What keeps the files from being an effect: no config.xml or no fx.js, XML that does not parse.
 Diagnostics CheckPackage(const EffectSource& source);
 
-// The same, and a script that is not UTF-8: whatever can be told before the engine sees the files.
+// The same, and a script that is not UTF-8: all that can be said before the engine reads the files.
 Diagnostics CheckSource(const EffectSource& source);
 
 // ReadEffectSource, and EffectFault for what CheckSource finds.
 EffectSource ReadCheckedSource(const std::filesystem::path& path);
 
-// Lines of a text; an unfinished last line counts.
+// The number of lines of a text, with a last one that does not end in a line feed.
 int CountLines(std::string_view text);
 
 }  // namespace quillon::cli

@@ -9,6 +9,7 @@
 #include "package/BlobReader.h"
 #include "package/FileAccess.h"
 #include "packer/Archive.h"
+#include "packer/EffectFolder.h"
 #include "packer/ModuleWriter.h"
 #include "support/BuiltFiles.h"
 #include "support/TestEffect.h"
@@ -50,7 +51,7 @@ TEST(PackageFormatTest, IsWrittenAndReadAsThePageShows) {
     std::filesystem::create_directory(effect);
     std::ofstream(effect / "fx.js", std::ios::binary) << "0;\n";
 
-    EXPECT_EQ(WriteArchive(ReadEffectFolder(effect)), dumps["archive"]);
+    EXPECT_EQ(WriteArchive(ReadEffectFiles(ListEffectFolder(effect))), dumps["archive"]);
     EXPECT_EQ(Scramble(dumps["archive"]), dumps["scrambled"]);
     EXPECT_EQ(Unscramble(dumps["scrambled"]), dumps["archive"]);
     std::ofstream(image, std::ios::binary) << "\x7F"

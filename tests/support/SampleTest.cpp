@@ -51,7 +51,7 @@ void SampleTest::load(const std::string& name) {
     Scripting::SetErrorObserver(Fail);
     Files files;
     std::string script;
-    for (const PackageFile& file : ReadEffectFolder(SourceFolder() / "effects" / name)) {
+    for (const PackageFile& file : ReadEffectFiles(ListEffectFolder(SourceFolder() / "effects" / name))) {
         const std::string content(reinterpret_cast<const char*>(file.bytes.data()), file.bytes.size());
         if (file.name == "fx.js")
             script = content;

@@ -1,4 +1,4 @@
-#include "packer/PackageNames.h"
+#include "packer/PackageFile.h"
 
 #include <map>
 #include <string_view>
@@ -9,6 +9,7 @@ namespace quillon {
 
 namespace {
 
+constexpr std::size_t kMostFiles = 0xFFFF;
 constexpr std::size_t kLongestName = 0xFFFF;
 
 std::string FoldAsciiCase(std::string name) {
@@ -19,9 +20,12 @@ std::string FoldAsciiCase(std::string name) {
 
 }  // namespace
 
-void CheckPackageNames(const std::vector<PackageFile>& files) {
+void CheckPackageNames(const std::vector<std::string>& names) {
+    if (names.size() > kMostFiles)
+        throw FileError("", std::to_string(names.size()) + " files, and a package holds at most 65535",
+                        "use fewer files");
     std::map<std::string, const std::string*> seen;
-    for (const auto& [name, bytes] : files) {
+    for (const std::string& name : names) {
         if (name.empty() || name.size() > kLongestName)
             throw FileError("", "a file's name has " + std::to_string(name.size()) + " bytes", "give it 1 to 65535");
         if (name.find_first_of(std::string_view("/\\:\0", 4)) != std::string::npos)
