@@ -5,6 +5,7 @@
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/effect/ConfigChecks.h"
 #include "cli/effect/EffectDescription.h"
+#include "cli/effect/Leftovers.h"
 #include "cli/effect/LoadedEffect.h"
 #include "cli/pictures/Chart.h"
 
@@ -20,6 +21,7 @@ constexpr PictureExtent kExtent = {256, 144};
 int RunCheck(const CheckOptions& options) {
     EffectSource source = ReadCheckedSource(options.effect);
     PrintWarnings(CheckIdentity(source));
+    PrintWarnings(CheckLeftovers(source));
     DescribeEffect(source);  // throws what hosts would not take
 
     host::HostSettings settings;

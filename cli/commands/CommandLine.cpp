@@ -206,14 +206,15 @@ void AddPack(CLI::App& app, Run& run) {
     auto options = std::make_shared<PackOptions>();
     CLI::App& command = *app.add_subcommand(
         "pack",
-        "Makes the module that a host loads, from an effect's folder, and prints its path. What looks wrong in\n"
-        "config.xml is told as warnings. Scripts and shaders are taken as they are; render tells what is wrong with\n"
-        "them.");
+        "Makes the module that a host loads, from an effect's folder, and prints its path. Warns of what looks wrong\n"
+        "in config.xml and of files that are hardly a part of the effect. Scripts and shaders are packed as they are;\n"
+        "check finds what is wrong with them.");
     AddPath(command, "FOLDER", options->folder, "The effect's folder")->required()->type_name("");
     AddPath(command, "-o,--output", options->output,
             "The module: a name that ends in .so for Linux, in .aex for Windows")
         ->required()
         ->type_name("MODULE");
+    command.add_flag("--list", options->isListed, "Prints the size and the name of each file in the module, too");
     command.callback([&run, options] { run = [options] { return RunPack(*options); }; });
 }
 

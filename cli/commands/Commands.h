@@ -59,9 +59,11 @@ int RunCheck(const CheckOptions& options);
 struct PackOptions {
     std::filesystem::path folder;
     std::filesystem::path output;
+    bool isListed = false;  // prints the module's files too
 };
 
-// `quillon pack`: makes the effect's module and prints its path.
+// `quillon pack`: makes the effect's module and prints its path. Warns of what looks wrong in config.xml and of files
+// that are hardly a part of the effect.
 int RunPack(const PackOptions& options);
 
 struct ChartOptions {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <system_error>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "cli/effect/ConfigChecks.h"
 #include "cli/effect/EffectDescription.h"
 #include "cli/effect/EffectSource.h"
+#include "cli/effect/Leftovers.h"
 #include "cli/effect/TemplateModule.h"
 #include "cli/system/ModuleKind.h"
 
@@ -47,7 +49,14 @@ int RunPack(const PackOptions& options) {
     const std::vector<std::byte> description = isDescribed ? DescribeEffect(source) : std::vector<std::byte>();
     WriteEffectModule(options.output, source, "choose another place with -o", description);
     PrintWarnings(CheckIdentity(source));
+    PrintWarnings(CheckLeftovers(source));
     PrintLine(stdout, options.output.string());
+    std::uint64_t bytes = 0;
+    for (const PackageFile& file : source.files) {
+        bytes += file.bytes.size();
+        if (options.isListed) PrintLine(stdout, fmt::format("{:>10}  {}", file.bytes.size(), file.name));
+    }
+    PrintLine(stderr, fmt::format("quillon: {} files, {} bytes", source.files.size(), bytes));
     return 0;
 }
 

@@ -21,11 +21,14 @@ TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
     addCopyEffect();
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3, 128, 200, 100, 50});
     const std::string one = Module("one"), two = Module("two");
+    std::size_t bytes = 0;
+    for (const char* name : {"config.xml", "copy.frag", "fx.js"}) bytes += readFile(std::string("copy/") + name).size();
     const ToolRun packed = run("pack copy -o " + one);
     EXPECT_EQ(packed.out, one + "\n");
-    EXPECT_EQ(packed.err, "");
+    EXPECT_EQ(packed.err, "quillon: 3 files, " + std::to_string(bytes) + " bytes\n");
     EXPECT_EQ(packed.status, 0);
-    ASSERT_EQ(run("pack ./copy/ -o " + two).err, "");
+    EXPECT_THAT(run("pack ./copy/ --list -o " + two).out,
+                testing::ContainsRegex(two + "\n +[0-9]+  config.xml\n +[0-9]+  copy.frag\n +[0-9]+  fx.js\n"));
     EXPECT_EQ(readFile(one), readFile(two));
     for (const std::string& effect : {one, std::string("copy")}) {
         ASSERT_EQ(run("render " + effect + " -i in.argb --size 2x1 --depth 8 -o out.argb").err, "");
@@ -37,14 +40,14 @@ TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
 TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderTellsOfTheModule) {
     const std::string fx = Module("fx"), pack = "pack fx -o " + fx;
     addEffect("fx", {{"fx.js", "var a = \xE9;"}, {"a.frag", "nonsense"}});
-    ASSERT_EQ(run(pack).err, "");
+    ASSERT_EQ(run(pack).status, 0);
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
     const std::string render = "render " + fx + " -i in.argb --size 1x1 --depth 8 -o out.png";
     EXPECT_EQ(run(render).err,
               fx + "/fx.js:1:9: error: byte 0xE9 is not UTF-8 text; save the file as UTF-8 [script]\n");
     addEffect("fx", {{"fx.js", "var a;\nfunction setup() { QL_initShader('a'); }\nfunction draw() {}\n"},
                      {"a.frag", "void main() {\n  x;\n}"}});
-    ASSERT_EQ(run(pack).err, "");
+    ASSERT_EQ(run(pack).status, 0);
     EXPECT_EQ(run(render, "LIBGL_ALWAYS_SOFTWARE=1").err, fx + "/a.frag:2: error: `x' undeclared [shader]\n");
 }
 
@@ -119,10 +122,32 @@ TEST_F(Pack, WarnsOfWhatHostsWillNotSeeAsItIsMeant) {
     for (const auto& [config, words] : kRows) {
         addEffect("fx", {{"fx.js", ""}, {"config.xml", config}});
         const ToolRun result = run("pack fx -o fx.so");
-        EXPECT_EQ(result.err, words);
+        EXPECT_EQ(result.err.substr(0, result.err.find("quillon: 2 files")), words);
         EXPECT_EQ(result.status, 0) << config;
         EXPECT_EQ(result.out, "fx.so\n");
     }
+}
+
+TEST_F(Pack, WarnsOfFilesThatAreHardlyAPartOfTheEffect) {
+    const std::vector<std::string> leftovers = {"#fx.js#", "Thumbs.db", "fx.js.BAK",  "fx.js~",
+                                                "old.aex", "out.exr",   "out0001.PNG"};
+    Files files = {{"fx.js", "var a = 'map.png', b = \"x\" + '.JPG'; // out0001"},
+                   {"map.PNG", ""},
+                   {"x7.jpg", ""},
+                   {"a.frag", ""}};
+    for (const std::string& name : leftovers) files.emplace_back(name, "");
+    addEffect("fx", files);
+    const ToolRun result = run("pack fx -o fx.so");
+    EXPECT_EQ(result.status, 0);
+    std::size_t at = 0;
+    for (const std::string& name : leftovers) {
+        const std::size_t found = result.err.find("fx/" + name + ": warning: ", at);
+        ASSERT_NE(found, std::string::npos) << name << "\n" << result.err;
+        at = found;
+    }
+    for (const char* name : {"map.PNG", "x7.jpg", "a.frag"})
+        EXPECT_EQ(result.err.find(name), std::string::npos) << result.err;
+    EXPECT_NE(run("check fx").err.find("fx/fx.js~: warning: "), std::string::npos);
 }
 
 // The tool finds its templates beside itself.
@@ -163,7 +188,7 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
         addEffect("fx", {{"fx.js", ""}, {"config.xml", numbers + row.texts}});
         const ToolRun result = run("pack fx -o fx.AEX");
         EXPECT_EQ(result.status, *row.words ? 1 : 0);
-        EXPECT_EQ(result.err.substr(0, *row.words ? std::string(row.words).size() : std::string::npos), row.words);
+        EXPECT_EQ(result.err.find(row.words), 0u) << result.err;
         EXPECT_EQ(exists("fx.AEX"), !*row.words) << row.texts;
         if (*row.words) continue;
         EffectIdentity told = row.told;
@@ -202,7 +227,7 @@ TEST_F(PackForWindows, LeavesLoadingToThatSystem) {
 TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {
     addCopyEffect();
     const std::string none = Module("none"), broken = Module("broken"), text = Module("text");
-    ASSERT_EQ(run("pack copy -o " + Module("good")).err, "");
+    ASSERT_EQ(run("pack copy -o " + Module("good")).status, 0);
     const std::filesystem::path good = pathOf(Module("good"));
     writeFile(none, "no package and no module");
     WriteModule(pathOf(broken), good, std::vector<std::byte>(100));

@@ -24,6 +24,10 @@ std::int64_t FileLength(std::FILE* file) {
     return length;
 }
 
+bool IsHiddenFile(const std::filesystem::path&) {
+    return false;
+}
+
 std::error_code FlushToDisk(const std::filesystem::path& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     // EINVAL: a file system without a disk.

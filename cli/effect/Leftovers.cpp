@@ -1,0 +1,93 @@
+#include "cli/effect/Leftovers.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "platform/File.h"
+#include "platform/Utf8Path.h"
+
+namespace quillon::cli {
+
+namespace {
+
+struct Pattern {
+    std::string_view beginning, ending;  // of a name in lower case
+    const char* what;
+};
+
+constexpr const char* kBackup = "a backup that an editor left";
+constexpr const char* kSystemFile = "a file that the system keeps for itself";
+constexpr const char* kModule = "a module, not a part of an effect";
+constexpr const char* kUnreadable = "a picture or movie that no effect can read";
+
+constexpr Pattern kPatterns[] = {
+    {"", "~", kBackup},
+    {"#", "#", kBackup},
+    {"", ".bak", kBackup},
+    {"", ".orig", kBackup},
+    {"", ".tmp", kBackup},
+    {"", ".swp", kBackup},
+    {"thumbs.db", "", kSystemFile},
+    {"desktop.ini", "", kSystemFile},
+    {"", ".so", kModule},
+    {"", ".aex", kModule},
+    {"", ".dll", kModule},
+    {"", ".exr", kUnreadable},
+    {"", ".argb", kUnreadable},
+    {"", ".y4m", kUnreadable},
+    {"", ".mov", kUnreadable},
+    {"", ".mp4", kUnreadable},
+};
+
+// What the engine reads.
+constexpr std::string_view kPictureEndings[] = {".png", ".jpg", ".jpeg", ".bmp", ".gif", ".psd", ".hdr", ".tga"};
+
+std::string InLowerCase(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+    return text;
+}
+
+// Whether the script, in lower case, may ask for the picture of this name. A text of the script that ends as the name
+// does, and is not the name of a file here, is a part from which the script puts names together.
+bool MayAskFor(const std::string& script, const EffectSource& source, const std::string& name,
+               std::string_view ending) {
+    for (std::size_t at = script.find(ending); at != std::string::npos; at = script.find(ending, at + 1)) {
+        const std::size_t start = script.find_last_of("'\"/\\\n", at);
+        const std::size_t first = start == std::string::npos ? 0 : start + 1;
+        const std::string asked = script.substr(first, at + ending.size() - first);
+        if (asked == name || !source.find(asked)) return true;
+    }
+    return false;
+}
+
+const char* WhatIsLeft(const EffectSource& source, const std::string& script, const std::string& name) {
+    for (const auto& [beginning, ending, what] : kPatterns)
+        if (name.starts_with(beginning) && name.ends_with(ending)) return what;
+    for (const std::string_view ending : kPictureEndings)
+        if (name.ends_with(ending) && !MayAskFor(script, source, name, ending))
+            return "a picture that fx.js does not name";
+    return nullptr;
+}
+
+}  // namespace
+
+Diagnostics CheckLeftovers(const EffectSource& source) {
+    const std::string script = InLowerCase(source.textOf("fx.js"));
+    Diagnostics warnings;
+    for (const PackageFile& file : source.files) {
+        const char* what = WhatIsLeft(source, script, InLowerCase(file.name));
+        if (!what && !source.isModule && IsHiddenFile(source.path / PathFromUtf8(file.name))) what = "a hidden file";
+        if (!what) continue;
+        warnings.push_back({.path = source.pathOf(file.name),
+                            .severity = Diagnostic::Severity::warning,
+                            .text = fmt::format("{}; it is packed, move it out if the effect does not need it", what),
+                            .kind = Diagnostic::Kind::package});
+    }
+    return warnings;
+}
+
+}  // namespace quillon::cli
