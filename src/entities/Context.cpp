@@ -64,7 +64,7 @@ Sequence& Context::CurrentSequence() {
 
 void Context::Release(std::uint32_t id) {
     const auto found = factories.find(TagOf(id));
-    if (found == factories.end()) FailFast("an id of no kind was released");
+    if (found == factories.end()) FailFast("an id that names no kind of entity was released");
     found->second->Erase(id);
 }
 

@@ -4,12 +4,7 @@
 
 namespace quillon {
 
-namespace {
-const char* volatile lastReason = nullptr;
-}
-
-void FailFast(const char* reason) noexcept {
-    lastReason = reason;
+void CrashProcess() noexcept {
     std::abort();
 }
 

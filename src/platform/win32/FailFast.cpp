@@ -6,13 +6,8 @@
 
 namespace quillon {
 
-namespace {
-const char* volatile lastReason = nullptr;
-}
-
-void FailFast(const char* reason) noexcept {
-    lastReason = reason;
-    // Past every handler, with a crash dump: abort() would ask the user in a message box first.
+void CrashProcess() noexcept {
+    // abort() would ask the user in a message box first.
     RaiseFailFastException(nullptr, nullptr, 0);
     std::abort();
 }
