@@ -1,7 +1,5 @@
 // Pictures on their way between the GPU and the CPU.
 
-#include <cstring>
-
 #include "imagelib/Quantize.h"
 #include "script/NativeArguments.h"
 #include "script/Natives.h"
@@ -27,8 +25,8 @@ void ReadBack(RenderTarget& target, Surface& surface) {
         ~Unmapping() { RenderTarget::unmapPixels(); }
     } atTheEnd;
     if (const void* mapped = target.mapPixels()) {
-        surface.pixels.resize(surface.height * surface.rowBytes);
-        std::memcpy(surface.pixels.data(), mapped, surface.pixels.size());
+        const auto* first = static_cast<const std::byte*>(mapped);
+        surface.pixels.assign(first, first + surface.height * surface.rowBytes);
     }
 }
 
