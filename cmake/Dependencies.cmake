@@ -13,12 +13,12 @@ execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/fetch-sources.sh ${wanted_so
                 OUTPUT_VARIABLE QUILLON_SOURCES OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 
 # Duktape, with a check of the native stack that the distribution's build lacks: without it two small scripts kill a
-# process on a thread with a small stack. The check itself is quillon_native_stack_is_low of src/platform. The compiler
+# process on a thread with a small stack. The check itself is quillon_refuses_call of src/platform. The compiler
 # of scripts is the one recursion that does not ask for it by itself.
 set(duktape_dir ${PROJECT_BINARY_DIR}/duktape)
 file(READ ${QUILLON_SOURCES}/duktape/duk_config.h duk_config)
 string(APPEND duk_config "\n#undef DUK_USE_NATIVE_STACK_CHECK\n#ifdef __cplusplus\nextern \"C\"\n#endif\n"
-       "int quillon_native_stack_is_low(void);\n#define DUK_USE_NATIVE_STACK_CHECK() quillon_native_stack_is_low()\n")
+       "int quillon_refuses_call(void);\n#define DUK_USE_NATIVE_STACK_CHECK() quillon_refuses_call()\n")
 file(CONFIGURE OUTPUT ${duktape_dir}/duk_config.h CONTENT "${duk_config}" @ONLY)
 configure_file(${QUILLON_SOURCES}/duktape/duktape.h ${duktape_dir}/duktape.h COPYONLY)
 file(READ ${QUILLON_SOURCES}/duktape/duktape.c duktape_source)

@@ -3,10 +3,12 @@
 #include <duktape.h>
 
 #include <cstdlib>
+#include <new>
 #include <utility>
 
 #include "entities/Context.h"
 #include "platform/StackSpace.h"
+#include "script/ErrorReading.h"
 #include "script/Natives.h"
 
 namespace quillon {
@@ -39,16 +41,26 @@ void Bind(duk_context* ctx, std::span<const Native> natives) {
     }
 }
 
-// In: an error. Out: its text and its line. Runs protected, since properties of an error may be script code.
-duk_ret_t DescribeError(duk_context* ctx, void*) {
-    duk_dup(ctx, -1);
-    duk_safe_to_string(ctx, -1);
-    if (duk_is_object(ctx, -2))
-        duk_get_prop_string(ctx, -2, "lineNumber");
-    else
-        duk_push_int(ctx, 0);
-    duk_to_int(ctx, -1);
-    return 2;
+// Fills a fresh heap. Runs protected, as any step may find no memory.
+duk_ret_t Fill(duk_context* ctx, void*) {
+    for (const auto natives : {ParameterNatives(), RenderTargetNatives(), ShaderNatives(), TextureNatives(),
+                               SurfaceNatives(), HostNatives()})
+        Bind(ctx, natives);
+    PrepareErrorReading(ctx);
+    return 0;
+}
+
+// Gives the line of the innermost function that is script and not native.
+duk_ret_t FindLine(duk_context* ctx, void*) {
+    for (duk_int_t level = -1;; --level) {
+        duk_inspect_callstack_entry(ctx, level);
+        if (!duk_is_object(ctx, -1)) break;
+        duk_get_prop_string(ctx, -1, "lineNumber");
+        if (duk_get_int(ctx, -1) > 0) return 1;
+        duk_pop_2(ctx);
+    }
+    duk_push_int(ctx, 0);
+    return 1;
 }
 
 }  // namespace
@@ -66,13 +78,10 @@ Scripting::~Scripting() {
 
 void Scripting::Open() {
     context = duk_create_heap(Allocate, Reallocate, Release, nullptr, Fatal);
-    if (context) {
-        Bind(context, ParameterNatives());
-        Bind(context, RenderTargetNatives());
-        Bind(context, ShaderNatives());
-        Bind(context, TextureNatives());
-        Bind(context, SurfaceNatives());
-        Bind(context, HostNatives());
+    // Outside of a protected call the want of memory would end the process.
+    if (!context || duk_safe_call(context, Fill, nullptr, 0, 0) != DUK_EXEC_SUCCESS) {
+        Close();
+        throw std::bad_alloc();
     }
     quillon::Context::Instance().Setup();
 }
@@ -87,20 +96,30 @@ void Scripting::Close() {
 
 void Scripting::Eval(const char* text) {
     if (!text || !context) return;
+    evaluated = text;
     const bool failed = duk_peval_string(context, text) != 0;
-    if (failed && errorObserver && !pending) Report(text);
+    if (failed && errorObserver && !pending) Report();
     duk_pop(context);
     duk_gc(context, 0);
+    evaluated = nullptr;
     if (pending) std::rethrow_exception(std::exchange(pending, nullptr));
 }
 
-void Scripting::Report(const char* text) {
-    duk_dup(context, -1);
-    duk_safe_call(context, DescribeError, nullptr, 1, 2);
-    const char* message = duk_get_string(context, -2);
-    const ScriptError error{text, message ? message : "an error that cannot be shown", duk_get_int(context, -1)};
-    errorObserver(error);
-    duk_pop_2(context);
+void Scripting::Report() {
+    try {
+        ThrownError error = ReadThrownError(context);
+        errorObserver({evaluated, std::move(error.message), error.line});
+    } catch (const std::bad_alloc&) {
+        KeepException();
+    }
+}
+
+ScriptError Scripting::AtCurrentLine(const std::string& message) const {
+    if (!context || !evaluated) return {{}, message, 0};
+    duk_safe_call(context, FindLine, nullptr, 0, 1);
+    const int line = duk_get_int(context, -1);
+    duk_pop(context);
+    return {evaluated, message, line};
 }
 
 void Scripting::SetErrorObserver(ErrorObserver observer) {

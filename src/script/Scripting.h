@@ -23,8 +23,8 @@ class Scripting final : public ustl::dynamic_singleton<Scripting> {
 public:
     virtual ~Scripting();
 
-    // Makes the heap with the API's functions, and sets up the Context. The Scripting must be closed. When the heap
-    // cannot be made, nothing can be evaluated until the next Open.
+    // Makes the heap with the API's functions, and sets up the Context. The Scripting must be closed. Throws
+    // std::bad_alloc, and stays closed, when there is no memory for the heap.
     void Open();
     // Ends the heap, if there is one, then clears the Context.
     void Close();
@@ -37,9 +37,14 @@ public:
     // Null while closed.
     duk_hthread* Context() const { return context; }
 
-    // Called with every script error; null, the default, leaves the system silent. It must not throw.
+    // Called with every script error; null, the default, leaves the system silent. It must not throw. What it receives
+    // was read without running the script, which may have thrown something that never ends when asked for its text.
     using ErrorObserver = void (*)(const ScriptError& error);
     static void SetErrorObserver(ErrorObserver observer);
+
+    // The message as an error at the place where the script is now. For an observer of FailFast, which the script has
+    // brought the process to: no text and line 0 outside of an evaluation.
+    ScriptError AtCurrentLine(const std::string& message) const;
 
     // Keeps the exception that is being handled, for Eval to throw on. For the natives' common wrapper.
     // The first one wins.
@@ -49,9 +54,10 @@ private:
     friend class ustl::dynamic_singleton<Scripting>;
     Scripting();
     // Shows the observer the error on top of the value stack.
-    void Report(const char* text);
+    void Report();
 
     duk_hthread* context = nullptr;
+    const char* evaluated = nullptr;  // during Eval, the collection of garbage included
     std::exception_ptr pending;
 };
 

@@ -1,4 +1,6 @@
+#include <cstdio>
 
+#include "platform/FailFast.h"
 #include "script/Scripting.h"
 #include "support/EndOfProcess.h"
 #include "support/EngineTest.h"
@@ -73,16 +75,21 @@ TEST_F(HostApi, SharesOneIdBetweenTheScriptAndAnInstanceWhoseTargetItReleased) {
     EXPECT_EQ(eval("QL_getSurfaceDim(rt)"), "[2,3,8]") << "the frame takes what its id names now";
 }
 
-// An id of no kind ends the process on purpose, and not by some accident of memory.
+// On purpose, not by an accident of memory; an observer learns why and where.
 TEST(ReleaseDeathTest, EndsTheProcessForAnIdOfNoKind) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    SetFailFastObserver([](const char* reason) {
+        const ScriptError error = Scripting::instance().AtCurrentLine(reason);
+        std::fprintf(stderr, "%s, line %d of \"%s\"\n", error.message.c_str(), error.line, error.evaluated.c_str());
+    });
     for (const char* id : {"0x5000001", "0x7000001", "-1", "-16777216", "4294967295", "1e99"})
         EXPECT_EXIT(
             {
                 Scripting::instance().Open();
-                Scripting::instance().Eval(("QL_release(" + std::string(id) + ")").c_str());
+                Scripting::instance().Eval(
+                    ("\n[1].map(function () {\nQL_release(" + std::string(id) + "); });").c_str());
             },
-            EndedOnPurpose, "")
+            EndedOnPurpose, "an id that names no kind of entity was released, line 3 of \"\n\\[1")
             << id;
 }
 

@@ -22,9 +22,13 @@ std::uintptr_t StackBottom() {
 
 }  // namespace
 
-extern "C" int quillon_native_stack_is_low(void) {
+namespace quillon {
+
+bool NativeStackIsLow() {
     // Asking the system reads a file on the main thread, and a thread's stack does not move.
     thread_local const std::uintptr_t kBottom = StackBottom();
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    return here - kBottom < kReservedBytes ? 1 : 0;
+    return here - kBottom < kReservedBytes;
 }
+
+}  // namespace quillon
