@@ -2,10 +2,7 @@
 
 namespace quillon::test {
 
-// What this process asks of its window system, watched and spoilt on its way.
-
-// How often the hidden surface's buffers were swapped.
-int BufferSwaps();
+// What this process asks of its window system, refused on its way.
 
 // Whether the window system gives no context from now on.
 void RefuseContexts(bool refused);

@@ -8,19 +8,9 @@
 
 namespace {
 
-int swaps = 0;
 bool refusesContexts = false;
 
 }  // namespace
-
-// The linker sends the engine's calls of this one here.
-extern "C" EGLBoolean RealEglSwapBuffers(EGLDisplay display, EGLSurface surface);
-extern "C" EGLBoolean WrapEglSwapBuffers(EGLDisplay display, EGLSurface surface);
-
-EGLBoolean WrapEglSwapBuffers(EGLDisplay display, EGLSurface surface) {
-    ++swaps;
-    return RealEglSwapBuffers(display, surface);
-}
 
 // This program's own takes the place of the system's.
 extern "C" EGLContext eglCreateContext(EGLDisplay display, EGLConfig config, EGLContext shared, const EGLint* list) {
@@ -30,10 +20,6 @@ extern "C" EGLContext eglCreateContext(EGLDisplay display, EGLConfig config, EGL
 }
 
 namespace quillon::test {
-
-int BufferSwaps() {
-    return swaps;
-}
 
 void LoseWindowSystem() {
     for (const char* variable : {"__EGL_VENDOR_LIBRARY_FILENAMES", "LIBGL_DRIVERS_PATH"})
