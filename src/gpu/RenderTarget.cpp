@@ -76,6 +76,8 @@ const void* RenderTarget::mapPixels() {
     const std::uint32_t bytes = (height * width * bitDepth * 4) >> 3;
     const std::uint64_t pixels = std::uint64_t{width} * height;
     if (pixels > 0xFFFFFFFF || (pixels * bitDepth * 4) >> 3 != bytes) return nullptr;
+    // GL would read nothing, and an earlier frame is still in the buffer.
+    if (!storageExists()) return nullptr;
 
     glBindBuffer(GL_PIXEL_PACK_BUFFER, kPackBuffer);
     SizePackBuffer(bytes, bitDepth);

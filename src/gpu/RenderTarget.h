@@ -21,9 +21,6 @@ public:
     // The kind's factory, in entities/Factories.h.
     class Factory;
 
-    RenderTarget() { mayLeaveCopyInGL = false; }
-    ~RenderTarget() override = default;
-
     // Deletes texture and framebuffer.
     void releaseGL() override;
 

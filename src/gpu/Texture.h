@@ -6,27 +6,23 @@
 #include <vector>
 
 #include "gpu/GLNames.h"
+#include "gpu/PixelLayout.h"
 #include "imagelib/PixelBuffer.h"
 
 namespace quillon {
 
 class Surface;
 
-// The four numbers of an upload that describe its memory.
-struct PixelLayout {
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    std::uint32_t bitDepth = 0;  // bits per channel; four channels a pixel
-    std::int64_t rowBytes = 0;   // from one row to the next; negative: the rows lie upwards in memory
-};
-
-// One GL 2D texture, and a CPU copy of what was last uploaded to it for those who ask.
+// One GL 2D texture, and a CPU copy of the last upload that had data.
 //
-// GL's slots (r, g, b, a) always hold the host's channels (A, R, G, B). Data in that memory order goes up as it stands;
+// GL's slots (r, g, b, a) always hold the host's channels (A, R, G, B). Data in that memory order goes up as it is;
 // data in R, G, B, A order gets a texture swizzle that brings it to the same place. Row 0 of the memory is at t = 0.
-// Depths above 8 are stored as 32-bit floats. There are no mipmaps, and no GL error is ever asked for.
+// Depths above 8 are stored as 32-bit floats. There are no mipmaps.
 //
-// Everything here needs the GL lock.
+// No operation fails. What the driver refuses leaves the texture without storage (storageExists), so that passes read
+// black from it and never an earlier picture; the CPU copy and the fields are those of the upload all the same.
+//
+// Everything here but pixelCopy() and the fields needs the GL lock.
 class Texture {
 public:
     // The kind's factory, in entities/Factories.h.
@@ -44,8 +40,8 @@ public:
 
     // Specifies the storage anew and fills it from `source`, or leaves its contents undefined when that is null. Also
     // resets filters to linear and wrapping to repeat. With `expand15`, 16-bit data is taken as the host's, 0 to 32768,
-    // and widened; all other data goes up as it is. Reads row by row what the layout names, and no byte behind the
-    // width of the last row; keeps no pointer.
+    // and widened; all other data goes up as it is. Reads the rows with their padding, but no byte after the pixels of
+    // the row that is last in memory; keeps no pointer. `source` may be this texture's own copy, if it is whole.
     void uploadPixels(const void* source, const PixelLayout& layout, bool argbOrdered, bool expand15);
 
     // Decodes a file of the package into the texture. 1, or 0 when it is missing or no picture; the texture then has
@@ -56,14 +52,17 @@ public:
     // one that holds fewer bytes than its extent, give empty storage.
     void loadFromSurface(Surface& surface, bool flip);
 
-    // glTexParameteri with both numbers unchecked. The texture stays bound.
+    // glTexParameteri with both numbers unchecked, as scripts give them. The texture stays bound.
     void setParameter(std::uint32_t parameterName, std::int32_t value);
 
-    // The CPU copy of the last upload that had data, height * rowBytes bytes; null before that. It is shared: whoever
-    // holds it keeps the bytes, whatever becomes of the texture, and a change of them is seen by all; so is the next
-    // upload of as many bytes, unless it widens them. As long as nobody asks, GL alone holds the picture, and it is
-    // read back here: that is exact at 8, 16 and 32 bits, and padding behind rows comes back as zero.
-    PixelBuffer pixelCopy();
+    // The CPU copy of the last upload that had data, height * rowBytes bytes of that upload in its own layout, padding
+    // included (zero after the last row; rows that were below each other in memory come tight); null before that. It
+    // never depends on GL, and needs no context. It is shared: whoever holds it keeps the bytes, whatever becomes of
+    // the texture, and a change of them is seen by all; so is the next upload of as many bytes, unless it widens them.
+    const PixelBuffer& pixelCopy() const { return copy; }
+
+    // Whether the driver took the storage that the fields describe.
+    bool storageExists() const { return hasStorage; }
 
     std::string name;  // of the file it came from
     GLTextureName textureName;
@@ -73,20 +72,15 @@ public:
     std::int64_t rowBytes = 0;   // of the last upload; 0 after initTexture
     bool isArgbOrdered = false;  // false: the data is R, G, B, A and swizzled
 
-protected:
-    // False where passes draw into the storage: the copy of an upload is then made at once.
-    bool mayLeaveCopyInGL = true;
-
 private:
-    // Fills new storage with the rows, which GL reads `rowLength` pixels apart.
-    void storeUpload(const std::byte* memory, const PixelLayout& layout, std::int32_t rowLength, bool expand);
-    PixelBuffer readBackUpload() const;
+    // Makes `copy` that of this memory.
+    void keepCopy(const std::byte* source, const PixelLayout& layout, bool widen);
+    // Gives the bound texture new storage, filled with the rows unless there are none. False, and no storage at all,
+    // when the driver refuses.
+    static bool respecify(const PixelLayout& layout, const std::vector<std::byte>* rows);
 
     PixelBuffer copy;
-    bool copyIsInGL = false;  // the last upload, and `copy` is not made yet
+    bool hasStorage = false;
 };
-
-// The type constant of GL for the channels of an upload or read-back at this depth.
-std::uint32_t GLChannelType(std::uint32_t bitDepth);
 
 }  // namespace quillon

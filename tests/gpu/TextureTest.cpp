@@ -1,6 +1,8 @@
 #include "gpu/Texture.h"
 
-#include <cmath>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 
 #include "imagelib/Surface.h"
 #include "package/BlobReader.h"
@@ -11,6 +13,11 @@
 
 namespace quillon::test {
 namespace {
+
+// As GL reads it.
+std::size_t BytesOfPixel(std::uint32_t bits) {
+    return bits == 32 ? 16 : bits == 15 || bits == 16 ? 8 : 4;
+}
 
 class TextureTest : public GLTest {
 protected:
@@ -35,6 +42,11 @@ protected:
         std::vector<Channel> value(static_cast<std::size_t>(4 * Level(GL_TEXTURE_WIDTH) * Level(GL_TEXTURE_HEIGHT)));
         glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, type, value.data());
         return value;
+    }
+    static Bytes Stored(std::uint32_t bits) {
+        if (BytesOfPixel(bits) == 16) return BytesOf(Storage<float>(GL_FLOAT));
+        if (BytesOfPixel(bits) == 8) return BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT));
+        return BytesOf(Storage<std::uint8_t>(GL_UNSIGNED_BYTE));
     }
     const std::vector<GLint> identity = {GL_RED, GL_GREEN, GL_BLUE, GL_ALPHA};
     const std::vector<GLint> fromRgba = {GL_ALPHA, GL_RED, GL_GREEN, GL_BLUE};
@@ -103,30 +115,124 @@ TEST_F(TextureTest, ResetsFiltersAndWrappingAtEachUpload) {
     for (const GLenum what : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) EXPECT_EQ(State(what), GL_REPEAT);
 }
 
-// The copy is read back from GL when somebody asks; nothing of the upload may be lost on that way.
-TEST_F(TextureTest, GivesEveryValueOfAnUploadBack) {
-    Bytes words(2 * 65536);
-    for (std::uint32_t value = 0; value < 65536; ++value) {
-        words[2 * value] = static_cast<std::byte>(value);
-        words[2 * value + 1] = static_cast<std::byte>(value >> 8);
+// The rows of an upload: how far apart they are, and in which direction.
+struct RowsCase {
+    std::uint32_t width, height, bits;
+    std::int64_t rowBytes;
+};
+
+constexpr RowsCase kRowsCases[] = {
+    {3, 2, 8, 12},  {3, 2, 8, 16},       {3, 2, 8, -12},      {3, 2, 8, -20},        {1, 2, 8, 5},    {3, 5, 8, 14},
+    {3, 3, 8, 8},   {2, 3, 8, 3},        {3, 2, 16, 24},      {3, 2, 16, 32},        {3, 2, 16, -24}, {3, 2, 16, -40},
+    {3, 5, 16, 27}, {2, 3, 16, 10},      {3, 2, 32, 48},      {3, 2, 32, 64},        {3, 2, 32, -48}, {3, 4, 32, -80},
+    {3, 5, 32, 52}, {33, 1200, 16, 268}, {300, 300, 8, 1200}, {300, 300, 32, -4816}, {3, 4, 15, 24},  {4, 3, 15, 30},
+    {5, 1, 8, 400}, {0, 4, 8, 16},       {0, 4, 16, 0},       {4, 0, 16, 32},        {2, 2, 4, 8},    {1, 1, 16, 8},
+};
+
+// Bytes that make ordinary floats, wherever four of them are read as one.
+Bytes SomeBytes(std::size_t count) {
+    Bytes bytes(count);
+    std::uint32_t state = 7;
+    for (std::byte& byte : bytes) {
+        state = state * 1664525 + 1013904223;
+        byte = static_cast<std::byte>(0x20 + (state >> 27));
     }
-    std::vector<float> reals;
-    for (int exponent = -126; exponent < 128; ++exponent)
-        for (const float mantissa : {1.0f, -1.0000001f, 1.9999999f, -1.3333334f})
-            reals.push_back(std::ldexp(mantissa, exponent));
-    const Bytes floats(reinterpret_cast<const std::byte*>(reals.data()),
-                       reinterpret_cast<const std::byte*>(reals.data() + reals.size()));
-    for (const auto& [bits, upload] : {std::pair{8u, words}, {16u, words}, {32u, floats}}) {
-        for (const bool isArgb : {true, false}) {
-            const auto height = static_cast<std::uint32_t>(upload.size() / (bits / 2) / 2);
-            Texture texture;
-            texture.initTexture(1, 1, 8, true);
-            texture.uploadPixels(upload.data(), {2, height, bits, bits}, isArgb, false);
-            EXPECT_EQ(*texture.pixelCopy(), upload) << bits;
-            EXPECT_EQ(texture.pixelCopy(), texture.pixelCopy()) << "all who ask share one copy";
-            const PixelBuffer held = texture.pixelCopy();
-            texture.uploadPixels(upload.data() + 16, {1, 1, bits, bits / 2}, isArgb, false);
-            EXPECT_EQ(held->front(), upload.front()) << "and keep it as it was when another size comes";
+    return bytes;
+}
+
+// The memory has the rows' bytes and no padding after the row that is last in it: a read of one byte more faults.
+TEST_F(TextureTest, TakesRowsOfAnyDistanceAndNotAByteMore) {
+    Texture texture;
+    texture.initTexture(1, 1, 8, true);
+    for (const auto& [width, height, bits, rowBytes] : kRowsCases)
+        for (const bool widens : {false, true}) {
+            if (widens && bits != 16) continue;
+            SCOPED_TRACE(testing::Message() << width << "x" << height << ", " << bits << " bits, rows of " << rowBytes
+                                            << (widens ? " widened" : ""));
+            const std::size_t pixel = BytesOfPixel(bits), apart = static_cast<std::size_t>(std::abs(rowBytes));
+            const std::size_t used = std::min(width * pixel, apart), rows = height;
+            const GuardedBytes memory(SomeBytes(rows == 0 ? 0 : (rows - 1) * apart + used));
+            const std::byte* top = memory.data() + (rowBytes < 0 ? (rows - 1) * apart : 0);
+            texture.uploadPixels(used == 0 ? nullptr : top, {width, height, bits, rowBytes}, true, widens);
+            if (used == 0) texture.uploadPixels(top, {width, height, bits, rowBytes}, true, widens);
+
+            // What the copy is: the memory as it is, or tight rows where they were the other way round.
+            const std::size_t kept = rowBytes < 0 ? width * pixel : apart;
+            Bytes copy(rows * kept);
+            for (std::size_t y = 0; y < rows; ++y) {
+                const bool hasPadding = used != 0 && rowBytes >= 0 && !widens && y + 1 < rows;
+                for (std::size_t i = 0; i < (hasPadding ? kept : used); ++i)
+                    copy[y * kept + i] =
+                        top[static_cast<std::ptrdiff_t>(y) * rowBytes + static_cast<std::ptrdiff_t>(i)];
+                for (std::size_t i = 0; widens && i < used / 2 * 2; i += 2) {
+                    std::uint16_t value = 0;
+                    std::memcpy(&value, &copy[y * kept + i], 2);
+                    value = static_cast<std::uint16_t>((value > 16384 ? value - 1 : value) * 2);
+                    std::memcpy(&copy[y * kept + i], &value, 2);
+                }
+                if (widens && used % 2 != 0) copy[y * kept + used - 1] = std::byte{};
+            }
+            EXPECT_TRUE(*texture.pixelCopy() == copy);
+            EXPECT_EQ(texture.rowBytes, static_cast<std::int64_t>(kept));
+
+            // What GL has: whole pixels apart, zeros where the rows end too early for that.
+            const std::size_t row = kept / (bits < 8 ? 1 : bits / 8) / 4;
+            Bytes stored;
+            for (std::size_t y = 0; y < rows; ++y)
+                for (std::size_t i = 0; i < width * pixel; ++i) {
+                    const std::size_t at = y * (bits < 8 || row == 0 ? width : row) * pixel + i;
+                    stored.push_back(at < copy.size() ? copy[at] : std::byte{});
+                }
+            EXPECT_TRUE(Stored(bits) == stored);
+        }
+}
+
+TEST_F(TextureTest, KeepsTheBytesOfTheLastUploadThatHadAny) {
+    const Bytes picture = DistinctPicture(3, 2, 16);
+    Texture texture;
+    texture.initTexture(2, 2, 8, true);
+    EXPECT_EQ(texture.pixelCopy(), nullptr);
+    const std::uint32_t name = texture.textureName.get();
+    texture.uploadPixels(picture.data(), {3, 2, 16, 24}, true, false);
+    const PixelBuffer held = texture.pixelCopy();
+    // What becomes of GL's storage is nothing to the copy: drawn over, specified anew, refused, gone.
+    const std::uint16_t black[4] = {};
+    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_SHORT, black);
+    EXPECT_EQ(*texture.pixelCopy(), picture);
+    for (const std::uint32_t width : {3u, 40u, 536870912u}) {
+        texture.uploadPixels(nullptr, {width, 2, 16, 24}, true, true);
+        EXPECT_EQ(texture.textureName.get(), name);
+        EXPECT_EQ(*texture.pixelCopy(), picture) << width;
+    }
+    texture.releaseGL();
+    EXPECT_FALSE(texture.textureName);
+    EXPECT_EQ(glIsTexture(name), GL_FALSE);
+    EXPECT_EQ(texture.pixelCopy(), held);
+    texture.initTexture(2, 2, 8, true);
+    texture.uploadPixels(picture.data(), {1, 1, 8, 4}, true, false);
+    EXPECT_EQ(*held, picture) << "surfaces keep it when a picture of another size comes";
+    EXPECT_EQ(texture.pixelCopy()->size(), 4u);
+}
+
+TEST_F(TextureTest, HasNoStorageWhereTheDriverRefusesIt) {
+    const Bytes picture = DistinctPicture(2, 2, 8);
+    Texture texture;
+    texture.initTexture(2, 2, 8, true);
+    for (const auto& [width, height, bits] : {std::array{536870912u, 1u, 8u},
+                                              {1u, 536870912u, 8u},
+                                              {0x7FFFFFFFu, 10u, 8u},
+                                              {0xFFFFFFFFu, 0xFFFFFFFFu, 32u},
+                                              {1000000u, 1u, 16u},
+                                              {16384u, 16384u, 32u}}) {
+        texture.uploadPixels(picture.data(), {2, 2, 8, 8}, true, false);
+        EXPECT_TRUE(texture.storageExists());
+        EXPECT_EQ(Level(GL_TEXTURE_WIDTH), 2);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WIDTH, 1);  // an error of somebody else's
+        texture.uploadPixels(nullptr, {width, height, bits, 8}, true, false);
+        EXPECT_EQ(texture.width, width);
+        EXPECT_EQ(Level(GL_TEXTURE_WIDTH), texture.storageExists() ? static_cast<GLint>(width) : 0);
+        if (width > 100000 || height > 100000) {
+            EXPECT_FALSE(texture.storageExists());
         }
     }
 }
@@ -169,68 +275,6 @@ TEST_F(TextureTest, WidensTheHostsSixteenBitsOnlyWhenAsked) {
     EXPECT_EQ(Storage<std::uint16_t>(GL_UNSIGNED_SHORT), (std::vector<std::uint16_t>{0, 14462, 65532, 0}));
     texture.uploadPixels(nullptr, {1, 1, 16, 8}, true, true);
     EXPECT_EQ(texture.pixelCopy()->size(), 8u) << "an upload without data leaves the copy";
-}
-
-TEST_F(TextureTest, KeepsItsNameOverExtentsAndDepths) {
-    Texture texture;
-    texture.initTexture(2, 2, 8, true);
-    const std::uint32_t name = texture.textureName.get();
-    const Bytes big = DistinctPicture(1920, 1080, 16);
-    texture.uploadPixels(big.data(), {1920, 1080, 16, 1920 * 8}, true, false);
-    EXPECT_EQ(texture.textureName.get(), name);
-    EXPECT_EQ(texture.bitDepth, 16u);
-    EXPECT_EQ(Level(GL_TEXTURE_HEIGHT), 1080);
-    texture.releaseGL();
-    EXPECT_FALSE(texture.textureName);
-    EXPECT_EQ(glIsTexture(name), GL_FALSE);
-    EXPECT_TRUE(*texture.pixelCopy() == big) << "the copy stays";
-}
-
-// Rows apart by more than their width, the last one without its padding, and rows that lie upwards in memory. A read
-// of one byte too many faults.
-TEST_F(TextureTest, ReadsPaddedAndUpwardRowsAndNotAByteMore) {
-    for (const std::uint32_t bits : {8u, 16u, 32u})
-        for (const bool expand : {false, true})
-            for (const bool upwards : {false, true}) {
-                SCOPED_TRACE(std::to_string(bits) + (upwards ? " upwards" : " downwards"));
-                const Bytes picture = DistinctPicture(3, 2, bits);
-                const std::size_t row = picture.size() / 2, apart = row + bits / 2;
-                Bytes padded(apart, std::byte{0xEE});
-                const Bytes inMemory = upwards ? ReversedRows(picture, 2) : picture;
-                std::copy(inMemory.begin(), inMemory.begin() + static_cast<std::ptrdiff_t>(row), padded.begin());
-                padded.insert(padded.end(), inMemory.begin() + static_cast<std::ptrdiff_t>(row), inMemory.end());
-                const GuardedBytes memory(padded);
-                const auto rowBytes = static_cast<std::int64_t>(apart);
-                Texture texture;
-                texture.initTexture(3, 2, bits, true);
-                if (upwards)
-                    texture.uploadPixels(memory.data() + apart, {3, 2, bits, -rowBytes}, true, expand);
-                else
-                    texture.uploadPixels(memory.data(), {3, 2, bits, rowBytes}, true, expand);
-                if (bits == 8)
-                    EXPECT_EQ(BytesOf(Storage<std::uint8_t>(GL_UNSIGNED_BYTE)), picture);
-                else if (bits == 32)
-                    EXPECT_EQ(BytesOf(Storage<float>(GL_FLOAT)), picture);
-                else
-                    EXPECT_EQ(InHostRange(BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT)), expand ? 16 : 8),
-                              picture);
-                ASSERT_NE(texture.pixelCopy(), nullptr);
-                EXPECT_GE(texture.pixelCopy()->size(), picture.size());
-                if (!upwards) {
-                    EXPECT_EQ(texture.pixelCopy()->size(), 2 * apart);
-                }
-            }
-}
-
-TEST_F(TextureTest, SurvivesFifteenBitsThoughTheyReadTwiceTheRows) {
-    const Bytes picture = DistinctPicture(3, 2, 16);
-    const GuardedBytes memory(picture);
-    Texture texture;
-    texture.initTexture(3, 2, 15, true);
-    texture.uploadPixels(memory.data(), {3, 2, 15, 24}, true, false);
-    const std::vector<std::uint16_t> stored = Storage<std::uint16_t>(GL_UNSIGNED_SHORT);
-    const std::vector<std::uint16_t> given = ChannelsOf<std::uint16_t>(picture);
-    EXPECT_TRUE(std::equal(stored.begin(), stored.begin() + 12, given.begin())) << "the first row is as it was";
 }
 
 TEST_F(TextureTest, LoadsAPictureOrStaysWithoutAName) {
