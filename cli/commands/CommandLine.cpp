@@ -215,6 +215,12 @@ void AddPack(CLI::App& app, Run& run) {
         ->required()
         ->type_name("MODULE");
     command.add_flag("--list", options->isListed, "Prints the size and the name of each file in the module, too");
+    command
+        .add_option_function<std::string>(
+            "--for", [options](const std::string&) { options->isForFrei0r = true; },
+            "A plug-in for open video tools instead: frei0r, for ffmpeg, melt and Kdenlive. Runs the effect's setup()")
+        ->check(CLI::IsMember({"frei0r"}))
+        ->type_name("HOSTS");
     command.callback([&run, options] { run = [options] { return RunPack(*options); }; });
 }
 

@@ -60,6 +60,7 @@ struct PackOptions {
     std::filesystem::path folder;
     std::filesystem::path output;
     bool isListed = false;  // prints the module's files too
+    bool isForFrei0r = false;
 };
 
 // `quillon pack`: makes the effect's module and prints its path. Warns of what looks wrong in config.xml and of files

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <system_error>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "cli/effect/ConfigChecks.h"
 #include "cli/effect/EffectDescription.h"
 #include "cli/effect/EffectSource.h"
+#include "cli/effect/Frei0rPlugin.h"
 #include "cli/effect/Leftovers.h"
 #include "cli/effect/TemplateModule.h"
 #include "cli/system/ModuleKind.h"
@@ -34,21 +36,43 @@ void CheckOutput(const PackOptions& options) {
     }
 }
 
+// Hosts know a plug-in by its file's name, and have their own meaning for most other characters.
+void CheckPluginName(const fs::path& output) {
+    const std::string name = output.stem().string();
+    const bool isIdentifier = std::ranges::all_of(name, [](char c) {
+        return c == '_' || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    });
+    if (output.extension() != ".so" || !isIdentifier)
+        throw WrongCommandLine(fmt::format(
+            "{}: hosts know a plug-in by its file's name; make it of letters, digits and '_' and end it in .so",
+            output.string()));
+}
+
 }  // namespace
 
 int RunPack(const PackOptions& options) {
     CheckOutput(options);
+    if (options.isForFrei0r) CheckPluginName(options.output);
     std::error_code ignored;
     if (fs::exists(options.folder, ignored) && !fs::is_directory(options.folder, ignored)) {
         throw Fault(fmt::format("{}: is not a folder; give the one that holds the effect's fx.js and config.xml",
                                 options.folder.string()));
     }
     const EffectSource source = ReadEffectSource(options.folder);
-    ThrowIfAny(CheckPackage(source));
-    const bool isDescribed = ModuleKindOf(options.output)->isDescribed;
-    const std::vector<std::byte> description = isDescribed ? DescribeEffect(source) : std::vector<std::byte>();
-    WriteEffectModule(options.output, source, "choose another place with -o", description);
-    PrintWarnings(CheckIdentity(source));
+    ThrowIfAny(options.isForFrei0r ? CheckSource(source) : CheckPackage(source));
+    const char* templateName = kEffectTemplate;
+    std::vector<std::byte> description;
+    Diagnostics warnings = CheckIdentity(source);
+    if (options.isForFrei0r) {
+        templateName = kPluginTemplate;
+        const Frei0rPlugin plugin = DescribePlugin(source);
+        description = frei0r::WriteListing(plugin.listing);
+        warnings.insert(warnings.end(), plugin.warnings.begin(), plugin.warnings.end());
+    } else if (ModuleKindOf(options.output)->isDescribed) {
+        description = DescribeEffect(source);
+    }
+    WriteEffectModule(options.output, source, "choose another place with -o", description, templateName);
+    PrintWarnings(warnings);
     PrintWarnings(CheckLeftovers(source));
     PrintLine(stdout, options.output.string());
     std::uint64_t bytes = 0;

@@ -36,7 +36,8 @@ constexpr Key kKeys[] = {{"MAJOR_VERSION", true, 63},
                          {"FXNAME", false, 0},
                          {"AGEP_ID", false, 0},
                          {"CATEGORY", false, 0, true},
-                         {"MATCH_NAME", false, 0, true}};
+                         {"MATCH_NAME", false, 0, true},
+                         {"GENERATOR", true, 0, true}};
 
 bool IsDecimal(std::string_view text) {
     const auto isBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };

@@ -14,15 +14,14 @@
 
 namespace quillon::cli {
 
-namespace {
-
-// Blanks and line breaks around a value are the file's layout.
-std::string TextOf(const ConfigDocument& config, const wchar_t* key) {
+std::string ConfigText(const ConfigDocument& config, const wchar_t* key) {
     constexpr const char* kBlanks = " \t\r\n";
     const std::string value = config.GetValue(key);
     const std::size_t first = value.find_first_not_of(kBlanks);
     return first == std::string::npos ? "" : value.substr(first, value.find_last_not_of(kBlanks) + 1 - first);
 }
+
+namespace {
 
 constexpr std::string_view kMatchNamePrefix = "QLV";
 
@@ -45,9 +44,9 @@ std::string DefaultMatchName(const std::string& name) {
 
 std::vector<std::byte> DescribeEffect(const EffectSource& source) {
     const ConfigDocument config(source.textOf("config.xml"));
-    EffectIdentity identity{.name = TextOf(config, L"FXNAME"),
-                            .category = TextOf(config, L"CATEGORY"),
-                            .matchName = TextOf(config, L"MATCH_NAME"),
+    EffectIdentity identity{.name = ConfigText(config, L"FXNAME"),
+                            .category = ConfigText(config, L"CATEGORY"),
+                            .matchName = ConfigText(config, L"MATCH_NAME"),
                             .version = EffectVersion::FromConfig(config).HostWord(),
                             .outFlags = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) | kFixedOutFlags,
                             .outFlags2 = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2"))};

@@ -1,11 +1,19 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "cli/effect/EffectSource.h"
 
+namespace quillon {
+class ConfigDocument;
+}
+
 namespace quillon::cli {
+
+// The text of a key without the blanks and line breaks around it, which are the file's layout.
+std::string ConfigText(const ConfigDocument& config, const wchar_t* key);
 
 // The description that a Windows module carries, see PiPL.h, from a config.xml that parses. Its numbers are those that
 // the module itself answers to hosts. Without CATEGORY the category is "Quillon", without MATCH_NAME the match name is

@@ -17,9 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path TemplateModule(const ModuleKind& kind) {
-    const fs::path path =
-        ProgramFile().parent_path().parent_path() / "lib" / (std::string("quillon_module") + kind.ending);
+fs::path TemplateModule(const ModuleKind& kind, const char* name) {
+    const fs::path path = ProgramFile().parent_path().parent_path() / "lib" / (std::string(name) + kind.ending);
     std::error_code ignored;
     if (!fs::exists(path, ignored)) {
         throw Fault(
@@ -41,9 +40,9 @@ std::vector<std::byte> Package(const EffectSource& source) {
 }  // namespace
 
 void WriteEffectModule(const fs::path& output, const EffectSource& source, const std::string& remedy,
-                       std::span<const std::byte> description) {
+                       std::span<const std::byte> description, const char* templateName) {
     const ModuleKind* const kind = ModuleKindOf(output);
-    const fs::path templateModule = TemplateModule(kind ? *kind : kOwnModuleKind);
+    const fs::path templateModule = TemplateModule(kind ? *kind : kOwnModuleKind, templateName);
     const std::vector<std::byte> package = Package(source);
     try {
         WriteModule(output, templateModule, package, description);

@@ -1,0 +1,209 @@
+#include "cli/effect/Frei0rPlugin.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstring>
+#include <regex>
+#include <string_view>
+#include <utility>
+
+#include "cli/effect/ConfigChecks.h"
+#include "cli/effect/EffectDescription.h"
+#include "cli/effect/LinkedEngine.h"
+#include "cli/effect/LoadedEffect.h"
+#include "package/ConfigDocument.h"
+
+namespace quillon::cli {
+
+namespace {
+
+using frei0r::PluginType;
+using frei0r::Role;
+
+// A control without a range in the script: two turns, so that every default within a turn, either way, has its place.
+constexpr float kMostDegrees = 360;
+
+constexpr std::uint32_t kDeepColorFlag = 1u << 25;   // of FLAGS
+constexpr std::uint32_t kFloatColorFlag = 1u << 12;  // of FLAGS2
+
+// Hosts take parameters from their command lines as NAME=VALUE, and colons and bars part other things there.
+std::string CleanName(std::string text) {
+    std::ranges::replace_if(
+        text,
+        [](char c) {
+            return static_cast<unsigned char>(c) < ' ' || std::string_view("=:|\x7f").find(c) != std::string_view::npos;
+        },
+        ' ');
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
+
+std::string RangeText(float low, float high, const char* unit = "") {
+    return fmt::format("0 is {}, 1 is {}{}", low, high, unit);
+}
+
+// "0: Barrel, 1: Pincushion"
+std::string EntriesText(const Parameter& popup) {
+    std::string text;
+    std::string_view rest = popup.choices;
+    for (std::uint32_t i = 0; i < popup.choiceCount; ++i) {
+        const std::string_view entry = rest.substr(0, rest.find('|'));
+        rest.remove_prefix(std::min(entry.size() + 1, rest.size()));
+        const double value = popup.choiceCount > 1 ? static_cast<double>(i) / (popup.choiceCount - 1) : 0;
+        text += fmt::format("{}{:.3g}: {}", text.empty() ? "" : ", ", value, entry);
+    }
+    return text;
+}
+
+class PluginLister {
+public:
+    explicit PluginLister(const EffectSource& effect) : source(effect), config(effect.textOf("config.xml")) {}
+
+    Frei0rPlugin list() {
+        addIdentity();
+        const LoadedEffect loaded(source, {});
+        const std::vector<Parameter> declarations = LinkedEngine::Declarations();
+        for (std::uint32_t i = 0; i < declarations.size(); ++i) addControl(i, declarations[i]);
+        warnOfOutputs();
+        return std::move(plugin);
+    }
+
+private:
+    void addIdentity() {
+        frei0r::Listing& listing = plugin.listing;
+        listing.name = ConfigText(config, L"FXNAME");
+        if (listing.name.empty()) listing.name = source.path.stem().string();
+        listing.explanation = ConfigText(config, L"ABOUT");
+        listing.type = config.GetInteger(L"GENERATOR") != 0 ? PluginType::source : PluginType::filter;
+        listing.majorVersion = static_cast<std::uint32_t>(std::max(config.GetInteger(L"MAJOR_VERSION"), 0));
+        listing.minorVersion = static_cast<std::uint32_t>(std::max(config.GetInteger(L"MINOR_VERSION"), 0));
+        const bool isDeep = (static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) & kDeepColorFlag) != 0;
+        const bool isFloat = (static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2")) & kFloatColorFlag) != 0;
+        if (isDeep || isFloat)
+            warn("config.xml", LineOfKey(source, isDeep ? "FLAGS" : "FLAGS2"), Diagnostic::Kind::config,
+                 "frei0r has 8 bits per channel; the effect's 16 and 32 bits stay unused");
+    }
+
+    void addControl(std::uint32_t index, const Parameter& declared) {
+        const bool isHidden = (declared.flags & ParameterFlag::hidden) != 0;
+        if (declared.kind == GROUP_START) groups.push_back(isHidden ? "" : CleanName(declared.label));
+        if (declared.kind == GROUP_END && !groups.empty()) groups.pop_back();
+        if (isHidden) return;
+        const auto add = [&](Role role, const char* part, std::string explanation, float low = 0, float high = 1) {
+            frei0r::ListedControl& control = plugin.listing.controls.emplace_back();
+            control.name = nameOf(declared, part);
+            control.explanation = std::move(explanation);
+            control.role = role;
+            control.declaration = index;
+            control.low = low;
+            control.high = high;
+            std::memcpy(control.declared.data(), declared.value, control.declared.size());
+        };
+        const float low = declared.min[0], high = declared.max[0];
+        switch (declared.kind) {
+            case FLOAT:
+                return add(Role::number, "", RangeText(low, high), low, high);
+            case ANGLE:
+                return add(Role::angle, "", RangeText(-kMostDegrees, kMostDegrees, " degrees"), -kMostDegrees,
+                           kMostDegrees);
+            case BOOL:
+                return add(Role::checkBox, "", "0 is off, 1 is on");
+            case POPUP:
+                return add(Role::popup, "", EntriesText(declared), 1, static_cast<float>(declared.choiceCount));
+            case COLOR:
+                add(Role::color, "", "red, green and blue");
+                if (hasAlpha(declared)) add(Role::alpha, " alpha", RangeText(0, 1));
+                return;
+            case POINT2D:
+                return add(Role::point, "", "in shares of the frame, from its top left corner");
+            case POINT:
+                add(Role::point3D, "", "x and y, in shares of the frame, from its top left corner");
+                return add(Role::depth, " depth", RangeText(low, high, " pixels"), low, high);
+            case LAYER:
+                return addLayer(index, declared);
+            case TEXTURE:
+            case PATH:
+                return warnOf(declared, "frei0r has no such control; it is left out");
+            default:
+                return;
+        }
+    }
+
+    void addLayer(std::uint32_t index, const Parameter& declared) {
+        frei0r::Listing& listing = plugin.listing;
+        if (listing.type == PluginType::source)
+            return warnOf(declared, "a generator has no inputs; the layer is empty");
+        if (listing.type == PluginType::mixer2)
+            return warnOf(declared, "frei0r has one layer beside the input; this one is empty");
+        listing.type = PluginType::mixer2;
+        listing.layer = index;
+    }
+
+    // The label behind the names of its groups; hosts tell parameters apart by nothing else.
+    std::string nameOf(const Parameter& declared, const char* part) const {
+        std::string name;
+        for (const std::string& group : groups) name += group.empty() ? "" : group + " / ";
+        const std::string label = CleanName(declared.label);
+        name += (label.empty() ? CleanName(declared.uniformName) : label) + part;
+        const auto isTaken = [this](const std::string& candidate) {
+            return std::ranges::any_of(plugin.listing.controls,
+                                       [&](const frei0r::ListedControl& control) { return control.name == candidate; });
+        };
+        std::string unique = name;
+        for (int count = 2; isTaken(unique); ++count) unique = fmt::format("{} {}", name, count);
+        return unique;
+    }
+
+    // Whether a color's alpha may reach a pixel: not when every shader with a uniform of its name takes three channels.
+    bool hasAlpha(const Parameter& color) const {
+        static const std::regex kVector(R"(\buniform\s+(?:\w+\s+)?vec([34])\s+([^;]*);)");
+        bool takesThree = false;
+        for (const PackageFile& file : source.files) {
+            const std::string text = source.textOf(file.name);
+            for (std::sregex_iterator found(text.begin(), text.end(), kVector), end; found != end; ++found) {
+                const std::string names = std::regex_replace((*found)[2].str(), std::regex(R"([\s,]+)"), ",");
+                if (("," + names + ",").find("," + color.uniformName + ",") == std::string::npos) continue;
+                if ((*found)[1] == "4") return true;
+                takesThree = true;
+            }
+        }
+        return !takesThree;
+    }
+
+    void warnOfOutputs() {
+        const std::string script = source.textOf("fx.js");
+        const std::size_t found = script.find("setOutputExtent");
+        if (found == std::string::npos) return;
+        const auto line =
+            static_cast<int>(1 + std::count(script.begin(), script.begin() + static_cast<std::ptrdiff_t>(found), '\n'));
+        warn("fx.js", line, Diagnostic::Kind::package,
+             "frei0r frames keep their size; an output that is larger is cropped to the input's frame");
+    }
+
+    void warnOf(const Parameter& declared, const char* words) {
+        warn("fx.js", 0, Diagnostic::Kind::package,
+             fmt::format("{} \"{}\": {}", declared.uniformName, declared.label, words));
+    }
+
+    void warn(const char* file, int line, Diagnostic::Kind kind, const std::string& text) {
+        plugin.warnings.push_back({.path = source.pathOf(file),
+                                   .line = line,
+                                   .severity = Diagnostic::Severity::warning,
+                                   .text = text,
+                                   .kind = kind});
+    }
+
+    const EffectSource& source;
+    const ConfigDocument config;
+    Frei0rPlugin plugin;
+    std::vector<std::string> groups;  // those that are open
+};
+
+}  // namespace
+
+Frei0rPlugin DescribePlugin(const EffectSource& source) {
+    return PluginLister(source).list();
+}
+
+}  // namespace quillon::cli
