@@ -6,17 +6,12 @@
 #include <set>
 #include <vector>
 
-#include <gmock/gmock.h>
-
 #include "imagelib/FixedPalettes.h"
 #include "support/SampleTest.h"
 
 namespace quillon::test {
 
 namespace {
-
-using ::testing::FloatNear;
-using ::testing::Pointwise;
 
 using PaletteSample = SampleTest;
 using EchoSample = SampleTest;
@@ -108,7 +103,7 @@ TEST_F(PaletteSample, ChoosesAsManyColorsFromThePictureAsItSays) {
             EXPECT_GT(count, std::size_t{1} << palette);
         }
         set("palette", kAllColors);
-        EXPECT_THAT(render(input, bitDepth).samples, Pointwise(FloatNear(1e-4f), input.samples));
+        EXPECT_TRUE(SamePicture(input, render(input, bitDepth), 1e-4f));
     }
 }
 
@@ -126,7 +121,7 @@ TEST_F(PaletteSample, ChoosesColorsWithoutRegardToAlphaAndKeepsIt) {
                 EXPECT_EQ(soft.samples[i], 0.5f);
                 soft.samples[i] = 1;
             }
-            EXPECT_EQ(soft.samples, opaque.samples) << palette << " " << dither;
+            EXPECT_TRUE(SamePicture(opaque, soft)) << palette << " " << dither;
         }
     }
 }
@@ -160,8 +155,7 @@ TEST_F(EchoSample, ShowsThePictureAsItIsWhereNoTrailCanBe) {
     addInstance();
     for (const std::uint32_t bitDepth : {8u, 16u, 32u}) {
         const Picture soft = Ramps(12, 9, 0.6f);
-        EXPECT_THAT(render(soft, bitDepth, 1).samples,
-                    Pointwise(FloatNear(bitDepth == 8 ? 1e-6f : 4e-5f), soft.samples));
+        EXPECT_TRUE(SamePicture(soft, render(soft, bitDepth, 1), bitDepth == 8 ? 1e-6f : 4e-5f));
     }
 }
 
@@ -191,7 +185,7 @@ TEST_F(EchoSample, FadesByTimeAndStartsAfreshWhereTheOrderBreaks) {
             Picture expected = bright;
             for (std::size_t i = 0; i < expected.samples.size(); ++i)
                 if (i % 4 != 0) expected.samples[i] *= row.left;
-            EXPECT_THAT(last.samples, Pointwise(FloatNear(bitDepth == 8 ? 0.6f / 255 : 1e-5f), expected.samples))
+            EXPECT_TRUE(SamePicture(expected, last, bitDepth == 8 ? 0.6f / 255 : 1e-5f))
                 << ::testing::PrintToString(row.moments);
         }
         removeInstance(instance);
@@ -203,7 +197,7 @@ TEST_F(EchoSample, StartsAfreshAtAnotherSize) {
     addInstance();
     render(Ramps(12, 9, 1), 8, 1);
     const Picture black = Flat(20, 9, {1, 0, 0, 0});
-    EXPECT_EQ(render(black, 8, 1.04).samples, black.samples);
+    EXPECT_TRUE(SamePicture(black, render(black, 8, 1.04)));
 }
 
 TEST_F(EchoSample, ForgetsWhatIsNoNumber) {

@@ -2,20 +2,11 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "support/EngineTest.h"
+#include "support/SamePicture.h"
 
 namespace quillon::test {
-
-// Channels A, R, G, B from 0 to 1, the top row first.
-struct Picture {
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    std::vector<float> samples;
-
-    const float* at(std::uint32_t x, std::uint32_t y) const { return &samples[(std::size_t{y} * width + x) * 4]; }
-};
 
 // One of the sample effects, in the engine of this process. A script error fails the test.
 class SampleTest : public EngineTest {
