@@ -8,7 +8,7 @@ namespace quillon::host {
 namespace {
 
 constexpr char kFreshByte = '\x5A';
-constexpr char kGuardByte = '\x3C';
+constexpr char kHandleGuard = '\x3C';
 constexpr std::size_t kGuardBytes = 16;
 constexpr std::size_t kEndedKept = 4096;
 
@@ -21,7 +21,7 @@ PF_Handle HandleTracker::make(std::size_t bytes) {
     block->size = bytes;
     block->locks = 0;
     std::memset(block->data, kFreshByte, bytes);
-    std::memset(block->data + bytes, kGuardByte, kGuardBytes);
+    std::memset(block->data + bytes, kHandleGuard, kGuardBytes);
     const PF_Handle handle = &block->data;
     const std::lock_guard lock(mutex);
     blocks[handle] = std::move(block);
@@ -72,7 +72,7 @@ void HandleTracker::dispose(PF_Handle handle, std::string& fault) {
     } else {
         if (block->locks != 0) fault = "a handle is disposed while locked";
         const char* const guards = block->data + block->size;
-        if (!std::all_of(guards, guards + kGuardBytes, [](char byte) { return byte == kGuardByte; }))
+        if (!std::all_of(guards, guards + kGuardBytes, [](char byte) { return byte == kHandleGuard; }))
             fault = "bytes behind a handle's memory are overwritten";
         end(*block);
     }

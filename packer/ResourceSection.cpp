@@ -32,9 +32,9 @@ std::uint64_t DirectoryBytes(const Children& children) {
     return kDirectoryHeadBytes + kDirectoryEntryBytes * children.size();
 }
 
-class Writer {
+class SectionWriter {
 public:
-    Writer(std::vector<std::byte>& to, const Resources& all, std::uint32_t imageAddress)
+    SectionWriter(std::vector<std::byte>& to, const Resources& all, std::uint32_t imageAddress)
         : bytes(to), resources(all), tree(TreeOf(all)), address(imageAddress) {
         nextLanguages = nextNames = DirectoryBytes(tree);
         for (const auto& [type, names] : tree) nextLanguages += DirectoryBytes(names);
@@ -135,7 +135,7 @@ private:
 
 void AppendResourceSection(std::vector<std::byte>& bytes, const Resources& resources, std::uint32_t address,
                            std::uint64_t mostBytes) {
-    Writer writer(bytes, resources, address);
+    SectionWriter writer(bytes, resources, address);
     if (writer.sectionBytes() > mostBytes)
         throw FileError("",
                         "the package is too large: with " + std::to_string(writer.sectionBytes()) +

@@ -36,13 +36,13 @@ constexpr DitherKernel kKernels[] = {
                                              { 5,  0, 12,  0, 12,  0,  5}}},
 };
 // clang-format on
-constexpr std::int64_t kFirst = 2;
+constexpr std::int64_t kFirstKernel = 2;
 
 }  // namespace
 
 const DitherKernel* FindDitherKernel(std::int64_t ditherIndex) {
-    if (ditherIndex < kFirst || ditherIndex >= kFirst + std::ssize(kKernels)) return nullptr;
-    return &kKernels[ditherIndex - kFirst];
+    if (ditherIndex < kFirstKernel || ditherIndex >= kFirstKernel + std::ssize(kKernels)) return nullptr;
+    return &kKernels[ditherIndex - kFirstKernel];
 }
 
 }  // namespace quillon::ImageLib

@@ -37,7 +37,7 @@ constexpr Colors kPalettes[] = {
                                     0xDB6559, 0xFF897D, 0xCCC35E, 0xDED087, 0x3AA241, 0xB766B5, 0xCCCCCC, 0xFFFFFF}},
 };
 // clang-format on
-constexpr std::int32_t kFirst = 9;
+constexpr std::int32_t kFirstPalette = 9;
 
 float Channel(Scale scale, std::uint32_t color, int shift) {
     const auto byte = static_cast<std::uint8_t>(color >> shift);
@@ -48,8 +48,8 @@ float Channel(Scale scale, std::uint32_t color, int shift) {
 
 std::vector<Pixel32> FixedPalette(std::int32_t mode) {
     std::vector<Pixel32> palette;
-    if (mode < kFirst || mode >= kFirst + std::ssize(kPalettes)) return palette;
-    const auto& [scale, count, colors] = kPalettes[mode - kFirst];
+    if (mode < kFirstPalette || mode >= kFirstPalette + std::ssize(kPalettes)) return palette;
+    const auto& [scale, count, colors] = kPalettes[mode - kFirstPalette];
     for (std::uint32_t i = 0; i < count; ++i)
         palette.push_back(
             {1.0f, Channel(scale, colors[i], 16), Channel(scale, colors[i], 8), Channel(scale, colors[i], 0)});

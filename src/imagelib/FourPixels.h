@@ -13,6 +13,16 @@
 
 namespace quillon::ImageLib {
 
+// One lane of a vector in all four.
+template <int Lane>
+inline __m128 Broadcast(__m128 v) {
+    return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
+}
+
+inline __m128 Squared(__m128 v) {
+    return v * v;
+}
+
 // Four pixels at a time: one vector for each lane, alpha first. Arithmetic on them is exactly that of single floats.
 struct FourPixels {
     __m128 lane[4];

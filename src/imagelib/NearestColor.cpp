@@ -14,18 +14,9 @@ __m128 Magnitude(__m128 v) {
     return _mm_andnot_ps(_mm_set1_ps(-0.0f), v);
 }
 
-template <int Lane>
-__m128 Broadcast(__m128 v) {
-    return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
-}
-
 __m128 Smallest(__m128 v) {
     v = _mm_min_ps(v, _mm_shuffle_ps(v, v, _MM_SHUFFLE(1, 0, 3, 2)));
     return _mm_min_ps(v, _mm_shuffle_ps(v, v, _MM_SHUFFLE(2, 3, 0, 1)));
-}
-
-__m128 Squared(__m128 v) {
-    return v * v;
 }
 
 std::size_t FirstEqual(__m128 four, __m128 value) {

@@ -24,13 +24,13 @@ constexpr OrderedMatrix kMatrices[] = {
              {64, 32, 56, 24, 62, 30, 54, 22}}},
 };
 // clang-format on
-constexpr std::int64_t kFirst = 12;
+constexpr std::int64_t kFirstMatrix = 12;
 
 }  // namespace
 
 const OrderedMatrix* FindOrderedMatrix(std::int64_t ditherIndex) {
-    if (ditherIndex < kFirst || ditherIndex >= kFirst + std::ssize(kMatrices)) return nullptr;
-    return &kMatrices[ditherIndex - kFirst];
+    if (ditherIndex < kFirstMatrix || ditherIndex >= kFirstMatrix + std::ssize(kMatrices)) return nullptr;
+    return &kMatrices[ditherIndex - kFirstMatrix];
 }
 
 }  // namespace quillon::ImageLib

@@ -11,15 +11,6 @@ namespace {
 // A distance that is not below it never wins.
 constexpr float kLimit = 1000000.0f;
 
-__m128 Squared(__m128 v) {
-    return v * v;
-}
-
-template <int Lane>
-__m128 Broadcast(__m128 v) {
-    return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
-}
-
 }  // namespace
 
 bool ShortPalette::Holds(std::span<const Pixel32> palette) {

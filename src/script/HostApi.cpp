@@ -42,7 +42,7 @@ duk_ret_t getInputOrigin(duk_context* ctx) {
     return PushNumbers(ctx, numbers);
 }
 
-constexpr Native kNatives[] = {
+constexpr Native kHostNatives[] = {
     {"QL_getTime", Guarded<getTime>, 0},
     {"QL_release", Guarded<release>, 1},
     {"QL_setOutputExtent", Guarded<setOutputExtent>, 2},
@@ -53,7 +53,7 @@ constexpr Native kNatives[] = {
 }  // namespace
 
 std::span<const Native> HostNatives() {
-    return kNatives;
+    return kHostNatives;
 }
 
 }  // namespace quillon

@@ -188,7 +188,7 @@ duk_ret_t getParamFlags(duk_context* ctx) {
     return PushNumber(ctx, static_cast<std::int32_t>(parameter->flags));
 }
 
-constexpr Native kNatives[] = {
+constexpr Native kParameterNatives[] = {
     {"QL_initParam", Guarded<initParam>, DUK_VARARGS},   {"QL_getParamValue", Guarded<getParamValue>, 1},
     {"QL_setParamValue", Guarded<setParamValue>, 2},     {"QL_setParamMinMax", Guarded<setParamMinMax>, 3},
     {"QL_setParamChoices", Guarded<setParamChoices>, 2}, {"QL_setParamPrecision", Guarded<SetParamPrecision>, 2},
@@ -199,7 +199,7 @@ constexpr Native kNatives[] = {
 }  // namespace
 
 std::span<const Native> ParameterNatives() {
-    return kNatives;
+    return kParameterNatives;
 }
 
 }  // namespace quillon

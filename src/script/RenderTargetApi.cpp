@@ -51,7 +51,7 @@ duk_ret_t GetSequenceTexture(duk_context* ctx) {
     return PushNumber(ctx, Context::Instance().CurrentSequence().texture);
 }
 
-constexpr Native kNatives[] = {
+constexpr Native kRenderTargetNatives[] = {
     {"QL_initRenderTarget", Guarded<initRenderTarget>, 3},     {"QL_blitRenderTarget", Guarded<blitRenderTarget>, 4},
     {"QL_getSurfaceDim", Guarded<getSurfaceDim>, 1},           {"QL_getSequenceRT", Guarded<getSequenceRT>, 0},
     {"QL_getSequenceTexture", Guarded<GetSequenceTexture>, 0},
@@ -60,7 +60,7 @@ constexpr Native kNatives[] = {
 }  // namespace
 
 std::span<const Native> RenderTargetNatives() {
-    return kNatives;
+    return kRenderTargetNatives;
 }
 
 }  // namespace quillon

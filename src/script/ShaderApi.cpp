@@ -164,7 +164,7 @@ duk_ret_t getShaderError(duk_context* ctx) {
     return 1;
 }
 
-constexpr Native kNatives[] = {
+constexpr Native kShaderNatives[] = {
     {"QL_initShader", Guarded<initShader>, DUK_VARARGS},       {"QL_setShaderParam", Guarded<setShaderParam>, 2},
     {"QL_getShaderParamType", Guarded<GetShaderParamType>, 2}, {"QL_renderShader", Guarded<renderShader>, 4},
     {"QL_setShaderParamVal", Guarded<setShaderParamVal>, 3},   {"QL_getShaderError", Guarded<getShaderError>, 1},
@@ -173,7 +173,7 @@ constexpr Native kNatives[] = {
 }  // namespace
 
 std::span<const Native> ShaderNatives() {
-    return kNatives;
+    return kShaderNatives;
 }
 
 }  // namespace quillon

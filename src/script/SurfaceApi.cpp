@@ -92,7 +92,7 @@ duk_ret_t surfaceCopyTo(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-constexpr Native kNatives[] = {
+constexpr Native kSurfaceNatives[] = {
     {"QL_initSurface", Guarded<initSurface>, DUK_VARARGS}, {"QL_textureToSurface", Guarded<textureToSurface>, 1},
     {"QL_surfaceToTexture", Guarded<surfaceToTexture>, 1}, {"QL_surfaceQuantize", Guarded<surfaceQuantize>, 6},
     {"QL_surfaceCopyTo", Guarded<surfaceCopyTo>, 3},
@@ -101,7 +101,7 @@ constexpr Native kNatives[] = {
 }  // namespace
 
 std::span<const Native> SurfaceNatives() {
-    return kNatives;
+    return kSurfaceNatives;
 }
 
 }  // namespace quillon

@@ -33,7 +33,7 @@ duk_ret_t SetTextureParam(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-constexpr Native kNatives[] = {
+constexpr Native kTextureNatives[] = {
     {"QL_initTexture", Guarded<initTexture>, DUK_VARARGS},
     {"QL_setTextureParam", Guarded<SetTextureParam>, 3},
 };
@@ -41,7 +41,7 @@ constexpr Native kNatives[] = {
 }  // namespace
 
 std::span<const Native> TextureNatives() {
-    return kNatives;
+    return kTextureNatives;
 }
 
 }  // namespace quillon

@@ -86,13 +86,13 @@ TEST_F(ParameterApi, ReturnsTheCoercedIdOfAControlWithoutValue) {
 }
 
 TEST_F(ParameterApi, RefusesWhatIsNoLiveControl) {
-    const char* const kCalls =
+    const char* const kEachCall =
         "['getParamValue', 'setParamValue', 'setParamMinMax', 'setParamChoices', 'setParamPrecision',"
         " 'setParamEnabled', 'setParamFlags', 'getParamFlags'].every(function (n) {"
         " return this['QL_' + n](ID, 1, 1) === false; }, this)";
     for (const char* id : {"undefined", "null", "0", "1", "'abc'", "NaN", "-1", "0x1000000", "0x10000FF", "0x2000001",
                            "67108865", "4294967295", "0.99 + 0xFFFFFF"}) {
-        std::string call = kCalls;
+        std::string call = kEachCall;
         call.replace(call.find("ID"), 2, id);
         EXPECT_EQ(eval(call), "true") << id;
     }

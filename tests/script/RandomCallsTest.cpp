@@ -9,7 +9,7 @@ namespace {
 
 // Any call of any function in any order, with ids that are alive, dead or strange, and with arguments that end, make
 // or rewrite entities while they are coerced. Nothing is expected but that it goes on; the address sanitizer watches.
-const char* const kScript =
+const char* const kRandomScript =
     "var state = 1, ids = [0, 1, 0x1000000, 0x5000001, 0x40000FF, 0x6000001, undefined, -1], calls = 0;\n"
     "function random(n) { state = (state * 1103515245 + 12345) % 2147483648; return Math.floor(state / 65536) % n; }\n"
     "function any(list) { return list[random(list.length)]; }\n"
@@ -55,7 +55,7 @@ const char* const kScript =
 class RandomCalls : public EngineTest {};
 
 TEST_F(RandomCalls, NeverHarmTheProcess) {
-    start(kScript, {{"copy.frag", kCopyFragment}});
+    start(kRandomScript, {{"copy.frag", kCopyFragment}});
     const unsigned seed = std::random_device{}();
     std::printf("seed %u\n", seed);
     std::fflush(stdout);
