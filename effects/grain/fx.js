@@ -17,7 +17,7 @@ function setup() {
     slider("amount", "Amount (percent)", 12, 0, 100, QL_ParamFlags.NONE, 1);
     slider("size", "Grain size (pixels)", 1.5, 0.5, 20, QL_ParamFlags.ScaleByWidth, 2);
     slider("saturation", "Color (percent)", 25, 0, 100, QL_ParamFlags.NONE, 1);
-    slider("midtones", "Less in blacks and whites (percent)", 60, 0, 100, QL_ParamFlags.NONE, 1);
+    slider("midtones", "Less in black and white (%)", 60, 0, 100, QL_ParamFlags.NONE, 1);
     slider("seed", "Seed", 1, 0, 1000, QL_ParamFlags.NONE, 0);
 
     controls.moves = QL_initParam("moves", QL_Type.BOOL, "New grain in every frame");
