@@ -1,5 +1,6 @@
 // What this system's loader sees of the module, and what the module does without a driver.
 
+#include <dlfcn.h>
 #include <elf.h>
 #include <gmock/gmock.h>
 
@@ -9,6 +10,7 @@
 #include <iterator>
 
 #include "host/HostSession.h"
+#include "packer/ModuleWriter.h"
 #include "support/BuiltFiles.h"
 #include "support/EngineTest.h"
 
@@ -36,6 +38,19 @@ TEST(ModuleFile, ExportsItsEntryAndNothingElse) {
         }
     }
     EXPECT_THAT(exported, testing::ElementsAre("EntryPointFunc"));
+}
+
+TEST(ModuleFile, LoadedByARelativeNameFindsItsPackageFromAnyFolder) {
+    const TemporaryFolder folder;
+    const Files files = {{"fx.js", CopyScript(true)}, {"config.xml", kConfig}};
+    WriteModule(folder.path() / "effect.so", TemplateModule(), ScrambledPackage(files));
+    const std::filesystem::path home = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    void* const module = dlopen("./effect.so", RTLD_NOW | RTLD_LOCAL);
+    std::filesystem::current_path(home);
+    ASSERT_TRUE(module) << dlerror();
+    const auto entry = reinterpret_cast<host::EntryPoint>(dlsym(module, "EntryPointFunc"));
+    EXPECT_EQ(host::HostSession(host::EffectModule(entry, module)).globalSetup().error, 0);
 }
 
 // In a process of its own, since the driver is loaded once a process.
