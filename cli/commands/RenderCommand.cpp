@@ -11,6 +11,7 @@
 #include "cli/effect/LinkedEngine.h"
 #include "cli/effect/LoadedEffect.h"
 #include "cli/pictures/PictureFormat.h"
+#include "package/EffectFlags.h"
 
 namespace quillon::cli {
 
@@ -81,13 +82,13 @@ private:
         };
         const std::uint32_t flags = LinkedEngine::Flags(), flags2 = LinkedEngine::Flags2();
         if (options.route != host::Route::classic && (flags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
-            say("FLAGS2 lacks 1024, so that hosts take the classic route; 5120 is what it should be");
+            say(fmt::format("FLAGS2 lacks 1024, so that hosts take the classic route; {} is what it should be",
+                            kEngineOutFlags2));
         if ((bitDepth == 16 && (flags & PF_OutFlag_DEEP_COLOR_AWARE) == 0) ||
             (bitDepth == 32 && (flags2 & PF_OutFlag2_FLOAT_COLOR_AWARE) == 0))
             say(fmt::format(
-                "FLAGS and FLAGS2 do not allow {} bits, which After Effects would not use; 33554464 and 5120 "
-                "allow all depths",
-                bitDepth));
+                "FLAGS and FLAGS2 do not allow {} bits, which After Effects would not use; {} and {} allow all depths",
+                bitDepth, kEngineOutFlags, kEngineOutFlags2));
     }
 
     const RenderOptions& options;

@@ -7,7 +7,9 @@
 #include <rapidxml/rapidxml.hpp>
 #include <string_view>
 
+#include "package/ConfigDocument.h"
 #include "package/EffectFlags.h"
+#include "platform/WideText.h"
 
 namespace quillon::cli {
 
@@ -15,14 +17,10 @@ namespace {
 
 using Node = rapidxml::xml_node<char>;
 
-// What the engine can do, as hosts are to be told.
-constexpr std::uint32_t kEngineFlags = 33554464;
-constexpr std::uint32_t kEngineFlags2 = 5120;
-
 struct Key {
     const char* name;
     bool isNumber;
-    long mostKept;  // of a version's part, what the host is told; 0: no such limit
+    std::int32_t mostKept;  // the largest version part that hosts can see, all bits set; 0: not a version part
     bool isOptional = false;
 };
 
@@ -50,7 +48,7 @@ bool IsDecimal(std::string_view text) {
 class Checker {
 public:
     explicit Checker(const EffectSource& source)
-        : path(source.pathOf("config.xml")), content(source.textOf("config.xml")) {
+        : path(source.pathOf("config.xml")), content(source.textOf("config.xml")), config(content) {
         text = content;
         document.parse<0>(text.data());
     }
@@ -64,11 +62,11 @@ public:
                 continue;
             }
             if (const Node* again = node->next_sibling(key.name))
-                warn(again, fmt::format("{} stands here again; the first one counts", key.name));
+                warn(again, fmt::format("{} is here again; the first one counts", key.name));
             if (key.isNumber) checkNumber(key, *node);
         }
         if (const Node* root = findRoot()) {
-            warn(root, fmt::format("the keys stand inside of <{}>, where nobody looks; take that element away",
+            warn(root, fmt::format("the keys are inside <{}>, where they are not found; take that element away",
                                    std::string_view(root->name(), root->name_size())));
         } else if (!missing.empty()) {
             warn(nullptr, fmt::format("no {}; numbers that are missing are 0, texts empty", missing));
@@ -79,7 +77,7 @@ public:
     int lineOf(const std::string& key) const { return lineOf(document.first_node(key.c_str())); }
 
 private:
-    // Names stay where they were read, though the parser changes the text around them.
+    // The parser changes the text in place, but names stay where they were read.
     int lineOf(const Node* node) const {
         if (!node) return 0;
         return 1 + static_cast<int>(std::count(content.begin(), content.begin() + (node->name() - text.data()), '\n'));
@@ -93,7 +91,7 @@ private:
                             .kind = Diagnostic::Kind::config});
     }
 
-    // An element that is no key and holds one.
+    // An element around the keys.
     const Node* findRoot() {
         for (const Node* node = document.first_node(); node; node = node->next_sibling()) {
             const auto holds = [node](const Key& key) { return node->first_node(key.name) != nullptr; };
@@ -104,27 +102,30 @@ private:
 
     void checkNumber(const Key& key, const Node& node) {
         const std::string value(node.value(), node.value_size());
-        const long long number = std::strtoll(value.c_str(), nullptr, 10);  // a long has 32 bits on Windows
+        const std::int32_t number = config.GetInteger(WidenBytes(key.name));
         if (!IsDecimal(value)) {
-            warn(&node, fmt::format("{}: \"{}\" is no decimal number; it is read as {}", key.name, value, number));
+            warn(&node, fmt::format("{}: \"{}\" is not a decimal number; it is read as {}", key.name, value, number));
+        } else if (std::strtoll(value.c_str(), nullptr, 10) != number) {
+            warn(&node, fmt::format("{}: \"{}\" does not fit into 32 bits; it is read as {}", key.name, value, number));
         }
         const auto word = static_cast<std::uint32_t>(number);
         const std::string_view name = key.name;
         if (key.mostKept != 0 && (number < 0 || number > key.mostKept)) {
-            warn(&node, fmt::format("{}: hosts are told 0 to {} and get {} cut off to {}", name, key.mostKept, number,
-                                    number & key.mostKept));
+            warn(&node,
+                 fmt::format("{}: hosts see 0 to {}, and {} as {}", name, key.mostKept, number, number & key.mostKept));
         }
-        const bool isOdd = (name == "FLAGS" && (word | kFixedOutFlags) != (kEngineFlags | kFixedOutFlags)) ||
-                           (name == "FLAGS2" && word != kEngineFlags2);
+        const bool isOdd = (name == "FLAGS" && (word | kFixedOutFlags) != (kEngineOutFlags | kFixedOutFlags)) ||
+                           (name == "FLAGS2" && word != kEngineOutFlags2);
         if (isOdd) {
-            warn(&node, fmt::format("{}: {} is what hosts go by, but {} is what the engine can do", name, number,
-                                    name == "FLAGS" ? kEngineFlags : kEngineFlags2));
+            warn(&node, fmt::format("{}: hosts go by {}, but the engine can do what {} says", name, number,
+                                    name == "FLAGS" ? kEngineOutFlags : kEngineOutFlags2));
         }
     }
 
     std::string path;
     std::string content;
-    std::string text;  // what the tree points into
+    ConfigDocument config;  // the values, as the engine reads them
+    std::string text;       // the tree, which knows places, points into it
     rapidxml::xml_document<char> document;
     Diagnostics warnings;
 };

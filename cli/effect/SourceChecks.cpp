@@ -11,8 +11,6 @@ namespace quillon::cli {
 
 namespace {
 
-constexpr int kDeepestLevel = 256;  // what the engine bears
-
 int LineAt(std::string_view text, std::size_t position) {
     return 1 + static_cast<int>(std::count(text.begin(), text.begin() + position, '\n'));
 }
@@ -53,9 +51,9 @@ std::size_t SequenceLength(std::string_view text) {
 
 Diagnostics CheckConfig(const std::string& path, std::string_view content) {
     std::string text(content.substr(0, content.find('\0')));
-    if (XmlNestsDeeperThan(text, kDeepestLevel)) {
+    if (XmlNestsDeeperThan(text, kDeepestXmlLevel)) {
         return {{.path = path,
-                 .text = fmt::format("elements are nested more than {} deep; effects need one level", kDeepestLevel),
+                 .text = fmt::format("elements are nested more than {} deep; effects need one level", kDeepestXmlLevel),
                  .kind = Diagnostic::Kind::config}};
     }
     rapidxml::xml_document<char> document;

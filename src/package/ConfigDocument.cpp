@@ -12,10 +12,6 @@
 
 namespace quillon {
 
-namespace {
-constexpr int kDeepestLevel = 256;
-}
-
 struct ConfigDocument::Tree {
     rapidxml::xml_document<char> document;
     std::string text;  // changed in place by the parser
@@ -25,7 +21,7 @@ ConfigDocument::ConfigDocument() : ConfigDocument(ReadFileText(L"config.xml")) {
 
 ConfigDocument::ConfigDocument(std::string text) : tree(std::make_unique<Tree>()) {
     tree->text = std::move(text);
-    if (XmlNestsDeeperThan(tree->text, kDeepestLevel)) throw rapidxml::parse_error("nested too deeply", nullptr);
+    if (XmlNestsDeeperThan(tree->text, kDeepestXmlLevel)) throw rapidxml::parse_error("nested too deeply", nullptr);
     tree->document.parse<0>(tree->text.data());
 }
 

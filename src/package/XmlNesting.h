@@ -4,6 +4,9 @@
 
 namespace quillon {
 
+// The deepest nesting that the engine parses.
+inline constexpr int kDeepestXmlLevel = 256;
+
 // Whether the XML parser would nest elements deeper than `limit` on this text. The parser calls itself once a level and
 // has no limit of its own, so that a deep text overflows the stack.
 //

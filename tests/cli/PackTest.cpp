@@ -107,17 +107,22 @@ TEST_F(Pack, WarnsOfWhatHostsWillNotSeeAsItIsMeant) {
     const std::pair<std::string, std::string> kRows[] = {
         {versions + texts + flags, ""},
         {"<effect>\n" + versions + texts + flags + "</effect>",
-         "fx/config.xml:1: warning: the keys stand inside of <effect>, where nobody looks; take that element away "
+         "fx/config.xml:1: warning: the keys are inside <effect>, where they are not found; take that element away "
          "[config]\n"},
         {versions + flags,
          "fx/config.xml: warning: no ABOUT, FXNAME, AGEP_ID; numbers that are missing are 0, texts empty [config]\n"},
         {versions + texts + "\n\n<FLAGS>0x2000020</FLAGS> <FLAGS2> 1024 </FLAGS2>",
-         "fx/config.xml:3: warning: FLAGS: \"0x2000020\" is no decimal number; it is read as 0 [config]\n"
-         "fx/config.xml:3: warning: FLAGS: 0 is what hosts go by, but 33554464 is what the engine can do [config]\n"
-         "fx/config.xml:3: warning: FLAGS2: 1024 is what hosts go by, but 5120 is what the engine can do [config]\n"},
+         "fx/config.xml:3: warning: FLAGS: \"0x2000020\" is not a decimal number; it is read as 0 [config]\n"
+         "fx/config.xml:3: warning: FLAGS: hosts go by 0, but the engine can do what 33554464 says [config]\n"
+         "fx/config.xml:3: warning: FLAGS2: hosts go by 1024, but the engine can do what 5120 says [config]\n"},
         {"<MINOR_VERSION>20</MINOR_VERSION>\n" + versions + texts + flags,
-         "fx/config.xml:2: warning: MINOR_VERSION stands here again; the first one counts [config]\n"
-         "fx/config.xml:1: warning: MINOR_VERSION: hosts are told 0 to 15 and get 20 cut off to 4 [config]\n"},
+         "fx/config.xml:2: warning: MINOR_VERSION is here again; the first one counts [config]\n"
+         "fx/config.xml:1: warning: MINOR_VERSION: hosts see 0 to 15, and 20 as 4 [config]\n"},
+        {versions + texts + "<FLAGS>4328521760</FLAGS><FLAGS2>5120</FLAGS2>",
+         "fx/config.xml:1: warning: FLAGS: \"4328521760\" does not fit into 32 bits; it is read as 2147483647 "
+         "[config]\n"
+         "fx/config.xml:1: warning: FLAGS: hosts go by 2147483647, but the engine can do what 33554464 says "
+         "[config]\n"},
     };
     for (const auto& [config, words] : kRows) {
         addEffect("fx", {{"fx.js", ""}, {"config.xml", config}});
