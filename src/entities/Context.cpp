@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/FailFast.h"
+#include "platform/Singletons.h"
 #include "platform/WideText.h"
 
 namespace quillon {
@@ -58,8 +59,8 @@ void Context::DeleteSequence(std::uint32_t index) {
 }
 
 Sequence& Context::CurrentSequence() {
-    static Sequence null(nullptr);
-    return current < sequences.size() && sequences[current] ? *sequences[current] : null;
+    const bool exists = current < sequences.size() && sequences[current];
+    return exists ? *sequences[current] : ustl::Immortal<Sequence>(nullptr);
 }
 
 void Context::Release(std::uint32_t id) {

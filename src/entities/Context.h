@@ -78,6 +78,8 @@ private:
     typename Kind::Factory* FactoryOf();
     template <class Kind>
     Kind* FindIn(std::uint32_t id);
+    template <class Kind>
+    Kind& FindOrNull(std::uint32_t id);
     template <class Kind, class Configure>
     std::uint32_t New(Configure configure);
 

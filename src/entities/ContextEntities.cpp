@@ -1,20 +1,9 @@
 // Lookups and creation: how ids become entities.
 
-#include <iterator>
-
 #include "entities/Context.h"
+#include "platform/Singletons.h"
 
 namespace quillon {
-
-namespace {
-
-template <class Kind>
-Kind& NullObject() {
-    static Kind null;
-    return null;
-}
-
-}  // namespace
 
 template <class Kind>
 typename Kind::Factory* Context::FactoryOf() {
@@ -26,6 +15,12 @@ template <class Kind>
 Kind* Context::FindIn(std::uint32_t id) {
     auto* factory = FactoryOf<Kind>();
     return factory ? factory->Find(id) : nullptr;
+}
+
+template <class Kind>
+Kind& Context::FindOrNull(std::uint32_t id) {
+    Kind* found = FindIn<Kind>(id);
+    return found ? *found : ustl::Immortal<Kind>();
 }
 
 // Makes an entity of the kind and lets `configure` see it. Gives its id, whatever came of the configuration.
@@ -45,8 +40,9 @@ std::uint32_t Context::Count() {
 
 Parameter& Context::At(std::uint32_t index) {
     const auto position = static_cast<std::int32_t>(index);
-    if (position < 0 || index >= Count()) return Null();
-    return std::next(FactoryOf<Parameter>()->All().begin(), position)->second;
+    auto* factory = FactoryOf<Parameter>();
+    Parameter* found = factory && position >= 0 ? factory->At(index) : nullptr;
+    return found ? *found : Null();
 }
 
 Parameter& Context::FindParameter(std::uint32_t id) {
@@ -57,23 +53,19 @@ Parameter& Context::FindParameter(std::uint32_t id) {
 }
 
 Shader& Context::FindShader(std::uint32_t id) {
-    Shader* found = FindIn<Shader>(id);
-    return found ? *found : NullObject<Shader>();
+    return FindOrNull<Shader>(id);
 }
 
 RenderTarget& Context::FindRenderTarget(std::uint32_t id) {
-    RenderTarget* found = FindIn<RenderTarget>(id);
-    return found ? *found : NullObject<RenderTarget>();
+    return FindOrNull<RenderTarget>(id);
 }
 
 Texture& Context::FindTexture(std::uint32_t id) {
-    Texture* found = FindIn<Texture>(id);
-    return found ? *found : NullObject<Texture>();
+    return FindOrNull<Texture>(id);
 }
 
 Surface& Context::FindSurface(std::uint32_t id) {
-    Surface* found = FindIn<Surface>(id);
-    return found ? *found : NullObject<Surface>();
+    return FindOrNull<Surface>(id);
 }
 
 std::uint32_t Context::NewParameter(const std::string& uniformName, std::uint32_t kind, const std::string& label) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <set>
+#include <vector>
 
 #include "entities/Factory.h"
 
@@ -18,6 +19,7 @@ public:
 
     std::uint32_t Allocate() override {
         const std::uint32_t id = freed.empty() ? next : *freed.begin();
+        inOrder.clear();
         entities.try_emplace(id);
         if (freed.empty())
             ++next;
@@ -30,6 +32,7 @@ public:
         const auto found = entities.find(id);
         if (found == entities.end()) return;
         freed.insert(id);
+        inOrder.clear();
         entities.erase(found);
     }
 
@@ -39,6 +42,16 @@ public:
         return found != entities.end() ? &found->second : nullptr;
     }
 
+    // The entity at this position in ascending id order; null from the last one on. A walk over all positions takes
+    // linear time while no entity comes or goes.
+    T* At(std::size_t position) {
+        if (inOrder.empty()) {
+            inOrder.reserve(entities.size());
+            for (auto& [id, entity] : entities) inOrder.push_back(&entity);
+        }
+        return position < inOrder.size() ? inOrder[position] : nullptr;
+    }
+
     // In ascending id order, and for walking over all of them.
     std::map<std::uint32_t, T>& All() { return entities; }
 
@@ -46,6 +59,7 @@ private:
     std::map<std::uint32_t, T> entities;
     std::set<std::uint32_t> freed;  // ids below `next` that name nothing now
     std::uint32_t next = tag + 1;
+    std::vector<T*> inOrder;  // of all entities; empty until somebody asks for a position
 };
 
 }  // namespace quillon

@@ -1,5 +1,7 @@
 #include "parameter/ParametersHolder.h"
 
+#include "platform/Singletons.h"
+
 namespace quillon {
 
 std::uint32_t ParametersHolder::Count() {
@@ -24,8 +26,7 @@ void ParametersHolder::CopyFrom(ParametersHolder& source) {
 }
 
 Parameter& ParametersHolder::Null() {
-    static Parameter null;
-    return null;
+    return ustl::Immortal<Parameter>();
 }
 
 }  // namespace quillon

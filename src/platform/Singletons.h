@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <new>
+#include <utility>
 
 namespace quillon::ustl {
 
@@ -33,5 +36,14 @@ protected:
     dynamic_singleton() = default;
     ~dynamic_singleton() = default;
 };
+
+// The one T of its kind that is never destroyed: who asks for it while the process ends, as finalizers of scripts do,
+// finds it alive. For a T that owns nothing, since nothing gives that back. `arguments` make it on first use.
+template <class T, class... Arguments>
+T& Immortal(Arguments&&... arguments) {
+    alignas(T) static std::byte place[sizeof(T)];
+    static T* const kObject = new (place) T(std::forward<Arguments>(arguments)...);
+    return *kObject;
+}
 
 }  // namespace quillon::ustl

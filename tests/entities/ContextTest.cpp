@@ -114,12 +114,12 @@ TEST_F(ContextTest, ClearsOnceAndAnswersAllTheSame) {
     EXPECT_FALSE(entities.CurrentSequence().exists());
     EXPECT_FALSE(entities.FindTexture(0x4000001).textureName);
     EXPECT_EQ(entities.NewTexture(2, 2, 8), 0u);
+    entities.NewSequence();  // an instance from before there is a script
     EXPECT_EQ(entities.NewShader("s", "void main() {}"), 0u);
     EXPECT_EQ(entities.ShaderErrors(), "");
-    entities.DeleteSequence(0);
     entities.Setup();
     EXPECT_EQ(entities.current, 0u);
-    EXPECT_EQ(entities.NewSequence(), 1u);
+    EXPECT_EQ(entities.NewSequence(), 1u) << "slot 0 is the system's again, and the only one";
     EXPECT_EQ(entities.NewTexture(2, 2, 8), 0x4000001u);
 }
 

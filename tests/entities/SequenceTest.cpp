@@ -43,10 +43,15 @@ TEST_F(SequenceTest, KeepsTargetNameAndFramebufferOverSizesAndDepths) {
     EXPECT_EQ(sequence().outputWidth, 4u);
     EXPECT_EQ(sequence().outputHeight, 3u);
     for (const std::uint32_t bits : {32u, 16u, 8u}) {
+        target().setParameter(GL_TEXTURE_MIN_FILTER, GL_NEAREST);  // as a script leaves it
         sequence().prepareOutput(Image(7, bits, bits), 2);
         EXPECT_EQ(sequence().renderTarget, id);
         EXPECT_EQ(target().textureName.get(), texture);
         EXPECT_EQ(target().framebufferName.get(), framebuffer);
+        GLint filter = 0;
+        glBindTexture(GL_TEXTURE_2D, texture);
+        glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, &filter);
+        EXPECT_EQ(filter, GL_LINEAR) << "every frame starts with the same filters";
         EXPECT_NE(target().mapPixels(), nullptr);
         RenderTarget::unmapPixels();
     }
