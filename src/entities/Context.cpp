@@ -69,14 +69,19 @@ void Context::Release(std::uint32_t id) {
     found->second->Erase(id);
 }
 
+std::vector<const Shader*> Context::FaultyShaders() {
+    std::vector<const Shader*> faulty;
+    if (auto* factory = FactoryOf<Shader>()) {
+        for (const auto& [id, shader] : factory->All())
+            if (!shader.errorText.empty()) faulty.push_back(&shader);
+    }
+    return faulty;
+}
+
 std::string Context::ShaderErrors() {
     std::string errors;
-    if (auto* factory = FactoryOf<Shader>()) {
-        for (const auto& [id, shader] : factory->All()) {
-            if (shader.errorText.empty()) continue;
-            errors += "Shader \"" + NarrowToBytes(shader.name) + "\"\n" + shader.errorText + "\n";
-        }
-    }
+    for (const Shader* shader : FaultyShaders())
+        errors += "Shader \"" + NarrowToBytes(shader->name) + "\"\n" + shader->errorText + "\n";
     return errors;
 }
 

@@ -59,7 +59,9 @@ public:
     // The Sequence in slot `current`, or one that does not exist().
     Sequence& CurrentSequence();
 
-    // The errors of all shaders in id order, each under a line with the shader's name; empty when all is well.
+    // The shaders with a fault, in id order; each lives until it is released or the Context is cleared.
+    std::vector<const Shader*> FaultyShaders();
+    // The errors of the same shaders as one text, each under a line with the shader's name; empty when all is well.
     std::string ShaderErrors();
 
     // A pixel aspect outside 0.01 to 4.0, or none, is stored as 1.0.

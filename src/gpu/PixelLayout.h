@@ -27,11 +27,11 @@ std::size_t BytesReadByGL(const PixelLayout& layout);
 // The layout that KeepRows gives to rows of this layout: the same, but tight rows for a negative rowBytes.
 PixelLayout KeptLayout(const PixelLayout& source);
 
-// Copies the rows at `source`, padding included, to `kept`, in KeptLayout; `kept` already has height * rowBytes bytes of
-// that. With `widen`, 16-bit channels go from the host's range to GL's on the way. Padding is zero where the source has
-// none to read (after the row that is last in memory), where rows change their distance, where they are widened, and
-// where they have no pixels: nothing is read then. Without `widen` and with a rowBytes of 0 or more, `source` may be
-// `kept` itself.
+// Copies the rows at `source`, padding included, to `kept`, in KeptLayout; `kept` already has height * rowBytes bytes
+// of that. With `widen`, 16-bit channels go from the host's range to GL's on the way. Padding is zero where the source
+// has none to read (after the row that is last in memory), where rows change their distance, where they are widened,
+// and where they have no pixels: nothing is read then. Without `widen` and with a rowBytes of 0 or more, `source` may
+// be `kept` itself.
 void KeepRows(const std::byte* source, const PixelLayout& layout, bool widen, std::vector<std::byte>& kept);
 
 }  // namespace quillon

@@ -34,29 +34,41 @@ bool Shader::createProgram() {
     program.reset(glCreateProgram());
     glAttachShader(program.get(), vertexShader.get());
     glAttachShader(program.get(), fragmentShader.get());
-    return compileStage(vertexShader.get(), kVertexSource);
+    return compileStage(vertexShader.get(), kVertexSource, /*addedLines=*/0);
 }
 
 void Shader::destroyProgram() {
     vertexShader.reset();
     fragmentShader.reset();
     program.reset();
-    errorText.clear();
+    clearFault();
 }
 
-bool Shader::compileStage(std::uint32_t stage, const std::string& text) {
+void Shader::clearFault() {
+    errorText.clear();
+    fault = {};
+}
+
+void Shader::setFault(ShaderFault::Kind kind, const char* log, int addedLines) {
+    constexpr const char* kHeadings[] = {"", "Shader file not found or shader is empty!",
+                                         "Shader compilation failed:\n", "Program linking failed:\n"};
+    errorText = std::string(kHeadings[static_cast<std::size_t>(kind)]) + log;
+    fault = {kind, ReadShaderLog(log, source, kPreambleLines, addedLines)};
+}
+
+bool Shader::compileStage(std::uint32_t stage, const std::string& text, int addedLines) {
     const GLchar* strings[] = {kPreamble, text.c_str()};
     glShaderSource(stage, 2, strings, nullptr);
     glCompileShader(stage);
     GLint status = GL_FALSE;
     glGetShaderiv(stage, GL_COMPILE_STATUS, &status);
     if (status == GL_TRUE) {
-        errorText.clear();
+        clearFault();
         return true;
     }
     std::array<GLchar, kLogBytes> log{};
     glGetShaderInfoLog(stage, kLogBytes, nullptr, log.data());
-    errorText = std::string("Shader compilation failed:\n") + log.data();
+    setFault(ShaderFault::Kind::compile, log.data(), addedLines);
     return false;
 }
 
@@ -65,20 +77,22 @@ bool Shader::compileSource(const std::string& text) {
     parameters.clear();
     locationCache.clear();
     source = text;
-    if (!compileStage(fragmentShader.get(), RewriteFragment(source).text)) return false;
+    const RewrittenFragment fragment = RewriteFragment(source);
+    const auto addedLines = static_cast<int>(fragment.addedLines);
+    if (!compileStage(fragmentShader.get(), fragment.text, addedLines)) return false;
 
     glLinkProgram(program.get());
     GLint status = GL_FALSE;
     glGetProgramiv(program.get(), GL_LINK_STATUS, &status);
     if (status == GL_TRUE) {
         reflectUniforms();
-        // What reflection had to say of uniforms that cannot be fed is dropped: they stay at kind 0, and that is all.
-        errorText.clear();
+        // What reflection says of uniforms that cannot be fed is dropped: they stay at kind 0, and that is all.
+        clearFault();
         return true;
     }
     std::array<GLchar, kLogBytes> log{};
     glGetProgramInfoLog(program.get(), kLogBytes, nullptr, log.data());
-    errorText = std::string("Program linking failed:\n") + log.data();
+    setFault(ShaderFault::Kind::link, log.data(), addedLines);
     return false;
 }
 
@@ -87,7 +101,7 @@ bool Shader::compileFile(const std::wstring& filePath) {
     path = filePath;
     const std::string text = ReadFileText(path);
     if (!text.empty()) return compileSource(text);
-    errorText = "Shader file not found or shader is empty!";
+    setFault(ShaderFault::Kind::noSource, "", 0);
     return false;
 }
 

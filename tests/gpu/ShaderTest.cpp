@@ -8,6 +8,7 @@
 namespace quillon::test {
 namespace {
 
+using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 const std::string kWhite = "void main() { gl_FragColor = vec4(1.0); }";
@@ -32,16 +33,25 @@ protected:
     RenderTarget target;
 };
 
-TEST_F(ShaderTest, TellsWhatFailed) {
+TEST_F(ShaderTest, SaysWhatFailedAndWhere) {
     build(kUnlinked);
     EXPECT_THAT(shader.errorText, StartsWith("Program linking failed:\n"));
-    EXPECT_FALSE(shader.compileSource("void main() { nonsense }"));
+    EXPECT_EQ(shader.fault.kind, ShaderFault::Kind::link);
+    const std::string broken =
+        "uniform sampler2D s;\nvoid main() { gl_FragColor = texture2D(s, vec2(0.0));\n nonsense; }";
+    EXPECT_FALSE(shader.compileSource(broken));
     EXPECT_THAT(shader.errorText, StartsWith("Shader compilation failed:\n"));
     EXPECT_FALSE(shader.compileSource(""));
     EXPECT_THAT(shader.errorText, StartsWith("Shader compilation failed:\n")) << "an empty text changes nothing";
-    EXPECT_EQ(shader.source, "void main() { nonsense }");
+    EXPECT_EQ(shader.source, broken);
+    EXPECT_EQ(shader.fault.kind, ShaderFault::Kind::compile);
+    ASSERT_FALSE(shader.fault.messages.empty());
+    EXPECT_EQ(shader.fault.messages[0].line, 3);
+    EXPECT_THAT(shader.fault.messages[0].text, HasSubstr("nonsense"));
     EXPECT_TRUE(shader.compileSource(kWhite));
     EXPECT_EQ(shader.errorText, "");
+    EXPECT_EQ(shader.fault.kind, ShaderFault::Kind::none);
+    EXPECT_TRUE(shader.fault.messages.empty());
     EXPECT_EQ(shader.source, kWhite);
 }
 
