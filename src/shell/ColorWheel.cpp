@@ -134,7 +134,7 @@ void DrawWheel(const DrawbotSuites& drawbot, DRAWBOT_DrawRef reference, const PF
 PF_Err Draw(PF_InData& in, PF_OutData& out, const PF_ParamDef& def, SuiteCache& cache, PF_EventExtra& extra) {
     const PF_UnionablePixel& held = def.u.cd.value;
     WheelColor color{held.red / 255.0f, held.green / 255.0f, held.blue / 255.0f};
-    if (!isPremiere(in)) {
+    if (!IsPremiere(in)) {
         PF_PixelFloat live{};
         const PF_Err error =
             cache.get(suites::kColorParam).PF_GetFloatingPointColorFromColorDef(in.effect_ref, &def, &live);
@@ -160,7 +160,7 @@ void AdjustCursor(PF_EventExtra& extra) {
 
 }  // namespace
 
-PF_Err colorWheelEvent(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_EventExtra& extra) {
+PF_Err ColorWheelEvent(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_EventExtra& extra) {
     SuiteCache cache(in.pica_basicP);
     PF_ParamDef& def = *params[extra.effect_win.index];
     switch (extra.e_type) {

@@ -50,7 +50,7 @@ void QueryTimeline(PF_InData& in, SequenceData& block) {
 }  // namespace
 
 void queryCompInfo(PF_InData& in, SuiteCache& cache, SequenceData& block) {
-    if (isPremiere(in))
+    if (IsPremiere(in))
         QueryTimeline(in, block);
     else
         QueryComposition(in, cache, block);

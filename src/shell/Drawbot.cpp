@@ -9,7 +9,7 @@ namespace {
 template <class Table>
 PF_Err Acquire(PF_InData& in, PF_OutData& out, const SuiteKey<Table>& key, const Table*& table) {
     const void* acquired = nullptr;
-    const PF_Err error = acquireOrTell(in, out, key.name, key.version, &acquired);
+    const PF_Err error = AcquireOrReport(in, out, key.name, key.version, &acquired);
     table = static_cast<const Table*>(acquired);
     return error;
 }
@@ -18,7 +18,7 @@ PF_Err Acquire(PF_InData& in, PF_OutData& out, const SuiteKey<Table>& key, const
 
 PF_Err AEFX_AcquireDrawbotSuites(PF_InData& in, PF_OutData& out, DrawbotSuites* record) {
     if (!record) {
-        showMessage(in, out, "NULL suite pointer passed to AEFX_AcquireDrawbotSuites");
+        ShowMessage(in, out, "NULL suite pointer passed to AEFX_AcquireDrawbotSuites");
         return PF_Err_UNRECOGNIZED_PARAM_TYPE;
     }
     *record = {};
@@ -31,7 +31,7 @@ PF_Err AEFX_AcquireDrawbotSuites(PF_InData& in, PF_OutData& out, DrawbotSuites* 
 
 PF_Err AEFX_ReleaseDrawbotSuites(PF_InData& in, PF_OutData& out, DrawbotSuites& record) {
     const auto release = [&](const auto& key, const void* table) {
-        if (table) releaseOrTell(in, out, key.name, key.version);
+        if (table) ReleaseOrReport(in, out, key.name, key.version);
     };
     release(suites::kDrawbotDraw, record.draw);
     release(suites::kDrawbotSupplier, record.supplier);

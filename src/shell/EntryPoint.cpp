@@ -30,34 +30,34 @@ PF_Err Nothing(const SelectorCall&) {
 PF_Err Event(const SelectorCall& call) {
     if (!call.extra) return PF_Err_NONE;
     auto& extra = *static_cast<PF_EventExtra*>(call.extra);
-    const EventVerdict verdict = judgeEvent(extra);
+    const EventVerdict verdict = JudgeEvent(extra);
     if (verdict == EventVerdict::ignored) return PF_Err_NONE;
-    const PF_Err error = verdict == EventVerdict::wanted ? colorWheelEvent(*call.in, *call.out, call.params, extra)
+    const PF_Err error = verdict == EventVerdict::wanted ? ColorWheelEvent(*call.in, *call.out, call.params, extra)
                                                          : PF_Err{PF_Err_NONE};
     extra.evt_out_flags = PF_EO_HANDLED_EVENT;
     return error;
 }
 
 constexpr Handler kHandlers[] = {
-    /* ABOUT */ [](const SelectorCall& call) { return about(*call.in, *call.out); },
-    /* GLOBAL_SETUP */ [](const SelectorCall& call) { return globalSetup(*call.in, *call.out); },
+    /* ABOUT */ [](const SelectorCall& call) { return About(*call.in, *call.out); },
+    /* GLOBAL_SETUP */ [](const SelectorCall& call) { return GlobalSetup(*call.in, *call.out); },
     /* UNUSED_0 */ Nothing,
     /* GLOBAL_SETDOWN: the engine outlives it */ Nothing,
     /* PARAMS_SETUP */ [](const SelectorCall& call) { return registerParameters(*call.in, *call.out); },
-    /* SEQUENCE_SETUP */ [](const SelectorCall& call) { return sequenceSetup(*call.in, *call.out); },
-    /* SEQUENCE_RESETUP */ [](const SelectorCall& call) { return sequenceResetup(*call.in, *call.out); },
-    /* SEQUENCE_FLATTEN */ [](const SelectorCall& call) { return sequenceFlatten(*call.in, *call.out); },
-    /* SEQUENCE_SETDOWN */ [](const SelectorCall& call) { return sequenceSetdown(*call.in); },
+    /* SEQUENCE_SETUP */ [](const SelectorCall& call) { return SequenceSetup(*call.in, *call.out); },
+    /* SEQUENCE_RESETUP */ [](const SelectorCall& call) { return SequenceResetup(*call.in, *call.out); },
+    /* SEQUENCE_FLATTEN */ [](const SelectorCall& call) { return SequenceFlatten(*call.in, *call.out); },
+    /* SEQUENCE_SETDOWN */ [](const SelectorCall& call) { return SequenceSetdown(*call.in); },
     /* DO_DIALOG */ Nothing,
-    /* FRAME_SETUP */ [](const SelectorCall& call) { return frameSetup(*call.in, *call.out, call.params); },
-    /* RENDER */ [](const SelectorCall& call) { return render(*call.in, *call.out, call.params, *call.output); },
-    /* FRAME_SETDOWN */ [](const SelectorCall& call) { return frameSetdown(*call.in, call.out); },
+    /* FRAME_SETUP */ [](const SelectorCall& call) { return FrameSetup(*call.in, *call.out, call.params); },
+    /* RENDER */ [](const SelectorCall& call) { return Render(*call.in, *call.out, call.params, *call.output); },
+    /* FRAME_SETDOWN */ [](const SelectorCall& call) { return FrameSetdown(*call.in, call.out); },
     /* USER_CHANGED_PARAM */
     [](const SelectorCall& call) {
-        return userChangedParam(*call.in, *call.out, call.params,
+        return UserChangedParam(*call.in, *call.out, call.params,
                                 *static_cast<const PF_UserChangedParamExtra*>(call.extra));
     },
-    /* UPDATE_PARAMS_UI */ [](const SelectorCall& call) { return updateParamsUI(*call.in, *call.out, call.params); },
+    /* UPDATE_PARAMS_UI */ [](const SelectorCall& call) { return UpdateParamsUI(*call.in, *call.out, call.params); },
     /* EVENT */ Event,
     /* GET_EXTERNAL_DEPENDENCIES */ Nothing,
     /* COMPLETELY_GENERAL */ Nothing,
@@ -67,10 +67,10 @@ constexpr Handler kHandlers[] = {
     /* AUDIO_SETDOWN */ Nothing,
     /* ARBITRARY_CALLBACK */ Nothing,
     /* SMART_PRE_RENDER */
-    [](const SelectorCall& call) { return smartPreRender(*call.in, *static_cast<PF_PreRenderExtra*>(call.extra)); },
+    [](const SelectorCall& call) { return SmartPreRender(*call.in, *static_cast<PF_PreRenderExtra*>(call.extra)); },
     /* SMART_RENDER */
     [](const SelectorCall& call) {
-        return smartRender(*call.in, *call.out, call.params, *static_cast<PF_SmartRenderExtra*>(call.extra));
+        return SmartRender(*call.in, *call.out, call.params, *static_cast<PF_SmartRenderExtra*>(call.extra));
     },
 };
 static_assert(std::size(kHandlers) == PF_Cmd_SMART_RENDER + 1);

@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-EventVerdict judgeEvent(const PF_EventExtra& extra) {
+EventVerdict JudgeEvent(const PF_EventExtra& extra) {
     const ParameterMaps& maps = ParameterMaps::instance();
     const auto index = static_cast<std::uint32_t>(extra.effect_win.index);
     if (index < maps.firstIndexOfKind[COLOR] || index >= maps.firstIndexOfKind[POINT]) return EventVerdict::ignored;

@@ -12,6 +12,6 @@ enum class EventVerdict {
 
 // Whether an event is for the effect: by its control's host index, which lies from the first COLOR up to the first
 // POINT, and wants a wheel when it is listed. Without a POINT no index lies there.
-EventVerdict judgeEvent(const PF_EventExtra& extra);
+EventVerdict JudgeEvent(const PF_EventExtra& extra);
 
 }  // namespace quillon

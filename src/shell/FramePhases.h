@@ -18,7 +18,7 @@ struct FrameExtent {
 // The common heart of both size phases: asks the host for the composition, brings the instance and its values in, and
 // asks the script for the output size of an input of this extent, all under the GL lock where the host's version
 // allows that. A flat block, or none, has no script to ask: the extent stays.
-FrameExtent askOutputExtent(PF_InData& in, SuiteCache& cache, FrameExtent input);
+FrameExtent AskOutputExtent(PF_InData& in, SuiteCache& cache, FrameExtent input);
 
 // The common end of both routes' render: brings input and values to the engine, draws, and writes the result into
 // the host's output. `input` null: the first of `params`, or nothing at all.

@@ -61,7 +61,7 @@ PF_Err MakeGlobalData(PF_InData& in, PF_OutData& out) {
 
     data->isSetUp = 1;
     PF_Err error = PF_Err_NONE;
-    if (!isPremiere(in)) {
+    if (!IsPremiere(in)) {
         std::string name;
         AEQuillon2::instance().identityString(name, 2);
         error = cache.get(suites::kAegpUtility).AEGP_RegisterWithAEGP(nullptr, name.c_str(), &data->pluginId);
@@ -72,7 +72,7 @@ PF_Err MakeGlobalData(PF_InData& in, PF_OutData& out) {
 
 }  // namespace
 
-PF_Err globalSetup(PF_InData& in, PF_OutData& out) {
+PF_Err GlobalSetup(PF_InData& in, PF_OutData& out) {
     IPlugin& engine = AEQuillon2::instance();
     void* module = nullptr;
     in.utils->get_platform_data(in.effect_ref, PF_PlatData_RES_DLLINSTANCE, &module);
@@ -84,15 +84,15 @@ PF_Err globalSetup(PF_InData& in, PF_OutData& out) {
     out.out_flags = static_cast<A_long>(engine.effectFlags() | kFixedOutFlags);
     out.out_flags2 = static_cast<A_long>(engine.effectFlags2());
     // The instance's data holds a pointer, which a copy of it must not carry along.
-    if (isPremiere(in)) out.out_flags2 |= PF_OutFlag2_PPRO_DO_NOT_CLONE_SEQUENCE_DATA_FOR_RENDER;
+    if (IsPremiere(in)) out.out_flags2 |= PF_OutFlag2_PPRO_DO_NOT_CLONE_SEQUENCE_DATA_FOR_RENDER;
 
     const PF_Err error = MakeGlobalData(in, out);
-    if (isPremiere(in)) AddPixelFormats(in, out);
+    if (IsPremiere(in)) AddPixelFormats(in, out);
     return error;
 }
 
-PF_Err about(PF_InData& in, PF_OutData& out) {
-    if (isPremiere(in)) return PF_Err_NONE;
+PF_Err About(PF_InData& in, PF_OutData& out) {
+    if (IsPremiere(in)) return PF_Err_NONE;
     // The message is a field of 256 bytes and ends in two line feeds.
     constexpr std::size_t kLongest = sizeof(out.return_msg) - 3;
     std::string text;

@@ -15,7 +15,7 @@ namespace {
 // After Effects' worlds are read in place, padded rows and all. A world whose own depth is smaller than the one that is
 // asked for holds too few bytes for its width: it is uploaded in its own depth.
 void TransferInPlace(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth, std::uint32_t index) {
-    const WorldPixels found = pixelsOf(in, world);
+    const WorldPixels found = PixelsOf(in, world);
     if (!found.pixels) return;
     AEQuillon2::instance().setLayerPixels(index, found.pixels, static_cast<std::uint32_t>(world.width),
                                           static_cast<std::uint32_t>(world.height), std::min(bitDepth, found.bitDepth),
@@ -29,13 +29,13 @@ void TransferPacked(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth
     const std::int64_t top = in.pre_effect_source_origin_y;
     if (!data || bitDepth == 0 || left < 0 || top < 0 || left >= world.width || top >= world.height) return;
     const auto width = static_cast<std::uint32_t>(
-        std::min<std::int64_t>(scaleBy(static_cast<std::uint32_t>(in.width), in.downsample_x), world.width - left));
+        std::min<std::int64_t>(ScaleBy(static_cast<std::uint32_t>(in.width), in.downsample_x), world.width - left));
     const auto height = static_cast<std::uint32_t>(
-        std::min<std::int64_t>(scaleBy(static_cast<std::uint32_t>(in.height), in.downsample_y), world.height - top));
+        std::min<std::int64_t>(ScaleBy(static_cast<std::uint32_t>(in.height), in.downsample_y), world.height - top));
 
-    const std::size_t rowBytes = width * pixelBytes(bitDepth);
+    const std::size_t rowBytes = width * PixelBytes(bitDepth);
     std::vector<std::byte> packed(rowBytes * height);
-    const std::byte* source = data + top * world.rowbytes + left * static_cast<std::int64_t>(pixelBytes(bitDepth));
+    const std::byte* source = data + top * world.rowbytes + left * static_cast<std::int64_t>(PixelBytes(bitDepth));
     for (std::uint32_t y = 0; y < height; ++y)
         std::memcpy(packed.data() + y * rowBytes, source + std::int64_t{y} * world.rowbytes, rowBytes);
     AEQuillon2::instance().setLayerPixels(index, packed.data(), width, height, bitDepth, rowBytes);
@@ -44,7 +44,7 @@ void TransferPacked(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth
 }  // namespace
 
 void transferInput(PF_InData& in, PF_EffectWorld& world, std::uint32_t bitDepth, std::uint32_t index) {
-    if (isPremiere(in))
+    if (IsPremiere(in))
         TransferPacked(in, world, bitDepth, index);
     else
         TransferInPlace(in, world, bitDepth, index);

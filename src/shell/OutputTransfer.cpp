@@ -29,10 +29,10 @@ void CopyChannels(const std::byte* source, std::byte* destination, std::size_t b
 }
 
 void WriteRows(const MappedFrame& frame, PF_EffectWorld& world, const Destination& to) {
-    const std::size_t pixel = pixelBytes(to.bitDepth);
+    const std::size_t pixel = PixelBytes(to.bitDepth);
     if (pixel == 0) return;
     const std::size_t sourceRow = frame.extent.width * pixel;
-    const std::size_t sourceBytes = std::size_t{frame.extent.width} * frame.extent.height * pixelBytes(frame.bitDepth);
+    const std::size_t sourceBytes = std::size_t{frame.extent.width} * frame.extent.height * PixelBytes(frame.bitDepth);
 
     const std::int64_t firstColumn = std::max<std::int64_t>(0, -to.left);
     const std::int64_t lastColumn = std::min<std::int64_t>(frame.extent.width, world.width - to.left);
@@ -60,17 +60,17 @@ A_long Centered(A_long outer, std::uint32_t inner) {
 
 void writeOutput(PF_InData& in, PF_EffectWorld& output, std::uint32_t worldDepth, const MappedFrame& frame) {
     const auto capacityAt = [&](std::uint32_t bitDepth) {
-        return bitDepth != 0 ? static_cast<std::size_t>(std::max<A_long>(output.width, 0)) * pixelBytes(bitDepth)
+        return bitDepth != 0 ? static_cast<std::size_t>(std::max<A_long>(output.width, 0)) * PixelBytes(bitDepth)
                              : static_cast<std::size_t>(std::abs(std::int64_t{output.rowbytes}));
     };
-    if (isPremiere(in)) {
+    if (IsPremiere(in)) {
         // In the input's depth, whatever the output's is: a row takes what it has room for.
         const Destination to{reinterpret_cast<std::byte*>(output.data), frame.bitDepth, capacityAt(worldDepth),
                              Centered(output.width, frame.extent.width), Centered(output.height, frame.extent.height)};
         if (to.pixels) WriteRows(frame, output, to);
         return;
     }
-    const WorldPixels found = pixelsOf(in, output);
+    const WorldPixels found = PixelsOf(in, output);
     if (found.pixels) WriteRows(frame, output, {found.pixels, found.bitDepth, capacityAt(found.bitDepth), 0, 0});
 }
 

@@ -133,9 +133,9 @@ PF_Err AddParameter(PF_InData& in, const ControlType& row, const Parameter& para
 PF_Err BlankOptionsButton(PF_InData& in, PF_OutData& out) {
     const auto& key = suites::kEffectUI;
     const void* table = nullptr;
-    PF_Err error = acquireOrTell(in, out, key.name, key.version, &table);
+    PF_Err error = AcquireOrReport(in, out, key.name, key.version, &table);
     if (table) error = static_cast<const PF_EffectUISuite1*>(table)->PF_SetOptionsButtonName(in.effect_ref, " ");
-    if (table || !in.pica_basicP) releaseOrTell(in, out, key.name, key.version);
+    if (table || !in.pica_basicP) ReleaseOrReport(in, out, key.name, key.version);
     return error;
 }
 
@@ -162,7 +162,7 @@ PF_Err registerParameters(PF_InData& in, PF_OutData& out) {
         maps.hostIndexOfParam[i] = hostIndex;
         ++out.num_params;
     }
-    if (!isPremiere(in)) {
+    if (!IsPremiere(in)) {
         const PF_Err error = BlankOptionsButton(in, out);
         if (error != PF_Err_NONE) return error;
     }

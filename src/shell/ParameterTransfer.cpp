@@ -84,7 +84,7 @@ Value ValueOf(PF_InData& in, const PF_ParamDef& def, std::uint32_t flags, SuiteC
 
 void UploadLayer(PF_InData& in, PF_LayerDef& layer, std::uint32_t declarationIndex) {
     if (!layer.data) return;
-    const WorldPixels pixels = pixelsOf(in, layer);
+    const WorldPixels pixels = PixelsOf(in, layer);
     if (!pixels.pixels) return;
     IPlugin& engine = AEQuillon2::instance();
     const EngineLock lock(engine);

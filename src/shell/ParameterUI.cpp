@@ -45,8 +45,8 @@ void refreshParamUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
     out.out_flags |= PF_OutFlag_REFRESH_UI;
 }
 
-PF_Err updateParamsUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
-    SequenceData* block = blockOf(in.sequence_data);
+PF_Err UpdateParamsUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
+    SequenceData* block = BlockOf(in.sequence_data);
     if (!block) return PF_Err_NONE;
     IPlugin& engine = AEQuillon2::instance();
     SuiteCache cache(in.pica_basicP);
@@ -58,9 +58,9 @@ PF_Err updateParamsUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
     return PF_Err_NONE;
 }
 
-PF_Err userChangedParam(PF_InData& in, PF_OutData& out, PF_ParamDef** params, const PF_UserChangedParamExtra& extra) {
+PF_Err UserChangedParam(PF_InData& in, PF_OutData& out, PF_ParamDef** params, const PF_UserChangedParamExtra& extra) {
     SuiteCache cache(in.pica_basicP);
-    SequenceData* block = blockOf(in.sequence_data);
+    SequenceData* block = BlockOf(in.sequence_data);
     if (!block) return PF_Err_NONE;
     IPlugin& engine = AEQuillon2::instance();
     engine.selectSequence(block->handle);
@@ -78,7 +78,7 @@ PF_Err userChangedParam(PF_InData& in, PF_OutData& out, PF_ParamDef** params, co
         engine.restartScript();
         block->recordFrameSize = 1;
         refreshParamUI(in, out, params);
-        if (!isAfterEffectsFrom13_9(in)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
+        if (!IsAfterEffectsFrom13_9(in)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
     }
     return PF_Err_NONE;
 }

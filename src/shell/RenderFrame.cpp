@@ -22,7 +22,7 @@ PF_Err PassThrough(PF_InData& in, PF_EffectWorld& input, PF_EffectWorld& output)
 // The extent that the script draws in: the output's, or under Premiere Pro that of the frame data.
 FrameExtent RenderExtent(const PF_InData& in, const PF_EffectWorld& output) {
     FrameExtent extent{static_cast<std::uint32_t>(output.width), static_cast<std::uint32_t>(output.height)};
-    if (isPremiere(in) && in.frame_data && *in.frame_data) {
+    if (IsPremiere(in) && in.frame_data && *in.frame_data) {
         FrameData data;
         std::memcpy(&data, *in.frame_data, sizeof data);
         extent = {data.width, data.height};
@@ -34,7 +34,7 @@ FrameExtent RenderExtent(const PF_InData& in, const PF_EffectWorld& output) {
 PF_Err ClearAround(PF_InData& in, PF_EffectWorld& output, const FrameExtent& extent) {
     const bool isFilled = extent.width >= static_cast<std::uint32_t>(output.width) &&
                           extent.height >= static_cast<std::uint32_t>(output.height);
-    if (!isPremiere(in) || isFilled) return PF_Err_NONE;
+    if (!IsPremiere(in) || isFilled) return PF_Err_NONE;
     const PF_Pixel transparent{};
     return in.utils->fill(in.effect_ref, &transparent, nullptr, &output);
 }
@@ -47,7 +47,7 @@ PF_Err renderFrame(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_Effe
     if (!input) return PF_Err_NONE;
     const std::uint32_t depth = worldDepth(in, out, *input);
     const std::uint32_t outputDepth = worldDepth(in, out, output);
-    SequenceData* block = liveBlockOf(in.sequence_data);
+    SequenceData* block = LiveBlockOf(in.sequence_data);
     if (!block) return PassThrough(in, *input, output);
 
     IPlugin& engine = AEQuillon2::instance();

@@ -28,13 +28,13 @@ static_assert(sizeof(SequenceData) == 8192 && offsetof(SequenceData, recordFrame
               offsetof(SequenceData, handle) == 32 && offsetof(SequenceData, compAspect) == 40);
 
 // The block behind a host handle; null when there is none.
-inline SequenceData* blockOf(PF_Handle handle) {
+inline SequenceData* BlockOf(PF_Handle handle) {
     return handle ? reinterpret_cast<SequenceData*>(*handle) : nullptr;
 }
 
 // The block of a live instance; null for none and for a flat one.
-inline SequenceData* liveBlockOf(PF_Handle handle) {
-    SequenceData* block = blockOf(handle);
+inline SequenceData* LiveBlockOf(PF_Handle handle) {
+    SequenceData* block = BlockOf(handle);
     return block && block->handle ? block : nullptr;
 }
 

@@ -38,7 +38,7 @@ private:
 
 PF_Err EndInstance(PF_InData& in, const PF_HandleSuite1& handles) {
     if (!in.sequence_data) return PF_Err_NONE;
-    if (SequenceData* block = liveBlockOf(in.sequence_data)) AEQuillon2::instance().destroySequence(block->handle);
+    if (SequenceData* block = LiveBlockOf(in.sequence_data)) AEQuillon2::instance().destroySequence(block->handle);
     handles.host_dispose_handle(in.sequence_data);
     in.sequence_data = nullptr;
     return PF_Err_NONE;
@@ -46,7 +46,7 @@ PF_Err EndInstance(PF_InData& in, const PF_HandleSuite1& handles) {
 
 }  // namespace
 
-PF_Err sequenceSetup(PF_InData& in, PF_OutData& out) {
+PF_Err SequenceSetup(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     const PF_HandleSuite1& handles = cache.get(suites::kHandle);
     if (const PF_Err error = EndInstance(in, handles); error != PF_Err_NONE) return error;
@@ -58,37 +58,37 @@ PF_Err sequenceSetup(PF_InData& in, PF_OutData& out) {
     return PF_Err_NONE;
 }
 
-PF_Err sequenceResetup(PF_InData& in, PF_OutData& out) {
+PF_Err SequenceResetup(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     if (!in.sequence_data) return PF_Err_NONE;
     {
         const NewBlock block(cache.get(suites::kHandle));
         if (!block.data()) return PF_Err_NONE;
         block.data()->needsRestart = 1;
-        block.data()->recordFrameSize = isPremiere(in) ? 0 : 1;
+        block.data()->recordFrameSize = IsPremiere(in) ? 0 : 1;
         block.data()->handle = AEQuillon2::instance().createSequence();
         // The block that the host passed may be flat or live; nothing of it is read, and it stays the host's.
-        if (blockOf(in.sequence_data)) AEQuillon2::instance().selectSequence(block.data()->handle);
+        if (BlockOf(in.sequence_data)) AEQuillon2::instance().selectSequence(block.data()->handle);
         out.sequence_data = block.handle();
     }
-    if (!isPremiere(in) && !isAfterEffectsFrom13_9(in)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
+    if (!IsPremiere(in) && !IsAfterEffectsFrom13_9(in)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
     refreshParamUI(in, out, nullptr);
     return PF_Err_NONE;
 }
 
-PF_Err sequenceFlatten(PF_InData& in, PF_OutData& out) {
+PF_Err SequenceFlatten(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     if (!in.sequence_data) return PF_Err_NONE;
     const NewBlock flat(cache.get(suites::kHandle));
     if (!flat.data()) return PF_Err_NONE;
     // The live block and its instance go on: the host may still use them.
-    const SequenceData* live = blockOf(in.sequence_data);
+    const SequenceData* live = BlockOf(in.sequence_data);
     AEQuillon2::instance().selectSequence(live ? live->handle : nullptr);
     out.sequence_data = flat.handle();
     return PF_Err_NONE;
 }
 
-PF_Err sequenceSetdown(PF_InData& in) {
+PF_Err SequenceSetdown(PF_InData& in) {
     SuiteCache cache(in.pica_basicP);
     if (!in.sequence_data) return PF_Err_NONE;
     return EndInstance(in, cache.get(suites::kHandle));

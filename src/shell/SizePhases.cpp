@@ -15,8 +15,8 @@
 
 namespace quillon {
 
-FrameExtent askOutputExtent(PF_InData& in, SuiteCache& cache, FrameExtent input) {
-    SequenceData* block = liveBlockOf(in.sequence_data);
+FrameExtent AskOutputExtent(PF_InData& in, SuiteCache& cache, FrameExtent input) {
+    SequenceData* block = LiveBlockOf(in.sequence_data);
     if (!block) return input;
     IPlugin& engine = AEQuillon2::instance();
     queryCompInfo(in, cache, *block);
@@ -35,7 +35,7 @@ constexpr A_long kPixelsId = 0x123456;
 
 // The oldest hosts' size phases run the script with no GL context current.
 bool IsSizePhaseLocked(const PF_InData& in) {
-    return !isAfterEffectsBefore13_2(in);
+    return !IsAfterEffectsBefore13_2(in);
 }
 
 // A width in the layer's pixel aspect, rounded like scaleBy.
@@ -52,8 +52,8 @@ A_long HalfDifference(std::uint32_t larger, std::uint32_t smaller) {
 void FrameSetupAfterEffects(PF_InData& in, PF_OutData& out, PF_ParamDef** params, SuiteCache& cache) {
     const PF_LayerDef& layer = params[0]->u.ld;
     const FrameExtent input{static_cast<std::uint32_t>(layer.width), static_cast<std::uint32_t>(layer.height)};
-    const FrameExtent asked = askOutputExtent(in, cache, input);
-    FrameExtent scaled{scaleBy(asked.width, in.downsample_x), scaleBy(asked.height, in.downsample_y)};
+    const FrameExtent asked = AskOutputExtent(in, cache, input);
+    FrameExtent scaled{ScaleBy(asked.width, in.downsample_x), ScaleBy(asked.height, in.downsample_y)};
     if (asked != input) scaled.width = ScaleByAspect(scaled.width, in.pixel_aspect_ratio);
     if (scaled != input) {
         out.width = static_cast<A_long>(scaled.width);
@@ -66,9 +66,9 @@ void FrameSetupAfterEffects(PF_InData& in, PF_OutData& out, PF_ParamDef** params
 
 void FrameSetupPremiere(PF_InData& in, PF_OutData& out, SuiteCache& cache) {
     const FrameExtent input{static_cast<std::uint32_t>(in.width), static_cast<std::uint32_t>(in.height)};
-    const FrameExtent asked = askOutputExtent(in, cache, input);
-    FrameExtent scaled{scaleBy(asked.width, in.downsample_x), scaleBy(asked.height, in.downsample_y)};
-    FrameExtent scaledInput{scaleBy(input.width, in.downsample_x), scaleBy(input.height, in.downsample_y)};
+    const FrameExtent asked = AskOutputExtent(in, cache, input);
+    FrameExtent scaled{ScaleBy(asked.width, in.downsample_x), ScaleBy(asked.height, in.downsample_y)};
+    FrameExtent scaledInput{ScaleBy(input.width, in.downsample_x), ScaleBy(input.height, in.downsample_y)};
     if (asked != input) {
         scaled.width = ScaleByAspect(scaled.width, in.pixel_aspect_ratio);
         scaledInput.width = ScaleByAspect(scaledInput.width, in.pixel_aspect_ratio);
@@ -90,17 +90,17 @@ void FrameSetupPremiere(PF_InData& in, PF_OutData& out, SuiteCache& cache) {
 
 }  // namespace
 
-PF_Err frameSetup(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
+PF_Err FrameSetup(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
     SuiteCache cache(in.pica_basicP);
     const EngineLock lock(AEQuillon2::instance(), IsSizePhaseLocked(in));
-    if (isPremiere(in))
+    if (IsPremiere(in))
         FrameSetupPremiere(in, out, cache);
     else if (params && params[0])
         FrameSetupAfterEffects(in, out, params, cache);
     return PF_Err_NONE;
 }
 
-PF_Err frameSetdown(PF_InData& in, PF_OutData* out) {
+PF_Err FrameSetdown(PF_InData& in, PF_OutData* out) {
     if (!out || !out->frame_data) return PF_Err_NONE;
     SuiteCache cache(in.pica_basicP);
     cache.get(suites::kHandle).host_dispose_handle(out->frame_data);
@@ -108,7 +108,7 @@ PF_Err frameSetdown(PF_InData& in, PF_OutData* out) {
     return PF_Err_NONE;
 }
 
-PF_Err smartPreRender(PF_InData& in, PF_PreRenderExtra& extra) {
+PF_Err SmartPreRender(PF_InData& in, PF_PreRenderExtra& extra) {
     SuiteCache cache(in.pica_basicP);
     const PF_LRect requested = extra.input->output_request.rect;
     PF_RenderRequest request = extra.input->output_request;
@@ -125,8 +125,8 @@ PF_Err smartPreRender(PF_InData& in, PF_PreRenderExtra& extra) {
     PF_Err error = checkOut(kProbeId, {}, probe);
     const PF_LRect layer = probe.max_result_rect;
     const EngineLock lock(AEQuillon2::instance(), IsSizePhaseLocked(in));
-    const FrameExtent asked = askOutputExtent(in, cache, extentOf(layer));
-    answerExtents(*extra.output, requested, layer, asked);
+    const FrameExtent asked = AskOutputExtent(in, cache, ExtentOf(layer));
+    AnswerExtents(*extra.output, requested, layer, asked);
 
     if (error == PF_Err_NONE) {
         PF_CheckoutResult pixels{};
@@ -135,7 +135,7 @@ PF_Err smartPreRender(PF_InData& in, PF_PreRenderExtra& extra) {
     return error;
 }
 
-PF_Err smartRender(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_SmartRenderExtra& extra) {
+PF_Err SmartRender(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_SmartRenderExtra& extra) {
     PF_EffectWorld* input = nullptr;
     PF_EffectWorld* output = nullptr;
     PF_Err error = extra.cb->checkout_layer_pixels(in.effect_ref, kPixelsId, &input);
@@ -145,7 +145,7 @@ PF_Err smartRender(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_Smar
     return renderFrame(in, out, params, input, *output);
 }
 
-PF_Err render(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_LayerDef& output) {
+PF_Err Render(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_LayerDef& output) {
     return renderFrame(in, out, params, nullptr, output);
 }
 

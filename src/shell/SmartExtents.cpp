@@ -19,12 +19,12 @@ A_long Plus(A_long a, std::uint32_t b) {
 
 }  // namespace
 
-FrameExtent extentOf(const PF_LRect& rect) {
+FrameExtent ExtentOf(const PF_LRect& rect) {
     return {static_cast<std::uint32_t>(rect.right) - static_cast<std::uint32_t>(rect.left),
             static_cast<std::uint32_t>(rect.bottom) - static_cast<std::uint32_t>(rect.top)};
 }
 
-PF_LRect unionOf(const PF_LRect& a, const PF_LRect& b) {
+PF_LRect UnionOf(const PF_LRect& a, const PF_LRect& b) {
     if (IsEmpty(a)) return b;
     if (IsEmpty(b)) return a;
     PF_LRect both{};
@@ -35,25 +35,25 @@ PF_LRect unionOf(const PF_LRect& a, const PF_LRect& b) {
     return both;
 }
 
-void answerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked) {
+void AnswerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked) {
     // The flags may be 32 bits wide on some hosts: all bytes that they could have are cleared.
     output.solid = 0;
     output.reserved = 0;
     std::memset(&output.flags, 0, offsetof(PF_PreRenderOutput, pre_render_data) - offsetof(PF_PreRenderOutput, flags));
 
-    const FrameExtent input = extentOf(layer);
+    const FrameExtent input = ExtentOf(layer);
     if (asked != input) {
         PF_LRect& result = output.result_rect;
         result.left = Plus(layer.left, (input.width >> 1) - (asked.width >> 1));
         result.right = Plus(result.left, asked.width);
         result.top = Plus(layer.top, (input.height >> 1) - (asked.height >> 1));
         result.bottom = Plus(result.top, asked.height);
-        output.max_result_rect = unionOf(output.max_result_rect, result);
+        output.max_result_rect = UnionOf(output.max_result_rect, result);
         output.flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
         return;
     }
-    output.result_rect = unionOf(output.result_rect, layer);
-    output.max_result_rect = unionOf(output.max_result_rect, layer);
+    output.result_rect = UnionOf(output.result_rect, layer);
+    output.max_result_rect = UnionOf(output.max_result_rect, layer);
     // At the right and at the bottom equality counts as reaching past the request. It is meant so.
     const bool reachesPast = layer.left < requested.left || layer.top < requested.top ||
                              layer.right >= requested.right || layer.bottom >= requested.bottom;

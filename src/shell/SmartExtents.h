@@ -6,14 +6,14 @@ namespace quillon {
 
 // The rectangles of the smart route's size phase.
 
-FrameExtent extentOf(const PF_LRect& rect);
+FrameExtent ExtentOf(const PF_LRect& rect);
 
 // The smallest rectangle around both. An empty one is left out of account.
-PF_LRect unionOf(const PF_LRect& a, const PF_LRect& b);
+PF_LRect UnionOf(const PF_LRect& a, const PF_LRect& b);
 
 // Tells the host what it will get. `layer` is the input's largest rectangle, `asked` the script's output. Another
 // extent than the layer's stands centered on the layer; the flag for extra pixels says that more may come back than
 // was requested.
-void answerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked);
+void AnswerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked);
 
 }  // namespace quillon

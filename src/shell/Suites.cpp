@@ -22,24 +22,24 @@ const void* SuiteCache::acquire(const char* name, std::int32_t version) {
     return table;
 }
 
-void showMessage(PF_InData& in, PF_OutData& out, const char* message) {
+void ShowMessage(PF_InData& in, PF_OutData& out, const char* message) {
     out.out_flags |= PF_OutFlag_DISPLAY_ERROR_MESSAGE;
     in.utils->ansi.sprintf(out.return_msg, "%s", message);
 }
 
-PF_Err acquireOrTell(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version, const void** table) {
+PF_Err AcquireOrReport(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version, const void** table) {
     *table = nullptr;
     if (in.pica_basicP && in.pica_basicP->AcquireSuite(name, version, table) == 0 && *table) return PF_Err_NONE;
     *table = nullptr;
-    showMessage(in, out, "Not able to acquire AEFX Suite.");
+    ShowMessage(in, out, "Not able to acquire AEFX Suite.");
     return PF_Err_BAD_CALLBACK_PARAM;
 }
 
-void releaseOrTell(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version) {
+void ReleaseOrReport(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version) {
     if (in.pica_basicP)
         in.pica_basicP->ReleaseSuite(name, version);
     else
-        showMessage(in, out, "Not able to release AEFX Suite.");
+        ShowMessage(in, out, "Not able to release AEFX Suite.");
 }
 
 }  // namespace quillon

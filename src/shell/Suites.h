@@ -80,11 +80,11 @@ public:
 };
 
 // Asks the host to show a message.
-void showMessage(PF_InData& in, PF_OutData& out, const char* message);
+void ShowMessage(PF_InData& in, PF_OutData& out, const char* message);
 
 // The message acquire: fills `table`, or tells the user, and gives 516 then.
-PF_Err acquireOrTell(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version, const void** table);
+PF_Err AcquireOrReport(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version, const void** table);
 // Its counterpart; the absence of the basic suite alone is told.
-void releaseOrTell(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version);
+void ReleaseOrReport(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version);
 
 }  // namespace quillon

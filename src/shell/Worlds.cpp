@@ -32,7 +32,7 @@ std::byte* Ask(PF_Err (*getter)(PF_EffectWorld*, PF_PixelPtr, Pixel**), PF_Effec
 
 }  // namespace
 
-WorldPixels pixelsOf(PF_InData& in, PF_EffectWorld& world) {
+WorldPixels PixelsOf(PF_InData& in, PF_EffectWorld& world) {
     const RequiredSuite suite(in.pica_basicP, suites::kPixelData);
     if (std::byte* pixels = Ask(suite->get_pixel_data_float, world)) return {pixels, 32};
     if (std::byte* pixels = Ask(suite->get_pixel_data16, world)) return {pixels, 16};
@@ -41,7 +41,7 @@ WorldPixels pixelsOf(PF_InData& in, PF_EffectWorld& world) {
 }
 
 std::uint32_t worldDepth(PF_InData& in, PF_OutData& out, PF_EffectWorld& world) {
-    if (isPremiere(in)) {
+    if (IsPremiere(in)) {
         auto format = static_cast<PrPixelFormat>(PF_PixelFormat_INVALID);
         const SuiteHold suite(in.pica_basicP, suites::kPixelFormat);
         if (suite) suite->GetPixelFormat(&world, &format);
@@ -52,7 +52,7 @@ std::uint32_t worldDepth(PF_InData& in, PF_OutData& out, PF_EffectWorld& world) 
     if (suite)
         suite->PF_GetPixelFormat(&world, &format);
     else
-        showMessage(in, out, "Couldn't load suite.");
+        ShowMessage(in, out, "Couldn't load suite.");
     return DepthOfFormat(static_cast<std::uint32_t>(format));
 }
 

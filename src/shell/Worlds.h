@@ -14,19 +14,19 @@ struct WorldPixels {
 };
 
 // As "PF Pixel Data Suite" tells; the depth is that of the getter that answered. Throws the int 13 without the suite.
-WorldPixels pixelsOf(PF_InData& in, PF_EffectWorld& world);
+WorldPixels PixelsOf(PF_InData& in, PF_EffectWorld& world);
 
 // Bits per channel of a world by its pixel format; 0 when the format is unknown or cannot be asked for. After Effects'
 // missing suite is told to the user.
 std::uint32_t worldDepth(PF_InData& in, PF_OutData& out, PF_EffectWorld& world);
 
-constexpr std::size_t pixelBytes(std::uint32_t bitDepth) {
+constexpr std::size_t PixelBytes(std::uint32_t bitDepth) {
     return std::size_t{bitDepth} * 4 / 8;
 }
 
 // A size at a rational scale, rounded in a way that takes one off whole numbers. In unsigned integers: 0 wraps. It is
 // meant so. A host's scale without a denominator counts as 1.
-constexpr std::uint32_t scaleBy(std::uint32_t value, const PF_RationalScale& scale) {
+constexpr std::uint32_t ScaleBy(std::uint32_t value, const PF_RationalScale& scale) {
     const std::uint32_t denominator = scale.den;
     if (denominator == 0) return value;
     return (static_cast<std::uint32_t>(scale.num) * value - 1 + denominator / 2) / denominator;

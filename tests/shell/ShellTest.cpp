@@ -18,12 +18,12 @@ PF_Err TrackedEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* par
                     void* extra) {
     const bool isMade = cmd == PF_Cmd_SEQUENCE_SETUP || cmd == PF_Cmd_SEQUENCE_RESETUP;
     const bool isEnded = cmd == PF_Cmd_SEQUENCE_SETUP || cmd == PF_Cmd_SEQUENCE_SETDOWN;
-    SequenceData* const before = isEnded ? liveBlockOf(in->sequence_data) : nullptr;
+    SequenceData* const before = isEnded ? LiveBlockOf(in->sequence_data) : nullptr;
     SequenceHandle* const old = before ? before->handle : nullptr;
     const PF_Err error = EntryPointFunc(cmd, in, out, params, output, extra);
     const std::lock_guard lock(liveMutex);
     if (isEnded && !in->sequence_data) live.erase(old);
-    if (SequenceData* const made = isMade ? liveBlockOf(out->sequence_data) : nullptr) live.insert(made->handle);
+    if (SequenceData* const made = isMade ? LiveBlockOf(out->sequence_data) : nullptr) live.insert(made->handle);
     return error;
 }
 

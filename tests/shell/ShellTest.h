@@ -61,7 +61,7 @@ protected:
     // The same, with GLOBAL_SETUP and PARAMS_SETUP behind it.
     HostSession& start(const std::string& script, const HostSettings& settings = {}, const Files& files = {});
 
-    static SequenceData& Block(const HostInstance& instance) { return *liveBlockOf(instance.sequenceData); }
+    static SequenceData& Block(const HostInstance& instance) { return *LiveBlockOf(instance.sequenceData); }
     static std::shared_ptr<World> WorldOf(const HostSession& session, A_long width, A_long height, const Bytes& tight);
     // A small picture without symmetries.
     static std::shared_ptr<World> Picture(const HostSession& session, int depth = 8, A_long width = 5,
