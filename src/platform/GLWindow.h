@@ -6,14 +6,15 @@
 namespace quillon {
 
 // The system's side of the private OpenGL context: a surface that nobody sees and the one compatibility context that
-// draws on it. On Windows a hidden window with WGL, elsewhere an EGL pixel buffer without a window.
+// draws on it. On Windows it is a hidden window with WGL, elsewhere an EGL pixel buffer without a window. The surface
+// lives as long as the process, whichever thread opened it.
 //
-// The context is current on at most one thread at a time. A call on another thread meanwhile fails at once, without
-// waiting. Nothing here locks; `OpenGLContext` does.
+// The context is current on one thread at a time. On another thread makeCurrent() then fails at once, without waiting.
+// Nothing here locks; OpenGLContext does.
 class GLWindow {
 public:
     enum class OpenResult {
-        opened,        // there is a surface; the context may still be missing, which makeCurrent() then tells
+        opened,        // there is a surface; the context may still be missing: makeCurrent() fails then
         windowFailed,  // the window system refused the window class or the window
         noDisplay,     // the system offers no OpenGL at all
     };

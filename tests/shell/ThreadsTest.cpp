@@ -36,7 +36,10 @@ protected:
 
 TEST_P(Threads, GiveTheFramesOfOne) {
     const bool isPremiere = GetParam() == HostKind::premiere;
-    HostSession& session = start(kTint, isPremiere ? Premiere() : AfterEffects(), kTintFiles);
+    // What belongs to the thread of the start must not go with it.
+    HostSession* started = nullptr;
+    std::thread([&] { started = &start(kTint, isPremiere ? Premiere() : AfterEffects(), kTintFiles); }).join();
+    HostSession& session = *started;
     std::vector<HostInstance*> driven;
     std::vector<Bytes> wanted;
     for (int i = 0; i < kInstances; ++i) {

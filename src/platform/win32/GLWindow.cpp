@@ -13,12 +13,67 @@ struct GLWindow::System {
 
 namespace {
 
-// What a make-current said. Why it failed and on which thread is told to a debugger alone: nothing acts on it.
-bool noted(BOOL succeeded) {
+// A result of wglMakeCurrent. Reason and thread of a failure are kept for a debugger only: nothing acts on them.
+bool Noted(BOOL succeeded) {
     if (succeeded) return true;
     [[maybe_unused]] const volatile DWORD reason = GetLastError();
     [[maybe_unused]] const volatile DWORD thread = GetCurrentThreadId();
     return false;
+}
+
+struct WindowOrder {
+    const std::wstring& className;
+    const std::wstring& title;
+    int width;
+    int height;
+    HANDLE done;  // event
+    HWND window = nullptr;
+    HDC deviceContext = nullptr;
+};
+
+void MakeWindow(WindowOrder& order) {
+    // Never shown. Rendering goes to framebuffers: neither the depth nor the absence of a stencil matters to it.
+    order.window = CreateWindowExW(0, order.className.c_str(), order.title.c_str(), WS_OVERLAPPED, 0, 0, order.width,
+                                   order.height, nullptr, nullptr, nullptr, nullptr);
+    if (!order.window) return;
+    PIXELFORMATDESCRIPTOR format{};
+    format.nSize = sizeof(format);
+    format.nVersion = 1;
+    format.dwFlags = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
+    format.iPixelType = PFD_TYPE_RGBA;
+    format.cColorBits = 32;
+    format.cDepthBits = 8;
+    order.deviceContext = GetDC(order.window);
+    SetPixelFormat(order.deviceContext, ChoosePixelFormat(order.deviceContext, &format), &format);
+}
+
+// The thread that owns the window. The system destroys a window with the thread that made it, and a host may end the
+// thread that it starts the effect on, so this one lives as long as the process. It waits for a message that nobody
+// posts. Meanwhile the system answers what is sent to all windows, as a changed setting, whose sender would otherwise
+// wait for us. No code of the module runs after the start, so that a host can unload the module.
+DWORD WINAPI OwnWindow(void* parameter) {
+    auto& order = *static_cast<WindowOrder*>(parameter);
+    MakeWindow(order);
+    SetEvent(order.done);  // from here on the order is gone
+    const auto threadMessagesOnly = reinterpret_cast<HWND>(static_cast<INT_PTR>(-1));
+    constexpr UINT kNeverPosted = 0xBFFF;
+    MSG message;
+    GetMessageW(&message, threadMessagesOnly, kNeverPosted, kNeverPosted);
+    Sleep(INFINITE);
+    return 0;
+}
+
+// False when the system has no thread for it; the window can still be null otherwise.
+bool RunWindowThread(WindowOrder& order) {
+    order.done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    if (!order.done) return false;
+    const HANDLE thread = CreateThread(nullptr, 0, OwnWindow, &order, 0, nullptr);
+    if (thread) {
+        WaitForSingleObject(order.done, INFINITE);
+        CloseHandle(thread);
+    }
+    CloseHandle(order.done);
+    return thread != nullptr;
 }
 
 }  // namespace
@@ -37,21 +92,10 @@ GLWindow::OpenResult GLWindow::open(const std::wstring& className, const std::ws
     windowClass.lpszClassName = system->className.c_str();
     if (!RegisterClassExW(&windowClass)) return OpenResult::windowFailed;
 
-    // Never shown, and nobody runs a message loop for it.
-    system->window = CreateWindowExW(0, system->className.c_str(), title.c_str(), WS_OVERLAPPED, 0, 0, width, height,
-                                     nullptr, nullptr, nullptr, nullptr);
-    if (!system->window) return OpenResult::windowFailed;
-
-    // Rendering goes to framebuffers; neither the depth nor the absence of a stencil matters to it.
-    PIXELFORMATDESCRIPTOR format{};
-    format.nSize = sizeof(format);
-    format.nVersion = 1;
-    format.dwFlags = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
-    format.iPixelType = PFD_TYPE_RGBA;
-    format.cColorBits = 32;
-    format.cDepthBits = 8;
-    system->deviceContext = GetDC(system->window);
-    SetPixelFormat(system->deviceContext, ChoosePixelFormat(system->deviceContext, &format), &format);
+    WindowOrder order{system->className, title, width, height, nullptr};
+    if (!RunWindowThread(order) || !order.window) return OpenResult::windowFailed;
+    system->window = order.window;
+    system->deviceContext = order.deviceContext;
     system->renderContext = wglCreateContext(system->deviceContext);
     wglMakeCurrent(system->deviceContext, system->renderContext);
     return OpenResult::opened;
@@ -67,18 +111,18 @@ bool GLWindow::close() {
         ReleaseDC(system->window, system->deviceContext);
         system->deviceContext = nullptr;
     }
-    // Fails as long as the window lives, which is of no consequence: its name is never drawn again.
+    // Fails while the window lives. That has no effect: the name of the class is not used again.
     UnregisterClassW(system->className.c_str(), nullptr);
     return true;
 }
 
 bool GLWindow::makeCurrent() {
-    // Without a context the system would take the call for "none shall be current", and succeed.
-    return system->renderContext && noted(wglMakeCurrent(system->deviceContext, system->renderContext));
+    // Without a context the call would mean "make none current", and succeed.
+    return system->renderContext && Noted(wglMakeCurrent(system->deviceContext, system->renderContext));
 }
 
 void GLWindow::clearCurrent() {
-    noted(wglMakeCurrent(system->deviceContext, nullptr));
+    Noted(wglMakeCurrent(system->deviceContext, nullptr));
 }
 
 void GLWindow::swapBuffers() {
