@@ -9,7 +9,7 @@ namespace quillon::host {
 namespace {
 
 // The system's words for an error, UTF-8, without their full stop.
-std::string wordsOf(DWORD error) {
+std::string WordsOf(DWORD error) {
     wchar_t words[512];
     DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, words,
                                   std::size(words), nullptr);
@@ -22,23 +22,23 @@ std::string wordsOf(DWORD error) {
 
 }  // namespace
 
-void* loadModule(const std::filesystem::path& file, std::string& reason) {
+void* LoadModule(const std::filesystem::path& file, std::string& reason) {
     // The system shows a box for some damaged modules unless told not to. An absolute name is not searched for, and
     // lets the module's own folder serve what it needs.
     DWORD errorMode = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &errorMode);
     const std::filesystem::path name = std::filesystem::absolute(file).make_preferred();
     const HMODULE module = LoadLibraryExW(name.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    if (!module) reason = wordsOf(GetLastError());
+    if (!module) reason = WordsOf(GetLastError());
     SetThreadErrorMode(errorMode, nullptr);
     return module;
 }
 
-void* findInModule(void* module, const char* name) {
+void* FindInModule(void* module, const char* name) {
     return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(module), name));
 }
 
-void unloadModule(void* module) {
+void UnloadModule(void* module) {
     FreeLibrary(static_cast<HMODULE>(module));
 }
 

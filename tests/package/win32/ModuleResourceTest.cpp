@@ -13,10 +13,10 @@ namespace {
 
 TEST(ModuleResourceTest, TellsAbsentEmptyAndPresentApart) {
     std::string reason;
-    void* const carrier = host::loadModule(carrierModule(), reason);
+    void* const carrier = host::LoadModule(carrierModule(), reason);
     ASSERT_TRUE(carrier) << reason;
     EXPECT_FALSE(ReadModuleResource(carrier));
-    host::unloadModule(carrier);
+    host::UnloadModule(carrier);
 
     for (const std::size_t size : {0, 1, 7, 8, 4096, 1 << 20}) {
         const std::vector<std::byte> package(size, std::byte{0x5A});
