@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "shell/Drawbot.h"
+#include "shell/HostCleanup.h"
 #include "shell/HostVersion.h"
 #include "shell/Selectors.h"
 #include "shell/Suites.h"
@@ -85,21 +86,12 @@ FramePoint PositionOf(const WheelColor& color, float radius) {
     return {std::cos(angle) * distance, std::sin(angle) * distance};
 }
 
-// Objects of the drawing library, given back at the end.
-class DrawnObject {
-public:
-    DrawnObject(const DRAWBOT_SupplierSuite1& suite, void* reference)
-        : supplier(suite), object(static_cast<DRAWBOT_ObjectRef>(reference)) {}
-    ~DrawnObject() {
-        if (object) supplier.ReleaseObject(object);
-    }
-    DrawnObject(const DrawnObject&) = delete;
-    DrawnObject& operator=(const DrawnObject&) = delete;
-
-private:
-    const DRAWBOT_SupplierSuite1& supplier;
-    DRAWBOT_ObjectRef object;
-};
+// Gives an object of the drawing library back at the end of the scope.
+auto ReleasedAtEnd(const DRAWBOT_SupplierSuite1& supplier, void* object) {
+    return AtEnd([&supplier, object] {
+        if (object) supplier.ReleaseObject(static_cast<DRAWBOT_ObjectRef>(object));
+    });
+}
 
 void DrawWheel(const DrawbotSuites& drawbot, DRAWBOT_DrawRef reference, const PF_EventExtra& extra,
                const WheelColor& color) {
@@ -114,16 +106,16 @@ void DrawWheel(const DrawbotSuites& drawbot, DRAWBOT_DrawRef reference, const PF
     DRAWBOT_ImageRef image = nullptr;
     drawbot.supplier->NewImageFromBuffer(supplier, wheel.width(), wheel.height(), wheel.width() * 4,
                                          kDRAWBOT_PixelLayout_32BGRA_Straight, wheel.pixels(), &image);
-    const DrawnObject imageOwner(*drawbot.supplier, image);
+    const auto releaseImage = ReleasedAtEnd(*drawbot.supplier, image);
     if (image) drawbot.surface->DrawImage(surface, image, &origin, 1.0f);
 
     const DRAWBOT_ColorRGBA black{0, 0, 0, 1};
     DRAWBOT_PenRef pen = nullptr;
     DRAWBOT_PathRef path = nullptr;
     drawbot.supplier->NewPen(supplier, &black, 1.0f, &pen);
-    const DrawnObject penOwner(*drawbot.supplier, pen);
+    const auto releasePen = ReleasedAtEnd(*drawbot.supplier, pen);
     drawbot.supplier->NewPath(supplier, &path);
-    const DrawnObject pathOwner(*drawbot.supplier, path);
+    const auto releasePath = ReleasedAtEnd(*drawbot.supplier, path);
     if (!pen || !path) return;
     const FramePoint marker = PositionOf(color, wheel.radius());
     const DRAWBOT_PointF32 center{origin.x + wheel.centerX() + marker.x, origin.y + wheel.centerY() + marker.y};
@@ -145,9 +137,9 @@ PF_Err Draw(PF_InData& in, PF_OutData& out, const PF_ParamDef& def, SuiteCache& 
     const PF_Err error = cache.get(suites::kEffectCustomUI).PF_GetDrawingReference(extra.contextH, &reference);
     if (error != PF_Err_NONE || !reference) return error;
     DrawbotSuites drawbot{};
+    const AtEnd release([&] { AEFX_ReleaseDrawbotSuites(in, out, drawbot); });
     const PF_Err acquired = AEFX_AcquireDrawbotSuites(in, out, &drawbot);
     if (acquired == PF_Err_NONE) DrawWheel(drawbot, reference, extra, color);
-    AEFX_ReleaseDrawbotSuites(in, out, drawbot);
     return acquired;
 }
 
@@ -162,6 +154,7 @@ void AdjustCursor(PF_EventExtra& extra) {
 
 PF_Err ColorWheelEvent(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_EventExtra& extra) {
     SuiteCache cache(in.pica_basicP);
+    if (!params || !params[extra.effect_win.index]) return PF_Err_NONE;
     PF_ParamDef& def = *params[extra.effect_win.index];
     switch (extra.e_type) {
         case PF_Event_DO_CLICK:

@@ -6,7 +6,7 @@ namespace quillon {
 
 namespace {
 
-void QueryComposition(PF_InData& in, SuiteCache& cache, SequenceData& block) {
+void QueryComposition(PF_InData& in, SuiteCache& cache, CompInfo& info) {
     const auto& interface = cache.get(suites::kAegpInterface);
     const auto& layers = cache.get(suites::kAegpLayer);
     const auto& comps = cache.get(suites::kAegpComp);
@@ -22,38 +22,38 @@ void QueryComposition(PF_InData& in, SuiteCache& cache, SequenceData& block) {
     A_long width = 0;
     A_long height = 0;
     if (items.AEGP_GetItemDimensions(item, &width, &height) == A_Err_NONE) {
-        block.compWidth = static_cast<std::uint32_t>(width);
-        block.compHeight = static_cast<std::uint32_t>(height);
+        info.width = static_cast<std::uint32_t>(width);
+        info.height = static_cast<std::uint32_t>(height);
     }
     A_Ratio aspect{};
     if (items.AEGP_GetItemPixelAspectRatio(item, &aspect) == A_Err_NONE)
-        block.compAspect = static_cast<float>(aspect.num) / static_cast<float>(aspect.den);
+        info.pixelAspect = static_cast<float>(aspect.num) / static_cast<float>(aspect.den);
 }
 
-void QueryTimeline(PF_InData& in, SequenceData& block) {
+void QueryTimeline(PF_InData& in, CompInfo& info) {
     const SuiteHold utility(in.pica_basicP, suites::kPremiereUtility);
-    const SuiteHold info(in.pica_basicP, suites::kSequenceInfo);
+    const SuiteHold sequence(in.pica_basicP, suites::kSequenceInfo);
     PrTimelineID timeline = 0;
-    if (!utility || !info || utility->GetContainingTimelineID(in.effect_ref, &timeline) != PF_Err_NONE) return;
+    if (!utility || !sequence || utility->GetContainingTimelineID(in.effect_ref, &timeline) != PF_Err_NONE) return;
 
     csSDK_uint32 numerator = 0;
     csSDK_uint32 denominator = 0;
-    if (info->GetPixelAspectRatio(timeline, &numerator, &denominator) == 0)
-        block.compAspect = static_cast<float>(numerator) / static_cast<float>(denominator);
+    if (sequence->GetPixelAspectRatio(timeline, &numerator, &denominator) == 0)
+        info.pixelAspect = static_cast<float>(numerator) / static_cast<float>(denominator);
     prRect frame{};
-    if (info->GetFrameRect(timeline, &frame) == 0) {
-        block.compWidth = static_cast<std::uint32_t>(frame.right) - static_cast<std::uint32_t>(frame.left);
-        block.compHeight = static_cast<std::uint32_t>(frame.bottom) - static_cast<std::uint32_t>(frame.top);
+    if (sequence->GetFrameRect(timeline, &frame) == 0) {
+        info.width = static_cast<std::uint32_t>(frame.right) - static_cast<std::uint32_t>(frame.left);
+        info.height = static_cast<std::uint32_t>(frame.bottom) - static_cast<std::uint32_t>(frame.top);
     }
 }
 
 }  // namespace
 
-void queryCompInfo(PF_InData& in, SuiteCache& cache, SequenceData& block) {
+void queryCompInfo(PF_InData& in, SuiteCache& cache, CompInfo& info) {
     if (IsPremiere(in))
-        QueryTimeline(in, block);
+        QueryTimeline(in, info);
     else
-        QueryComposition(in, cache, block);
+        QueryComposition(in, cache, info);
 }
 
 }  // namespace quillon

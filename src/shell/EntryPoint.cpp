@@ -6,6 +6,7 @@
 
 #include "platform/Export.h"
 #include "platform/SystemMutex.h"
+#include "shell/ActiveCall.h"
 #include "shell/EventGate.h"
 #include "shell/Selectors.h"
 
@@ -50,12 +51,15 @@ constexpr Handler kHandlers[] = {
     /* SEQUENCE_SETDOWN */ [](const SelectorCall& call) { return SequenceSetdown(*call.in); },
     /* DO_DIALOG */ Nothing,
     /* FRAME_SETUP */ [](const SelectorCall& call) { return FrameSetup(*call.in, *call.out, call.params); },
-    /* RENDER */ [](const SelectorCall& call) { return Render(*call.in, *call.out, call.params, *call.output); },
+    /* RENDER */
+    [](const SelectorCall& call) {
+        return call.output ? Render(*call.in, *call.out, call.params, *call.output) : PF_Err{PF_Err_NONE};
+    },
     /* FRAME_SETDOWN */ [](const SelectorCall& call) { return FrameSetdown(*call.in, call.out); },
     /* USER_CHANGED_PARAM */
     [](const SelectorCall& call) {
         return UserChangedParam(*call.in, *call.out, call.params,
-                                *static_cast<const PF_UserChangedParamExtra*>(call.extra));
+                                static_cast<const PF_UserChangedParamExtra*>(call.extra));
     },
     /* UPDATE_PARAMS_UI */ [](const SelectorCall& call) { return UpdateParamsUI(*call.in, *call.out, call.params); },
     /* EVENT */ Event,
@@ -67,22 +71,26 @@ constexpr Handler kHandlers[] = {
     /* AUDIO_SETDOWN */ Nothing,
     /* ARBITRARY_CALLBACK */ Nothing,
     /* SMART_PRE_RENDER */
-    [](const SelectorCall& call) { return SmartPreRender(*call.in, *static_cast<PF_PreRenderExtra*>(call.extra)); },
+    [](const SelectorCall& call) {
+        auto* const extra = static_cast<PF_PreRenderExtra*>(call.extra);
+        return extra ? SmartPreRender(*call.in, *extra) : PF_Err{PF_Err_NONE};
+    },
     /* SMART_RENDER */
     [](const SelectorCall& call) {
-        return SmartRender(*call.in, *call.out, call.params, *static_cast<PF_SmartRenderExtra*>(call.extra));
+        auto* const extra = static_cast<PF_SmartRenderExtra*>(call.extra);
+        return extra ? SmartRender(*call.in, *call.out, call.params, *extra) : PF_Err{PF_Err_NONE};
     },
 };
 static_assert(std::size(kHandlers) == PF_Cmd_SMART_RENDER + 1);
 
-// Held for the whole of every selector, by one thread as often as it comes back in. Lives in a cell that is never
-// freed: a host thread may still be inside when the process ends.
+// Held for the whole of every selector, by one thread, as often as that thread comes back in. Its memory is never
+// freed: a host thread may still be inside when the process ends. Throws where there is no memory for it yet.
 SystemMutex& entryGate() {
-    static auto* const kGate = new SystemMutex;
-    return *kGate;
+    static auto* const gate = new SystemMutex;
+    return *gate;
 }
 
-// The host's code for what a handler threw. Only an int is a code of its own.
+// The host's code for what was thrown. Only an int is a code by itself.
 PF_Err CodeOf(const std::exception_ptr& thrown) {
     try {
         std::rethrow_exception(thrown);
@@ -93,10 +101,12 @@ PF_Err CodeOf(const std::exception_ptr& thrown) {
     }
 }
 
-PF_Err RunGuarded(Handler handler, const SelectorCall& call) {
+// The code that `call` returns, or the one for what it throws.
+template <class Call>
+PF_Err RunGuarded(Call call) {
     std::exception_ptr thrown;
     try {
-        return handler(call);
+        return call();
     } catch (...) {
         thrown = std::current_exception();
     }
@@ -110,8 +120,11 @@ PF_Err RunGuarded(Handler handler, const SelectorCall& call) {
 extern "C" QUILLON_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data,
                                                 PF_ParamDef* params[], PF_LayerDef* output, void* extra) {
     using namespace quillon;
-    const std::lock_guard gate(entryGate());
-    const auto selector = static_cast<A_u_long>(cmd);
-    if (selector >= std::size(kHandlers)) return PF_Err_NONE;
-    return RunGuarded(kHandlers[selector], {in_data, out_data, params, output, extra});
+    return RunGuarded([&]() -> PF_Err {
+        const std::lock_guard gate(entryGate());
+        const ActiveCall active(in_data);
+        const auto selector = static_cast<A_u_long>(cmd);
+        if (selector >= std::size(kHandlers)) return PF_Err_NONE;
+        return RunGuarded([&] { return kHandlers[selector]({in_data, out_data, params, output, extra}); });
+    });
 }

@@ -6,7 +6,9 @@
 #include "engine/AEQuillon2.h"
 #include "package/EffectFlags.h"
 #include "package/EffectVersion.h"
+#include "shell/HostCleanup.h"
 #include "shell/HostVersion.h"
+#include "shell/Instances.h"
 #include "shell/Selectors.h"
 #include "shell/Suites.h"
 
@@ -53,11 +55,7 @@ PF_Err MakeGlobalData(PF_InData& in, PF_OutData& out) {
     if (!handle) return PF_Err_INTERNAL_STRUCT_DAMAGED;
     auto* data = static_cast<GlobalData*>(handles.host_lock_handle(handle));
     if (!data) return PF_Err_NONE;
-    struct Unlock {
-        const PF_HandleSuite1& handles;
-        PF_Handle handle;
-        ~Unlock() { handles.host_unlock_handle(handle); }
-    } const unlock{handles, handle};
+    const AtEnd unlock([&] { handles.host_unlock_handle(handle); });
 
     data->isSetUp = 1;
     PF_Err error = PF_Err_NONE;
@@ -76,6 +74,7 @@ PF_Err GlobalSetup(PF_InData& in, PF_OutData& out) {
     IPlugin& engine = AEQuillon2::instance();
     void* module = nullptr;
     in.utils->get_platform_data(in.effect_ref, PF_PlatData_RES_DLLINSTANCE, &module);
+    Instances::instance().scriptRestarts();
     if (!engine.init(module, nullptr)) return PF_Err_INTERNAL_STRUCT_DAMAGED;
 
     EffectVersion version;

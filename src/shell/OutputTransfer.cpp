@@ -6,13 +6,12 @@
 
 #include "imagelib/HostRange.h"
 #include "shell/HostVersion.h"
-#include "shell/Worlds.h"
 
 namespace quillon {
 
 namespace {
 
-// Where a frame goes: the destination's first pixel may lie outside of the world on any side.
+// Where a frame goes: its first pixel may be outside of the world on any side.
 struct Destination {
     std::byte* pixels;
     std::uint32_t bitDepth;   // that the frame is written in
@@ -58,7 +57,8 @@ A_long Centered(A_long outer, std::uint32_t inner) {
 
 }  // namespace
 
-void writeOutput(PF_InData& in, PF_EffectWorld& output, std::uint32_t worldDepth, const MappedFrame& frame) {
+void writeOutput(const PF_InData& in, PF_EffectWorld& output, const WorldPixels& found, std::uint32_t worldDepth,
+                 const MappedFrame& frame) {
     const auto capacityAt = [&](std::uint32_t bitDepth) {
         return bitDepth != 0 ? static_cast<std::size_t>(std::max<A_long>(output.width, 0)) * PixelBytes(bitDepth)
                              : static_cast<std::size_t>(std::abs(std::int64_t{output.rowbytes}));
@@ -70,7 +70,6 @@ void writeOutput(PF_InData& in, PF_EffectWorld& output, std::uint32_t worldDepth
         if (to.pixels) WriteRows(frame, output, to);
         return;
     }
-    const WorldPixels found = PixelsOf(in, output);
     if (found.pixels) WriteRows(frame, output, {found.pixels, found.bitDepth, capacityAt(found.bitDepth), 0, 0});
 }
 

@@ -5,6 +5,7 @@
 
 #include "hostapi/HostApi.h"
 #include "shell/FramePhases.h"
+#include "shell/Worlds.h"
 
 namespace quillon {
 
@@ -15,12 +16,12 @@ struct MappedFrame {
     std::uint32_t bitDepth;
 };
 
-// `worldDepth` is that of the output's pixel format, 0 when it is not known.
-//
-// Writes the frame into the host's world with the rows turned over, 16-bit channels folded to the host's range. After
-// Effects' world takes it at its top left, in the world's own depth; Premiere Pro's in the middle, in the frame's
-// depth. Whatever the sizes and depths are, nothing outside of the world is written and nothing behind the frame is
-// read. Throws the int 13 without "PF Pixel Data Suite" under After Effects.
-void writeOutput(PF_InData& in, PF_EffectWorld& output, std::uint32_t worldDepth, const MappedFrame& frame);
+// Writes the frame into the host's world, rows turned upside down, 16-bit channels folded to the host's range. After
+// Effects' world takes it at the top left of `found`, the world's pixels as the host gave them, in their depth; without
+// pixels nothing is written. Premiere Pro's world takes it in the middle, in the frame's depth. `worldDepth` is that of
+// the world's pixel format, 0 when it is unknown. For all sizes and depths, nothing outside of the world is written and
+// nothing past the end of the frame is read. Makes no host call.
+void writeOutput(const PF_InData& in, PF_EffectWorld& output, const WorldPixels& found, std::uint32_t worldDepth,
+                 const MappedFrame& frame);
 
 }  // namespace quillon

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "engine/AEQuillon2.h"
 #include "platform/Truncation.h"
+#include "shell/HostCleanup.h"
 #include "shell/HostVersion.h"
 #include "shell/ParameterMaps.h"
 #include "shell/Selectors.h"
@@ -134,8 +136,10 @@ PF_Err BlankOptionsButton(PF_InData& in, PF_OutData& out) {
     const auto& key = suites::kEffectUI;
     const void* table = nullptr;
     PF_Err error = AcquireOrReport(in, out, key.name, key.version, &table);
+    const AtEnd release([&] {
+        if (table || !in.pica_basicP) ReleaseOrReport(in, out, key.name, key.version);
+    });
     if (table) error = static_cast<const PF_EffectUISuite1*>(table)->PF_SetOptionsButtonName(in.effect_ref, " ");
-    if (table || !in.pica_basicP) ReleaseOrReport(in, out, key.name, key.version);
     return error;
 }
 
@@ -145,9 +149,12 @@ PF_Err registerParameters(PF_InData& in, PF_OutData& out) {
     IPlugin& engine = AEQuillon2::instance();
     ParameterMaps& maps = ParameterMaps::instance();
     out.num_params = 1;
+    // Copies, since the host can enter the effect again from add_param, and select another instance or end this one.
+    std::vector<Parameter> parameters;
     const std::uint32_t count = engine.parameterCount();
+    for (std::uint32_t i = 0; i < count; ++i) parameters.push_back(*engine.parameterInfo(i));
     for (std::uint32_t i = 0; i < count; ++i) {
-        const Parameter& parameter = *engine.parameterInfo(i);
+        const Parameter& parameter = parameters[i];
         if (parameter.flags & ParameterFlag::hidden) continue;
         const auto hostIndex = static_cast<std::uint32_t>(out.num_params);
         const auto row = std::find_if(std::begin(kHostKinds), std::end(kHostKinds),

@@ -1,25 +1,91 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "hostapi/HostApi.h"
+#include "shell/EngineTurn.h"
+#include "shell/HostCleanup.h"
+#include "shell/InputTransfer.h"
 #include "shell/Suites.h"
 
 namespace quillon {
 
-// Host values and engine values meet here. All work on the selected instance.
+// Values and states of controls, between the host and the engine.
 
-// Carries one host value into the instance. Nothing before the first refreshParamUI of the process: until then no
-// host index stands for a control. A layer's pixels are uploaded under a GL lock of its own.
+// A control of the script that the host has a control for.
+struct TargetControl {
+    std::uint32_t declarationIndex;
+    std::uint32_t flags;  // ParameterFlag
+};
+
+// The host's value of one control in the engine's form.
+class ControlValue {
+public:
+    // Asks the host for a color's channels and a layer's pixels. Throws the int 516 without "PF ColorParamSuite" for a
+    // color, and the int 13 without "PF Pixel Data Suite" for a layer.
+    ControlValue(PF_InData& in, PF_ParamDef& def, const TargetControl& target, SuiteCache& cache);
+
+    // True for a layer with pixels. They are the host's memory: apply() comes before the layer is checked in.
+    bool hasPixels() const { return static_cast<bool>(layer); }
+
+    // Carries the value into the turn's instance, and a layer's pixels into its texture if the turn has the GL lock.
+    void apply(const EngineTurn& turn) const;
+
+private:
+    void setFloat(std::size_t index, float number);
+    void setInt(std::int32_t number);
+
+    std::uint32_t declarationIndex;
+    std::array<std::uint32_t, 4> words{};
+    LayerPixels layer;
+};
+
+// Controls that are checked out of the host. The destructor checks in what is left, and passes on what the host throws.
+class CheckedOutControls {
+public:
+    explicit CheckedOutControls(PF_InData& inData) : in(inData) {}
+    ~CheckedOutControls() noexcept(false);
+    CheckedOutControls(const CheckedOutControls&) = delete;
+    CheckedOutControls& operator=(const CheckedOutControls&) = delete;
+
+    void reserve(std::size_t count) { defs.reserve(count); }
+    void add(const PF_ParamDef& def) { defs.push_back(def); }
+    void checkInLast();
+
+private:
+    PF_InData& in;
+    std::vector<PF_ParamDef> defs;
+    EndOfScope end;
+};
+
+// The host's values of all controls at the current time. Layers with pixels stay checked out until it ends.
+class ParameterSweep {
+public:
+    ParameterSweep(PF_InData& in, bool withLayers, SuiteCache& cache);
+
+    // As ControlValue::apply, for all of them.
+    void apply(const EngineTurn& turn) const;
+
+private:
+    CheckedOutControls checkedOut;
+    std::vector<ControlValue> values;
+};
+
+// Checks out the value of every control that is not hidden; without layers, LAYER, TEXTURE and PATH are left out too.
+// After a failing checkout no more are made, but the check-ins go on, and the instance keeps its earlier values. A
+// control has a value only after the first refreshParamUI of the process, which tells host indices apart.
+ParameterSweep readAllParameters(PF_InData& in, bool withLayers, SuiteCache& cache);
+
+// Carries one host value into the instance of in_data's block, under the same condition. A layer needs the GL lock,
+// which is taken; without it the layer's pixels stay as they were.
 void transferParameter(PF_InData& in, PF_ParamDef& def, std::uint32_t hostIndex, SuiteCache& cache);
 
-// Checks out the value of every control at the current time, hidden ones left out, and carries it over; without
-// layers also LAYER, TEXTURE and PATH are left out. After a checkout that fails no more are made, and the values held
-// from before stay; what was begun is checked in for each.
-void readAllParameters(PF_InData& in, bool withLayers, SuiteCache& cache);
-
-// Fills the maps between the two orders and asks for a refresh of the panel. With `params`, also brings names and
-// enabled states to the host, as far as it takes them.
-void refreshParamUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params);
+// Fills the maps between the script's order of controls and the host's, and asks the host to draw its panel anew. With
+// `params`, the host's controls by host index, it also sends names and enabled states of the block's instance, up to
+// the first that the host refuses.
+void refreshParamUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_Handle sequenceData);
 
 }  // namespace quillon

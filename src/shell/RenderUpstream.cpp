@@ -1,5 +1,7 @@
 #include "shell/RenderUpstream.h"
 
+#include "shell/HostCleanup.h"
+#include "shell/HostVersion.h"
 #include "shell/InputTransfer.h"
 #include "shell/Suites.h"
 
@@ -10,10 +12,14 @@ namespace {
 void TransferReceipt(PF_InData& in, const RequiredSuite<AEGP_RenderSuite4>& render,
                      const RequiredSuite<AEGP_WorldSuite3>& worlds, AEGP_FrameReceiptH receipt, std::uint32_t bitDepth,
                      std::uint32_t index) {
-    AEGP_WorldH world = nullptr;
-    if (render->AEGP_GetReceiptWorld(receipt, &world) != A_Err_NONE || !world) return;
-    PF_EffectWorld pixels{};
-    if (worlds->AEGP_FillOutPFEffectWorld(world, &pixels) == A_Err_NONE) transferInput(in, pixels, bitDepth, index);
+    AEGP_WorldH handle = nullptr;
+    if (render->AEGP_GetReceiptWorld(receipt, &handle) != A_Err_NONE || !handle) return;
+    PF_EffectWorld world{};
+    if (worlds->AEGP_FillOutPFEffectWorld(handle, &world) != A_Err_NONE) return;
+    const WorldPixels found = IsPremiere(in) ? WorldPixels() : PixelsOf(in, world);
+    const LayerPixels input = InputPixels(in, found, world, bitDepth);
+    const EngineTurn turn(in.sequence_data, GLUse::locked);
+    if (turn.hasGL()) transferInput(turn, input, index);
 }
 
 }  // namespace
@@ -27,28 +33,25 @@ void renderUpstream(PF_InData& in, AEGP_PluginID plugin, std::uint32_t framesBac
     const RequiredSuite interface(in.pica_basicP, suites::kAegpInterface);
     const RequiredSuite worlds(in.pica_basicP, suites::kAegpWorld);
 
-    // What the host gives is handed back in the reverse order, also when an upload throws.
-    struct Fetched {
-        decltype(effects)& effectSuite;
-        decltype(options)& optionsSuite;
-        decltype(render)& renderSuite;
-        AEGP_EffectRefH effect = nullptr;
-        AEGP_LayerRenderOptionsH layerOptions = nullptr;
-        AEGP_FrameReceiptH receipt = nullptr;
-        ~Fetched() {
-            if (receipt) renderSuite->AEGP_CheckinFrame(receipt);
-            if (effect) effectSuite->AEGP_DisposeEffect(effect);
-            if (layerOptions) optionsSuite->AEGP_Dispose(layerOptions);
-        }
-    } fetched{effects, options, render};
-
-    interface->AEGP_GetNewEffectForEffect(plugin, in.effect_ref, &fetched.effect);
-    if (!fetched.effect) return;
-    options->AEGP_NewFromUpstreamOfEffect(plugin, fetched.effect, &fetched.layerOptions);
-    if (!fetched.layerOptions) return;
-    options->AEGP_SetTime(fetched.layerOptions, {static_cast<A_long>(time), in.time_scale});
-    render->AEGP_RenderAndCheckoutLayerFrame(fetched.layerOptions, 0, nullptr, nullptr, &fetched.receipt);
-    if (fetched.receipt) TransferReceipt(in, render, worlds, fetched.receipt, bitDepth, ~framesBack);
+    AEGP_LayerRenderOptionsH layerOptions = nullptr;
+    const AtEnd disposeOptions([&] {
+        if (layerOptions) options->AEGP_Dispose(layerOptions);
+    });
+    AEGP_EffectRefH effect = nullptr;
+    const AtEnd disposeEffect([&] {
+        if (effect) effects->AEGP_DisposeEffect(effect);
+    });
+    interface->AEGP_GetNewEffectForEffect(plugin, in.effect_ref, &effect);
+    if (!effect) return;
+    options->AEGP_NewFromUpstreamOfEffect(plugin, effect, &layerOptions);
+    if (!layerOptions) return;
+    options->AEGP_SetTime(layerOptions, {static_cast<A_long>(time), in.time_scale});
+    AEGP_FrameReceiptH receipt = nullptr;
+    const AtEnd checkIn([&] {
+        if (receipt) render->AEGP_CheckinFrame(receipt);
+    });
+    render->AEGP_RenderAndCheckoutLayerFrame(layerOptions, 0, nullptr, nullptr, &receipt);
+    if (receipt) TransferReceipt(in, render, worlds, receipt, bitDepth, ~framesBack);
 }
 
 }  // namespace quillon

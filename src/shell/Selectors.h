@@ -22,7 +22,7 @@ PF_Err Render(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_LayerDef&
 PF_Err SmartPreRender(PF_InData& in, PF_PreRenderExtra& extra);
 PF_Err SmartRender(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_SmartRenderExtra& extra);
 
-PF_Err UserChangedParam(PF_InData& in, PF_OutData& out, PF_ParamDef** params, const PF_UserChangedParamExtra& extra);
+PF_Err UserChangedParam(PF_InData& in, PF_OutData& out, PF_ParamDef** params, const PF_UserChangedParamExtra* extra);
 PF_Err UpdateParamsUI(PF_InData& in, PF_OutData& out, PF_ParamDef** params);
 // Of a control that the event gate lets through: see EventGate.h.
 PF_Err ColorWheelEvent(PF_InData& in, PF_OutData& out, PF_ParamDef** params, PF_EventExtra& extra);

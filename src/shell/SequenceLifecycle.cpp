@@ -2,18 +2,20 @@
 
 #include <cstring>
 
-#include "engine/AEQuillon2.h"
+#include "shell/ActiveCall.h"
+#include "shell/EngineTurn.h"
+#include "shell/HostCleanup.h"
 #include "shell/HostVersion.h"
 #include "shell/ParameterTransfer.h"
 #include "shell/Selectors.h"
-#include "shell/SequenceData.h"
 #include "shell/Suites.h"
 
 namespace quillon {
 
 namespace {
 
-// A new block, locked and cleared, for the life of a scope. Null data: the host has no memory or does not lock.
+// A new block, locked and cleared. Its scope ends with the unlock, and with the block's disposal where an exception
+// came before give(). Null data: the host has no memory or does not lock.
 class NewBlock {
 public:
     explicit NewBlock(const PF_HandleSuite1& suite)
@@ -21,27 +23,38 @@ public:
         if (hostHandle) block = static_cast<SequenceData*>(handles.host_lock_handle(hostHandle));
         if (block) std::memset(static_cast<void*>(block), 0, sizeof *block);
     }
-    ~NewBlock() {
-        if (block) handles.host_unlock_handle(hostHandle);
+    ~NewBlock() noexcept(false) {
+        if (!block) return;
+        end.run([this] {
+            handles.host_unlock_handle(hostHandle);
+            if (!isGiven) handles.host_dispose_handle(hostHandle);
+        });
     }
     NewBlock(const NewBlock&) = delete;
     NewBlock& operator=(const NewBlock&) = delete;
 
     PF_Handle handle() const { return hostHandle; }
     SequenceData* data() const { return block; }
+    // Hands the block over to the host.
+    void give(PF_OutData& out) {
+        out.sequence_data = hostHandle;
+        isGiven = true;
+    }
 
 private:
     const PF_HandleSuite1& handles;
     PF_Handle hostHandle;
     SequenceData* block = nullptr;
+    bool isGiven = false;
+    EndOfScope end;
 };
 
-PF_Err EndInstance(PF_InData& in, const PF_HandleSuite1& handles) {
-    if (!in.sequence_data) return PF_Err_NONE;
-    if (SequenceData* block = LiveBlockOf(in.sequence_data)) AEQuillon2::instance().destroySequence(block->handle);
-    handles.host_dispose_handle(in.sequence_data);
-    in.sequence_data = nullptr;
-    return PF_Err_NONE;
+void EndInstance(PF_InData& in, const PF_HandleSuite1& handles) {
+    const PF_Handle ended = in.sequence_data;
+    if (!ended) return;
+    if (const SequenceData* block = BlockOf(ended)) Instances::instance().end(block->handle, ended);
+    handles.host_dispose_handle(ended);
+    ActiveCall::ForgetBlock(ended);
 }
 
 }  // namespace
@@ -49,49 +62,49 @@ PF_Err EndInstance(PF_InData& in, const PF_HandleSuite1& handles) {
 PF_Err SequenceSetup(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     const PF_HandleSuite1& handles = cache.get(suites::kHandle);
-    if (const PF_Err error = EndInstance(in, handles); error != PF_Err_NONE) return error;
-    const NewBlock block(handles);
+    EndInstance(in, handles);
+    NewBlock block(handles);
     if (!block.handle()) return PF_Err_OUT_OF_MEMORY;
     if (!block.data()) return PF_Err_NONE;
-    block.data()->handle = AEQuillon2::instance().createSequence();
-    out.sequence_data = block.handle();
+    block.data()->handle = Instances::instance().add(block.handle());
+    block.give(out);
     return PF_Err_NONE;
 }
 
 PF_Err SequenceResetup(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     if (!in.sequence_data) return PF_Err_NONE;
+    PF_Handle made = nullptr;
     {
-        const NewBlock block(cache.get(suites::kHandle));
+        // The block that the host passed may be flat, live or a copy. Nothing of it is read, and it stays the host's.
+        NewBlock block(cache.get(suites::kHandle));
         if (!block.data()) return PF_Err_NONE;
         block.data()->needsRestart = 1;
         block.data()->recordFrameSize = IsPremiere(in) ? 0 : 1;
-        block.data()->handle = AEQuillon2::instance().createSequence();
-        // The block that the host passed may be flat or live; nothing of it is read, and it stays the host's.
-        if (BlockOf(in.sequence_data)) AEQuillon2::instance().selectSequence(block.data()->handle);
-        out.sequence_data = block.handle();
+        made = block.handle();
+        block.data()->handle = Instances::instance().add(made);
+        block.give(out);
     }
     if (!IsPremiere(in) && !IsAfterEffectsFrom13_9(in)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
-    refreshParamUI(in, out, nullptr);
+    refreshParamUI(in, out, nullptr, made);
     return PF_Err_NONE;
 }
 
 PF_Err SequenceFlatten(PF_InData& in, PF_OutData& out) {
     SuiteCache cache(in.pica_basicP);
     if (!in.sequence_data) return PF_Err_NONE;
-    const NewBlock flat(cache.get(suites::kHandle));
+    NewBlock flat(cache.get(suites::kHandle));
     if (!flat.data()) return PF_Err_NONE;
-    // The live block and its instance go on: the host may still use them.
-    const SequenceData* live = BlockOf(in.sequence_data);
-    AEQuillon2::instance().selectSequence(live ? live->handle : nullptr);
-    out.sequence_data = flat.handle();
+    // The live block and its instance stay: the host can go on using them.
+    SelectInstance(in.sequence_data);
+    flat.give(out);
     return PF_Err_NONE;
 }
 
 PF_Err SequenceSetdown(PF_InData& in) {
     SuiteCache cache(in.pica_basicP);
-    if (!in.sequence_data) return PF_Err_NONE;
-    return EndInstance(in, cache.get(suites::kHandle));
+    if (in.sequence_data) EndInstance(in, cache.get(suites::kHandle));
+    return PF_Err_NONE;
 }
 
 }  // namespace quillon

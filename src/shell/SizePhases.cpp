@@ -1,11 +1,10 @@
-// The size phases of both routes: the script is asked for its output's extent, and the host is told.
+// The size phases of both routes: the script says how large its output is, and the host gets the answer.
 
 #include <cstddef>
 #include <cstring>
 
-#include "engine/AEQuillon2.h"
-#include "engine/EngineLock.h"
 #include "shell/CompInfo.h"
+#include "shell/EngineTurn.h"
 #include "shell/FramePhases.h"
 #include "shell/HostVersion.h"
 #include "shell/ParameterTransfer.h"
@@ -18,13 +17,21 @@ namespace quillon {
 FrameExtent AskOutputExtent(PF_InData& in, SuiteCache& cache, FrameExtent input) {
     SequenceData* block = LiveBlockOf(in.sequence_data);
     if (!block) return input;
-    IPlugin& engine = AEQuillon2::instance();
-    queryCompInfo(in, cache, *block);
-    engine.selectSequence(block->handle);
-    engine.setContextExtent(block->compWidth, block->compHeight, block->compAspect);
-    readAllParameters(in, /*withLayers=*/false, cache);
+    CompInfo composition{block->compWidth, block->compHeight, block->compAspect};
+    queryCompInfo(in, cache, composition);
+    block = LiveBlockOf(in.sequence_data);
+    if (!block) return input;
+    block->compWidth = composition.width;
+    block->compHeight = composition.height;
+    block->compAspect = composition.pixelAspect;
+    const ParameterSweep sweep = readAllParameters(in, /*withLayers=*/false, cache);
+
+    // The oldest hosts' size phases run the script with no GL context current.
+    const EngineTurn turn(in.sequence_data, IsAfterEffectsBefore13_2(in) ? GLUse::none : GLUse::locked);
+    turn.setComposition();
+    sweep.apply(turn);
     FrameExtent extent = input;
-    engine.preRender(input.width, input.height, &extent.width, &extent.height);
+    turn->preRender(input.width, input.height, &extent.width, &extent.height);
     return extent;
 }
 
@@ -32,11 +39,6 @@ namespace {
 
 constexpr A_long kProbeId = 0x123455;
 constexpr A_long kPixelsId = 0x123456;
-
-// The oldest hosts' size phases run the script with no GL context current.
-bool IsSizePhaseLocked(const PF_InData& in) {
-    return !IsAfterEffectsBefore13_2(in);
-}
 
 // A width in the layer's pixel aspect, rounded like scaleBy.
 std::uint32_t ScaleByAspect(std::uint32_t width, const PF_RationalScale& aspect) {
@@ -92,7 +94,6 @@ void FrameSetupPremiere(PF_InData& in, PF_OutData& out, SuiteCache& cache) {
 
 PF_Err FrameSetup(PF_InData& in, PF_OutData& out, PF_ParamDef** params) {
     SuiteCache cache(in.pica_basicP);
-    const EngineLock lock(AEQuillon2::instance(), IsSizePhaseLocked(in));
     if (IsPremiere(in))
         FrameSetupPremiere(in, out, cache);
     else if (params && params[0])
@@ -120,11 +121,10 @@ PF_Err SmartPreRender(PF_InData& in, PF_PreRenderExtra& extra) {
                                         &result);
     };
 
-    // The probe asks for nothing, to learn how large the layer is. The script is asked even when it fails.
+    // The probe asks for nothing, to learn how large the layer is. The script is asked even where the probe fails.
     PF_CheckoutResult probe{};
     PF_Err error = checkOut(kProbeId, {}, probe);
     const PF_LRect layer = probe.max_result_rect;
-    const EngineLock lock(AEQuillon2::instance(), IsSizePhaseLocked(in));
     const FrameExtent asked = AskOutputExtent(in, cache, ExtentOf(layer));
     AnswerExtents(*extra.output, requested, layer, asked);
 

@@ -36,9 +36,7 @@ PF_LRect UnionOf(const PF_LRect& a, const PF_LRect& b) {
 }
 
 void AnswerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked) {
-    // The flags may be 32 bits wide on some hosts: all bytes that they could have are cleared.
-    output.solid = 0;
-    output.reserved = 0;
+    // Some hosts may have 32 bits of flags: all bytes that they can take are cleared.
     std::memset(&output.flags, 0, offsetof(PF_PreRenderOutput, pre_render_data) - offsetof(PF_PreRenderOutput, flags));
 
     const FrameExtent input = ExtentOf(layer);

@@ -1,6 +1,7 @@
 #include "shell/Suites.h"
 
 #include <cstring>
+#include <span>
 
 namespace quillon {
 
@@ -8,8 +9,11 @@ SuiteCache::SuiteCache(SPBasicSuite* basicSuite) : basic(basicSuite) {
     if (!basic) throw int{PF_Err_BAD_CALLBACK_PARAM};
 }
 
-SuiteCache::~SuiteCache() {
-    for (std::size_t i = 0; i < used; ++i) basic->ReleaseSuite(slots[i].name, slots[i].version);
+SuiteCache::~SuiteCache() noexcept(false) {
+    end.run([this] {
+        CallForEach(std::span(slots).first(used),
+                    [this](const Slot& slot) { basic->ReleaseSuite(slot.name, slot.version); });
+    });
 }
 
 const void* SuiteCache::acquire(const char* name, std::int32_t version) {

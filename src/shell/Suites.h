@@ -4,18 +4,20 @@
 #include <cstddef>
 
 #include "hostapi/HostApi.h"
+#include "shell/HostCleanup.h"
 
 namespace quillon {
 
-// Suites are held for one selector at most, and released with the version that they were acquired with. There are
-// three ways to them, and each has its occasions: SuiteCache, SuiteHold and the message acquire.
+// A suite is held for one selector at most, and released in the version in which it was acquired. There are three ways
+// to a suite, each with its own answer where it is missing: SuiteCache throws 516, SuiteHold is false (RequiredSuite
+// throws 13), and AcquireOrReport shows a message. What a host throws at a release passes on, see HostCleanup.h.
 
-// Hands out the suites that a selector cannot do without, acquired on first use and released at the end of the
-// selector. A suite that cannot be had throws the int 516, and so does making a cache without a basic suite.
+// Hands out suites, acquired at their first use and released at the end of the selector, in that order. A missing suite
+// throws the int 516, and so does making a cache without a basic suite.
 class SuiteCache {
 public:
     explicit SuiteCache(SPBasicSuite* basicSuite);
-    ~SuiteCache();
+    ~SuiteCache() noexcept(false);
     SuiteCache(const SuiteCache&) = delete;
     SuiteCache& operator=(const SuiteCache&) = delete;
 
@@ -36,9 +38,10 @@ private:
     SPBasicSuite* basic;
     std::array<Slot, 8> slots{};  // filled from the front, in the order of first use
     std::size_t used = 0;
+    EndOfScope end;
 };
 
-// One suite for the life of a scope; false where it cannot be had.
+// One suite for the life of a scope; false where the host does not have it.
 template <class Table>
 class SuiteHold {
 public:
@@ -54,8 +57,8 @@ public:
         }
     }
     SuiteHold(SPBasicSuite* basicSuite, const SuiteKey<Table>& key) : SuiteHold(basicSuite, key, key.version) {}
-    ~SuiteHold() {
-        if (table) basic->ReleaseSuite(name, version);
+    ~SuiteHold() noexcept(false) {
+        if (table) end.run([this] { basic->ReleaseSuite(name, version); });
     }
     SuiteHold(const SuiteHold&) = delete;
     SuiteHold& operator=(const SuiteHold&) = delete;
@@ -68,9 +71,10 @@ private:
     const char* name;
     std::int32_t version = 0;
     const Table* table = nullptr;
+    EndOfScope end;
 };
 
-// The same for suites whose absence ends the selector: throws the int 13.
+// The same for suites without which the selector cannot go on: throws the int 13.
 template <class Table>
 class RequiredSuite : public SuiteHold<Table> {
 public:
@@ -82,9 +86,9 @@ public:
 // Asks the host to show a message.
 void ShowMessage(PF_InData& in, PF_OutData& out, const char* message);
 
-// The message acquire: fills `table`, or tells the user, and gives 516 then.
+// Fills `table`; without the suite it asks the host to show a message and gives 516.
 PF_Err AcquireOrReport(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version, const void** table);
-// Its counterpart; the absence of the basic suite alone is told.
+// Its counterpart. Without a basic suite it asks the host to show a message.
 void ReleaseOrReport(PF_InData& in, PF_OutData& out, const char* name, std::int32_t version);
 
 }  // namespace quillon

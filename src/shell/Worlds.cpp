@@ -1,7 +1,6 @@
 #include "shell/Worlds.h"
 
 #include "shell/HostVersion.h"
-#include "shell/Suites.h"
 
 namespace quillon {
 
@@ -32,12 +31,16 @@ std::byte* Ask(PF_Err (*getter)(PF_EffectWorld*, PF_PixelPtr, Pixel**), PF_Effec
 
 }  // namespace
 
-WorldPixels PixelsOf(PF_InData& in, PF_EffectWorld& world) {
-    const RequiredSuite suite(in.pica_basicP, suites::kPixelData);
+WorldPixels PixelsOf(const SuiteHold<PF_PixelDataSuite1>& suite, PF_EffectWorld& world) {
     if (std::byte* pixels = Ask(suite->get_pixel_data_float, world)) return {pixels, 32};
     if (std::byte* pixels = Ask(suite->get_pixel_data16, world)) return {pixels, 16};
     if (std::byte* pixels = Ask(suite->get_pixel_data8, world)) return {pixels, 8};
     return {};
+}
+
+WorldPixels PixelsOf(PF_InData& in, PF_EffectWorld& world) {
+    const RequiredSuite suite(in.pica_basicP, suites::kPixelData);
+    return PixelsOf(suite, world);
 }
 
 std::uint32_t worldDepth(PF_InData& in, PF_OutData& out, PF_EffectWorld& world) {

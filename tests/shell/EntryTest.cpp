@@ -1,9 +1,32 @@
 // The door: what goes through the gate, what comes out of the guard, and which events are ours.
 
+#include <cstdlib>
+#include <new>
 #include <stdexcept>
 
 #include "host/HostEvent.h"
 #include "shell/ShellTest.h"
+
+namespace {
+
+// Allocations of this thread that still succeed; below 0 all do.
+thread_local long allocationsLeft = -1;
+
+}  // namespace
+
+// Inlined, they would look like mismatched pairs to the compiler.
+[[gnu::noinline]] void* operator new(std::size_t bytes) {
+    if (allocationsLeft == 0) throw std::bad_alloc();
+    if (allocationsLeft > 0) --allocationsLeft;
+    if (void* const memory = std::malloc(bytes != 0 ? bytes : 1)) return memory;
+    throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
 
 namespace quillon::test {
 namespace {
@@ -16,8 +39,7 @@ TEST_F(Entry, SelectorsWithoutWorkNeedNoRecords) {
         EXPECT_EQ(EntryPointFunc(cmd, nullptr, nullptr, nullptr, nullptr, nullptr), 0) << cmd;
 }
 
-// Callbacks that throw stand for whatever may throw inside of a handler. Those of a frame strike while the GL lock is
-// held, the second pixel getter of each depth while the result is mapped as well.
+// Callbacks that throw stand for whatever may throw inside of a handler.
 TEST_F(Entry, OnlyAThrownIntIsACodeAndLocksAreLeftFree) {
     enum class Code : int { seven = 7 };
     const struct {
@@ -52,6 +74,59 @@ TEST_F(Entry, OnlyAThrownIntIsACodeAndLocksAreLeftFree) {
             EXPECT_EQ(session.renderFrame(instance, {input}).output->tightBytes(), wanted);
         }
     }
+}
+
+// What must be given back is given back in destructors, where an exception may be on its way already.
+TEST_F(Entry, WhatAHostThrowsAtTheEndOfAScopeIsReportedOnceAsWell) {
+    const struct {
+        Callback atTheEnd;
+        Callback before;  // throws first, where the two differ
+        PF_Err frame, setup;
+    } kCases[] = {
+        {Callback::checkinParam, Callback::checkinParam, 515, 0},
+        {Callback::releaseSuite, Callback::releaseSuite, 515, 515},
+        {Callback::unlockHandle, Callback::unlockHandle, 0, 515},
+        {Callback::checkinParam, Callback::floatingPointColor, 77, 0},
+        {Callback::releaseSuite, Callback::checkoutParam, 77, 515},
+    };
+    HostSession& session = start(ScriptOf("add(3); add(1);"));
+    HostInstance& instance = session.apply();
+    for (const auto& row : kCases) {
+        session.hooks().at[row.before] = [](auto&) { throw 77; };
+        session.hooks().at[row.atTheEnd] = [](auto&) { throw std::bad_alloc(); };
+        EXPECT_EQ(session.renderFrame(instance, {Picture(session)}).error(), row.frame);
+        EXPECT_EQ(session.sequenceSetup(session.newInstance()).error, row.setup);
+        session.hooks().at.clear();
+        session.clearViolations();  // a release that throws has not released
+        EXPECT_EQ(session.renderFrame(instance, {Picture(session)}).error(), 0);
+    }
+}
+
+TEST_F(Entry, MissingRecordsAreNoWork) {
+    HostSession& session = start(ScriptOf("add(1);"));
+    HostInstance& instance = session.apply();
+    PF_UserChangedParamExtra changed{1};
+    const host::Selector kSelectors[] = {
+        {.cmd = PF_Cmd_USER_CHANGED_PARAM, .instance = &instance, .hasParams = true},
+        {.cmd = PF_Cmd_USER_CHANGED_PARAM, .instance = &instance, .extra = &changed},
+        {.cmd = PF_Cmd_RENDER, .instance = &instance, .hasParams = true},
+        {.cmd = PF_Cmd_SMART_PRE_RENDER, .instance = &instance},
+        {.cmd = PF_Cmd_SMART_RENDER, .instance = &instance},
+    };
+    for (const host::Selector& selector : kSelectors) EXPECT_EQ(session.send(selector).error, 0) << selector.cmd;
+}
+
+// The first entry of the process makes the gate.
+TEST(EntryMemory, RefusedAtTheFirstEntryIsACode) {
+    const auto enter = [](long allocations) {
+        allocationsLeft = allocations;
+        const PF_Err code = EntryPointFunc(PF_Cmd_UNUSED_0, nullptr, nullptr, nullptr, nullptr, nullptr);
+        allocationsLeft = -1;
+        return code;
+    };
+    EXPECT_EQ(enter(0), 515);
+    EXPECT_EQ(enter(1), 515);
+    EXPECT_EQ(enter(-1), 0);
 }
 
 TEST_F(Entry, GateStopsOtherThreadsAndLetsItsOwnBackIn) {

@@ -125,6 +125,49 @@ TEST_F(Lifecycle, SlotsAreTheInstancesOwnAndUsedAgain) {
     EXPECT_EQ(session.paramsSetup().error, 0);
 }
 
+// Hosts may copy a live block instead of flattening it, and bring back the bytes of an earlier process.
+TEST_F(Lifecycle, CopiesEndNothingAndStrangersPassTheInputThrough) {
+    for (const HostSettings& settings : kHosts) {
+        HostSession& session = start(kValue, settings);
+        HostInstance& original = session.apply();
+        HostInstance& copy = session.newInstance();
+        const auto copyBlock = [&] {
+            copy.sequenceData = session.handles().makeWith(session.handles().bytes(original.sequenceData));
+        };
+        copyBlock();
+        EXPECT_EQ(session.sequenceSetdown(copy).error, 0);
+        original.setFloat(1, 8);
+        EXPECT_EQ(session.renderFrame(original, {Picture(session)}).error(), 0);
+        EXPECT_EQ(eval("seen"), "8") << "the original lives on";
+
+        copyBlock();
+        EXPECT_EQ(session.sequenceResetup(copy).error, 0);
+        EXPECT_NE(Block(copy).handle, Block(original).handle);
+        session.remove(original);
+        copy.setFloat(1, 5);
+        EXPECT_EQ(session.renderFrame(copy, {Picture(session)}).error(), 0);
+        EXPECT_EQ(eval("seen"), "5");
+
+        HostInstance& stranger = session.newInstance();
+        Bytes stale = session.handles().bytes(copy.sequenceData);
+        stale[25] = std::byte{1};
+        std::fill(stale.begin() + 32, stale.begin() + 40, std::byte{0x58});
+        stranger.sequenceData = session.handles().makeWith(stale);
+        session.clearRecords();
+        EXPECT_EQ(session.renderFrame(stranger, {Picture(session)}).error(), 0);
+        EXPECT_THAT(session.records().copies, SizeIs(1));
+        EXPECT_EQ(session.updateParamsUI(stranger).error, 0);
+        EXPECT_EQ(session.userChangedParam(stranger, 1).error, 0);
+        stranger.param(1).param_type = PF_Param_BUTTON;
+        EXPECT_EQ(session.userChangedParam(stranger, 1).error, 0);
+        stranger.param(1).param_type = PF_Param_FLOAT_SLIDER;
+        EXPECT_EQ(session.sequenceFlatten(stranger).error, 0);
+        EXPECT_EQ(session.sequenceSetup(stranger).error, 0);
+        EXPECT_EQ(session.renderFrame(stranger, {Picture(session)}).error(), 0);
+        EXPECT_EQ(eval("seen"), "3");
+    }
+}
+
 TEST_F(Lifecycle, OutputAndInputOfAClosedInstanceStayInTheirFactories) {
     HostSession& session = start(
         "var ids; function setup() {} function draw() {"

@@ -17,6 +17,7 @@ TEST_F(Panel, RefreshEditsACopyOfNameAndEnabledState) {
     EXPECT_EQ(session.sequenceSetup(instance).error, 0);
     instance.param(2).ui_flags = 0x205;
     instance.param(3).ui_flags = 0x225;
+    session.hooks().before = [](PF_Cmd, PF_InData& in, PF_OutData&) { in.num_params = 2; };  // is no bound
     for (float value : {1.0f, 2.0f}) {
         instance.setFloat(1, value);
         session.clearRecords();
@@ -133,11 +134,21 @@ TEST_F(Panel, ButtonRestartsTheScriptOfAReloadedInstance) {
             const StolenLock thief;
             EXPECT_EQ(session.userChangedParam(instance, 1).error, 512);
         }
+        HostInstance& other = session.apply();
         const host::Answer answer = session.userChangedParam(instance, 1);
         EXPECT_EQ(answer.error, 0);
         EXPECT_EQ(answer.out.out_flags, row.flags);
         EXPECT_EQ(eval("seen"), row.runs == 1 ? "\"before\"" : "undefined");
         EXPECT_EQ(Block(instance).recordFrameSize, row.isReloaded);
+        // Neither the pressed instance nor another one passes its input through from then on.
+        instance.param(1).param_type = PF_Param_FLOAT_SLIDER;
+        for (HostInstance* drawn : {&instance, &other}) {
+            drawn->setFloat(1, 4);
+            session.clearRecords();
+            EXPECT_EQ(session.renderFrame(*drawn, {Picture(session)}).error(), 0);
+            EXPECT_EQ(eval("seen"), "[4]");
+            EXPECT_THAT(session.records().copies, IsEmpty());
+        }
     }
 }
 

@@ -10,7 +10,7 @@ namespace {
 
 class Render : public ShellTest {
 protected:
-    static FrameResult Render(HostInstance& instance, const FrameRequest& request) {
+    static FrameResult FrameOf(HostInstance& instance, const FrameRequest& request) {
         return instance.session.renderFrame(instance, request);
     }
 };
@@ -41,7 +41,7 @@ TEST_F(Render, ScriptFindsTimeOriginSizesAndComposition) {
             ASSERT_EQ(smart.makeOutput(), nullptr);
             EXPECT_EQ(smart.render().error, 0);
         } else {
-            EXPECT_EQ(Render(instance, {session.newWorld(9, 8, 16)}).error(), 0);
+            EXPECT_EQ(FrameOf(instance, {session.newWorld(9, 8, 16)}).error(), 0);
         }
         EXPECT_EQ(eval("found"), kFound[i]);
     }
@@ -52,10 +52,10 @@ TEST_F(Render, RecordsTheFrameWhereTheBlockSaysSo) {
         HostSession& session = start(kFilling, settings, kFill);
         HostInstance& instance = session.apply();
         const FrameRequest request{session.newWorld(9, 8, 32)};
-        EXPECT_EQ(Render(instance, request).error(), 0);
+        EXPECT_EQ(FrameOf(instance, request).error(), 0);
         EXPECT_EQ(Block(instance).lastWidth, 0u);
         Block(instance).recordFrameSize = 1;
-        const FrameResult frame = Render(instance, request);
+        const FrameResult frame = FrameOf(instance, request);
         const bool isPremiere = settings.kind == HostKind::premiere;
         EXPECT_EQ(Block(instance).lastWidth, static_cast<unsigned>(frame.width - isPremiere));
         EXPECT_EQ(Block(instance).lastHeight, static_cast<unsigned>(frame.height - isPremiere));
@@ -78,7 +78,7 @@ TEST_F(Render, PremiereClearsAndCenters) {
                              .layerWidth = 4,
                              .layerHeight = 3};
         session.clearRecords();
-        const FrameResult frame = Render(instance, request);
+        const FrameResult frame = FrameOf(instance, request);
         EXPECT_EQ(frame.error(), 0);
         ASSERT_EQ(frame.output->width(), outer);
         const A_long left = (outer - 3) >> 1;
@@ -98,13 +98,13 @@ TEST_F(Render, FailedFillIsTheResultAndTheFrameIsDrawnAllTheSame) {
     HostSession& session = start(kFilling, Premiere(), kFill);
     HostInstance& instance = session.apply();
     session.faults().fail(Callback::fill, 61);
-    const FrameResult frame = Render(instance, {Picture(session)});
+    const FrameResult frame = FrameOf(instance, {Picture(session)});
     EXPECT_EQ(frame.renderError, 61);
     EXPECT_EQ(std::to_integer<int>(frame.output->row(0)[3]), 255);
     HostInstance& bare = session.newInstance();
     session.faults().clear();
     session.faults().fail(Callback::copy, 62);
-    EXPECT_EQ(Render(bare, {Picture(session)}).renderError, 62);
+    EXPECT_EQ(FrameOf(bare, {Picture(session)}).renderError, 62);
 }
 
 // Without anything mapped the input is copied. The script takes the framebuffer away in draw().
@@ -116,17 +116,17 @@ TEST_F(Render, WithoutAResultTheInputPassesThrough) {
             settings);
         HostInstance& instance = session.apply();
         const auto input = Picture(session);
-        FrameResult frame = Render(instance, {input});
+        FrameResult frame = FrameOf(instance, {input});
         EXPECT_EQ(frame.error(), 0);
         EXPECT_EQ(eval("drawn"), "1");
         EXPECT_TRUE(std::ranges::equal(frame.output->row(0), input->row(0).first(frame.output->row(0).size())));
         EXPECT_THAT(session.records().copies, ElementsAre(Field(&host::CopyCall::isWhole, true)));
         session.faults().fail(Callback::copy, 63);
-        EXPECT_EQ(Render(instance, {input}).renderError, 63);
+        EXPECT_EQ(FrameOf(instance, {input}).renderError, 63);
         if (settings.kind != HostKind::premiere) continue;
         session.clearRecords();
         session.faults().fail(Callback::fill, 64);
-        EXPECT_EQ(Render(instance, {input}).renderError, 64);
+        EXPECT_EQ(FrameOf(instance, {input}).renderError, 64);
         EXPECT_THAT(session.records().copies, IsEmpty());
     }
 }
@@ -137,19 +137,19 @@ TEST_F(Render, WithoutALiveBlockTheInputIsCopiedWithoutScriptOrLock) {
             HostSession& session =
                 start(kFilling + std::string("function preRender() { QL_setOutputExtent(50, 50); }"), settings, kFill);
             HostInstance& other = session.apply();
-            EXPECT_EQ(Render(other, {session.newWorld(5, 3, 8)}).error(), 0);
+            EXPECT_EQ(FrameOf(other, {session.newWorld(5, 3, 8)}).error(), 0);
             HostInstance& instance = session.newInstance();
             if (isFlat) instance.sequenceData = session.handles().makeWith(Bytes(8192));
             const auto input = Picture(session);
             const StolenLock thief;
-            const FrameResult frame = Render(instance, {input});
+            const FrameResult frame = FrameOf(instance, {input});
             EXPECT_EQ(frame.error(), 0);
             const bool shrinks = settings.routeInUse() == Route::classic && settings.kind == HostKind::afterEffects;
             EXPECT_EQ(frame.width, shrinks ? 4 : 5);
             EXPECT_EQ(frame.height, shrinks ? 2 : 3);
             EXPECT_TRUE(std::ranges::equal(frame.output->row(1), input->row(1).first(frame.output->row(1).size())));
             session.faults().fail(Callback::copy, 65);
-            EXPECT_EQ(Render(instance, {input}).renderError, 65);
+            EXPECT_EQ(FrameOf(instance, {input}).renderError, 65);
         }
     EXPECT_EQ(eval("drawn"), "1");
 }
@@ -170,7 +170,7 @@ TEST_F(Render, BrokenScriptsAndShadersDoNotPassTheInputThrough) {
             HostSession& session = start(script, AfterEffects(13, 9, route));
             HostInstance& instance = session.apply();
             const auto input = Picture(session);
-            const FrameResult frame = Render(instance, {input});
+            const FrameResult frame = FrameOf(instance, {input});
             EXPECT_EQ(frame.error(), 0);
             EXPECT_THAT(session.records().copies, IsEmpty());
             EXPECT_NE(frame.output->row(0)[0], input->row(0)[0]);
@@ -185,7 +185,7 @@ TEST_F(Render, SweepsBeforeTheLockAndLeavesTheOutputUnwrittenWithoutIt) {
         const FrameRequest request{session.newWorld(5, 3, 8)};
         session.clearRecords();
         const StolenLock thief;
-        const FrameResult frame = Render(instance, request);
+        const FrameResult frame = FrameOf(instance, request);
         EXPECT_EQ(frame.renderError, 512);
         EXPECT_EQ(session.records().count(Callback::checkoutParam), 2) << "size phase and render";
         EXPECT_THAT(session.records().copies, IsEmpty());
@@ -207,7 +207,7 @@ TEST_F(Render, AsksDepthsThenClearsThenSweepsThenTransfers) {
     for (std::size_t i = 0; i < std::size(kHosts); ++i) {
         HostSession& session = start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}", kHosts[i]);
         HostInstance& instance = session.apply();
-        EXPECT_EQ(Render(instance, {session.newWorld(5, 3, 8)}).error(), 0);
+        EXPECT_EQ(FrameOf(instance, {session.newWorld(5, 3, 8)}).error(), 0);
         std::vector<Callback> order;
         for (const host::TraceLine& line : session.records().trace) {
             const bool isRender = line.selector == PF_Cmd_RENDER || line.selector == PF_Cmd_SMART_RENDER;
@@ -226,7 +226,7 @@ TEST_F(Render, UnlikeDepthsReadAndWriteNothingTheyMayNot) {
                 HostSession& session = start(IdentityScript(), settings, IdentityFiles());
                 HostInstance& instance = session.apply();
                 const FrameResult frame =
-                    Render(instance, {.input = Picture(session, inDepth), .outputDepth = outDepth});
+                    FrameOf(instance, {.input = Picture(session, inDepth), .outputDepth = outDepth});
                 EXPECT_EQ(frame.error(), 0);
                 // The bottom row is the frame's first, and as far as it reaches it is there.
                 EXPECT_THAT(frame.output->row(frame.height - 1).first(4), testing::Not(Each(World::kUnwrittenByte)))

@@ -2,32 +2,9 @@
 
 #include <chrono>
 #include <future>
-#include <mutex>
-#include <set>
 #include <thread>
 
 namespace quillon::test {
-
-namespace {
-
-std::mutex liveMutex;
-std::set<SequenceHandle*> live;  // what the engine has given out and not taken back
-
-// EntryPointFunc, with an eye on the instances that a test leaves behind.
-PF_Err TrackedEntry(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
-                    void* extra) {
-    const bool isMade = cmd == PF_Cmd_SEQUENCE_SETUP || cmd == PF_Cmd_SEQUENCE_RESETUP;
-    const bool isEnded = cmd == PF_Cmd_SEQUENCE_SETUP || cmd == PF_Cmd_SEQUENCE_SETDOWN;
-    SequenceData* const before = isEnded ? LiveBlockOf(in->sequence_data) : nullptr;
-    SequenceHandle* const old = before ? before->handle : nullptr;
-    const PF_Err error = EntryPointFunc(cmd, in, out, params, output, extra);
-    const std::lock_guard lock(liveMutex);
-    if (isEnded && !in->sequence_data) live.erase(old);
-    if (SequenceData* const made = isMade ? LiveBlockOf(out->sequence_data) : nullptr) live.insert(made->handle);
-    return error;
-}
-
-}  // namespace
 
 const Files& IdentityFiles() {
     static const Files kFiles{{"copy.frag", kCopyFragment}};
@@ -44,7 +21,6 @@ ShellTest::ShellTest() {
 
 void ShellTest::TearDown() {
     for (const HostSession& session : sessions) EXPECT_THAT(session.violations(), IsEmpty());
-    for (SequenceHandle* handle : std::exchange(live, {})) engine.destroySequence(handle);
     ASSERT_TRUE(PassesGate(PF_Cmd_UNUSED_0, 10000)) << "the gate is left closed";
     bool isLockFree = false;
     std::thread([&] {
@@ -61,7 +37,7 @@ HostSession& ShellTest::load(const std::string& script, const HostSettings& sett
         std::any_of(files.begin(), files.end(), [](const auto& file) { return file.first == "config.xml"; });
     if (!hasConfig) all.emplace_back("config.xml", kConfig);
     const TestEffect& effect = packed.emplace_back(all);
-    return sessions.emplace_back(host::EffectModule(TrackedEntry, effect.module()), settings);
+    return sessions.emplace_back(host::EffectModule(EntryPointFunc, effect.module()), settings);
 }
 
 HostSession& ShellTest::start(const std::string& script, const HostSettings& settings, const Files& files) {

@@ -52,11 +52,13 @@ TEST_F(SizePhase, SmartRouteTellsRectanglesByTheScriptsSize) {
         frame.answer.result_rect = row.presetResult;
         frame.answer.max_result_rect = row.presetMax;
         frame.answer.flags = 0x7F;
+        frame.answer.solid = frame.answer.reserved = 3;
         EXPECT_EQ(frame.preRender().error, 0);
         session.clearViolations();  // a preset result may lie outside of what the host allows
         EXPECT_EQ(frame.answer.result_rect, row.result);
         EXPECT_EQ(frame.answer.max_result_rect, row.max);
         EXPECT_EQ(frame.answer.flags, row.flag);
+        EXPECT_THAT((std::vector{frame.answer.solid, frame.answer.reserved}), Each(3));
         EXPECT_EQ(eval("asked.map(function (a) { return a.slice(0, 3); })"),
                   "[[" + std::to_string(row.width) + "," + std::to_string(row.height) + ",1]]");
 

@@ -10,7 +10,7 @@ namespace {
 
 class Upstream : public ShellTest {};
 
-// Called from within a frame of this instance, under its lock.
+// Called from a callback of a frame of this instance.
 TEST_F(Upstream, FramesBecomeTheInputOfAnEarlierTime) {
     HostSession& session = start(
         "var dim; function setup() {} function draw() {"
@@ -27,10 +27,7 @@ TEST_F(Upstream, FramesBecomeTheInputOfAnEarlierTime) {
     bool isDone = false;
     session.hooks().at[Callback::worldFormat] = [&](auto&) {
         if (std::exchange(isDone, true)) return;
-        engine.selectSequence(Block(instance).handle);
-        ASSERT_TRUE(engine.lockGL());
         renderUpstream(*given, host::kPluginId, framesBack, 8);
-        engine.unlockGL();
         Context& entities = Context::Instance();
         uploadedWidth = entities.FindTexture(entities.CurrentSequence().texture).width;
     };
