@@ -7,7 +7,7 @@
 #include "packer/ModuleWriter.h"
 #include "packer/PackageReader.h"
 #include "packer/PiPL.h"
-#include "support/WindowsImage.h"
+#include "packer/WholeFile.h"
 
 // Modules: what pack makes of a folder, and what the other commands make of the module.
 
@@ -163,8 +163,7 @@ protected:
         const std::string copy = pathOf("bin/" + std::filesystem::path(tool).filename().string());
         std::filesystem::copy_file(tool, copy);
         tool = copy;
-        const auto image = WindowsImage().bytes();
-        writeFile("lib/quillon_module.aex", {reinterpret_cast<const char*>(image.data()), image.size()});
+        WriteWholeFile(pathOf("lib/quillon_module.aex"), ReadWholeFile(WindowsModule("plain")));
     }
 };
 
@@ -237,8 +236,7 @@ TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {
     writeFile(none, "no package and no module");
     WriteModule(pathOf(broken), good, std::vector<std::byte>(100));
 #if defined(_WIN32)
-    const auto image = WindowsImage().bytes();  // sound, and empty
-    writeFile("template", {reinterpret_cast<const char*>(image.data()), image.size()});
+    WriteWholeFile(pathOf("template"), ReadWholeFile(WindowsModule("plain")));
     const char* const refusal = ": is no effect: ";
 #else
     writeFile("template", "no module");

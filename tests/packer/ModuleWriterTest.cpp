@@ -9,8 +9,8 @@
 #include "packer/Archive.h"
 #include "packer/FileError.h"
 #include "packer/PackageReader.h"
+#include "packer/WholeFile.h"
 #include "support/TestEffect.h"
-#include "support/WindowsImage.h"
 
 namespace quillon::test {
 namespace {
@@ -90,9 +90,11 @@ TEST_P(ModuleKinds, GiveThePackageBackOrSayWhatIsDamaged) {
     const std::string text = "some text, some text";
     const auto* const bytes = reinterpret_cast<const std::byte*>(text.data());
     const std::vector<PackageFile> files = {{"a.js", {bytes, bytes + text.size()}}, {"b", {}}};
-    const std::vector<std::byte> forWindows = WindowsImage().bytes();
-    put(image, GetParam() ? std::string(reinterpret_cast<const char*>(forWindows.data()), forWindows.size())
-                          : std::string(40, 'i'));
+    if (GetParam()) {
+        WriteWholeFile(image, ReadWholeFile(WindowsModule("plain")));
+    } else {
+        put(image, std::string(40, 'i'));
+    }
     EXPECT_THROW(ReadPackage(image), FileError);
     for (const DamageCase& row : kDamageCases) {
         std::vector<std::byte> archive = WriteArchive(files);

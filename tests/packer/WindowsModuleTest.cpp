@@ -7,7 +7,9 @@
 
 #include "packer/FileError.h"
 #include "packer/PortableExecutable.h"
-#include "support/WindowsImage.h"
+#include "packer/WholeFile.h"
+#include "platform/LittleEndian.h"
+#include "support/BuiltFiles.h"
 
 namespace quillon::test {
 namespace {
@@ -23,101 +25,148 @@ std::string TextOf(std::span<const std::byte> bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-WindowsImage WithResources(int section, WindowsImage image = {}) {
-    image.resourceSection = section;
-    image.sections.insert(image.sections.begin() + section, {".rsrc", OldResources(AddressOf(section))});
-    return image;
+std::uint32_t Word(const Bytes& file, std::size_t at) {
+    return LoadLittle<std::uint32_t>(file, at);
 }
 
-WindowsImage WithRelocations() {
-    WindowsImage image;
-    image.sections.push_back({".reloc", Bytes(12)});
-    return image;
+void Put(Bytes& file, std::size_t at, std::uint32_t value) {
+    StoreLittle(file, at, value);
 }
 
-struct Template {
-    const char* name;
-    WindowsImage image;
-    bool hasOthers;            // resources that must stay
-    std::string overlay = "";  // what is left of it
-    std::size_t moreSections = 1;
+// Positions in a module's file.
+struct Headers {
+    explicit Headers(const Bytes& file)
+        : start(Word(file, 0x3C)),
+          table(start + 24 + LoadLittle<std::uint16_t>(file, start + 20)),
+          count(LoadLittle<std::uint16_t>(file, start + 6)) {}
+
+    std::size_t section(std::size_t index) const { return table + 40 * index; }
+    std::size_t directory(std::size_t index) const { return start + 136 + 8 * index; }
+
+    std::size_t start, table, count;
 };
 
-const Template kTemplates[] = {
-    {"bare", {}, false},
-    {"zeroes_at_the_end", {.sections = {{".data", Bytes(10), 10000}}}, false},
-    {"more_in_the_file_than_in_memory", {.sections = {{".data", Bytes(10000), -9000}}}, false},
-    {"resources_at_the_end", WithResources(1), true, "", 0},
-    {"resources_before_relocations", WithResources(1, WithRelocations()), true},
-    {"symbols", WithResources(1, {.overlay = "symbol table", .hasSymbols = true}), true, "symbol table", 0},
-    {"symbols_and_signature",
-     {.overlay = "symbols!signature", .hasSymbols = true, .isSigned = true},
-     false,
-     "symbols!s"},
-};
+// From where the headers say that it begins, to the end of the file.
+std::string SymbolsOf(const Bytes& file) {
+    const std::size_t position = Word(file, Headers(file).start + 12);
+    return position == 0 ? "" : TextOf(std::span(file).subspan(position));
+}
 
-class WindowsModule : public ::testing::TestWithParam<Template> {};
-
-TEST_P(WindowsModule, CarriesBothAndKeepsWhatElseItHas) {
-    const Template& row = GetParam();
-    const Bytes file = row.image.bytes();
-    const Bytes package = BytesOf(std::string(5001, 'p')), description = BytesOf("description");
-    const Bytes module = MakeWindowsModule(file, package, description);
-    ExpectLoadable(module);
-    EXPECT_EQ(NumberAt(module, 0x86, 2), row.image.sections.size() + row.moreSections);
-    EXPECT_EQ(TextOf(PackageOfWindowsModule(module)), TextOf(package));
-
-    const Resources resources = PortableExecutable(module).resources();
-    EXPECT_EQ(resources.size(), row.hasOthers ? 4u : 2u);
-    EXPECT_EQ(TextOf(resources.at({u"PIPL", 16000u, 1033}).bytes), "description");
-    if (row.hasOthers) {
-        EXPECT_EQ(TextOf(resources.at({16u, 1u, 1031}).bytes), "de");
-        EXPECT_EQ(resources.at({16u, 1u, 1031}).codePage, 1252u);
-        EXPECT_EQ(TextOf(resources.at({16u, 1u, 1033}).bytes), "en");
+// What a strict loader asks of a module that ends with its resources.
+void ExpectLoadable(const Bytes& file) {
+    const Headers headers(file);
+    std::size_t nextAddress = 0x1000, nextPosition = Word(file, headers.start + 84), dataBytes = 0;
+    EXPECT_LE(headers.section(headers.count), nextPosition);
+    for (std::size_t i = 0; i < headers.count; ++i) {
+        const std::size_t entry = headers.section(i), fileBytes = Word(file, entry + 16);
+        EXPECT_EQ(Word(file, entry + 12), nextAddress) << "no gap";
+        nextAddress = (nextAddress + Word(file, entry + 8) + 0xFFF) & ~std::size_t{0xFFF};
+        EXPECT_EQ(Word(file, entry + 20), nextPosition);
+        nextPosition += fileBytes;
+        EXPECT_EQ(fileBytes % 0x200, 0u);
+        EXPECT_LE(nextPosition, file.size());
+        if (Word(file, entry + 36) & 0x40) dataBytes += fileBytes;
     }
-    EXPECT_TRUE(TextOf(module).ends_with(row.overlay));
-    EXPECT_EQ(NumberAt(module, 0x8C), row.image.hasSymbols ? module.size() - row.overlay.size() : 0) << "symbols";
-    EXPECT_EQ(NumberAt(module, 0x80 + 172), 0u) << "signature";
+    const std::size_t last = headers.section(headers.count - 1);
+    EXPECT_EQ(Word(file, headers.directory(2)), Word(file, last + 12)) << "resources are the last section";
+    EXPECT_EQ(Word(file, headers.directory(2) + 4), Word(file, last + 8));
+    EXPECT_LE(Word(file, last + 8), Word(file, last + 16));
+    EXPECT_EQ(Word(file, last + 36) & 0x40000040, 0x40000040u) << "readable data";
+    EXPECT_EQ(Word(file, headers.directory(4)), 0u) << "no signature";
+    EXPECT_EQ(Word(file, headers.start + 80), nextAddress) << "size of the image";
+    EXPECT_EQ(Word(file, headers.start + 32), dataBytes);
 
-    for (const std::size_t size : {0, 3, 5001, 70000}) {
-        const Bytes other = BytesOf(std::string(size, 'o'));
-        EXPECT_EQ(MakeWindowsModule(module, other, description), MakeWindowsModule(file, other, description)) << size;
+    Bytes padded = file;
+    padded.resize((file.size() + 1) / 2 * 2);
+    Put(padded, headers.start + 88, 0);
+    std::uint32_t sum = 0;
+    for (std::size_t at = 0; at < padded.size(); at += 2) {
+        sum += LoadLittle<std::uint16_t>(padded, at);
+        sum = (sum & 0xFFFF) + (sum >> 16);
     }
-    EXPECT_TRUE(MakeWindowsModule(module, package, {}) == module) << "without a description the old one stays";
+    EXPECT_EQ(Word(file, headers.start + 88), sum + file.size()) << "checksum";
 }
-INSTANTIATE_TEST_SUITE_P(Templates, WindowsModule, ::testing::ValuesIn(kTemplates),
-                         [](const auto& row) { return std::string(row.param.name); });
 
-struct Refusal {
-    const char* what;
-    std::function<void(Bytes& file)> spoil;
-    const char* words;
-};
+TEST(WindowsModuleTest, CarriesBothAndKeepsWhatElseItHas) {
+    const Bytes plain = ReadWholeFile(WindowsModule("plain")),
+                relocations = ReadWholeFile(WindowsModule("relocations"));
+    const Headers headers(relocations);
+    Bytes zeroes = relocations, signedFile = plain;
+    Put(zeroes, headers.section(headers.count - 1) + 8, 10000);
+    Put(signedFile, Headers(plain).directory(4), static_cast<std::uint32_t>(plain.size()));
+    Put(signedFile, Headers(plain).directory(4) + 4, 9);
+    for (const char character : {'s', 'i', 'g', 'n', 'a', 't', 'u', 'r', 'e'})
+        signedFile.push_back(static_cast<std::byte>(character));
+    const struct {
+        const char* name;
+        Bytes file;
+        bool hasOthers;  // resources that must stay
+        std::size_t moreSections;
+        std::string symbols = "";
+    } kRows[] = {
+        {"resources at the end", ReadWholeFile(WindowsModule("resources")), true, 0},
+        {"resources before relocations", relocations, true, 1},
+        {"zeroes at the end", zeroes, true, 1},
+        {"symbols", plain, false, 1, SymbolsOf(plain)},
+        {"symbols and a signature", signedFile, false, 1, SymbolsOf(plain)},
+    };
+    const Bytes package(5001, std::byte{'p'}), description = BytesOf("description");
+    for (const auto& row : kRows) {
+        SCOPED_TRACE(row.name);
+        const Bytes module = MakeWindowsModule(row.file, package, description);
+        ExpectLoadable(module);
+        EXPECT_EQ(Headers(module).count, Headers(row.file).count + row.moreSections);
+        EXPECT_EQ(TextOf(PackageOfWindowsModule(module)), TextOf(package));
+        EXPECT_EQ(SymbolsOf(module), row.symbols);
 
-// Positions in the file of WithResources(1): headers from 0x80, section table from 0x188, resources from 0x800.
-const Refusal kRefusals[] = {
-    {"cut in the headers", [](Bytes& file) { file.resize(0x100); }, "is cut off"},
-    {"no signature", [](Bytes& file) { PutNumber(file, 0x80, 0); }, "headers are not there"},
-    {"32 bits", [](Bytes& file) { PutNumber(file, 0x98, 0x10B, 2); }, "another machine"},
-    {"no sections", [](Bytes& file) { PutNumber(file, 0x86, 0, 2); }, "no sections"},
-    {"two directories", [](Bytes& file) { PutNumber(file, 0x104, 2); }, "no place for resources"},
-    {"sections swapped", [](Bytes& file) { PutNumber(file, 0x188 + 12, 0x3000); }, "out of order"},
-    {"data nowhere", [](Bytes& file) { PutNumber(file, 0x888, 0x21FF); }, "outside of its sections"},
-    {"a directory's own parent", [](Bytes& file) { PutNumber(file, 0x83C + 16, 0x80000000); }, "resource directory"},
-    {"a leaf among types", [](Bytes& file) { PutNumber(file, 0x814, 0x88); }, "another form"},
-    {"no end of entries", [](Bytes& file) { PutNumber(file, 0x80E, 0xFFFF, 2); }, "more entries"},
-    {"text outside", [](Bytes& file) { PutNumber(file, 0x8B8, 0x7FFF, 2); }, "reaches outside"},
-};
+        const Resources resources = PortableExecutable(module).resources();
+        EXPECT_EQ(resources.size(), row.hasOthers ? 4u : 2u);
+        EXPECT_EQ(TextOf(resources.at({u"PIPL", 16000u, 1033}).bytes), "description");
+        if (row.hasOthers) {
+            EXPECT_EQ(TextOf(resources.at({16u, 1u, 1031}).bytes), "de");
+            EXPECT_EQ(resources.at({16u, 1u, 1031}).codePage, 1252u);
+            EXPECT_EQ(TextOf(resources.at({16u, 1u, 1033}).bytes), "en");
+        }
+
+        for (const std::size_t size : {0, 3, 5001, 70000}) {
+            const Bytes other(size, std::byte{'o'});
+            EXPECT_EQ(MakeWindowsModule(module, other, description), MakeWindowsModule(row.file, other, description))
+                << size;
+        }
+        EXPECT_TRUE(MakeWindowsModule(module, package, {}) == module) << "without a description the old one stays";
+    }
+}
 
 TEST(WindowsModuleTest, RefusesWhatIsDamagedInWords) {
-    for (const Refusal& row : kRefusals) {
-        Bytes file = WithResources(1).bytes();
-        row.spoil(file);
+    const Bytes sound = ReadWholeFile(WindowsModule("resources"));
+    const Headers headers(sound);
+    const std::size_t tree = Word(sound, headers.section(headers.count - 1) + 20);
+    const struct {
+        const char* what;
+        std::size_t at;
+        std::uint32_t value;
+        std::size_t bytes;
+        const char* words;
+    } kRows[] = {
+        {"no signature", headers.start, 0, 4, "headers are not there"},
+        {"32 bits", headers.start + 24, 0x10B, 2, "another machine"},
+        {"no sections", headers.start + 6, 0, 2, "no sections"},
+        {"two directories", headers.start + 132, 2, 4, "no place for resources"},
+        {"sections swapped", headers.table + 12, 0x3000, 4, "out of order"},
+        {"data nowhere", tree + 0x88, 0x0FFFFFFF, 4, "outside of its sections"},
+        {"a directory's own parent", tree + 0x3C + 16, 0x80000000, 4, "resource directory"},
+        {"a leaf among types", tree + 0x14, 0x88, 4, "another form"},
+        {"no end of entries", tree + 0x0E, 0xFFFF, 2, "more entries"},
+        {"text outside", tree + 0xB8, 0x7FFF, 2, "reaches outside"},
+    };
+    for (const auto& row : kRows) {
+        Bytes file = sound;
+        for (std::size_t i = 0; i < row.bytes; ++i) file.at(row.at + i) = static_cast<std::byte>(row.value >> (8 * i));
         try {
             MakeWindowsModule(file, BytesOf("package"), {});
             ADD_FAILURE() << row.what << " was taken";
         } catch (const FileError& error) {
-            EXPECT_THAT(error.what(), ::testing::HasSubstr(row.words)) << row.what;
+            EXPECT_THAT(error.fault, ::testing::HasSubstr(row.words)) << row.what;
         }
     }
 }
@@ -131,9 +180,8 @@ TEST(WindowsModuleTest, SurvivesEveryCutAndEveryWrongByte) {
         } catch (const FileError&) {
         }
     };
-    for (const WindowsImage& image : {WithResources(1, {.overlay = "symbols", .hasSymbols = true, .isSigned = true}),
-                                      WithResources(1, WithRelocations())}) {
-        const Bytes sound = image.bytes();
+    for (const char* name : {"plain", "resources", "relocations"}) {
+        const Bytes sound = ReadWholeFile(WindowsModule(name));
         for (std::size_t at = 0; at < sound.size(); ++at) {
             attempt({sound.begin(), sound.begin() + static_cast<std::ptrdiff_t>(at)});
             for (const int change : {0x01, 0x80, 0xFF}) {
@@ -147,21 +195,19 @@ TEST(WindowsModuleTest, SurvivesEveryCutAndEveryWrongByte) {
 }
 
 TEST(WindowsModuleTest, NeedsRoomInHeadersAndAddressSpace) {
-    WindowsImage full = {.headerBytes = 0x200};  // room for three sections
-    full.sections.push_back({".data", Bytes(1)});
-    EXPECT_NO_THROW(MakeWindowsModule(full.bytes(), {}, {}));
-    Bytes bound = full.bytes();
-    bound[0x1E0] = std::byte{1};  // where the new header would be
-    full.sections.push_back({".reloc", Bytes(1)});
-    for (const Bytes& file : {bound, full.bytes()}) {
-        EXPECT_THROW(MakeWindowsModule(file, {}, {}), FileError);
-    }
+    const Bytes plain = ReadWholeFile(WindowsModule("plain"));
+    const Headers headers(plain);
+    Bytes taken = plain, full = plain;
+    taken[headers.section(headers.count) + 39] = std::byte{1};  // where the new header would end
+    Put(full, headers.start + 84, static_cast<std::uint32_t>(headers.section(headers.count) + 39));
+    for (const Bytes& file : {taken, full}) EXPECT_THROW(MakeWindowsModule(file, {}, {}), FileError);
+    Put(full, headers.start + 84, static_cast<std::uint32_t>(headers.section(headers.count) + 40));
+    EXPECT_NO_THROW(MakeWindowsModule(full, {}, {}));
 
     const Bytes megabyte(1 << 20);
     Resources resources;
     for (std::uint32_t i = 0; i < 2048; ++i) resources[{1u, i, 0}] = {megabyte};
-    const Bytes file = WindowsImage().bytes();
-    EXPECT_THROW(PortableExecutable(file).withResources(resources), FileError);
+    EXPECT_THROW(PortableExecutable(plain).withResources(resources), FileError);
 }
 
 }  // namespace

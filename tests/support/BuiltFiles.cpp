@@ -1,5 +1,7 @@
 #include "support/BuiltFiles.h"
 
+#include <string>
+
 namespace quillon::test {
 
 std::filesystem::path CarrierModule() {
@@ -13,6 +15,11 @@ std::filesystem::path TemplateModule() {
 std::filesystem::path PluginTemplate() {
     return QUILLON_FREI0R;
 }
+
+std::filesystem::path WindowsModule(const char* name) {
+    return std::filesystem::path(QUILLON_WINDOWS) / (std::string(name) + ".dll");
+}
+
 std::filesystem::path ToolProgram() {
     return QUILLON_TOOL;
 }
