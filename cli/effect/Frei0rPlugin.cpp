@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <regex>
 #include <string_view>
 #include <utility>
 
+#include "cli/diagnostics/TextScanner.h"
 #include "cli/effect/ConfigChecks.h"
 #include "cli/effect/EffectDescription.h"
 #include "cli/effect/LinkedEngine.h"
@@ -43,7 +43,7 @@ std::string RangeText(float low, float high, const char* unit = "") {
     return fmt::format("0 is {}, 1 is {}{}", low, high, unit);
 }
 
-// "0: Barrel, 1: Pincushion"
+// "0: Barrel; 1: Pincushion"
 std::string EntriesText(const Parameter& popup) {
     std::string text;
     std::string_view rest = popup.choices;
@@ -51,9 +51,42 @@ std::string EntriesText(const Parameter& popup) {
         const std::string_view entry = rest.substr(0, rest.find('|'));
         rest.remove_prefix(std::min(entry.size() + 1, rest.size()));
         const double value = popup.choiceCount > 1 ? static_cast<double>(i) / (popup.choiceCount - 1) : 0;
-        text += fmt::format("{}{:.3g}: {}", text.empty() ? "" : ", ", value, entry);
+        text += fmt::format("{}{:.3g}: {}", text.empty() ? "" : "; ", value, entry);
     }
     return text;
+}
+
+// The next word of a shader's text, which is taken off up to the word's end; empty at the end of the text.
+std::string_view TakeWord(std::string_view& text) {
+    text.remove_prefix(static_cast<std::size_t>(std::ranges::find_if(text, IsWordCharacter) - text.begin()));
+    const std::string_view word =
+        text.substr(0, static_cast<std::size_t>(std::ranges::find_if_not(text, IsWordCharacter) - text.begin()));
+    text.remove_prefix(word.size());
+    return word;
+}
+
+enum class ColorUse { none, withoutAlpha, withAlpha };
+
+// How the shader in a file uses the uniform of this name: without alpha when each use names channels of "rgb" or "xyz".
+ColorUse UseOf(std::string_view name, const std::string& file) {
+    std::string_view rest = file;
+    bool isUniform = false, usesAlpha = false;
+    for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
+        if (word == "uniform") {
+            std::string_view declaration = rest.substr(0, rest.find(';'));
+            rest.remove_prefix(declaration.size());
+            while (!(word = TakeWord(declaration)).empty()) isUniform = isUniform || word == name;
+            continue;
+        }
+        if (word != name) continue;
+        std::string_view channels = rest;
+        TakeWord(channels);
+        const std::size_t end = rest.size() - channels.size();
+        const std::string_view behind = rest.substr(0, end);
+        usesAlpha = usesAlpha || behind.find_first_not_of(" \t\r\n.rgbxyz") != std::string_view::npos ||
+                    behind.find('.') == std::string_view::npos;
+    }
+    return !isUniform ? ColorUse::none : usesAlpha ? ColorUse::withAlpha : ColorUse::withoutAlpha;
 }
 
 class PluginLister {
@@ -155,20 +188,16 @@ private:
         return unique;
     }
 
-    // Whether a color's alpha may reach a pixel: not when every shader with a uniform of its name takes three channels.
+    // Whether a color's alpha may reach a pixel: not when the shaders that have a uniform of its name use its red,
+    // green and blue and nothing else of it. A color that goes to the shaders by another name may be used in any way.
     bool hasAlpha(const Parameter& color) const {
-        static const std::regex kVector(R"(\buniform\s+(?:\w+\s+)?vec([34])\s+([^;]*);)");
-        bool takesThree = false;
+        bool isUniform = false;
         for (const PackageFile& file : source.files) {
-            const std::string text = source.textOf(file.name);
-            for (std::sregex_iterator found(text.begin(), text.end(), kVector), end; found != end; ++found) {
-                const std::string names = std::regex_replace((*found)[2].str(), std::regex(R"([\s,]+)"), ",");
-                if (("," + names + ",").find("," + color.uniformName + ",") == std::string::npos) continue;
-                if ((*found)[1] == "4") return true;
-                takesThree = true;
-            }
+            const ColorUse use = UseOf(color.uniformName, source.textOf(file.name));
+            if (use == ColorUse::withAlpha) return true;
+            isUniform = isUniform || use == ColorUse::withoutAlpha;
         }
-        return !takesThree;
+        return !isUniform;
     }
 
     void warnOfOutputs() {
