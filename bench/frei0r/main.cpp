@@ -1,0 +1,117 @@
+// Measures, as a multiple of a frame through the effect module (frame/module of bench_frame) in the same run:
+//
+//   frei0r/frame/8/WIDTHxHEIGHT   one frame of an identity effect through f0r_update of the packed plug-in
+//
+// Both render the same picture, and the results are compared byte for byte. Rounds alternate; the ratio is that of the
+// medians.
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <bit>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+#include <vector>
+
+#include "ModuleFrame.h"
+#include "frei0r/Listing.h"
+#include "packer/ModuleWriter.h"
+#include "support/EngineTest.h"
+
+namespace quillon::bench {
+
+namespace {
+
+constexpr int kWarmUp = 3;
+
+struct Case {
+    FrameSize size;
+    double aim;  // the most that the ratio should be; 0: none is set
+    int rounds;
+};
+constexpr Case kCases[] = {{{1920, 1080, 8}, 1.10, 60}, {{640, 360, 8}, 0, 200}};
+
+// The plug-in as a host has it.
+class PluginFrame {
+public:
+    PluginFrame(const std::filesystem::path& file, const FrameSize& size) : handle(dlopen(file.c_str(), RTLD_NOW)) {
+        if (!handle) throw std::runtime_error(dlerror());
+        const auto construct = reinterpret_cast<void* (*)(unsigned, unsigned)>(dlsym(handle, "f0r_construct"));
+        update = reinterpret_cast<Update>(dlsym(handle, "f0r_update"));
+        instance = construct(size.width, size.height);
+    }
+    ~PluginFrame() {
+        reinterpret_cast<void (*)(void*)>(dlsym(handle, "f0r_destruct"))(instance);
+        dlclose(handle);
+    }
+    PluginFrame(const PluginFrame&) = delete;
+    PluginFrame& operator=(const PluginFrame&) = delete;
+
+    // Gives the milliseconds that the frame took.
+    double render(const std::uint32_t* input, std::uint32_t* output) const {
+        const auto start = std::chrono::steady_clock::now();
+        update(instance, 0, input, output);
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    }
+
+private:
+    using Update = void (*)(void*, double, const std::uint32_t*, std::uint32_t*);
+    void* handle;
+    Update update = nullptr;
+    void* instance = nullptr;
+};
+
+double Median(std::vector<double> values) {
+    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+    return values[values.size() / 2];
+}
+
+// False when the two disagree about the picture.
+bool Measure(ModuleFrame& module, const std::filesystem::path& plugin, const Case& entry) {
+    const FrameSize& size = entry.size;
+    std::vector<std::uint32_t> argb(size.bytes() / 4), rgba(argb.size());
+    std::uint32_t state = 1;
+    for (std::size_t i = 0; i < argb.size(); ++i) {
+        argb[i] = state = state * 1664525 + 1013904223;
+        rgba[i] = std::rotr(argb[i], 8);
+    }
+    std::vector<std::uint32_t> fromModule(argb.size()), fromPlugin(argb.size());
+    const PluginFrame frame(plugin, size);
+    std::vector<double> moduleTimes, pluginTimes;
+    for (int round = -kWarmUp; round < entry.rounds; ++round) {
+        const double moduleTime = module.render(size, reinterpret_cast<const std::byte*>(argb.data()),
+                                                reinterpret_cast<std::byte*>(fromModule.data()));
+        const double pluginTime = frame.render(rgba.data(), fromPlugin.data());
+        if (round < 0) continue;
+        moduleTimes.push_back(moduleTime);
+        pluginTimes.push_back(pluginTime);
+    }
+    const double time = Median(pluginTimes), floor = Median(moduleTimes);
+    std::printf("frei0r/frame/8/%ux%u: %.3f ms, floor %.3f ms, ratio %.3f", size.width, size.height, time, floor,
+                time / floor);
+    if (entry.aim != 0) std::printf(" (aim %.2f)", entry.aim);
+    std::printf("\n");
+    return fromPlugin == rgba && fromModule == argb;
+}
+
+}  // namespace
+
+}  // namespace quillon::bench
+
+int main() {
+    using namespace quillon;
+    const test::Files files = {
+        {"fx.js", test::CopyScript(/*flip=*/true)}, {"copy.frag", test::kCopyFragment}, {"config.xml", test::kConfig}};
+    const std::vector<std::byte> package = test::ScrambledPackage(files);
+    const TemporaryFolder folder;
+    const std::filesystem::path module = folder.path() / "module.so", plugin = folder.path() / "plugin.so";
+    WriteModule(module, test::TemplateModule(), package);
+    WriteModule(plugin, test::PluginTemplate(), package, frei0r::WriteListing({}));
+    bench::ModuleFrame moduleFrame(module);
+    bool isEqual = true;
+    for (const bench::Case& entry : bench::kCases) isEqual = bench::Measure(moduleFrame, plugin, entry) && isEqual;
+    if (!isEqual) std::fputs("bench_frei0r: the two render different pictures\n", stderr);
+    return isEqual ? 0 : 1;
+}
