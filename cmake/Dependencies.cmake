@@ -1,4 +1,4 @@
-# The libraries that the system stands on. `./dev setup` installs the packages; what the distribution carries as
+# The libraries that the system uses. `./dev setup` installs the packages; what the distribution carries as
 # source only is fetched by fetch-sources.sh into a cache outside the build folder.
 #
 # Targets: duktape, miniz, glew_static, window_system, lodepng, fmt::fmt, nlohmann_json::nlohmann_json,

@@ -1,7 +1,7 @@
 # quillon_folder(NAME [PUBLIC folder...] [PRIVATE folder...] [LIBRARIES target...])
 #
 # Makes the static library quillon::NAME of the sources in the calling folder. Its headers are included as
-# "NAME/Header.h", and only by targets that link it: the include path of each folder holds that folder alone, so an
+# "NAME/Header.h", and only by targets that link it: the include path of each folder holds only that folder, so an
 # include that the architecture does not allow does not build. A NAME with a slash, as of a folder in a folder, makes
 # the target quillon::OUTER_INNER.
 function(quillon_folder name)

@@ -1,7 +1,7 @@
 # The same libraries for Windows, which the distribution has as sources and as headers. Everything is linked statically:
 # modules and tool need nothing but what every Windows has.
 
-# The headers that are their own library, each by a link of its own: the system's include folder holds much more.
+# Header-only libraries, one link each: the system's include folder holds much more.
 set(header_links ${PROJECT_BINARY_DIR}/header-only)
 file(MAKE_DIRECTORY ${header_links})
 foreach(name rapidxml stb CLI nlohmann fmt)

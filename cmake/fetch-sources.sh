@@ -6,7 +6,7 @@
 #   fetch-sources.sh windows  also what Debian has built for Linux only
 set -euo pipefail
 
-# Source package, where the wanted file or folder lies in it, its place in the cache.
+# Source package, where it has the wanted file or folder, its place in the cache.
 wanted=(
     "duktape     src/duktape.c       duktape/duktape.c"  # compiled by us with a check of the native stack
     "duktape     src/duktape.h       duktape/duktape.h"
