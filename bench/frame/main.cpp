@@ -10,14 +10,16 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "BareFrame.h"
 #include "ModuleFrame.h"
 #include "engine/AEQuillon2.h"
+#include "host/ModuleLoading.h"
 #include "imagelib/HostRange.h"
-#include "support/EngineTest.h"
 
 namespace quillon::bench {
 
@@ -130,12 +132,16 @@ bool Measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
 
 int main() {
     using namespace quillon;
-    const test::Files files = {
-        {"fx.js", test::CopyScript(/*flip=*/false)}, {"copy.frag", test::kCopyFragment}, {"config.xml", test::kConfig}};
-    const test::TestEffect effect(files);
-    const test::TestEffect packed(files, QUILLON_MODULE);
+    // The engine of this program takes only the package from the module, which has an engine of its own.
+    const std::filesystem::path file = QUILLON_IDENTITY;
+    std::string reason;
+    void* const package = host::LoadModule(file, reason);
+    if (!package) {
+        std::fprintf(stderr, "bench_frame: %s cannot be loaded: %s\n", file.string().c_str(), reason.c_str());
+        return 1;
+    }
     IPlugin& engine = AEQuillon2::instance();
-    if (!engine.init(effect.module(), nullptr)) {
+    if (!engine.init(package, nullptr)) {
         std::fputs("bench_frame: this system offers no OpenGL\n", stderr);
         return 1;
     }
@@ -143,7 +149,7 @@ int main() {
     engine.selectSequence(instance);
     bool isEqual = true;
     {
-        bench::ModuleFrame module(packed.file());
+        bench::ModuleFrame module(file);
         for (const bench::Case& entry : bench::kCases) isEqual = bench::Measure(engine, module, entry) && isEqual;
     }
     engine.destroySequence(instance);
