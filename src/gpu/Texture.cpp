@@ -148,6 +148,9 @@ void Texture::loadFromSurface(Surface& surface, bool flip) {
 }
 
 void Texture::setParameter(std::uint32_t parameterName, std::int32_t value) {
+    // Every base level above 0 means the same, a texture that has no such level. Some drivers look a high one up in
+    // memory that they do not have.
+    if (parameterName == GL_TEXTURE_BASE_LEVEL) value = std::min(value, 1);
     glBindTexture(GL_TEXTURE_2D, textureName.get());
     glTexParameteri(GL_TEXTURE_2D, parameterName, value);
 }

@@ -52,7 +52,7 @@ public:
     // one that holds fewer bytes than its extent, give empty storage.
     void loadFromSurface(Surface& surface, bool flip);
 
-    // glTexParameteri with both numbers unchecked, as scripts give them. The texture stays bound.
+    // glTexParameteri with the numbers that a script gave, unchecked. The texture stays bound.
     void setParameter(std::uint32_t parameterName, std::int32_t value);
 
     // The CPU copy of the last upload that had data, height * rowBytes bytes of that upload in its own layout, padding

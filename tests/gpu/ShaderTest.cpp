@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 #include "gpu/RenderTarget.h"
 #include "support/GLTest.h"
 
@@ -78,6 +80,21 @@ TEST_F(ShaderTest, SeesOrdinaryColorsAndThePreamblesWords) {
     EXPECT_EQ(drawn(), (Pixel{0.5f, 2, -3, 4})) << "gbar and the final argb undo each other";
     build("void main() { gl_FragColor = vec4(0.5, 2.0, -3.0, 4.0); }");
     EXPECT_EQ(drawn(), (Pixel{4, 0.5f, 2, -3}));
+}
+
+TEST_F(ShaderTest, SurvivesABaseLevelThatNoTextureHas) {
+    build("uniform sampler2D s; void main() { gl_FragColor = texture2D(s, vec2(0.5)); }");
+    ASSERT_EQ(shader.errorText, "");
+    Texture texture;
+    texture.initTexture(1, 1, 8, true);
+    const std::uint32_t white = 0xFFFFFFFF;
+    texture.uploadPixels(&white, {1, 1, 8, 4}, true, false);
+    shader.parameterByName("s").setWordValue(texture.textureName.get());
+    EXPECT_EQ(drawn(), (Pixel{1, 1, 1, 1}));
+    for (const std::int32_t level : {1, 1000, std::numeric_limits<std::int32_t>::max()}) {
+        texture.setParameter(GL_TEXTURE_BASE_LEVEL, level);
+        EXPECT_EQ(drawn()[1], 0.0f) << level;
+    }
 }
 
 TEST_F(ShaderTest, LeavesTheStateOfADraw) {
