@@ -17,8 +17,8 @@
 namespace quillon::test {
 namespace {
 
-TEST(ModuleFile, ExportsItsEntryAndNothingElse) {
-    std::ifstream in(TemplateModule(), std::ios::binary);
+std::vector<std::string> ExportsOf(const std::filesystem::path& module) {
+    std::ifstream in(module, std::ios::binary);
     const std::string image{std::istreambuf_iterator<char>(in), {}};
     const auto at = [&]<class Record>(Record, std::size_t offset) {
         Record record;
@@ -37,7 +37,15 @@ TEST(ModuleFile, ExportsItsEntryAndNothingElse) {
             if (isOurs) exported.emplace_back(image.c_str() + names.sh_offset + symbol.st_name);
         }
     }
-    EXPECT_THAT(exported, testing::ElementsAre("EntryPointFunc"));
+    return exported;
+}
+
+TEST(ModuleFile, ExportsWhatHostsLookUpAndNothingElse) {
+    EXPECT_THAT(ExportsOf(TemplateModule()), testing::ElementsAre("EntryPointFunc"));
+    EXPECT_THAT(ExportsOf(PluginTemplate()),
+                testing::UnorderedElementsAre("f0r_init", "f0r_deinit", "f0r_get_plugin_info", "f0r_get_param_info",
+                                              "f0r_construct", "f0r_destruct", "f0r_set_param_value",
+                                              "f0r_get_param_value", "f0r_update", "f0r_update2"));
 }
 
 TEST(ModuleFile, LoadedByARelativeNameFindsItsPackageFromAnyFolder) {
