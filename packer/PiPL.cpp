@@ -23,7 +23,7 @@ void AppendText(Bytes& bytes, std::string_view text) {
     bytes.insert(bytes.end(), first, first + text.size());
 }
 
-// Four-character codes are numbers in the host's eyes, so that they stand in the file from their last character on.
+// To a host a code of four characters is a number, so the file holds it from the last character to the first.
 void AppendCode(Bytes& bytes, std::string_view code) {
     for (auto character = code.rbegin(); character != code.rend(); ++character)
         bytes.push_back(static_cast<std::byte>(*character));
@@ -46,7 +46,7 @@ Bytes Numbers(Values... values) {
     return bytes;
 }
 
-// The length that a property tells counts the padding of texts, unlike that of numbers.
+// The length of a property counts the padding of texts, but not that of numbers.
 Bytes ZeroTerminated(std::string_view text) {
     Bytes bytes;
     AppendText(bytes, text);

@@ -7,10 +7,10 @@
 
 namespace quillon {
 
-// Bytes of each text; what the host's own fields hold beside the closing zero.
+// Bytes of each text: what the host's fields hold without the closing zero.
 inline constexpr std::size_t kLongestIdentityText = 31;
 
-// What a host learns of an effect without loading its code.
+// What a host knows of an effect before it loads the code.
 struct EffectIdentity {
     std::string name;            // in the host's menu
     std::string category;        // the submenu
@@ -20,8 +20,8 @@ struct EffectIdentity {
     std::uint32_t outFlags2 = 0;
 };
 
-// The description as the bytes of the resource that Windows hosts look for. Throws FileError, which begins with the
-// config.xml key at fault, for a text that is empty, longer than the host's 31 bytes, or holds control characters.
+// The description as the bytes of the resource that Windows hosts look for. Throws FileError, whose place is the key of
+// config.xml at fault, for a text that is empty, longer than the host's 31 bytes, or holds control characters.
 std::vector<std::byte> MakePiPL(const EffectIdentity& identity);
 
 }  // namespace quillon

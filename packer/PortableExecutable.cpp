@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "packer/AlignUp.h"
 #include "packer/FileError.h"
 #include "packer/PortableExecutableRecords.h"
 #include "packer/ResourceDirectory.h"

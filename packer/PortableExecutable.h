@@ -9,32 +9,31 @@
 
 namespace quillon {
 
-// Whether a file is meant for Windows, as its first two bytes tell.
+// Whether a file is for Windows, by its first two bytes.
 bool IsPortableExecutable(std::span<const std::byte> file);
 
 // A 64-bit Windows module (PE32+), as the bytes of its file.
 class PortableExecutable {
 public:
-    // Reads the headers; `fileBytes` stay where they are as long as the object lives. Throws FileError, without a
-    // path, for a file that no loader would take: no such headers, sections out of order or outside of the file.
+    // Reads the headers. `fileBytes` must stay unchanged while the object lives. Throws FileError, without a place, for
+    // a file that no loader would take: other headers, sections out of order or outside the file.
     explicit PortableExecutable(std::span<const std::byte> fileBytes);
 
-    // Their bytes lie in the file. Throws FileError when the directory is damaged, see ResourceDirectory.h.
+    // The resources, as parts of the file. Throws FileError when the directory is damaged, see ResourceDirectory.h.
     Resources resources() const;
 
-    // A copy of the file with these resources in the place of its own. A resource section that ends the image is
-    // written anew where it is; otherwise a new one is put behind the last section, and the old one stays as dead
-    // bytes, since nothing behind it can move. What follows the sections (a symbol table) follows them still, and a
-    // signature, which would be wrong, is dropped. Depends on nothing but the file and the resources, and done again
-    // with its own result for the file it gives that result. Throws FileError when headers or address space have no
-    // room.
+    // A copy of the file with these resources instead of those it has. A resource section that ends the image is
+    // written again in its place. Otherwise a new section follows the last one, and the old one stays as unused bytes,
+    // since nothing after it can move. What follows the sections (a symbol table) still does; a signature would be
+    // wrong and is dropped. The result depends only on the file and the resources, and with the same resources the
+    // result gives itself. Throws FileError when headers or address space have no room.
     std::vector<std::byte> withResources(const Resources& resources) const;
 
 private:
     struct Section {
         std::uint32_t address, imageBytes;  // in the loaded image
         std::uint32_t position, fileBytes;
-        std::uint32_t mappedBytes;  // of the file's, those that lie in the image: never past its last page
+        std::uint32_t mappedBytes;  // of the file's, those in the image: never past its last page
         std::uint32_t flags;
         bool isNamedForResources;
     };
@@ -55,7 +54,7 @@ private:
                       std::size_t overlayShift) const;
 
     std::span<const std::byte> file;
-    std::size_t header = 0;        // position of the signature, behind which the headers follow
+    std::size_t header = 0;        // position of the signature, which the headers follow
     std::size_t sectionTable = 0;  // position
     std::size_t directories = 0;   // how many the headers have
     std::uint32_t sectionAlignment = 0, fileAlignment = 0;

@@ -5,7 +5,7 @@
 
 namespace quillon::pe {
 
-// Where fields lie in the headers of a 64-bit Windows image: from its signature "PE\0\0" on, which the 32 bits at
+// Where fields are in the headers of a 64-bit Windows image: from its signature "PE\0\0" on, which the 32 bits at
 // kHeaderPosition in the file lead to, and from the start of a section's header.
 inline constexpr std::size_t kHeaderPosition = 0x3C;
 
@@ -29,7 +29,7 @@ inline constexpr std::size_t kCertificateDirectory = 4;  // its address is a pos
 inline constexpr std::size_t kKnownDirectories = 16;
 
 inline constexpr std::size_t kSectionHeaderBytes = 40;
-inline constexpr std::size_t kSectionImageBytes = 8;  // behind the name, 8 bytes
+inline constexpr std::size_t kSectionImageBytes = 8;  // after the name, 8 bytes
 inline constexpr std::size_t kSectionAddress = 12;
 inline constexpr std::size_t kSectionFileBytes = 16;
 inline constexpr std::size_t kSectionPosition = 20;
@@ -40,3 +40,23 @@ inline constexpr std::uint32_t kReadable = 0x40000000;
 inline constexpr std::size_t kMostSections = 96;  // that the system loads
 
 }  // namespace quillon::pe
+
+namespace quillon {
+
+// Records of a resource directory. A directory is a head and entries, those with texts first; an entry is an id and the
+// offset of what it leads to, from the start of the section, 32 bits each. The high bit of an id makes it the offset of
+// a text (16-bit length, UTF-16), that of an offset makes it lead to a directory instead of a data entry. A data entry
+// is the data's address in the loaded image, its size, a code page and 32 bits of nothing.
+inline constexpr std::size_t kDirectoryHeadBytes = 16;
+inline constexpr std::size_t kDirectoryNamedCount = 12;  // 16 bits
+inline constexpr std::size_t kDirectoryIdCount = 14;     // 16 bits
+inline constexpr std::size_t kDirectoryEntryBytes = 8;
+inline constexpr std::size_t kDataEntryBytes = 16;
+inline constexpr std::uint32_t kHighBit = 0x80000000;
+
+// The next multiple of the alignment, or the value itself when it is one. The sum of both must fit.
+constexpr std::uint64_t AlignUp(std::uint64_t value, std::uint64_t alignment) {
+    return (value + alignment - 1) / alignment * alignment;
+}
+
+}  // namespace quillon

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "packer/AlignUp.h"
 #include "packer/FileError.h"
 #include "packer/PortableExecutable.h"
 #include "packer/PortableExecutableRecords.h"
@@ -103,7 +102,7 @@ void PortableExecutable::patchHeaders(std::span<std::byte> out, const Placement&
     put(header + pe::kInitializedBytes, initialized);
     put(header + pe::kImageBytes, AlignUp(placement.address + sectionBytes, sectionAlignment));
 
-    // Debuggers find the names of functions, and of sections with long names, in the symbol table behind the sections.
+    // Debuggers find the names of functions, and of sections with long names, in the symbol table after the sections.
     const std::uint32_t symbols = number(header + pe::kSymbolPosition);
     if (symbols > file.size()) {
         put(header + pe::kSymbolPosition, 0);

@@ -1,7 +1,7 @@
 #include "packer/ResourceDirectory.h"
 
 #include "packer/FileError.h"
-#include "packer/ResourceRecords.h"
+#include "packer/PortableExecutableRecords.h"
 #include "platform/LittleEndian.h"
 
 namespace quillon {

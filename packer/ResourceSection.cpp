@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include "packer/AlignUp.h"
 #include "packer/FileError.h"
+#include "packer/PortableExecutableRecords.h"
 #include "packer/ResourceDirectory.h"
-#include "packer/ResourceRecords.h"
 #include "platform/LittleEndian.h"
 
 namespace quillon {

@@ -30,9 +30,9 @@ void CheckOutput(const PackOptions& options) {
     std::error_code ignored;
     const fs::path place = fs::weakly_canonical(fs::absolute(options.output)).parent_path();
     if (fs::equivalent(place, options.folder, ignored)) {
-        throw WrongCommandLine(fmt::format(
-            "{}: lies in the effect's own folder and would be packed the next time; choose another place with -o",
-            options.output.string()));
+        throw WrongCommandLine(
+            fmt::format("{}: is in the effect's folder and would be packed the next time; choose another place with -o",
+                        options.output.string()));
     }
 }
 

@@ -31,7 +31,7 @@ std::string DefaultMatchName(const std::string& name) {
     std::ranges::copy_if(name, std::back_inserter(matchName), [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     });
-    // The prefix alone would be the same for two effects.
+    // Only the prefix would be the same for two effects.
     if (matchName == kMatchNamePrefix)
         throw FileError("FXNAME", "has no letter or digit to make a match name of", "give a MATCH_NAME");
     if (matchName.size() > kLongestIdentityText)

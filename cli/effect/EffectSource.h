@@ -20,9 +20,9 @@ struct EffectSource {
     std::vector<PackageFile> files;
     bool isModule = false;
 
-    // The file that the engine finds by this name, which ignores ASCII case; null when there is none.
+    // The file that the engine finds by this name, which ignores ASCII case; null when it is missing.
     const PackageFile* find(std::string_view name) const;
-    // Its text as the engine sees it, up to the first zero byte; empty when there is none.
+    // Its text as the engine sees it, up to the first zero byte; empty when it is missing.
     std::string textOf(std::string_view name) const;
     // Its path, for messages; of a missing file the path where it should be. In a module it is "MODULE/FILE".
     std::string pathOf(std::string_view name) const;

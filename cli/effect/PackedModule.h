@@ -9,7 +9,8 @@
 namespace quillon::cli {
 
 // An effect loaded as a host loads it: from the module that the user gave, or from one that its folder is packed into,
-// under a temporary name. Stays loaded as long as its file can be removed meanwhile, else as long as this object.
+// under a temporary name. Stays loaded until the process ends when its file can be removed before, and otherwise while
+// this object lives.
 class PackedModule {
 public:
     // Throws EffectFault when the effect cannot be packed, and a Fault when the module cannot be made or loaded.

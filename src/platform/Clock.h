@@ -1,10 +1,14 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 
 namespace quillon {
 
-// A counter of milliseconds from an arbitrary start, which wraps.
-std::uint32_t TickMilliseconds();
+// Milliseconds since an arbitrary moment; wraps after 49 days.
+inline std::uint32_t TickMilliseconds() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
 
 }  // namespace quillon

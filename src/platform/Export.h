@@ -1,6 +1,6 @@
 #pragma once
 
-// In front of a function of a module that the system's loader shall find by its name.
+// Marks a function of a module that the system's loader finds by its name.
 #if defined(_WIN32)
 #define QUILLON_EXPORT __declspec(dllexport)
 #else

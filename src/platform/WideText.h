@@ -5,12 +5,14 @@
 
 namespace quillon {
 
-// File and key names are wide inside the system and bytes outside of it. A byte and the character of the same number
-// stand for each other, whatever the locale, so that every name survives the way there and back.
+// Names of files and keys are wide inside the engine and bytes outside. A byte becomes the character of the same number
+// and the other way round, in every locale, so that no name changes on the way.
+
+// One character for each byte.
 
 std::wstring WidenBytes(std::string_view bytes);
 
-// A character above 255 stands for no byte and becomes '?'.
+// One byte for each character; a character above 255 has no byte and becomes '?'.
 std::string NarrowToBytes(std::wstring_view text);
 
 }  // namespace quillon

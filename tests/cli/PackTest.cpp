@@ -84,7 +84,7 @@ TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
          "pack fx -o a.so",
          "fx/config.xml:2: error: not XML as effects need"},
         {{{"fx.js", ""}}, "pack fx -o a.dll", "quillon: error: a.dll: modules end in .so for Linux and in .aex", 2},
-        {{{"fx.js", ""}}, "pack fx -o fx/a.so", "quillon: error: fx/a.so: lies in the effect's own folder", 2},
+        {{{"fx.js", ""}}, "pack fx -o fx/a.so", "quillon: error: fx/a.so: is in the effect's folder", 2},
         {{{"fx.js", ""}}, "pack fx/fx.js -o a.so", "quillon: error: fx/fx.js: is not a folder"},
     };
     for (const Row& row : kRows) {

@@ -19,7 +19,7 @@ namespace {
 
 using Bytes = std::vector<std::byte>;
 
-// The dumps of the page by the name behind their fence.
+// The dumps of the page by the name after their fence.
 std::map<std::string, Bytes> DumpsOfThePage() {
     std::ifstream page(SourceFolder() / "docs" / "package-format.md");
     std::map<std::string, Bytes> dumps;

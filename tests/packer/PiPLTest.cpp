@@ -40,13 +40,13 @@ TEST(PiPLTest, DescribesAnEffectByteForByte) {
 
 TEST(PiPLTest, PadsTextsToWholeWordsWithTheirLengthByte) {
     const std::pair<std::size_t, char> kRows[] = {{3, 4}, {4, 8}, {31, 32}};
-    for (const auto& [letters, told] : kRows) {
+    for (const auto& [letters, length] : kRows) {
         EffectIdentity identity = kIdentity;
         identity.name.assign(letters, 'n');
         const std::string bytes = TextOf(MakePiPL(identity));
-        EXPECT_EQ(bytes[30 + 12], told) << letters;
+        EXPECT_EQ(bytes[30 + 12], length) << letters;
         EXPECT_EQ(bytes.substr(46, 1 + letters), static_cast<char>(letters) + identity.name);
-        EXPECT_EQ(bytes.substr(46 + static_cast<std::size_t>(told), 8), "MIB8gtac") << letters;
+        EXPECT_EQ(bytes.substr(46 + static_cast<std::size_t>(length), 8), "MIB8gtac") << letters;
     }
 }
 
