@@ -127,7 +127,7 @@ void AEQuillon2::unlockGL() {
     GLLockScope::Leave(gl.get());
 }
 
-// Places in the order of operations that nothing stands behind.
+// These keep their places in the order of operations and do nothing.
 bool AEQuillon2::reservedHook6(bool) {
     return true;
 }

@@ -103,7 +103,7 @@ void AEQuillon2::setLayerPixels(std::uint32_t index, const void* pixels, std::ui
         context.CurrentSequence().setInput(image);
         return;
     }
-    // The texture is the declaration's, shared by all instances; its GL name goes to this instance's copy alone.
+    // The texture is the declaration's, shared by all instances; its GL name goes only to this instance's copy.
     Parameter* parameter = parameterInfo(index);
     Texture& texture = context.FindTexture(parameter->texture);
     if (!texture.textureName) return;

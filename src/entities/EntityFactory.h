@@ -9,8 +9,8 @@
 
 namespace quillon {
 
-// The factory of one entity type. Entities live by value in the map's nodes, so that an address holds as long as its
-// entity does.
+// The factory of one entity type. Entities live by value in the map's nodes, so that an address is valid while its
+// entity lives.
 template <class T, std::uint32_t tag>
 class EntityFactory : public Factory {
 public:

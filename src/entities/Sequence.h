@@ -15,10 +15,10 @@ class Context;
 // Sequence goes. The two operations need the GL lock.
 class Sequence final : public ParametersHolder {
 public:
-    // `context` is null for the Sequence that stands for a missing one.
+    // `context` is null for the Sequence that takes the place of a missing one.
     explicit Sequence(Context* context) : owner(context) {}
 
-    // False for the Sequence that stands for a missing one: nothing may be written to it.
+    // False for the Sequence that takes the place of a missing one: nothing may be written to it.
     bool exists() const { return owner != nullptr; }
 
     // Stores time and extent, and makes sure of an output target of the image's extent and depth. Its storage is

@@ -27,11 +27,11 @@ bool rewriteTexture2D(std::string& text);
 bool rewriteTexture2DLod(std::string& text);
 bool rewriteTextureCube(std::string& text);
 
-// What must stand around a word for tokenFinder to accept it.
+// What must be around a word for tokenFinder to accept it.
 enum class TokenMode {
     definition,  // white space before; "(" after, white space between allowed
     call,        // white space or one of ( + - / * = before; "(" after, white space between allowed
-    type,        // before as call; white space right after, or "." behind any white space
+    type,        // before as call; white space right after, or "." after any white space
 };
 
 // The position of the first acceptable occurrence of `word` at or after `start`; npos when there is none. A word at

@@ -5,7 +5,7 @@ namespace quillon {
 class OpenGLContext;
 
 // Takes the GL lock for its lifetime: see OpenGLContext for the order. Scopes may nest on one thread, but each leave
-// makes no context current, so that nothing of GL may be called behind an inner scope.
+// makes no context current, so that nothing of GL may be called after an inner scope.
 class GLLockScope {
 public:
     // `context` may be null, which holds nothing.

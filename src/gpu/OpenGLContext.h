@@ -30,7 +30,7 @@ public:
     // system has no OpenGL at all; throws OpenGLFault 1. A context that the driver refuses shows in makeCurrent().
     int create();
 
-    // Deletes the context; the object can be asked for it afterwards, and says no. 0, or throws OpenGLFault 2.
+    // Deletes the context; makeCurrent() fails from then on. 0, or throws OpenGLFault 2.
     int destroy();
 
     int makeCurrent();  // 0, or kMakeCurrentFailed

@@ -30,7 +30,7 @@ public:
     // The kind's factory, in entities/Factories.h.
     class Factory;
 
-    // In front of every stage, as a string of its own.
+    // Comes before every stage, as a separate string.
     static constexpr const char* kPreamble = "#define SWIZZLE gbar\n#define QUILLON 1\n";
     static constexpr int kPreambleLines = 2;
 

@@ -56,7 +56,7 @@ void DrawLine(std::string_view line, int y) {
     glCallLists(static_cast<GLsizei>(line.size()), GL_UNSIGNED_BYTE, line.data());
 }
 
-// From the top down, as many lines as there is height for. A run of line feeds ends one line, and what stands behind
+// From the top down, as many lines as there is height for. A run of line feeds ends one line, and what comes after
 // the last line feed is not drawn.
 void DrawLines(std::string_view text, int lineCount) {
     int y = kLineHeight * lineCount + kBaseline;
@@ -75,7 +75,7 @@ void DrawLines(std::string_view text, int lineCount) {
 }  // namespace
 
 void textOverlay(const std::string& text) {
-    // Never initialized, and so the framebuffer 0 with no extent: that glOrtho refuses the empty range is of no matter.
+    // Never initialized, and so the framebuffer 0 with no extent. That glOrtho refuses the empty range does no harm.
     static const RenderTarget kTarget;
     const int width = static_cast<int>(kTarget.width);
     const int height = static_cast<int>(kTarget.height);
