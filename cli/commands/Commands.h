@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -75,5 +76,18 @@ struct ChartOptions {
 
 // `quillon chart`: writes the tool's test picture and prints its path.
 int RunChart(const ChartOptions& options);
+
+struct NewOptions {
+    std::filesystem::path folder;  // of the new effect, whose name is its last part
+    std::filesystem::path from;
+    std::filesystem::path common;
+    std::map<std::string, std::filesystem::path> buffers;  // by "a" to "d"
+    std::vector<std::string> exposed;                      // names of #define lines
+    std::vector<std::string> channels;                     // PASS:N=SOURCE
+};
+
+// `quillon new`: makes the folder of a new effect from a shader file, and prints its path. What is carried over in
+// another form is a warning. A file that cannot be carried over, or whose shaders do not compile, leaves no folder.
+int RunNew(const NewOptions& options);
 
 }  // namespace quillon::cli

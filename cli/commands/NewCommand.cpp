@@ -1,0 +1,100 @@
+#include "cli/commands/Commands.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <fstream>
+#include <span>
+#include <stdexcept>
+
+#include "cli/diagnostics/PrintLine.h"
+#include "cli/effect/EffectSource.h"
+#include "cli/effect/HostRun.h"
+#include "cli/effect/LinkedEngine.h"
+#include "cli/effect/PackedModule.h"
+#include "cli/import/Import.h"
+#include "packer/FileError.h"
+#include "packer/WholeFile.h"
+
+namespace quillon::cli {
+
+namespace {
+
+std::vector<PackageFile> PackageFiles(const std::vector<ImportedFile>& files) {
+    std::vector<PackageFile> packed;
+    for (const ImportedFile& file : files) {
+        const auto bytes = std::as_bytes(std::span(file.content));
+        packed.push_back({file.name, {bytes.begin(), bytes.end()}});
+    }
+    std::ranges::sort(packed, {}, &PackageFile::name);
+    return packed;
+}
+
+// What the engine finds wrong when it starts the effect: it compiles the shaders and runs setup().
+Diagnostics Rehearse(const EffectSource& source) {
+    const PackedModule packed(source);
+    const host::HostSettings settings;
+    HostRun rehearsal(LinkedEngine::WithPackageOf(packed.effect()), settings);
+    LinkedEngine::Listen();
+    try {
+        rehearsal.start();
+    } catch (const std::runtime_error& error) {
+        const Diagnostics faults = LinkedEngine::TakeFaults(source);
+        if (!faults.empty()) return faults;
+        return {{.path = source.path.generic_string(), .text = error.what(), .kind = Diagnostic::Kind::render}};
+    }
+    LinkedEngine::RequireOpenGL();
+    return LinkedEngine::TakeFaults(source);
+}
+
+// The folder appears with all of its files, or not at all.
+void WriteFolder(const std::filesystem::path& folder, const std::vector<PackageFile>& files) {
+    const std::filesystem::path part = folder.string() + ".part";
+    std::error_code ignored;
+    std::filesystem::remove_all(part, ignored);
+    try {
+        std::filesystem::create_directory(part);
+        for (const PackageFile& file : files) WriteWholeFile(part / file.name, file.bytes);
+        std::filesystem::rename(part, folder);
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::filesystem::remove_all(part, ignored);
+        throw Fault(fmt::format("{}: cannot be made: {}", folder.string(), error.code().message()));
+    } catch (const FileError& error) {
+        std::filesystem::remove_all(part, ignored);
+        throw Fault(error.what());
+    }
+}
+
+}  // namespace
+
+int RunNew(const NewOptions& options) {
+    const std::filesystem::path folder =
+        options.folder.filename().empty() ? options.folder.parent_path() : options.folder;
+    const std::string name = folder.filename().string();
+    if (name.empty() || name == "." || name == "..")
+        throw WrongCommandLine(fmt::format("{}: no name for a folder", options.folder.string()));
+    std::error_code ignored;
+    if (std::filesystem::exists(folder, ignored))
+        throw Fault(fmt::format("{}: is there already; give another name, or remove it first", folder.string()));
+
+    const ImportedEffect effect = ImportShader({.name = name,
+                                                .from = options.from,
+                                                .common = options.common,
+                                                .buffers = options.buffers,
+                                                .exposed = options.exposed,
+                                                .channels = options.channels});
+    if (effect.files.empty()) throw EffectFault(effect.findings);
+    const EffectSource source{folder, PackageFiles(effect.files)};
+    Diagnostics faults = Rehearse(source);
+    if (!faults.empty()) {
+        for (Diagnostic& fault : faults) fault = InAuthorsFile(fault, effect.plan);
+        faults.insert(faults.end(), effect.findings.begin(), effect.findings.end());
+        throw EffectFault(faults);
+    }
+    PrintWarnings(effect.findings);
+    WriteFolder(folder, source.files);
+    PrintLine(stdout, folder.string());
+    return 0;
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,112 @@
+#include "cli/import/GlslWalk.h"
+
+#include <algorithm>
+
+namespace quillon::cli {
+
+namespace {
+
+const std::string kNothing;
+constexpr int kDeepestNesting = 200;
+
+}  // namespace
+
+GlslWalk::GlslWalk(GlslTokens& shaderTokens, const std::map<std::string, GlslType>& globals,
+                   ImportFindings& importFindings)
+    : tokens(shaderTokens), findings(importFindings), scopes(1) {
+    for (const auto& [name, type] : globals) scopes[0][name] = {type};
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (tokens[i].isSignificant() && !tokens[i].isDirective && !tokens[i].text.empty()) places.push_back(i);
+    }
+}
+
+GlslWalk::Level::Level(int& levels) : depth(levels) {
+    if (++depth <= kDeepestNesting) return;
+    --depth;
+    throw Stop();
+}
+
+void GlslWalk::run() {
+    readMacros();
+    while (at < places.size()) {
+        const std::size_t start = at;
+        try {
+            global();
+        } catch (const Stop&) {
+            scopes.resize(1);
+            breakable.clear();
+            recover();
+        }
+        if (at == start) ++at;
+    }
+}
+
+// #define lines: those with arguments have no type, the others the type of what they stand for.
+void GlslWalk::readMacros() {
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (!tokens[i].isDirective || tokens[i].source != "define") continue;
+        const std::size_t name = NextSignificant(tokens, i + 1);
+        if (name >= tokens.size() || !tokens[name].isDirective) continue;
+        if (name + 1 < tokens.size() && tokens[name + 1].source == "(") {
+            functionMacros.insert(tokens[name].source);
+            continue;
+        }
+        Macro macro;
+        for (std::size_t k = name + 1; k < tokens.size() && tokens[k].isDirective; ++k) {
+            macro.body.push_back(tokens[k]);
+            macro.body.back().isDirective = false;
+        }
+        macros[tokens[name].source] = macro;
+    }
+}
+
+const std::string& GlslWalk::peek(std::size_t ahead) const {
+    return at + ahead < places.size() ? tokens[places[at + ahead]].source : kNothing;
+}
+
+bool GlslWalk::isWord(std::size_t ahead) const {
+    return at + ahead < places.size() && tokens[places[at + ahead]].kind == GlslToken::Kind::word;
+}
+
+bool GlslWalk::take(std::string_view source) {
+    if (at >= places.size() || peek() != source) return false;
+    ++at;
+    return true;
+}
+
+void GlslWalk::expect(std::string_view source) {
+    if (!take(source)) throw Stop();
+}
+
+int GlslWalk::lineHere() const {
+    return places.empty() ? 1 : tokens[places[std::min(at, places.size() - 1)]].line;
+}
+
+void GlslWalk::clear(std::size_t firstPlace, std::size_t lastPlace) {
+    for (std::size_t i = firstPlace; i <= lastPlace && i < places.size(); ++i) token(i).text.clear();
+}
+
+std::string GlslWalk::textOf(const Node& node) const {
+    std::string text;
+    for (std::size_t i = places[node.first]; i <= places[node.last]; ++i) text += tokens[i].text;
+    return text;
+}
+
+void GlslWalk::wrap(const Node& node, const std::string& before, const std::string& after) {
+    token(node.first).text.insert(0, before);
+    token(node.last).text += after;
+}
+
+// Goes behind the statement that is not understood, or in front of the bracket that ends its block.
+void GlslWalk::recover() {
+    int level = 0;
+    while (at < places.size()) {
+        const std::string& mark = peek();
+        if (mark == "{") ++level;
+        if (mark == "}" && --level < 0) return;
+        ++at;
+        if (level == 0 && (mark == ";" || mark == "}")) return;
+    }
+}
+
+}  // namespace quillon::cli

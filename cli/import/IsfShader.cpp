@@ -1,0 +1,168 @@
+#include "cli/import/IsfShader.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "cli/import/ControlNames.h"
+#include "cli/import/GlslConditions.h"
+#include "cli/import/GlslDialect.h"
+#include "cli/import/GlslHelpers.h"
+#include "cli/import/GlslOutline.h"
+#include "cli/import/GlslReads.h"
+#include "cli/import/GlslWalk.h"
+#include "cli/import/ScriptWriter.h"
+#include "cli/import/ShaderText.h"
+#include "cli/import/VertexStage.h"
+
+namespace quillon::cli {
+
+namespace {
+
+class Builder {
+public:
+    Builder(const IsfFile& isf, const IsfVertexFile& vertexFile, const std::string& shaderName,
+            ImportFindings& importFindings)
+        : file(isf), vertex(vertexFile), findings(importFindings) {
+        shader.name = shaderName;
+    }
+
+    PlannedShader build() {
+        fragment = ReadTokens(file.body, file.bodyLine);
+        SettleVersions(fragment);
+        varyings = TakeVaryings(fragment);
+        for (const auto& [name, uniform] : file.renamed) Rename(fragment, name, uniform);
+        words = WordsOf(fragment);
+        if (!vertex.text.empty()) readVertexStage();
+        const DialectResult dialect = translate();
+        const bool needsMain = !dialect.starters.empty() || !stage.vertexMain.empty();
+        if (!FunctionsOf(fragment).contains("main")) findings.refuse(0, "no main(): the file has nothing to draw");
+        const std::string inner = UnusedName(words, "shadeFragment");
+        if (needsMain) Rename(fragment, "main", inner);
+        QuoteMainInComments(fragment);
+
+        GlslTokens comments = ReadTokens(file.before, 1);
+        QuoteMainInComments(comments);
+        ShaderText text;
+        text.add(comments);
+        text.add(TakeLeadingComments(fragment));
+        text.add(head(dialect));
+        text.add(stage.tokens, /*isCommon=*/true);
+        if (!stage.vertexMain.empty()) text.add(PlaceFunction(stage));
+        text.add(fragment);
+        if (needsMain) text.add(ownMain(inner, dialect));
+        shader.text = text.text();
+        shader.originLines = text.origins();
+        shader.common = vertex.findings->file();
+        return std::move(shader);
+    }
+
+private:
+    void readVertexStage() {
+        GlslTokens tokens = ReadTokens(vertex.text, 1);
+        SettleVersions(tokens);
+        for (const auto& [name, uniform] : file.renamed) Rename(tokens, name, uniform);
+        stage = ReadVertexStage(std::move(tokens), words);
+        for (const Varying& varying : stage.varyings) {
+            const auto isSame = [&](const Varying& other) { return other.name == varying.name; };
+            if (std::ranges::none_of(varyings, isSame)) varyings.push_back(varying);
+        }
+        if (stage.vertexMain.empty()) {
+            vertex.findings->refuse(0, "no main(): the vertex shader has nothing to do");
+            return;
+        }
+        const std::set<std::string> stageWords = WordsOf(stage.tokens);
+        words.insert(stageWords.begin(), stageWords.end());
+    }
+
+    DialectResult translate() {
+        DialectOptions options{.own = FunctionsOf(fragment)};
+        for (const PlannedImage& image : file.plan.images) options.pictures.insert(image.name);
+        for (const PlannedTarget& target : file.plan.targets) options.pictures.insert(target.name);
+        for (const auto& [name, type] : file.uniforms) options.globals[name] = *TypeNamed(type);
+        for (const Varying& varying : varyings) {
+            GlslType type = TypeNamed(varying.type).value_or(GlslType{});
+            type.isArray = !varying.array.empty();
+            options.globals[varying.name] = type;
+        }
+        for (const std::string& word : words) {
+            if (const BuiltIn* builtIn = FindBuiltIn(word)) options.globals[word] = *TypeNamed(builtIn->type);
+        }
+        options.globals["isf_FragNormCoord"] = options.globals["vv_FragNormCoord"] = FloatOfSize(2);
+        DialectResult result = Translate(fragment, options, findings);
+        if (stage.vertexMain.empty()) return result;
+        options.globals[stage.corner] = FloatOfSize(2);
+        const std::set<std::string> own = FunctionsOf(stage.tokens);
+        options.own.insert(own.begin(), own.end());
+        const DialectResult ofStage = Translate(stage.tokens, options, *vertex.findings);
+        result.add(ofStage);
+        return result;
+    }
+
+    std::string head(const DialectResult& dialect) {
+        std::string text;
+        for (const PlannedControl& control : file.plan.controls) {
+            if (words.contains(control.uniform)) declare(file.uniforms.at(control.uniform), control.uniform, text);
+        }
+        for (const std::string& word : words) {
+            if (const BuiltIn* builtIn = FindBuiltIn(word)) declare(builtIn->type, word, text);
+        }
+        const auto sampler = [&](const std::string& name) {
+            if (!dialect.usedPictures.contains(name)) return;
+            PlannedSampler planned{.uniform = name, .picture = name};
+            text += fmt::format("uniform sampler2D {};\n", name);
+            if (dialect.reads.sized.contains(name)) {
+                planned.size = dialect.reads.sizes.at(name);
+                declare("vec2", planned.size, text);
+            }
+            shader.samplers.push_back(planned);
+        };
+        for (const PlannedImage& image : file.plan.images) sampler(image.name);
+        for (const PlannedTarget& target : file.plan.targets) sampler(target.name);
+        const std::string place = stage.movesCorners ? stage.corner : "gl_TexCoord[0].st";
+        for (const char* name : {"isf_FragNormCoord", "vv_FragNormCoord"}) {
+            if (words.contains(name)) text += fmt::format("#define {} {}\n", name, place);
+        }
+        if (!stage.vertexMain.empty()) text += fmt::format("vec2 {};\n", stage.corner);
+        if (stage.movesCorners) text += "vec4 vertexPosition;\n";
+        for (const Varying& varying : varyings)
+            text += fmt::format("{} {}{};\n", varying.type, varying.name, varying.array);
+        if (!dialect.usedPictures.empty()) text += dialect.reads.definitions(place);
+        text += HelpersFor(dialect.calls, dialect.own);
+        return text.empty() ? text : text + "\n";
+    }
+
+    void declare(const std::string& type, const std::string& name, std::string& text) {
+        text += fmt::format("uniform {} {};\n", type, name);
+        shader.uniforms.insert(name);
+    }
+
+    std::string ownMain(const std::string& inner, const DialectResult& dialect) const {
+        std::string text = "\nvoid main()\n{\n";
+        for (const std::string& starter : dialect.starters) text += fmt::format("    {}();\n", starter);
+        if (stage.movesCorners)
+            text += fmt::format("    if (!{}()) {{\n        gl_FragColor = vec4(0.0);\n        return;\n    }}\n",
+                                stage.place);
+        else if (!stage.vertexMain.empty())
+            text += fmt::format("    {}();\n", stage.place);
+        return text + fmt::format("    {}();\n}}\n", inner);
+    }
+
+    const IsfFile& file;
+    const IsfVertexFile& vertex;
+    ImportFindings& findings;
+    PlannedShader shader;
+    GlslTokens fragment;
+    std::vector<Varying> varyings;
+    std::set<std::string> words;
+    VertexStage stage;
+};
+
+}  // namespace
+
+PlannedShader WriteIsfShader(const IsfFile& file, const IsfVertexFile& vertex, const std::string& shaderName,
+                             ImportFindings& findings) {
+    return Builder(file, vertex, shaderName, findings).build();
+}
+
+}  // namespace quillon::cli

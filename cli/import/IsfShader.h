@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "cli/import/ImportFindings.h"
+#include "cli/import/IsfHeader.h"
+
+namespace quillon::cli {
+
+// The text of a vertex stage beside an ISF file, and what is found in it.
+struct IsfVertexFile {
+    std::string text{};  // empty: there is none
+    ImportFindings* findings = nullptr;
+};
+
+// The fragment shader that draws all passes of the file, in the engine's dialect. What it cannot carry over goes into
+// `findings`.
+PlannedShader WriteIsfShader(const IsfFile& file, const IsfVertexFile& vertex, const std::string& shaderName,
+                             ImportFindings& findings);
+
+}  // namespace quillon::cli
