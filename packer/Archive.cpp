@@ -26,8 +26,8 @@ struct Writer {
 // The library stamps each file with the present moment, in its local header and in the central directory.
 void EraseDates(std::span<std::byte> archive) {
     constexpr std::size_t kEndBytes = 22, kEntryBytes = 46;
-    constexpr auto& word16 = LoadLittle<std::uint16_t>;
-    constexpr auto& word32 = LoadLittle<std::uint32_t>;
+    const auto& word16 = LoadLittle<std::uint16_t>;
+    const auto& word32 = LoadLittle<std::uint32_t>;
     const std::size_t end = archive.size() - kEndBytes;
     std::size_t entry = word32(archive, end + 16);
     for (std::uint32_t count = word16(archive, end + 10); count > 0; --count) {
