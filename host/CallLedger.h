@@ -37,9 +37,9 @@ public:
     void worldShown(std::shared_ptr<const World> world);
 
     void* objectMade(std::unique_ptr<HostObject> object);
-    // Null when it is none that this selector has, or one of another kind; a null kind fits all.
+    // Null when this selector does not have it, or when it is of another kind; a null kind fits all.
     HostObject* object(const void* reference, const char* kind) const;
-    // False when it is none that this selector has.
+    // False when this selector does not have it.
     bool objectGivenBack(const void* reference) { return objects.erase(reference) != 0; }
 
     // Handles that were made, still live and are not `handedOver`.

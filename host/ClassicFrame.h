@@ -19,7 +19,7 @@ public:
     FrameResult walk();
 
     Answer setup();
-    // Makes the output in the size that setup() left, or tells why it cannot be.
+    // Makes the output in the size that setup() left, or returns why that is not possible.
     const char* makeOutput();
     Answer render();
     Answer setdown();

@@ -18,7 +18,7 @@ bool IsPlace(Reference reference, const char& place) {
 template <class Reference>
 SPErr GivePlace(const CallbackScope& visit, bool isKnown, char& place, Reference* out) {
     if (!visit) return visit.error();
-    if (!isKnown || !out) return visit.refuse("a drawing reference is none");
+    if (!isKnown || !out) return visit.refuse("a drawing reference is invalid");
     *out = reinterpret_cast<Reference>(&place);
     return PF_Err_NONE;
 }

@@ -16,7 +16,8 @@ public:
     // or exports no EntryPointFunc.
     explicit EffectModule(const std::filesystem::path& file);
 
-    // An effect that is linked into this program. `moduleHandle` is what it is told to be: null for the program itself.
+    // An effect that is linked into this program. `moduleHandle` is the handle that the host gives it: null for the
+    // program itself.
     explicit EffectModule(EntryPoint linkedEntry, void* moduleHandle = nullptr)
         : entryPoint(linkedEntry), module(moduleHandle) {}
 

@@ -18,7 +18,7 @@ PF_Err UpdateParamUi(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDe
     if (error == PF_Err_NONE && (!instance || !instance->hasParam(index))) error = PF_Err_INVALID_INDEX;
     visit->session.record([&](Records& records) { records.paramUIUpdates.push_back({index, *def, error}); });
     if (error != PF_Err_NONE) return error;
-    // Its look alone: hosts take no value from here.
+    // Only its look: hosts take no value from here.
     PF_ParamDef& own = instance->param(index);
     own.ui_flags = def->ui_flags;
     std::memcpy(own.PF_DEF_NAME, def->PF_DEF_NAME, sizeof(own.PF_DEF_NAME));

@@ -12,7 +12,7 @@
 
 namespace quillon::host {
 
-// What the host is to get wrong. Each order stands until clear(), but for failNth, which is spent when it has struck.
+// What the host does wrong on command. An order holds until clear(); that of failNth ends when it has struck.
 // A callback that returns no code fails by giving null (handles), and one that returns nothing cannot fail.
 // Any thread may call.
 class Faults {
@@ -22,7 +22,7 @@ public:
     void fail(Callback callback, PF_Err error = kAnyError);
     // The nth call from now on, the next being 1, and no other.
     void failNth(Callback callback, int nth, PF_Err error = kAnyError);
-    // Calls with this key alone, see Callback.
+    // Only calls with this key, see Callback.
     void failKey(Callback callback, std::int64_t key, PF_Err error = kAnyError);
 
     void refuseSuite(const std::string& name);

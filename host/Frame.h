@@ -14,7 +14,7 @@ struct FrameRequest {
     int outputDepth = 0;           // bits a channel; 0: as the input, 8 without one
 
     // Smart route, in the layer's coordinates: the part that the host is after (default: all of the input), and where
-    // the input's top left corner lies.
+    // the input's top left corner is.
     std::optional<PF_LRect> rect{};
     PF_Point inputOrigin{};
 
@@ -43,7 +43,7 @@ struct FrameResult {
     PF_LRect resultRect{};          // smart route
     PF_LRect maxResultRect{};
     A_long renderFlags = 0;
-    A_long width = 0;  // the output's size as asked for, and where the input lies in it
+    A_long width = 0;  // the output's size as asked for, and where the input is in it
     A_long height = 0;
     PF_Point origin{};
 

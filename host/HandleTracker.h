@@ -13,8 +13,8 @@
 
 namespace quillon::host {
 
-// The host's memory handles. What is done wrong with one is told in words through `fault`, which is left alone
-// otherwise; nothing an effect does with a handle, known or not, damages the book. Any thread may call.
+// The host's memory handles. What an effect does wrong with one is reported in words through `fault`, which stays as it
+// is otherwise; nothing an effect does with a handle, known or not, damages the book. Any thread may call.
 class HandleTracker {
 public:
     // Fresh bytes are not zero. Never fails.
@@ -47,7 +47,7 @@ private:
 
     mutable std::mutex mutex;
     std::map<PF_Handle, std::unique_ptr<Block>> blocks;
-    std::deque<PF_Handle> ended;  // kept for a while, so that a second disposal is told from a stranger's
+    std::deque<PF_Handle> ended;  // kept for a while, to tell apart a second disposal and an unknown handle
 };
 
 }  // namespace quillon::host

@@ -4,8 +4,8 @@
 
 namespace quillon::host {
 
-// Every function that the host offers, by one name for faults, hooks and trace. Some carry a key, which tells calls of
-// the same function apart; it is named here, and 0 for the others.
+// Every function that the host offers, by one name for faults, hooks and trace. Some carry a key that distinguishes
+// calls of the same function. The key is named here; it is 0 for the others.
 enum class Callback {
     acquireSuite,  // version
     releaseSuite,  // version

@@ -35,7 +35,7 @@ HostInstance::HostInstance(HostSession& owner, int instanceNumber)
     PF_ParamIndex index = 0;
     for (const PF_ParamDef& def : owner.parameters()) {
         PF_ParamDef& own = params[++index] = def;
-        own.unused = index;  // tells the control from others when the effect hands a copy back
+        own.unused = index;  // identifies the control when the effect hands a copy back
         own.uu.change_flags = PF_ChangeFlag_NONE;
         if (own.param_type == PF_Param_LAYER) own.u = {};
     }

@@ -68,7 +68,7 @@ Answer HostSession::send(const Selector& selector) {
     out.width = selector.presetWidth;
     out.height = selector.presetHeight;
 
-    // One place for each control that the effect believes in: it may look one up that the host has not got.
+    // One place for each control that the effect believes in: it may look one up that the host does not have.
     std::vector<PF_ParamDef> defs;
     std::vector<PF_ParamDef*> params;
     SelectorCall call(*this, selector, out);

@@ -28,9 +28,9 @@ struct Answer {
 };
 
 // A host with one effect loaded. Everything that the effect does is held against the books at the end of each
-// selector; what is wrong is told by violations() and stops nothing.
+// selector; violations() reports what is wrong, and nothing stops.
 //
-// Several threads may send selectors at once, each for instances of its own. Settings, faults and hooks are set, and
+// Several threads may send selectors at once, each for different instances. Settings, faults and hooks are set, and
 // records read, while no selector runs. A session ends without a word to the effect: what is to be set down is set
 // down before.
 class HostSession {
@@ -50,7 +50,7 @@ public:
     HostInstance& duplicate(HostInstance& instance);           // both; values are the original's
     void remove(HostInstance& instance);                       // SEQUENCE_SETDOWN; the instance is gone then
 
-    // An instance that the effect has not heard of. Lives as long as the session.
+    // An instance that the effect does not know yet. Lives until the session ends.
     HostInstance& newInstance();
 
     // The selectors one by one.
@@ -117,7 +117,7 @@ private:
     PF_OutFlags outFlags = 0;
     PF_OutFlags2 outFlags2 = 0;
     std::vector<PF_ParamDef> addedParameters;
-    A_long claimedParams = 1;  // num_params as the effect told it, which may run ahead of the list
+    A_long claimedParams = 1;  // num_params as the effect set it, which may be ahead of the list
     std::deque<std::string> texts;
 
     mutable std::mutex mutex;  // of what follows

@@ -16,7 +16,7 @@ enum class Route {
 // What a session's host is like. Fixed once the session is made.
 struct HostSettings {
     HostKind kind = HostKind::afterEffects;
-    A_short versionMajor = 13;  // of the effect API, as PF_InData tells it
+    A_short versionMajor = 13;  // of the effect API, as in PF_InData
     A_short versionMinor = 9;
     Route route = Route::smart;
 
@@ -33,7 +33,7 @@ struct HostSettings {
     A_long totalTime = 300;
     A_u_long timeScale = 30;
 
-    int rowPaddingPixels = 3;                             // behind each row of the worlds that the session makes
+    int rowPaddingPixels = 3;                             // after each row of the worlds that the session makes
     std::size_t maxWorldBytes = std::size_t{2048} << 20;  // an output asked for beyond it is refused
 
     bool keepsRecords = true;  // false where many frames are made and none is asked about

@@ -6,7 +6,7 @@
 
 namespace quillon::host {
 
-// The host's functions, as tables that live as long as the process. All of them find their session by SelectorCall.
+// The host's functions, as tables that live until the process ends. All of them find their session by SelectorCall.
 
 void FillInteractCallbacks(PF_InteractCallbacks& table);
 PF_UtilCallbacks* UtilCallbacks();

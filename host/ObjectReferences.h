@@ -18,10 +18,10 @@ Reference MakeReference(SelectorCall& call, HostObject object) {
     return static_cast<Reference>(call.books.objectMade(std::make_unique<HostObject>(std::move(object))));
 }
 
-// The object behind a reference; null, and told to the session, when it is none of this kind.
+// The object that a reference names. Null, with a report to the session, when it is not one of this kind.
 inline HostObject* ObjectOf(const CallbackScope& visit, const void* reference, const char* kind) {
     HostObject* const object = visit->books.object(reference, kind);
-    if (!object) visit->violation(std::string("what is passed as ") + kind + " is none");
+    if (!object) visit->violation(std::string("what is passed as ") + kind + " is not one");
     return object;
 }
 

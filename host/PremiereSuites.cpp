@@ -47,7 +47,7 @@ prSuiteError FrameRect(PrTimelineID timeline, prRect* out) {
     const CallbackScope visit(Callback::frameRect);
     if (!visit) return visit.error();
     if (timeline != kTimeline || !out) return visit.refuse("the frame of an unknown timeline is asked for");
-    // Not at 0, so that a size read from one edge alone is seen.
+    // Not at 0, so that a size read from only one edge is seen.
     constexpr csSDK_int32 kLeft = 7, kTop = 5;
     const HostSettings& settings = visit->session.settings();
     out->left = kLeft;

@@ -9,7 +9,7 @@
 
 namespace quillon::host {
 
-// What an effect asked and told, each list in the order of the calls. Kept until cleared, see HostSession.
+// What an effect asked and answered, each list in the order of the calls. Kept until cleared, see HostSession.
 
 struct TraceLine {
     int instance;  // HostInstance::number; 0 for a call that concerns no instance
@@ -77,7 +77,7 @@ struct Records {
     std::vector<PF_CustomUIInfo> registeredUIs;
     std::vector<std::string> optionsButtonNames;
     std::vector<std::string> aegpNames;
-    std::vector<PrPixelFormat> pixelFormats;  // those that stand: a clear empties the list
+    std::vector<PrPixelFormat> pixelFormats;  // those in force: a clear empties the list
     std::vector<A_Time> upstreamTimes;        // of the layer frames rendered
     std::vector<Drawing> drawings;
 

@@ -13,7 +13,7 @@ class HostInstance;
 class HostSession;
 struct SmartWorlds;
 
-// What a selector is called with, beyond what the host always tells.
+// What a selector is called with, beyond what the host always gives.
 struct Selector {
     PF_Cmd cmd = 0;
     HostInstance* instance = nullptr;
@@ -39,16 +39,16 @@ public:
 
     static SelectorCall* Current();  // null outside of any
 
-    // Looks whether the books are right and tells the session what is not.
+    // Checks the ledger and reports to the session what is wrong.
     void close(const PF_InData& in);
 
     PF_ProgPtr effectRef() const;
     void violation(const std::string& text) const;
 
-    // How many bytes may be written here, the closing zero included, as far as the host can tell: it knows the message.
+    // How many bytes may be written here, the closing zero included, as far as the host knows: it knows the message.
     std::size_t roomAt(const char* destination) const;
 
-    // The control at this host index as an effect may have it now; false when there is none.
+    // The control at this host index as an effect may have it now; false without one.
     bool serveParam(PF_ParamIndex index, PF_ParamDef& def);
 
     HostSession& session;
@@ -81,7 +81,7 @@ public:
     SelectorCall* operator->() const { return call; }
     SelectorCall& operator*() const { return *call; }
 
-    // Tells the session and gives the code to answer with.
+    // Reports to the session and gives the code to answer with.
     PF_Err refuse(const std::string& why) const;
 
 private:

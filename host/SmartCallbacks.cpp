@@ -45,7 +45,7 @@ PF_Err CheckoutLayer(PF_ProgPtr effectRef, PF_ParamIndex index, A_long id, const
     return error;
 }
 
-// The part of the layer that was checked out, as a world of its own where it is not the whole layer.
+// The part of the layer that was checked out, as a separate world where it is not the whole layer.
 void MakePixels(SmartWorlds& worlds, SmartWorlds::Checkout& checkout, const SelectorCall& call) {
     const HostInstance& instance = *call.selector.instance;
     const std::shared_ptr<World> layer = worlds.layerPixels(instance, checkout.index);

@@ -22,7 +22,7 @@ struct SmartWorlds {
     std::shared_ptr<World> output;         // null in the size phase
     PF_EffectWorld outputRecord{};
 
-    // Where a layer's pixels lie, in the layer's own coordinates; empty when it has none.
+    // Where a layer's pixels are, in the layer's coordinates; empty without pixels.
     PF_LRect layerRect(const HostInstance& instance, PF_ParamIndex index) const;
     std::shared_ptr<World> layerPixels(const HostInstance& instance, PF_ParamIndex index) const;
 };
@@ -39,7 +39,7 @@ public:
     FrameResult walk();
 
     Answer preRender();
-    // Makes the output of the size phase's result rectangle, or tells why it cannot be.
+    // Makes the output of the size phase's result rectangle, or returns why that is not possible.
     const char* makeOutput();
     // As makeOutput() has prepared it; without an output the effect gets none.
     Answer render();

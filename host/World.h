@@ -10,8 +10,8 @@
 namespace quillon::host {
 
 // A picture in the host's memory: rows from the top, padded, pixels A, R, G, B at 8, 16 (0 to 32768) or 32 (float) bits
-// a channel. Padding and a strip before and behind the rows hold guard bytes that nobody may change. Fresh pixels
-// consist of kUnwrittenByte, so that what an effect did not write can be told.
+// a channel. Padding and a strip before and after the rows hold guard bytes that nobody may change. Fresh pixels
+// consist of kUnwrittenByte, which shows what an effect did not write.
 //
 // Several threads may use different worlds, or read the same one.
 class World {
@@ -38,16 +38,16 @@ public:
     // The reverse; the length must be that of tightBytes().
     void write(std::span<const std::byte> tight);
 
-    // Part of it as a world of its own: pixels outside of this one are 0.
+    // Part of it as a separate world: pixels outside of this one are 0.
     std::shared_ptr<World> cut(const PF_LRect& area, int rowPaddingPixels) const;
 
-    // As an effect is told of it. Valid as long as the world lives.
+    // As an effect gets it. Valid until the world ends.
     PF_EffectWorld record() const;
 
     bool areGuardsIntact() const;
 
     // The depth of the living world with these pixels; 0 when no world has them. An effect hands copies of records
-    // around, so a world is known by its pixels alone.
+    // around, so a world is known only by its pixels.
     static int DepthOf(const void* pixels);
 
     static std::size_t BytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels);

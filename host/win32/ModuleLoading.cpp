@@ -23,8 +23,8 @@ std::string WordsOf(DWORD error) {
 }  // namespace
 
 void* LoadModule(const std::filesystem::path& file, std::string& reason) {
-    // The system shows a box for some damaged modules unless told not to. An absolute name is not searched for, and
-    // lets the module's own folder serve what it needs.
+    // The system shows a box for some damaged modules unless it is asked not to. An absolute name is not searched for,
+    // and lets the module's own folder serve what it needs.
     DWORD errorMode = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &errorMode);
     const std::filesystem::path name = std::filesystem::absolute(file).make_preferred();

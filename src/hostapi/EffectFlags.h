@@ -2,7 +2,7 @@
 
 #include "hostapi/BaseTypes.h"
 
-// What an effect tells the host about itself: PF_OutData's out_flags and out_flags2, and the same words in the PiPL.
+// What an effect says about itself to the host: PF_OutData's out_flags and out_flags2, and the same words in the PiPL.
 
 typedef A_long PF_InFlags;
 typedef A_long PF_OutFlags;

@@ -122,7 +122,7 @@ struct PF_EventExtra {
     PF_EventType e_type;
     PF_EventUnion u;
     PF_EffectWindowInfo effect_win;
-    PF_EventCallbacks cbs;  // by value; as a pointer the two flag words would lie 64 bytes earlier
+    PF_EventCallbacks cbs;  // by value; as a pointer the two flag words would be 64 bytes earlier
     PF_EventInFlags evt_in_flags;
     PF_EventOutFlags evt_out_flags;
 };

@@ -2,7 +2,8 @@
 
 // The effect API as its hosts speak it: the only header of this folder that other folders include. With
 // QUILLON_VENDOR_HEADERS defined the vendor's own headers take the place of the records here; the names are the same.
-// A field, an entry or a constant of the API has its meaning from the API; what is told here is shape and doubt.
+// A field, an entry or a constant of the API has its meaning from the API; the comments here give only shapes, and what
+// is uncertain.
 
 #ifdef QUILLON_VENDOR_HEADERS
 #include "hostapi/VendorHeaders.h"

@@ -6,7 +6,7 @@
 #include "hostapi/Sound.h"
 #include "hostapi/UtilCallbacks.h"
 
-// What the host tells with every selector.
+// What the host gives with every selector.
 struct PF_InData {
     PF_InteractCallbacks inter;
     PF_UtilCallbacks* utils;

@@ -30,7 +30,7 @@ struct PF_FixedSliderDef {
     A_short display_flags;
 };
 
-// Degrees. Hosts leave the limits alone.
+// Degrees. Hosts ignore the limits.
 struct PF_AngleDef {
     PF_Fixed value;
     PF_Fixed dephault;

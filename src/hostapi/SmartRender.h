@@ -26,7 +26,7 @@ struct PF_CheckoutResult {
     A_long reserved[6];
 };
 
-// Hosts from before GPU rendering end their record after `bitdepth`: read nothing behind it.
+// Hosts from before GPU rendering end their record after `bitdepth`: read nothing after it.
 struct PF_PreRenderInput {
     PF_RenderRequest output_request;
     A_short bitdepth;

@@ -2,7 +2,7 @@
 
 #include "hostapi/BaseTypes.h"
 
-// Nothing here makes sound, but a PF_SoundWorld lies by value in PF_InData and in PF_OutData. Were the three small
+// Nothing here makes sound, but a PF_SoundWorld is part of PF_InData and in PF_OutData. Were the three small
 // fields 32 bits wide, the world would take 40 bytes and move pica_basicP and out_flags2 by 8.
 
 struct PF_SoundFormatInfo {

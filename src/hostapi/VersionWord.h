@@ -2,7 +2,7 @@
 
 #include "hostapi/BaseTypes.h"
 
-// The bits of an effect's version word, PF_OutData's my_version. The major number is split: its low three bits lie
+// The bits of an effect's version word, PF_OutData's my_version. The major number is split: its low three bits are
 // below bit 22, the rest from bit 26 on.
 
 enum : A_u_long {

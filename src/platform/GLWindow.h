@@ -7,7 +7,7 @@ namespace quillon {
 
 // The system's side of the private OpenGL context: a surface that nobody sees and the one compatibility context that
 // draws on it. On Windows it is a hidden window with WGL, elsewhere an EGL pixel buffer without a window. The surface
-// lives as long as the process, whichever thread opened it.
+// lives until the process ends, whichever thread opened it.
 //
 // The context is current on one thread at a time. On another thread makeCurrent() then fails at once, without waiting.
 // Nothing here locks; OpenGLContext does.

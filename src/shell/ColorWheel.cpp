@@ -16,7 +16,7 @@ namespace quillon {
 
 namespace {
 
-// Below this line of the control's frame lies the strip of alpha.
+// Below this line of the control's frame is the strip of alpha.
 constexpr float kAlphaStripTop = 118;
 constexpr auto kClickTool = static_cast<PF_ExtendedSuiteTool>(14);
 constexpr float kMarkerRadius = 4;

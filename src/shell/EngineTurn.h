@@ -27,7 +27,7 @@ public:
     IPlugin& operator*() const { return engine; }
     IPlugin* operator->() const { return &engine; }
 
-    // Tells the engine the composition's extent and pixel aspect that the block holds.
+    // Gives the engine the composition's extent and pixel aspect from the block.
     void setComposition() const;
 
 private:

@@ -5,13 +5,13 @@
 namespace quillon {
 
 enum class EventVerdict {
-    ignored,  // not ours: the event stays as it is
-    handled,  // ours by its place, with nothing to do
+    ignored,  // for somebody else: the event stays as it is
+    handled,  // for the effect, with nothing to do
     wanted,   // for the color wheel
 };
 
-// Whether an event is for the effect: by its control's host index, which lies from the first COLOR up to the first
-// POINT, and wants a wheel when it is listed. Without a POINT no index lies there.
+// Whether an event is for the effect. The host index of its control must be at least that of the first COLOR and below
+// that of the first POINT; without a POINT no index is. A listed control wants the wheel.
 EventVerdict JudgeEvent(const PF_EventExtra& extra);
 
 }  // namespace quillon

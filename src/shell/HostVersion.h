@@ -10,7 +10,7 @@ inline bool IsPremiere(const PF_InData& in) {
     return in.appl_id == kPremiereId;
 }
 
-// Major and minor number are each compared by itself: 14.0 is not "from 13.9 on". It is meant so.
+// Major and minor number are each compared by itself: 14.0 is not "from 13.9 on". This is intended.
 inline bool IsAfterEffectsFrom13_9(const PF_InData& in) {
     return !IsPremiere(in) && in.version.major >= 13 && in.version.minor >= 9;
 }

@@ -8,7 +8,7 @@
 namespace quillon {
 
 // How the script's order of controls relates to the host's: one for the process, as the list is the same for all
-// instances. Host index 0 is the effect's own input; 0 stands for "none" below.
+// instances. Host index 0 is the effect's own input; 0 means "none" below.
 struct ParameterMaps {
     std::map<std::uint32_t, std::uint32_t> hostIndexOfParam;  // by declaration index; written at the registration
     std::map<std::uint32_t, std::uint32_t> paramOfHostIndex;  // filled by refreshParamUI, and no value passes before

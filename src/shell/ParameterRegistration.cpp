@@ -30,7 +30,7 @@ void FillFloat(PF_ParamDef& def, const Parameter& parameter) {
     slider.curve_tolerance = 0.05f;
 }
 
-// The third axis reads the second float, whatever was declared for it. It is meant so.
+// The third axis reads the second float, whatever was declared for it. This is intended.
 void FillPoint(PF_ParamDef& def, const Parameter& parameter) {
     PF_Point3DDef& point = def.u.point3d_d;
     point.x_value = point.x_dephault = parameter.floatAt(0);

@@ -76,7 +76,7 @@ private:
 
 // Checks out the value of every control that is not hidden; without layers, LAYER, TEXTURE and PATH are left out too.
 // After a failing checkout no more are made, but the check-ins go on, and the instance keeps its earlier values. A
-// control has a value only after the first refreshParamUI of the process, which tells host indices apart.
+// control has a value only after the first refreshParamUI of the process, which fills the map of host indices.
 ParameterSweep readAllParameters(PF_InData& in, bool withLayers, SuiteCache& cache);
 
 // Carries one host value into the instance of in_data's block, under the same condition. A layer needs the GL lock,

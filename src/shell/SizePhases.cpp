@@ -40,7 +40,7 @@ namespace {
 constexpr A_long kProbeId = 0x123455;
 constexpr A_long kPixelsId = 0x123456;
 
-// A width in the layer's pixel aspect, rounded like scaleBy.
+// A width in the layer's pixel aspect, rounded like ScaleBy.
 std::uint32_t ScaleByAspect(std::uint32_t width, const PF_RationalScale& aspect) {
     const std::uint32_t denominator = aspect.den;
     if (denominator == 0) return width;

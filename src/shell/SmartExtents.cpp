@@ -52,7 +52,7 @@ void AnswerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const 
     }
     output.result_rect = UnionOf(output.result_rect, layer);
     output.max_result_rect = UnionOf(output.max_result_rect, layer);
-    // At the right and at the bottom equality counts as reaching past the request. It is meant so.
+    // At the right and at the bottom equality counts as reaching past the request. This is intended.
     const bool reachesPast = layer.left < requested.left || layer.top < requested.top ||
                              layer.right >= requested.right || layer.bottom >= requested.bottom;
     if (reachesPast) output.flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;

@@ -11,9 +11,9 @@ FrameExtent ExtentOf(const PF_LRect& rect);
 // The smallest rectangle around both. An empty one is left out of account.
 PF_LRect UnionOf(const PF_LRect& a, const PF_LRect& b);
 
-// Tells the host what it will get. `layer` is the input's largest rectangle, `asked` the script's output. Another
-// extent than the layer's stands centered on the layer; the flag for extra pixels says that more may come back than
-// was requested.
+// Fills the host's record with the rectangles that it will get. `layer` is the input's largest rectangle, `asked` the
+// extent of the script's output. An extent other than the layer's is centered on the layer. The flag for extra pixels
+// says that more may come back than was requested.
 void AnswerExtents(PF_PreRenderOutput& output, const PF_LRect& requested, const PF_LRect& layer, FrameExtent asked);
 
 }  // namespace quillon

@@ -16,7 +16,7 @@ struct WorldPixels {
 
 // As "PF Pixel Data Suite" says; the depth is that of the getter that answered.
 WorldPixels PixelsOf(const SuiteHold<PF_PixelDataSuite1>& suite, PF_EffectWorld& world);
-// The same with a suite of its own. Throws the int 13 without one.
+// The same; acquires and releases the suite. Throws the int 13 without one.
 WorldPixels PixelsOf(PF_InData& in, PF_EffectWorld& world);
 
 // Bits per channel of a world by its pixel format; 0 when the format is unknown or the host has no suite for it. Under

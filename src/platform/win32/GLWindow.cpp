@@ -48,7 +48,7 @@ void MakeWindow(WindowOrder& order) {
 }
 
 // The thread that owns the window. The system destroys a window with the thread that made it, and a host may end the
-// thread that it starts the effect on, so this one lives as long as the process. It waits for a message that nobody
+// thread that it starts the effect on, so this one lives until the process ends. It waits for a message that nobody
 // posts. Meanwhile the system answers what is sent to all windows, as a changed setting, whose sender would otherwise
 // wait for us. No code of the module runs after the start, so that a host can unload the module.
 DWORD WINAPI OwnWindow(void* parameter) {
