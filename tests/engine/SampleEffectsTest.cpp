@@ -64,8 +64,9 @@ TEST_P(SampleEffect, KeepsNoMoreFrameByFrame) {
     EXPECT_EQ(eval(nextIds), ids);
 }
 
-INSTANTIATE_TEST_SUITE_P(, SampleEffect, ::testing::Values("clouds", "displace", "echo", "fringe", "glow", "grade", "grain", "halftone", "ink",
-                                           "kaleidoscope", "lens", "matte", "mosaic", "palette", "streaks"),
+INSTANTIATE_TEST_SUITE_P(, SampleEffect,
+                         ::testing::Values("clouds", "displace", "echo", "fringe", "glow", "grade", "grain", "halftone",
+                                           "ink", "kaleidoscope", "lens", "matte", "mosaic", "palette", "streaks"),
                          [](const auto& entry) { return std::string(entry.param); });
 
 }  // namespace quillon::test
