@@ -31,7 +31,7 @@ void PrintTo(const FaultCase& faultCase, std::ostream* out) {
     *out << faultCase.name;
 }
 
-const FaultCase kFaultCases[] = {
+const FaultCase kCases[] = {
     {"config_that_ends_early", kGood, kCopyFragment,
      "fx/config.xml:2: error: not XML as effects need it: unexpected end of data [config]\n", "<A>1</A>\n<B>2\n"},
     {"config_with_a_broken_tag_behind_changed_text", kGood, kCopyFragment,
@@ -93,7 +93,7 @@ TEST_P(Faults, AreToldWithTheAuthorsOwnLine) {
     EXPECT_EQ(list(), (std::vector<std::string>{"fx", "in.argb"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Effects, Faults, ::testing::ValuesIn(kFaultCases),
+INSTANTIATE_TEST_SUITE_P(Effects, Faults, ::testing::ValuesIn(kCases),
                          [](const auto& test) { return test.param.name; });
 
 class FolderFaults : public ToolTest {};

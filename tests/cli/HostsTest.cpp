@@ -39,7 +39,7 @@ void PrintTo(const HostCase& hostCase, std::ostream* out) {
 }
 
 // The input has 40x20 pixels.
-const HostCase kHostCases[] = {
+const HostCase kCases[] = {
     {"smart", "", 40, 20, {40020, 20005, 1012}},
     {"classic_is_a_pixel_smaller", "--route classic", 39, 19, {40020, 20005, 1012}},
     {"premiere_keeps_the_size_around_it", "--host premiere", 40, 20, {40020, 20005, 1012}},
@@ -63,8 +63,7 @@ TEST_P(Hosts, SizeAndTellTheFrame) {
     for (std::size_t i = 0; i < 3; ++i) EXPECT_FLOAT_EQ(pixels[middle + i + 1], hostCase.shown[i]) << i;
 }
 
-INSTANTIATE_TEST_SUITE_P(Options, Hosts, ::testing::ValuesIn(kHostCases),
-                         [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(Options, Hosts, ::testing::ValuesIn(kCases), [](const auto& test) { return test.param.name; });
 
 using Host = ToolTest;
 

@@ -43,7 +43,7 @@ void PrintTo(const ValueCase& valueCase, std::ostream* out) {
 
 const std::string kChoices = "QL_setParamChoices(control, 'Normal|3|Add');";
 
-const ValueCase kValueCases[] = {
+const ValueCase kCases[] = {
     {"number_by_label", "FLOAT", "float", "", "--set \"The label=1e-3\"", {1e-3f, 1e-3f, 1e-3f, 1e-3f}},
     {"position_in_space", "POINT", "vec3", "", "--set \"value= 1, 2, 3\"", {1, 2, 3, 0}},
     {"color", "COLOR", "vec4", "", "--set value=0.25,0.5,2", {0.25f, 0.5f, 2, 1}},
@@ -70,7 +70,7 @@ TEST_P(Values, ReachTheShader) {
     for (int i = 0; i < 4; ++i) EXPECT_FLOAT_EQ(shown[i], valueCase.shown[i]) << "channel " << i;
 }
 
-INSTANTIATE_TEST_SUITE_P(Controls, Values, ::testing::ValuesIn(kValueCases),
+INSTANTIATE_TEST_SUITE_P(Controls, Values, ::testing::ValuesIn(kCases),
                          [](const auto& test) { return test.param.name; });
 
 class Render : public ToolTest {

@@ -18,7 +18,7 @@ struct LogCase {
 };
 
 // "glow.frag" has three lines, in front of which the engine puts one line and, in a string of its own, two.
-constexpr LogCase kLogCases[] = {
+constexpr LogCase kCases[] = {
     {"string_and_line_in_brackets", "1(3) : error C1503: undefined variable \"x\"",
      "fx/glow.frag:2: error: undefined variable \"x\" [shader]\n"},
     {"joined_strings", "0(5) : error C0000: syntax error", "fx/glow.frag:2: error: syntax error [shader]\n"},
@@ -47,7 +47,7 @@ TEST_P(ShaderLogs, AreToldInTheAuthorsLines) {
     EXPECT_EQ(EffectFault(ExplainShaderErrors(errors, source)).text, GetParam().told);
 }
 
-INSTANTIATE_TEST_SUITE_P(Drivers, ShaderLogs, ::testing::ValuesIn(kLogCases),
+INSTANTIATE_TEST_SUITE_P(Drivers, ShaderLogs, ::testing::ValuesIn(kCases),
                          [](const auto& test) { return test.param.name; });
 
 TEST(ShaderLogsOfSeveralShaders, AreKeptApartAndToldOnce) {
