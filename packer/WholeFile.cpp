@@ -3,34 +3,18 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
-#include <random>
 #include <string>
 #include <system_error>
 
 #include "packer/FileError.h"
 #include "platform/File.h"
+#include "platform/TemporaryPath.h"
 
 namespace quillon {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-// A file beside the output that is removed at the end, unless it has taken the output's name. Its own name does not
-// grow with that of the output, which may be as long as the file system allows.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const fs::path& output)
-        : path(fs::path(output).replace_filename(".quillon-" + std::to_string(std::random_device{}()) + ".tmp")) {}
-    ~TemporaryFile() {
-        std::error_code ignored;
-        fs::remove(path, ignored);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    const fs::path path;
-};
 
 std::error_code LastError() {
     return {errno != 0 ? errno : EIO, std::generic_category()};
@@ -42,6 +26,36 @@ std::error_code Write(const fs::path& path, std::span<const std::byte> bytes) {
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     file.close();
     return file ? std::error_code() : LastError();
+}
+
+// What the name leads to, whether that exists or not: links stay, and the file is replaced where it is.
+fs::path FollowLinks(fs::path path) {
+    constexpr int kMostLinks = 40;  // a circle is reported by whoever opens it
+    std::error_code error;
+    for (int i = 0; i < kMostLinks && fs::is_symlink(fs::symlink_status(path, error)); ++i)
+        path = path.parent_path() / fs::read_symlink(path, error);
+    return path;
+}
+
+// The folder's permissions are all that renaming needs, so that the file's own are looked at first: those that it has,
+// since some users may write everything, and those that the system grants.
+void RequireWritable(const fs::path& path, fs::perms permissions) {
+    constexpr fs::perms kWrite = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    if ((permissions & kWrite) == fs::perms::none) throw FileError(path.string(), "is write-protected");
+    errno = 0;
+    if (!std::ofstream(path, std::ios::binary | std::ios::app))
+        throw FileError(path.string(), "cannot be written: " + LastError().message());
+}
+
+std::error_code Replace(const fs::path& path, std::span<const std::byte> bytes) {
+    try {
+        TemporaryPath temporary(path.parent_path(), TemporaryPath::Kind::file);
+        std::error_code error = Write(temporary.path(), bytes);
+        if (!error) error = FlushToDisk(temporary.path());
+        return error ? error : temporary.moveTo(path);
+    } catch (const fs::filesystem_error& error) {
+        return error.code();
+    }
 }
 
 [[noreturn]] void FailForSize(const fs::path& path, std::uint64_t mostBytes) {
@@ -77,10 +91,13 @@ std::vector<std::byte> ReadWholeFile(const fs::path& path, std::uint64_t mostByt
 }
 
 void WriteWholeFile(const fs::path& path, std::span<const std::byte> bytes) {
-    const TemporaryFile temporary(path);
-    std::error_code error = Write(temporary.path, bytes);
-    if (!error) error = FlushToDisk(temporary.path);
-    if (!error) fs::rename(temporary.path, path, error);
+    const fs::path target = FollowLinks(path);
+    std::error_code error;
+    const fs::file_status status = fs::status(target, error);
+    const bool isFile = fs::is_regular_file(status);
+    if (isFile) RequireWritable(path, status.permissions());
+    // Pipes and devices have no content that could be replaced.
+    error = isFile || !fs::exists(status) ? Replace(target, bytes) : Write(target, bytes);
     if (error) throw FileError(path.string(), "cannot be written: " + error.message());
 }
 

@@ -16,8 +16,9 @@ inline constexpr std::uint64_t kMostFileBytes = 0xFFFFFFFE;
 std::vector<std::byte> ReadWholeFile(const std::filesystem::path& path, std::uint64_t mostBytes = kMostFileBytes);
 
 // Writes a file whole or not at all: to a temporary file in the same folder, which reaches the disk and then takes the
-// file's name. Replaces what has that name. The file has the permissions of any new file. Throws FileError without a
-// remedy, since only the caller knows what chose the name.
+// file's name. Replaces what has that name unless it is write-protected; follows links; writes into a pipe or a device
+// directly. The file has the permissions of any new file. Throws FileError without a remedy, since only the caller
+// knows what chose the name.
 void WriteWholeFile(const std::filesystem::path& path, std::span<const std::byte> bytes);
 
 }  // namespace quillon

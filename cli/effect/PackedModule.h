@@ -4,7 +4,7 @@
 
 #include "cli/effect/EffectSource.h"
 #include "host/EffectModule.h"
-#include "platform/TemporaryFolder.h"
+#include "platform/TemporaryPath.h"
 
 namespace quillon::cli {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/TemporaryFolder.h"
+#include "platform/TemporaryPath.h"
 #include "support/BuiltFiles.h"
 
 namespace quillon::test {

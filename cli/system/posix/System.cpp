@@ -1,8 +1,11 @@
 #include "cli/system/System.h"
 
+#include <fcntl.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <climits>
+#include <csignal>
 #include <system_error>
 
 #if defined(__GLIBC__)
@@ -10,6 +13,7 @@
 #endif
 
 #include "cli/system/ModuleKind.h"
+#include "platform/TemporaryPath.h"
 
 namespace quillon::cli {
 
@@ -24,6 +28,14 @@ void PrepareProcess() {
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, INT_MAX);
 #endif
+    // A file that is opened must not take the number of a closed stream: results would be written into it. Whatever is
+    // written to such a stream still fails.
+    for (int stream = 0; stream <= STDERR_FILENO; ++stream) {
+        if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDONLY);
+    }
+    // A file that grows too large is then an error of the call that writes it.
+    std::signal(SIGXFSZ, SIG_IGN);
+    RemoveTemporariesAtSignals();
     // What the graphics loader has tried is no help to an author.
     setenv("EGL_LOG_LEVEL", "fatal", /*overwrite=*/0);
 }

@@ -10,6 +10,7 @@
 #include <cstdlib>
 
 #include "cli/system/ModuleKind.h"
+#include "platform/TemporaryPath.h"
 
 namespace quillon::cli {
 
@@ -39,6 +40,7 @@ void PrepareProcess() {
     // Results and words are the same bytes on every system.
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
+    RemoveTemporariesAtSignals();
     // The progress bar erases its line by an escape sequence.
     const HANDLE terminal = GetStdHandle(STD_ERROR_HANDLE);
     DWORD mode = 0;

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "host/ModuleLoading.h"
-#include "platform/TemporaryFolder.h"
+#include "platform/TemporaryPath.h"
 #include "support/BuiltFiles.h"
 
 namespace quillon::test {

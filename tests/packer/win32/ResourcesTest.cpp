@@ -4,7 +4,7 @@
 #include <windows.h>
 
 #include "packer/ModuleWriter.h"
-#include "platform/TemporaryFolder.h"
+#include "platform/TemporaryPath.h"
 #include "support/BuiltFiles.h"
 
 namespace quillon::test {

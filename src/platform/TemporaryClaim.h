@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+namespace quillon {
+
+// Says that a temporary file or folder belongs to a living process: a lock, which the system drops when the process
+// ends in whatever way. Paths are claimed from any thread.
+class TemporaryClaim {
+public:
+    // The path exists.
+    explicit TemporaryClaim(const std::filesystem::path& path);
+    ~TemporaryClaim();
+    TemporaryClaim(const TemporaryClaim&) = delete;
+    TemporaryClaim& operator=(const TemporaryClaim&) = delete;
+
+    // False when another process took the path for a leftover before it was claimed.
+    bool isHeld() const;
+
+    // Whether the path can be neither renamed nor removed while it is claimed, as on Windows.
+    static const bool kBlocksRename;
+
+private:
+    struct System;
+    std::unique_ptr<System> system;
+};
+
+// Removes a temporary file or folder, with all in it, if it is the calling user's and no process claims it.
+void RemoveIfUnclaimed(const std::filesystem::path& path);
+
+}  // namespace quillon

@@ -1,0 +1,95 @@
+#include "platform/TemporaryPath.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <fstream>
+#include <mutex>
+#include <random>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "platform/TemporaryClaim.h"
+
+namespace quillon {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Long enough that no user has such a name by chance: everything that has one may be removed.
+constexpr std::string_view kStart = ".quillon-temporary-";
+constexpr std::string_view kDigits = "0123456789abcdef";
+constexpr std::size_t kDigitCount = 16;
+
+std::string NewName() {
+    std::random_device random;
+    std::string name(kStart);
+    for (std::size_t i = 0; i < kDigitCount; ++i) name += kDigits[random() % kDigits.size()];
+    return name;
+}
+
+bool IsTemporaryName(const std::string& name) {
+    return name.size() == kStart.size() + kDigitCount && name.starts_with(kStart) &&
+           name.find_first_not_of(kDigits, kStart.size()) == std::string::npos;
+}
+
+// Once a process for each place, since a sequence writes thousands of files to one folder.
+void RemoveLeftovers(const fs::path& place) {
+    static std::mutex mutex;
+    static std::set<fs::path> cleared;
+    const std::lock_guard lock(mutex);
+    if (!cleared.insert(place).second) return;
+    std::error_code error;
+    fs::directory_iterator entries(place, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        if (IsTemporaryName(entries->path().filename().string())) RemoveIfUnclaimed(entries->path());
+    }
+}
+
+void Make(const fs::path& path, TemporaryPath::Kind kind) {
+    if (kind == TemporaryPath::Kind::folder) {
+        fs::create_directory(path);
+        fs::permissions(path, fs::perms::owner_all);
+        return;
+    }
+    errno = 0;
+    if (!std::ofstream(path, std::ios::binary))
+        throw fs::filesystem_error("temporary file", path, {errno != 0 ? errno : EIO, std::generic_category()});
+}
+
+}  // namespace
+
+TemporaryPath::TemporaryPath(const fs::path& place, Kind kind) {
+    RemoveLeftovers(place.empty() ? fs::path(".") : place);
+    do {
+        name = place / NewName();
+        Make(name, kind);
+        claim = std::make_unique<TemporaryClaim>(name);
+    } while (!claim->isHeld());
+}
+
+TemporaryPath::~TemporaryPath() {
+    remove();
+}
+
+bool TemporaryPath::remove() {
+    if (!isTemporary) return true;
+    if (TemporaryClaim::kBlocksRename) claim.reset();
+    std::error_code error;
+    fs::remove_all(name, error);
+    isTemporary = bool(error);
+    if (!isTemporary) claim.reset();
+    return !isTemporary;
+}
+
+std::error_code TemporaryPath::moveTo(const fs::path& path) {
+    if (TemporaryClaim::kBlocksRename) claim.reset();
+    std::error_code error;
+    fs::rename(name, path, error);
+    isTemporary = bool(error);
+    if (!isTemporary) claim.reset();
+    return error;
+}
+
+}  // namespace quillon

@@ -1,0 +1,135 @@
+#include "platform/TemporaryClaim.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstring>
+#include <system_error>
+
+#include "platform/TemporaryPath.h"
+
+namespace quillon {
+
+namespace {
+
+// What a signal's handler may read: no memory that is allocated, no locks.
+struct RemovedAtSignal {
+    enum State { unused, inPreparation, ready };
+    std::atomic<State> state = unused;
+    char path[PATH_MAX];
+};
+
+// More are never claimed at once; a path that finds no place here is left for the next process to remove.
+RemovedAtSignal removedAtSignal[8];
+
+RemovedAtSignal* Register(const char* path) {
+    if (std::strlen(path) >= PATH_MAX) return nullptr;
+    for (RemovedAtSignal& entry : removedAtSignal) {
+        RemovedAtSignal::State expected = RemovedAtSignal::unused;
+        if (!entry.state.compare_exchange_strong(expected, RemovedAtSignal::inPreparation)) continue;
+        std::strcpy(entry.path, path);
+        entry.state = RemovedAtSignal::ready;
+        return &entry;
+    }
+    return nullptr;
+}
+
+// A file, or a folder of files. Only calls that a signal's handler may make: opendir() allocates.
+void RemoveInHandler(const char* path) {
+    if (unlink(path) == 0) return;
+    const int folder = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (folder < 0) return;
+    alignas(dirent64) char records[4096];
+    long bytes = 0;
+    while ((bytes = syscall(SYS_getdents64, folder, records, sizeof(records))) > 0) {
+        for (long at = 0; at < bytes;) {
+            const auto* const record = reinterpret_cast<const dirent64*>(records + at);
+            unlinkat(folder, record->d_name, 0);
+            at += record->d_reclen;
+        }
+    }
+    close(folder);
+    rmdir(path);
+}
+
+// The default action follows: the signal's handler was for one time.
+void OnSignal(int number) {
+    RemoveTemporaries();
+    raise(number);
+}
+
+int Open(const char* path) {
+    return open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+}
+
+}  // namespace
+
+struct TemporaryClaim::System {
+    int file = -1;
+    RemovedAtSignal* entry = nullptr;
+    bool isHeld = false;
+};
+
+const bool TemporaryClaim::kBlocksRename = false;
+
+TemporaryClaim::TemporaryClaim(const std::filesystem::path& path) : system(std::make_unique<System>()) {
+    system->entry = Register(path.c_str());
+    system->file = Open(path.c_str());
+    // Without the lock when the file system has none: then no other process gets it either.
+    const bool isTaken = system->file >= 0 && flock(system->file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    // Another process may have removed it before the lock.
+    struct stat status {};
+    system->isHeld = !isTaken && lstat(path.c_str(), &status) == 0;
+}
+
+TemporaryClaim::~TemporaryClaim() {
+    if (system->entry) system->entry->state = RemovedAtSignal::unused;
+    if (system->file >= 0) close(system->file);
+}
+
+bool TemporaryClaim::isHeld() const {
+    return system->isHeld;
+}
+
+void RemoveIfUnclaimed(const std::filesystem::path& path) {
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0 || status.st_uid != geteuid()) return;
+    const int file = Open(path.c_str());
+    if (file < 0) return;
+    std::error_code ignored;
+    if (flock(file, LOCK_EX | LOCK_NB) == 0) std::filesystem::remove_all(path, ignored);
+    close(file);
+}
+
+void RemoveTemporaries() {
+    for (RemovedAtSignal& entry : removedAtSignal) {
+        if (entry.state == RemovedAtSignal::ready) RemoveInHandler(entry.path);
+    }
+}
+
+void RemoveTemporariesAtSignals() {
+    // A crash may be that of a full stack.
+    static char stack[1 << 16];
+    stack_t alternative{};
+    alternative.ss_sp = stack;
+    alternative.ss_size = sizeof(stack);
+    sigaltstack(&alternative, nullptr);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
+        struct sigaction current {};
+        if (sigaction(number, nullptr, &current) != 0 || current.sa_handler != SIG_DFL) continue;
+        struct sigaction action {};
+        action.sa_handler = OnSignal;
+        action.sa_flags = SA_RESETHAND | SA_ONSTACK;
+        sigaction(number, &action, nullptr);
+    }
+}
+
+}  // namespace quillon
