@@ -1,9 +1,23 @@
 #include "host/SmartFrame.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
 #include "host/HostTables.h"
 #include "host/Rectangles.h"
 
 namespace quillon::host {
+
+namespace {
+
+// The difference of two edges: more than the number has room for becomes the largest.
+A_long Extent(A_long low, A_long high) {
+    constexpr auto kMost = std::int64_t{std::numeric_limits<A_long>::max()};
+    return static_cast<A_long>(std::clamp(std::int64_t{high} - low, -kMost, kMost));
+}
+
+}  // namespace
 
 std::shared_ptr<World> SmartWorlds::layerPixels(const HostInstance& instance, PF_ParamIndex index) const {
     return index == 0 ? request->input : instance.layer(index);
@@ -74,8 +88,8 @@ FrameResult SmartFrame::walk() {
     result.resultRect = answer.result_rect;
     result.maxResultRect = answer.max_result_rect;
     result.renderFlags = answer.flags;
-    result.width = answer.result_rect.right - answer.result_rect.left;
-    result.height = answer.result_rect.bottom - answer.result_rect.top;
+    result.width = Extent(answer.result_rect.left, answer.result_rect.right);
+    result.height = Extent(answer.result_rect.top, answer.result_rect.bottom);
     if (result.sizeError != PF_Err_NONE) return result;
     result.leftOut = makeOutput();
     if (result.leftOut) return result;
