@@ -12,7 +12,7 @@ int RunChart(const ChartOptions& options) {
     // As EXR the floats as they are; all other forms of it are 8-bit pictures.
     const bool asFloats = IsFloatPicture(options.output);
     WritePicture(options.output, asFloats ? chart : Convert(chart, SampleFormat::byte, ChannelOrder::argb));
-    PrintLine(stdout, options.output.string());
+    PrintResult(options.output.string());
     return 0;
 }
 

@@ -20,8 +20,8 @@ constexpr PictureExtent kExtent = {256, 144};
 
 int RunCheck(const CheckOptions& options) {
     EffectSource source = ReadCheckedSource(options.effect);
-    PrintWarnings(CheckIdentity(source));
-    PrintWarnings(CheckLeftovers(source));
+    PrintDiagnostics(CheckIdentity(source));
+    PrintDiagnostics(CheckLeftovers(source));
     DescribeEffect(source);  // throws what hosts would not take
 
     host::HostSettings settings;
@@ -35,7 +35,7 @@ int RunCheck(const CheckOptions& options) {
         input.fullExtent = kExtent;
         effect.render(input);
     }
-    PrintLine(stdout, options.effect.string() + ": nothing wrong");
+    PrintResult(options.effect.string() + ": nothing wrong");
     return 0;
 }
 

@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <functional>
 #include <map>
+#include <sstream>
 
 #include "cli/commands/Commands.h"
+#include "cli/diagnostics/PrintLine.h"
 #include "cli/diagnostics/TextScanner.h"
 #include "cli/diagnostics/ToolError.h"
 #include "cli/system/ModuleKind.h"
@@ -277,12 +279,19 @@ int RunCommandLine(std::vector<std::string> arguments) {
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off
         app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) return app.exit(error);  // help and version
+        if (error.get_exit_code() == 0) {  // help and version
+            std::ostringstream text;
+            app.exit(error, text, text);
+            std::string words = text.str();
+            if (words.ends_with('\n')) words.pop_back();
+            PrintResult(words);
+            return 0;
+        }
         const auto commands = app.get_subcommands();
         const std::string command = commands.empty() ? "" : commands.front()->get_name() + " ";
-        throw WrongCommandLine(std::string(error.what()) + "; see quillon " + command + "--help");
+        throw WrongCommandLine("", error.what(), "see quillon " + command + "--help");
     }
-    if (!run) throw WrongCommandLine("no command; name one of those that quillon --help lists");
+    if (!run) throw WrongCommandLine("", "no command", "name one of those that quillon --help lists");
     return run();
 }
 

@@ -1,7 +1,5 @@
 #include "cli/commands/Commands.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <fstream>
 #include <span>
@@ -35,7 +33,7 @@ Diagnostics Rehearse(const EffectSource& source) {
     const PackedModule packed(source);
     const host::HostSettings settings;
     HostRun rehearsal(LinkedEngine::WithPackageOf(packed.effect()), settings);
-    LinkedEngine::Listen();
+    LinkedEngine::Listen(source);
     try {
         rehearsal.start();
     } catch (const std::runtime_error& error) {
@@ -58,10 +56,10 @@ void WriteFolder(const std::filesystem::path& folder, const std::vector<PackageF
         std::filesystem::rename(part, folder);
     } catch (const std::filesystem::filesystem_error& error) {
         std::filesystem::remove_all(part, ignored);
-        throw Fault(fmt::format("{}: cannot be made: {}", folder.string(), error.code().message()));
+        throw Fault(folder.string(), "cannot be made: " + error.code().message());
     } catch (const FileError& error) {
         std::filesystem::remove_all(part, ignored);
-        throw Fault(error.what());
+        throw Fault(error.place, error.fault, error.remedy);
     }
 }
 
@@ -72,10 +70,10 @@ int RunNew(const NewOptions& options) {
         options.folder.filename().empty() ? options.folder.parent_path() : options.folder;
     const std::string name = folder.filename().string();
     if (name.empty() || name == "." || name == "..")
-        throw WrongCommandLine(fmt::format("{}: no name for a folder", options.folder.string()));
+        throw WrongCommandLine(options.folder.string(), "no name for a folder");
     std::error_code ignored;
     if (std::filesystem::exists(folder, ignored))
-        throw Fault(fmt::format("{}: is there already; give another name, or remove it first", folder.string()));
+        throw Fault(folder.string(), "is there already", "give another name, or remove it first");
 
     const ImportedEffect effect = ImportShader({.name = name,
                                                 .from = options.from,
@@ -91,9 +89,9 @@ int RunNew(const NewOptions& options) {
         faults.insert(faults.end(), effect.findings.begin(), effect.findings.end());
         throw EffectFault(faults);
     }
-    PrintWarnings(effect.findings);
+    PrintDiagnostics(effect.findings);
     WriteFolder(folder, source.files);
-    PrintLine(stdout, folder.string());
+    PrintResult(folder.string());
     return 0;
 }
 

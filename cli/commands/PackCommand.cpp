@@ -24,16 +24,9 @@ namespace fs = std::filesystem;
 
 void CheckOutput(const PackOptions& options) {
     if (!ModuleKindOf(options.output)) {
-        throw WrongCommandLine(
-            fmt::format("{}: modules end in .so for Linux and in .aex for Windows", options.output.string()));
+        throw WrongCommandLine(options.output.string(), "modules end in .so for Linux and in .aex for Windows");
     }
-    std::error_code ignored;
-    const fs::path place = fs::weakly_canonical(fs::absolute(options.output)).parent_path();
-    if (fs::equivalent(place, options.folder, ignored)) {
-        throw WrongCommandLine(
-            fmt::format("{}: is in the effect's folder and would be packed the next time; choose another place with -o",
-                        options.output.string()));
-    }
+    RequireOutside(options.output, options.folder);
 }
 
 // Hosts know a plug-in by its file's name, and have their own meaning for most other characters.
@@ -43,9 +36,8 @@ void CheckPluginName(const fs::path& output) {
         return c == '_' || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     });
     if (output.extension() != ".so" || !isIdentifier)
-        throw WrongCommandLine(fmt::format(
-            "{}: hosts know a plug-in by its file's name; make it of letters, digits and '_' and end it in .so",
-            output.string()));
+        throw WrongCommandLine(output.string(), "hosts know a plug-in by its file's name",
+                               "make it of letters, digits and '_' and end it in .so");
 }
 
 }  // namespace
@@ -55,8 +47,8 @@ int RunPack(const PackOptions& options) {
     if (options.isForFrei0r) CheckPluginName(options.output);
     std::error_code ignored;
     if (fs::exists(options.folder, ignored) && !fs::is_directory(options.folder, ignored)) {
-        throw Fault(fmt::format("{}: is not a folder; give the one that holds the effect's fx.js and config.xml",
-                                options.folder.string()));
+        throw Fault(options.folder.string(), "is not a folder",
+                    "give the one that holds the effect's fx.js and config.xml");
     }
     const EffectSource source = ReadEffectSource(options.folder);
     ThrowIfAny(options.isForFrei0r ? CheckSource(source) : CheckPackage(source));
@@ -72,15 +64,15 @@ int RunPack(const PackOptions& options) {
         description = DescribeEffect(source);
     }
     WriteEffectModule(options.output, source, "choose another place with -o", description, templateName);
-    PrintWarnings(warnings);
-    PrintWarnings(CheckLeftovers(source));
-    PrintLine(stdout, options.output.string());
+    PrintDiagnostics(warnings);
+    PrintDiagnostics(CheckLeftovers(source));
+    PrintResult(options.output.string());
     std::uint64_t bytes = 0;
     for (const PackageFile& file : source.files) {
         bytes += file.bytes.size();
-        if (options.isListed) PrintLine(stdout, fmt::format("{:>10}  {}", file.bytes.size(), file.name));
+        if (options.isListed) PrintResult(fmt::format("{:>10}  {}", file.bytes.size(), file.name));
     }
-    PrintLine(stderr, fmt::format("quillon: {} files, {} bytes", source.files.size(), bytes));
+    PrintWords(fmt::format("quillon: {} files, {} bytes", source.files.size(), bytes));
     return 0;
 }
 

@@ -28,7 +28,7 @@ void PrintTable(const std::vector<Row>& rows) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) line += row[i] + std::string(widths[i] - WidthOf(row[i]) + 2, ' ');
         line.resize(line.find_last_not_of(' ') + 1);
-        PrintLine(stdout, line);
+        PrintResult(line);
     }
 }
 
@@ -64,11 +64,11 @@ int RunParams(const ParamsOptions& options) {
     for (std::size_t i = 0; i < effect.controls().size(); ++i)
         list.push_back(DescribeControl(effect.controls()[i], effect.parameters()[i]));
     if (options.isJson) {
-        PrintLine(stdout, list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
+        PrintResult(list.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
         return 0;
     }
     if (list.empty()) {
-        PrintLine(stdout, "no controls");
+        PrintResult("no controls");
         return 0;
     }
     std::vector<Row> rows = {{kColumns.begin(), kColumns.end()}};

@@ -33,7 +33,7 @@ public:
         for (const RenderPlan::Layer& layer : plan.layers) {
             const Control& control = FindControl(effect.controls(), layer.name);
             if (control.declared.kind != LAYER) {
-                throw WrongCommandLine(fmt::format("{}: is not a layer; set it with --set", layer.name));
+                throw WrongCommandLine(layer.name, "is not a layer", "set it with --set");
             }
             layerControls.push_back(&control);
         }
@@ -48,12 +48,14 @@ public:
             try {
                 WritePicture(output, render(frame));
             } catch (ToolError& error) {
-                if (frames.size() > 1) error.text += fmt::format("quillon: error: stopped at frame {}\n", frame);
+                if (frames.size() > 1) {
+                    error.faults.push_back(
+                        {.text = fmt::format("stopped at frame {}", frame), .kind = Diagnostic::Kind::tool});
+                }
                 throw;
             }
             progress.clear();
-            PrintLine(stdout, output.string());
-            std::fflush(stdout);
+            PrintResult(output.string());
             progress.advance();
         }
     }
@@ -75,10 +77,10 @@ private:
         if (options.host != host::HostKind::afterEffects) return;
         const std::string config = effect.pathOf("config.xml");
         const auto say = [&](const std::string& text) {
-            PrintWarnings({{.path = config,
-                            .severity = Diagnostic::Severity::warning,
-                            .text = text,
-                            .kind = Diagnostic::Kind::config}});
+            PrintDiagnostics({{.path = config,
+                               .severity = Diagnostic::Severity::warning,
+                               .text = text,
+                               .kind = Diagnostic::Kind::config}});
         };
         const std::uint32_t flags = LinkedEngine::Flags(), flags2 = LinkedEngine::Flags2();
         if (options.route != host::Route::classic && (flags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "cli/diagnostics/ToolError.h"
+#include "cli/effect/EffectSource.h"
 #include "platform/Utf8Path.h"
 
 namespace quillon::cli {
@@ -16,7 +17,7 @@ namespace {
 std::pair<std::string, std::string> SplitAssignment(const char* option, const std::string& text) {
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0) {
-        throw WrongCommandLine(fmt::format("{} {}: write it as NAME=VALUE", option, text));
+        throw WrongCommandLine(fmt::format("{} {}", option, text), "write it as NAME=VALUE");
     }
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
@@ -25,8 +26,8 @@ std::optional<FrameRange> ReadRange(const RenderOptions& options) {
     if (options.frames.empty()) return {};
     const auto range = ParseFrameRange(options.frames);
     if (!range) {
-        throw WrongCommandLine(fmt::format(
-            "--frames {}: write it as FIRST-LAST or FIRST-LASTxSTEP, as in 1-100 or 0-48x2", options.frames));
+        throw WrongCommandLine("--frames " + options.frames,
+                               "write it as FIRST-LAST or FIRST-LASTxSTEP, as in 1-100 or 0-48x2");
     }
     return range;
 }
@@ -40,10 +41,11 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
       layout{options.rawWidth, options.rawHeight, options.depth},
       range(ReadRange(options)) {
     RequireWritable(options.output);
+    RequireOutside(options.output, options.effect);
     requirePattern(options.output);
     if (range && range->first + range->step <= range->last && !FindFramePattern(options.output)) {
-        throw WrongCommandLine(fmt::format(
-            "{}: all frames would be written to one file; put #### or %04d into its name", options.output.string()));
+        throw WrongCommandLine(options.output.string(), "all frames would be written to one file",
+                               "put #### or %04d into its name");
     }
     checkHost();
     checkInput(options.input);
@@ -56,36 +58,34 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
         layers.push_back({name, PictureSource(PathFromUtf8(file), layout, options.downsample)});
     }
     if (layout.width != 0 && !hasRaw) {
-        throw WrongCommandLine("--size is for .argb pictures; others know their size");
+        throw WrongCommandLine("", "--size is for .argb pictures, as others know their size", "leave it out");
     }
 }
 
 void RenderPlan::checkHost() const {
     const bool isPremiere = options.host == host::HostKind::premiere;
     if (!isPremiere && options.hostVersionMajor < 13) {
-        throw WrongCommandLine(fmt::format("--host-version {}.{}: After Effects is played from 13.0 on",
-                                           options.hostVersionMajor, options.hostVersionMinor));
+        throw WrongCommandLine(fmt::format("--host-version {}.{}", options.hostVersionMajor, options.hostVersionMinor),
+                               "After Effects is played from 13.0 on");
     }
     if (isPremiere && options.route == host::Route::smart) {
-        throw WrongCommandLine("--route smart: Premiere Pro knows the classic route alone");
+        throw WrongCommandLine("--route smart", "Premiere Pro has only the classic route", "leave it out");
     }
     if (std::fabs(options.timeSeconds) > kMostSeconds) {
-        throw WrongCommandLine(fmt::format("--time: a host's moments lie within {} seconds of 0", kMostSeconds));
+        throw WrongCommandLine("--time", fmt::format("a host's moments are within {} seconds of 0", kMostSeconds));
     }
 }
 
 void RenderPlan::requirePattern(const std::filesystem::path& path) const {
     if (FindFramePattern(path) && !range) {
-        throw WrongCommandLine(
-            fmt::format("{}: has a place for the frame number; say which frames with --frames", path.string()));
+        throw WrongCommandLine(path.string(), "has a place for the frame number", "say which frames with --frames");
     }
 }
 
 void RenderPlan::checkInput(const std::filesystem::path& path) const {
     requirePattern(path);
     if (IsRawPicture(path) && (layout.width == 0 || layout.bitDepth == 0)) {
-        throw WrongCommandLine(
-            fmt::format("{}: a raw buffer says nothing of itself; give --size and --depth", path.string()));
+        throw WrongCommandLine(path.string(), "a raw buffer has no header", "give --size and --depth");
     }
 }
 

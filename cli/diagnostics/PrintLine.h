@@ -1,12 +1,16 @@
 #pragma once
 
-#include <cstdio>
 #include <string_view>
 
 namespace quillon::cli {
 
-// Writes the text and a line feed as they stand. Bytes that are no UTF-8, as a name has that the host cut within a
+// Both write the text and a line feed unchanged. Bytes that are not UTF-8, as in a name that the host cut within a
 // letter, pass; formatting libraries fail on them at a Windows terminal, where they write UTF-16.
-void PrintLine(std::FILE* file, std::string_view text);
+
+// A result, on standard output, where a reader sees it at once. Throws a Fault when it cannot be written.
+void PrintResult(std::string_view text);
+
+// Words for the user, on standard error. What cannot be written is lost.
+void PrintWords(std::string_view text);
 
 }  // namespace quillon::cli

@@ -118,19 +118,19 @@ constexpr ValueForm kValueForms[] = {
 
 ControlValue ParseControlValue(const Parameter& control, std::string_view text) {
     if (control.kind == LAYER) {
-        throw WrongCommandLine(
-            fmt::format("{0}: is a layer; give it a picture with --layer {0}=FILE", control.uniformName));
+        throw WrongCommandLine(control.uniformName, "is a layer",
+                               fmt::format("give it a picture with --layer {}=FILE", control.uniformName));
     }
     for (const ValueForm& form : kValueForms) {
         if (form.kind != control.kind) continue;
         ControlValue value;
         if (form.parse(control, text, value)) return value;
         const std::string entries = control.kind == POPUP ? fmt::format(" ({})", control.choices) : "";
-        throw WrongCommandLine(fmt::format("{}: \"{}\" is no value for it; it takes {}{}", control.uniformName, text,
-                                           form.expected, entries));
+        throw WrongCommandLine(control.uniformName, fmt::format("\"{}\" is not a value for it", text),
+                               fmt::format("it takes {}{}", form.expected, entries));
     }
-    throw WrongCommandLine(
-        fmt::format("{}: groups, paths and textures have no value that can be set; leave it out", control.uniformName));
+    throw WrongCommandLine(control.uniformName, "groups, paths and textures have no value that can be set",
+                           "leave it out");
 }
 
 }  // namespace quillon::cli

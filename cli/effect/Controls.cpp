@@ -37,13 +37,13 @@ const Control& FindControl(const std::vector<Control>& controls, std::string_vie
     const auto hasLabel = [&](const Control& control) { return control.declared.label == name; };
     const auto byLabel = std::find_if(controls.begin(), controls.end(), hasLabel);
     if (byLabel == controls.end()) {
-        if (controls.empty()) throw WrongCommandLine(fmt::format("{}: the effect has no controls", name));
-        throw WrongCommandLine(
-            fmt::format("{}: the effect has no such control; its controls are:{}", name, ListNames(controls)));
+        if (controls.empty()) throw WrongCommandLine(std::string(name), "the effect has no controls");
+        throw WrongCommandLine(std::string(name), "the effect has no such control",
+                               "its controls are:" + ListNames(controls));
     }
     if (std::count_if(controls.begin(), controls.end(), hasLabel) > 1) {
-        throw WrongCommandLine(
-            fmt::format("{}: several controls have this label; use a name:{}", name, ListNames(controls)));
+        throw WrongCommandLine(std::string(name), "several controls have this label",
+                               "use a name:" + ListNames(controls));
     }
     return *byLabel;
 }

@@ -71,9 +71,8 @@ std::string EffectSource::pathOf(std::string_view name) const {
 EffectSource ReadEffectSource(const std::filesystem::path& path) {
     std::error_code ignored;
     if (!std::filesystem::exists(path, ignored)) {
-        throw Fault(
-            fmt::format("{}: no such effect; give the folder that holds its fx.js and config.xml, or a packed module",
-                        path.string()));
+        throw Fault(path.string(), "no such effect",
+                    "give the folder that holds its fx.js and config.xml, or a packed module");
     }
     try {
         if (std::filesystem::is_directory(path, ignored)) return ReadFolder(path);
@@ -86,6 +85,18 @@ EffectSource ReadEffectSource(const std::filesystem::path& path) {
 ToolError PackageFault(const std::filesystem::path& path, const FileError& error) {
     const std::filesystem::path place = error.place.empty() ? path : PathFromUtf8(error.place);
     return EffectFault({{.path = place.generic_string(), .text = error.text(), .kind = Diagnostic::Kind::package}});
+}
+
+void RequireOutside(const std::filesystem::path& output, const std::filesystem::path& effect) {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    if (!fs::is_directory(effect, ignored)) return;
+    fs::path place = fs::weakly_canonical(fs::absolute(output), ignored).parent_path();
+    for (; !fs::equivalent(place, effect, ignored); place = place.parent_path()) {
+        if (place == place.parent_path()) return;
+    }
+    throw WrongCommandLine(output.string(), "is in the effect's folder and would be packed the next time",
+                           "choose another place with -o");
 }
 
 Diagnostics CheckPackage(const EffectSource& source) {

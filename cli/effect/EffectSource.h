@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/diagnostics/Diagnostic.h"
+#include "cli/diagnostics/ToolError.h"
 #include "packer/PackageFile.h"
 
 namespace quillon {
@@ -34,6 +34,10 @@ EffectSource ReadEffectSource(const std::filesystem::path& path);
 
 // EffectFault for what is wrong with the package of the effect at this path.
 ToolError PackageFault(const std::filesystem::path& path, const FileError& error);
+
+// Throws WrongCommandLine for an output anywhere inside the folder of the effect, whose every file becomes a part of
+// it.
+void RequireOutside(const std::filesystem::path& output, const std::filesystem::path& effect);
 
 // What keeps the files from being an effect: no config.xml or no fx.js, XML that does not parse.
 Diagnostics CheckPackage(const EffectSource& source);

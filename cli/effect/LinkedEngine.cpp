@@ -17,9 +17,9 @@ class Lock {
 public:
     Lock() {
         if (!AEQuillon2::instance().lockGL())
-            throw Fault(
-                "no OpenGL: the system gives no context; install a graphics driver, or Mesa's software renderer "
-                "(Debian: libgl1-mesa-dri libegl-mesa0)");
+            throw Fault("", "no OpenGL: the system gives no context",
+                        "install a graphics driver, or Mesa's software renderer (Debian: libgl1-mesa-dri "
+                        "libegl-mesa0)");
     }
     ~Lock() { AEQuillon2::instance().unlockGL(); }
     Lock(const Lock&) = delete;
@@ -32,14 +32,13 @@ host::EffectModule WithPackageOf(const host::EffectModule& module) {
     return host::EffectModule(EntryPointFunc, module.handle());
 }
 
-void Listen() {
-    CollectScriptErrors();
+void Listen(const EffectSource& source) {
+    CollectScriptErrors(source);
 }
 
 Diagnostics TakeFaults(const EffectSource& source) {
     Diagnostics faults = TakeScriptFaults(source);
-    std::string errors;
-    const Diagnostics shaderFaults = ExplainShaderErrors(AEQuillon2::instance().shaderErrors(errors), source);
+    const Diagnostics shaderFaults = ExplainShaderFaults(source);
     faults.insert(faults.end(), shaderFaults.begin(), shaderFaults.end());
     return faults;
 }

@@ -16,7 +16,7 @@ LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSe
       packed(source),
       rehearsal(LinkedEngine::WithPackageOf(packed.effect()), settings),
       module(packed.effect(), settings) {
-    LinkedEngine::Listen();
+    LinkedEngine::Listen(source);
     try {
         startRehearsal();
         module.start();
@@ -26,8 +26,8 @@ LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSe
     }
     visibleControls = ControlsOf(LinkedEngine::Declarations());
     if (visibleControls.size() != module.parameters().size())
-        throw Fault(fmt::format("internal error: {} controls were declared and {} registered", visibleControls.size(),
-                                module.parameters().size()));
+        throw Fault("", fmt::format("internal error: {} controls were declared and {} registered",
+                                    visibleControls.size(), module.parameters().size()));
     throwViolations();
 }
 
@@ -100,8 +100,8 @@ void LoadedEffect::takePictures(const FrameInput& input) const {
     const auto check = [&](const char* what, host::World& picture) {
         picture.pixelAspect = settings.layerPixelAspect;
         if (static_cast<std::uint32_t>(std::max(picture.width(), picture.height())) <= largestExtent) return;
-        throw Fault(fmt::format("{} has {}x{} pixels; the graphics driver takes up to {} in each direction", what,
-                                picture.width(), picture.height(), largestExtent));
+        throw Fault("", fmt::format("{} has {}x{} pixels", what, picture.width(), picture.height()),
+                    fmt::format("the graphics driver takes up to {} in each direction", largestExtent));
     };
     check("the input", *input.picture);
     for (const auto& [control, layer] : input.layers) check("a layer", *layer);
@@ -137,7 +137,7 @@ void LoadedEffect::throwViolations() const {
     std::string words;
     for (const HostRun* run : {&rehearsal, &module})
         for (const std::string& violation : run->violations()) words += "\n  " + violation;
-    if (!words.empty()) throw Fault("internal error: the effect module broke its host's rules:" + words);
+    if (!words.empty()) throw Fault("", "internal error: the effect module broke its host's rules:" + words);
 }
 
 void LoadedEffect::throwRenderFault(const char* file, const std::string& text) const {

@@ -20,7 +20,7 @@ host::EffectModule Load(const fs::path& module, const std::string& remedy) {
     try {
         return host::EffectModule(module);
     } catch (const std::runtime_error& error) {
-        throw Fault(fmt::format("{}; {}", error.what(), remedy));
+        throw Fault("", error.what(), remedy);
     }
 }
 
@@ -39,8 +39,8 @@ PackedModule::PackedModule(const EffectSource& source) {
     try {
         folder.emplace();
     } catch (const fs::filesystem_error& error) {
-        throw Fault(fmt::format("no folder for temporary files: {}; name another in {}", error.code().message(),
-                                kTemporaryVariable));
+        throw Fault("", "no folder for temporary files: " + error.code().message(),
+                    fmt::format("name another in {}", kTemporaryVariable));
     }
     const std::string remedy = fmt::format("name another folder in {}", kTemporaryVariable);
     const fs::path module = folder->path() / fmt::format("effect{}", kOwnModuleKind.ending);

@@ -1,13 +1,18 @@
 #include "cli/effect/ScriptFaults.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "cli/diagnostics/TextScanner.h"
+#include "platform/FailFast.h"
+#include "platform/TemporaryPath.h"
 #include "script/Scripting.h"
 #include "script/SourcePreparation.h"
 
@@ -72,6 +77,19 @@ std::vector<ScriptError>& Collected() {
     return errors;
 }
 
+// Whose scripts run.
+const EffectSource* running = nullptr;
+
+// Nothing can return from here: the engine's state is what its contract leaves undefined.
+void EndWithFault(const char* reason) {
+    const ScriptError error =
+        Scripting::instance().AtCurrentLine(fmt::format("{}, which ends a host's process", reason));
+    if (isatty(STDERR_FILENO)) std::fputs("\r\x1b[K", stderr);  // a progress bar may be there
+    PrintDiagnostics({ExplainScriptError(error, *running)});
+    RemoveTemporaries();
+    std::_Exit(kFault);
+}
+
 }  // namespace
 
 Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& source) {
@@ -96,7 +114,9 @@ Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& sour
     return diagnostic;
 }
 
-void CollectScriptErrors() {
+void CollectScriptErrors(const EffectSource& source) {
+    running = &source;
+    SetFailFastObserver(EndWithFault);
     Scripting::SetErrorObserver([](const ScriptError& error) {
         try {
             Collected().push_back(error);

@@ -12,8 +12,10 @@ namespace quillon::cli {
 // known. The line numbers of the heap count the prelude too.
 Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& source);
 
-// Keeps all script errors of the process from the first call on.
-void CollectScriptErrors();
+// Keeps all script errors of the process from the first call on. Where the contract wants a host's process to end, this
+// process prints the script's line and the reason, removes its temporary files and ends with the status of a fault. The
+// source outlives the engine's last script.
+void CollectScriptErrors(const EffectSource& source);
 
 // What has come up since the last call.
 Diagnostics TakeScriptFaults(const EffectSource& source);

@@ -47,9 +47,34 @@ std::size_t SequenceLength(std::string_view text) {
     return 0;
 }
 
+Diagnostics CheckEncoding(const std::string& path, std::string_view content, Diagnostic::Kind kind) {
+    for (std::size_t i = 0; i < content.size();) {
+        const std::size_t length = SequenceLength(content.substr(i));
+        if (length == 0) {
+            const unsigned byte = static_cast<unsigned char>(content[i]);
+            return {
+                {.path = path,
+                 .line = LineAt(content, i),
+                 .column = ColumnAt(content, i),
+                 .text = fmt::format("byte 0x{:02X} {}", byte, byte == 0 ? "ends the text here" : "is not UTF-8 text"),
+                 .remedy = "save the file as UTF-8",
+                 .kind = kind}};
+        }
+        i += length;
+    }
+    return {};
+}
+
+// Of a text in Latin letters, which editors for Windows save with or without a mark at its start.
+bool LooksLikeUtf16(std::string_view content) {
+    return content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF") ||
+           (content.size() >= 2 && (content[0] == '\0' || content[1] == '\0'));
+}
+
 }  // namespace
 
 Diagnostics CheckConfig(const std::string& path, std::string_view content) {
+    if (LooksLikeUtf16(content)) return CheckEncoding(path, content, Diagnostic::Kind::config);
     std::string text(content.substr(0, content.find('\0')));
     if (XmlNestsDeeperThan(text, kDeepestXmlLevel)) {
         return {{.path = path,
@@ -73,20 +98,7 @@ Diagnostics CheckConfig(const std::string& path, std::string_view content) {
 }
 
 Diagnostics CheckScriptEncoding(const std::string& path, std::string_view content) {
-    for (std::size_t i = 0; i < content.size();) {
-        const std::size_t length = SequenceLength(content.substr(i));
-        if (length == 0) {
-            const unsigned byte = static_cast<unsigned char>(content[i]);
-            const char* why = byte == 0 ? "ends the program here" : "is not UTF-8 text";
-            return {{.path = path,
-                     .line = LineAt(content, i),
-                     .column = ColumnAt(content, i),
-                     .text = fmt::format("byte 0x{:02X} {}; save the file as UTF-8", byte, why),
-                     .kind = Diagnostic::Kind::script}};
-        }
-        i += length;
-    }
-    return {};
+    return CheckEncoding(path, content, Diagnostic::Kind::script);
 }
 
 }  // namespace quillon::cli

@@ -21,10 +21,8 @@ fs::path TemplateModule(const ModuleKind& kind, const char* name) {
     const fs::path path = ProgramFile().parent_path().parent_path() / "lib" / (std::string(name) + kind.ending);
     std::error_code ignored;
     if (!fs::exists(path, ignored)) {
-        throw Fault(
-            fmt::format("{}: the template of modules for {} is missing; build it again, and keep bin and lib "
-                        "beside each other",
-                        path.string(), kind.system));
+        throw Fault(path.string(), fmt::format("the template of modules for {} is missing", kind.system),
+                    "build it again, and keep bin and lib beside each other");
     }
     return path;
 }
@@ -47,8 +45,7 @@ void WriteEffectModule(const fs::path& output, const EffectSource& source, const
     try {
         WriteModule(output, templateModule, package, description);
     } catch (const FileError& error) {
-        if (error.remedy.empty()) throw Fault(fmt::format("{}; {}", error.what(), remedy));
-        throw Fault(error.what());
+        throw Fault(error.place, error.fault, error.remedy.empty() ? remedy : error.remedy);
     }
 }
 

@@ -166,8 +166,8 @@ void ApplyChannel(PastedSources& sources, const std::string& option) {
     const std::size_t colon = option.find(':');
     const std::size_t equals = option.find('=');
     const auto wrong = [&](const std::string& why) {
-        return WrongCommandLine(
-            fmt::format("--channel {}: {}; write it as PASS:N=SOURCE, as in image:0=a or a:0=picture", option, why));
+        return WrongCommandLine("--channel " + option, why,
+                                "write it as PASS:N=SOURCE, as in image:0=a or a:0=picture");
     };
     if (colon == std::string::npos || equals != colon + 2 || option[colon + 1] < '0' ||
         option[colon + 1] >= '0' + kChannels)

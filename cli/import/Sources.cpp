@@ -17,7 +17,7 @@ std::string ReadUpTo(const std::filesystem::path& path, std::uint64_t most) {
         const std::vector<std::byte> bytes = ReadWholeFile(path, most);
         return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
     } catch (const FileError& error) {
-        throw Fault(error.what());
+        throw Fault(error.place, error.fault, error.remedy);
     }
 }
 

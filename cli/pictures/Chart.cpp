@@ -8,7 +8,9 @@ namespace quillon::cli {
 
 namespace {
 
-constexpr float kPi = 3.14159265f;
+// No function of the system's mathematics library but roots, remainders and rounding: all else gives other last digits
+// on other systems, and the picture is the same everywhere.
+
 constexpr Color kWhite = {1, 1, 1};
 constexpr Color kNight = {0.045f, 0.055f, 0.10f};
 constexpr Color kPatches[] = {
@@ -90,16 +92,33 @@ void PaintLines(Canvas& canvas, const Box& box) {
     }
 }
 
+// The angle of (x, y) from the x axis in half turns, -1 to 1. The system's own function rounds differently from system
+// to system; sums, products and roots do not.
+float HalfTurns(float x, float y) {
+    const double across = std::fabs(x), up = std::fabs(y);
+    double slope = std::fmin(across, up) / std::fmax(std::fmax(across, up), 1e-9f);
+    // Twice half the angle, so that few terms of the series are enough for a float.
+    for (int i = 0; i < 2; ++i) slope /= 1 + std::sqrt(1 + slope * slope);
+    const double square = slope * slope;
+    double series = 0;
+    for (int divisor = 11; divisor > 0; divisor -= 2) series = 1.0 / divisor - series * square;
+    double turn = 4 * slope * series / 3.14159265358979324;
+    if (up > across) turn = 0.5 - turn;
+    if (x < 0) turn = 1 - turn;
+    return static_cast<float>(y < 0 ? -turn : turn);
+}
+
 // A star of wedges that meet in the middle, in a ring.
 void PaintStar(Canvas& canvas, float x, float y, float radius) {
     constexpr int kWedges = 24;
+    constexpr float kWedgeAngle = 3.14159265f / kWedges;
     PaintDisc(canvas, x, y, radius * 1.12f, {0.93f, 0.90f, 0.82f}, 1);
     canvas.fill({x - radius - 1, y - radius - 1, x + radius + 1, y + radius + 1},
                 [&](float px, float py, const Color& there) {
                     const float d = Distance(px, py, x, y);
-                    const float turn = std::atan2(py - y, px - x) * kWedges / kPi;
+                    const float turn = HalfTurns(px - x, py - y) * kWedges;
                     const float phase = std::fabs(turn - 2 * std::floor(turn / 2) - 1) - 0.5f;
-                    const float edge = phase * d * kPi / kWedges;  // pixels to the nearest edge of a wedge
+                    const float edge = phase * d * kWedgeAngle;  // pixels to the nearest edge of a wedge
                     return Mix(there, kNight, Coverage(edge) * Coverage(d - radius));
                 });
     PaintDisc(canvas, x, y, radius * 0.09f, {0.86f, 0.20f, 0.18f}, 1);
@@ -110,10 +129,13 @@ void PaintNight(Canvas& canvas, const Box& box) {
     canvas.fill(box, [&](float, float y, const Color&) {
         return Mix(kNight, {0.10f, 0.07f, 0.14f}, (y - box.top) / box.height());
     });
+    // The sines of 20 degrees, 60 degrees and so on.
+    constexpr float kWave[] = {0.34202014f,  0.8660254f,  0.9848078f,  0.64278761f, 0,
+                               -0.64278761f, -0.9848078f, -0.8660254f, -0.34202014f};
     for (int i = 0; i < 9; ++i) {
         const float along = (static_cast<float>(i) + 0.5f) / 9;
         const float x = box.left + along * box.width();
-        const float y = box.top + box.height() * (0.5f - 0.26f * std::sin(along * 2 * kPi));
+        const float y = box.top + box.height() * (0.5f - 0.26f * kWave[i]);
         PaintLight(canvas, x, y, box.height() * (0.05f + 0.012f * static_cast<float>(i % 3)),
                    kPatches[(i * 5 + 6) % 12]);
     }
@@ -122,10 +144,9 @@ void PaintNight(Canvas& canvas, const Box& box) {
 // Three colors that overlap, half transparent as paint, with rings around them.
 void PaintDiscs(Canvas& canvas, float x, float y, float radius) {
     constexpr Color kInks[] = {{0.95f, 0.25f, 0.30f}, {0.98f, 0.80f, 0.20f}, {0.20f, 0.55f, 0.95f}};
+    constexpr float kPlaces[][2] = {{0, -0.5f}, {0.4330127f, 0.25f}, {-0.4330127f, 0.25f}};  // in radii
     for (int i = 0; i < 3; ++i) {
-        const float angle = kPi * (static_cast<float>(i) * 2 / 3 - 0.5f);
-        PaintDisc(canvas, x + 0.5f * radius * std::cos(angle), y + 0.5f * radius * std::sin(angle), 0.62f * radius,
-                  kInks[i], 0.72f);
+        PaintDisc(canvas, x + kPlaces[i][0] * radius, y + kPlaces[i][1] * radius, 0.62f * radius, kInks[i], 0.72f);
     }
     canvas.fill({x - radius * 1.5f, y - radius * 1.5f, x + radius * 1.5f, y + radius * 1.5f},
                 [&](float px, float py, const Color& there) {

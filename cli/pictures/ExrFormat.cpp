@@ -10,6 +10,7 @@
 #include <array>
 #include <exception>
 
+#include "cli/diagnostics/ToolError.h"
 #include "cli/pictures/PictureFormat.h"
 
 // Scan-line and tiled OpenEXR, half and float channels. By that format's convention color is premultiplied and
@@ -33,7 +34,7 @@ void CheckArea(const Box2i& window) {
     const std::int64_t height = Extent(window.min.y, window.max.y);
     constexpr std::int64_t kMaximumPixels = kMaximumPictureBytes / 16;
     if (width < 1 || height < 1 || width > kMaximumPixels || height > kMaximumPixels / width) {
-        throw fmt::format("{} by {} pixels cannot be read; make it smaller", width, height);
+        throw Fault("", fmt::format("{} by {} pixels cannot be read", width, height), "make it smaller");
     }
 }
 
@@ -42,12 +43,12 @@ std::array<const char*, 4> ChooseChannels(const Imf::ChannelList& channels) {
     const bool hasColor = std::any_of(std::begin(kColors), std::end(kColors),
                                       [&](const char* name) { return channels.findChannel(name) != nullptr; });
     const bool isGray = !hasColor && channels.findChannel("Y") && !channels.findChannel("RY");
-    if (!hasColor && !isGray) throw std::string("it has no channels R, G, B and no gray channel Y");
+    if (!hasColor && !isGray) throw Fault("", "it has no channels R, G, B and no gray channel Y");
     std::array<const char*, 4> chosen = {isGray ? "Y" : "R", isGray ? "Y" : "G", isGray ? "Y" : "B", "A"};
     for (const char*& name : chosen) {
         const Imf::Channel* channel = channels.findChannel(name);
         if (channel && (channel->xSampling != 1 || channel->ySampling != 1)) {
-            throw fmt::format("channel {} is subsampled; save it with all channels in full size", name);
+            throw Fault("", fmt::format("channel {} is subsampled", name), "save it with all channels in full size");
         }
         if (!channel) name = nullptr;
     }
@@ -131,8 +132,10 @@ Picture ReadExr(std::span<const std::byte> bytes, const RawLayout&) {
         Picture picture = PlaceInFrame(ReadDataWindow(file), dataWindow, displayWindow);
         Unpremultiply(picture);
         return picture;
+    } catch (const ToolError&) {
+        throw;
     } catch (const std::exception& error) {
-        throw fmt::format("{}; scan-line and tiled EXR files can be read", error.what());
+        throw Fault("", error.what(), "scan-line and tiled EXR files can be read");
     }
 }
 
@@ -158,7 +161,7 @@ std::vector<std::byte> WriteExr(const Picture& picture) {
         const auto* first = reinterpret_cast<const std::byte*>(text.data());
         return {first, first + text.size()};
     } catch (const std::exception& error) {
-        throw std::string(error.what());
+        throw Fault("", error.what());
     }
 }
 

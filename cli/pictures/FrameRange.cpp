@@ -56,7 +56,7 @@ std::optional<FramePattern> FindFramePattern(const std::filesystem::path& path) 
             continue;
         }
         if (found) {
-            throw WrongCommandLine(fmt::format("{}: has more than one place for the frame number; keep one", whole));
+            throw WrongCommandLine(whole, "has more than one place for the frame number", "keep one");
         }
         found = {whole.substr(0, at), *digits, std::string(rest)};
         at = whole.size() - rest.size();

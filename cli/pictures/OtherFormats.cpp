@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "cli/diagnostics/ToolError.h"
 #include "cli/pictures/PictureFormat.h"
 #include "imagelib/ImageDecoder.h"
 
@@ -8,7 +9,7 @@ namespace quillon::cli {
 Picture ReadOther(std::span<const std::byte> file, const RawLayout&) {
     const DecodedImage image = DecodeImage(file);
     if (!image) {
-        throw std::string("it is damaged, too large, or none of PNG, EXR, JPEG, BMP, GIF, PSD, Radiance HDR and TGA");
+        throw Fault("", "it is damaged, too large, or none of PNG, EXR, JPEG, BMP, GIF, PSD, Radiance HDR and TGA");
     }
     Picture picture = Picture::Make(image.width, image.height,
                                     image.bitDepth == 32 ? SampleFormat::real : SampleFormat::byte, ChannelOrder::rgba);

@@ -1,7 +1,5 @@
 #include "cli/pictures/PictureFormat.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string_view>
@@ -40,6 +38,14 @@ const PictureFormat& FindByContent(std::span<const std::byte> file) {
     return *(std::end(kFormats) - 1);
 }
 
+std::vector<std::byte> ReadInput(const std::filesystem::path& path) {
+    try {
+        return ReadWholeFile(path, kMaximumFileBytes);
+    } catch (const FileError& error) {
+        throw Fault(error.place, error.fault, error.remedy);
+    }
+}
+
 }  // namespace
 
 bool IsRawPicture(const std::filesystem::path& path) {
@@ -51,20 +57,20 @@ bool IsFloatPicture(const std::filesystem::path& path) {
 }
 
 Picture ReadPicture(const std::filesystem::path& path, const RawLayout& layout) {
-    const std::vector<std::byte> file = ReadWholeFile(path);
+    const std::vector<std::byte> file = ReadInput(path);
     const PictureFormat& format = IsRawPicture(path) ? *FindByEnding(path) : FindByContent(file);
     try {
         return format.read(file, layout);
-    } catch (const std::string& reason) {
-        throw Fault(fmt::format("{}: cannot be read as a picture: {}", path.string(), reason));
+    } catch (const ToolError& error) {
+        const Diagnostic& fault = error.faults.front();
+        throw Fault(path.string(), "cannot be read as a picture: " + fault.text, fault.remedy);
     }
 }
 
 void RequireWritable(const std::filesystem::path& path) {
     if (FindByEnding(path)) return;
-    throw WrongCommandLine(
-        fmt::format("{}: pictures are written as .png, .exr or .argb; give the output a name with one of these endings",
-                    path.string()));
+    throw WrongCommandLine(path.string(), "pictures are written as .png, .exr or .argb",
+                           "give the output a name with one of these endings");
 }
 
 void WritePicture(const std::filesystem::path& path, const Picture& picture) {
@@ -72,9 +78,9 @@ void WritePicture(const std::filesystem::path& path, const Picture& picture) {
     try {
         WriteWholeFile(path, FindByEnding(path)->write(picture));
     } catch (const FileError& error) {
-        throw Fault(fmt::format("{}; choose another place with -o", error.what()));
-    } catch (const std::string& reason) {
-        throw Fault(fmt::format("{}: cannot be written: {}", path.string(), reason));
+        throw Fault(error.place, error.fault, "choose another place with -o");
+    } catch (const ToolError& error) {
+        throw Fault(path.string(), "cannot be written: " + error.faults.front().text);
     }
 }
 

@@ -20,8 +20,13 @@ struct RawLayout {
 // Pictures that would take more than this as they are decoded are refused before anything is allocated.
 inline constexpr std::uint64_t kMaximumPictureBytes = std::uint64_t{1} << 30;
 
+// Of a picture's file no more than this is read: the largest picture without compression, with room for what the format
+// adds. It bounds what a device or a pipe without an end can take.
+inline constexpr std::uint64_t kMaximumFileBytes = kMaximumPictureBytes + (std::uint64_t{64} << 20);
+
 // A way to store pictures. Reading gives the picture in the file's own form; writing takes the picture in the host's
-// form and finds the closest that the format has. Both throw the reason as std::string, without the file's name.
+// form and finds the closest that the format has. Both throw a Fault without a place, to which ReadPicture
+// and WritePicture add the path.
 struct PictureFormat {
     const char* ending;     // lower case, with its dot
     const char* signature;  // what such files start with; empty when they have nothing of the kind

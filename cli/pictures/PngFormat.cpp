@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "cli/diagnostics/ToolError.h"
 #include "cli/pictures/PictureFormat.h"
 
 namespace quillon::cli {
@@ -15,7 +16,7 @@ void SwapWords(std::span<std::byte> bytes) {
 }
 
 [[noreturn]] void Fail(unsigned error) {
-    throw fmt::format("{}; the PNG file is damaged or cut off", lodepng_error_text(error));
+    throw Fault("", lodepng_error_text(error), "the PNG file is damaged or cut off");
 }
 
 }  // namespace
@@ -29,7 +30,8 @@ Picture ReadPng(std::span<const std::byte> file, const RawLayout&) {
     if (const unsigned error = lodepng_inspect(&width, &height, &state, bytes, file.size())) Fail(error);
     const SampleFormat format = state.info_png.color.bitdepth == 16 ? SampleFormat::word : SampleFormat::byte;
     const std::uint64_t size = std::uint64_t{width} * height * 4 * SampleBytes(format);
-    if (size > kMaximumPictureBytes) throw fmt::format("{} by {} pixels are too many; make it smaller", width, height);
+    if (size > kMaximumPictureBytes)
+        throw Fault("", fmt::format("{} by {} pixels are too many", width, height), "make it smaller");
 
     state.info_raw.colortype = LCT_RGBA;
     state.info_raw.bitdepth = BitDepth(format);
@@ -53,7 +55,7 @@ std::vector<std::byte> WritePng(const Picture& picture) {
     std::vector<unsigned char> file;
     const unsigned error = lodepng::encode(file, reinterpret_cast<const unsigned char*>(stored.pixels.data()),
                                            stored.width, stored.height, LCT_RGBA, BitDepth(format));
-    if (error != 0) throw std::string(lodepng_error_text(error));
+    if (error != 0) throw Fault("", lodepng_error_text(error));
     const auto* first = reinterpret_cast<const std::byte*>(file.data());
     return {first, first + file.size()};
 }

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <exception>
 #include <new>
 
@@ -6,18 +5,30 @@
 #include "cli/diagnostics/ToolError.h"
 #include "cli/system/System.h"
 
-int main(int argc, char** argv) {
-    using namespace quillon::cli;
-    PrepareProcess();
+namespace {
+
+using namespace quillon::cli;
+
+int Run(int argc, char** argv) {
     try {
         return RunCommandLine(ProgramArguments(argc, argv));
-    } catch (const ToolError& error) {
-        std::fputs(error.text.c_str(), stderr);
-        return error.exitStatus;
+    } catch (const ToolError&) {
+        throw;
     } catch (const std::bad_alloc&) {
-        std::fputs("quillon: error: out of memory; use smaller pictures or fewer bits per channel\n", stderr);
+        throw Fault("", "out of memory", "use smaller pictures, fewer bits per channel or a smaller effect");
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "quillon: error: %s\n", error.what());
+        throw Fault("", error.what());
     }
-    return kFault;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    PrepareProcess();
+    try {
+        return Run(argc, argv);
+    } catch (const ToolError& error) {
+        PrintDiagnostics(error.faults);
+        return error.exitStatus;
+    }
 }

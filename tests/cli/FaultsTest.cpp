@@ -42,7 +42,18 @@ const FaultCase kCases[] = {
     {"sequence_that_the_end_cuts", kGood + "// \xE2\x82", kCopyFragment,
      "fx/fx.js:7:4: error: byte 0xE2 is not UTF-8 text; save the file as UTF-8 [script]\n"},
     {"zero_byte", "var a;" + std::string(1, '\0') + kGood, kCopyFragment,
-     "fx/fx.js:1:7: error: byte 0x00 ends the program here; save the file as UTF-8 [script]\n"},
+     "fx/fx.js:1:7: error: byte 0x00 ends the text here; save the file as UTF-8 [script]\n"},
+    {"config_in_utf16", kGood, kCopyFragment,
+     "fx/config.xml:1:1: error: byte 0xFF is not UTF-8 text; save the file as UTF-8 [config]\n",
+     std::string("\xFF\xFE<\0A\0", 6)},
+    {"script_that_ends_its_host", "function setup() {\n  QL_release(-1);\n}\n" + kDraw, kCopyFragment,
+     "fx/fx.js:2: error: setup: an id that names no kind of entity was released, which ends a host's process "
+     "[script]\n"},
+    {"lookup_that_the_driver_lacks", kGood,
+     "uniform sampler2D sInput0;\nvoid main() {\n  gl_FragColor = texture2DLod(sInput0, gl_TexCoord[0].st, 0.0);\n}\n",
+     "fx/copy.frag:3: error: this graphics driver has no texture2DLod in fragment shaders; use texture2D [shader]\n"},
+    {"shader_that_is_missing", "function setup() { QL_initShader('sub/none'); }\n" + kDraw, kCopyFragment,
+     "fx/none.frag: error: no such file; QL_initShader(\"sub/none\") needs it, or a text [shader]\n"},
     {"newer_language", "let a = 1;\n" + kGood, kCopyFragment,
      "fx/fx.js:1: error: SyntaxError: unterminated statement; the script language is ECMAScript 5: var and function, "
      "no let, =>, class or `text` [script]\n"},
@@ -58,8 +69,10 @@ const FaultCase kCases[] = {
     {"entry_point_that_is_only_named", kGood + "// no preRender here\n", kCopyFragment,
      "fx/fx.js: error: no preRender(), though its name stands in the file, so that none is supplied; define it, or do "
      "not name it [script]\n"},
-    {"output_beyond_the_driver", kGood + "function preRender() { QL_setOutputExtent(-1, 1); }\n", kCopyFragment,
-     "fx/fx.js: error: preRender: asks for an output of -1x1 pixels; the graphics driver takes 1 to 16384 in each "
+    {"output_beyond_the_driver", kGood + "function preRender() { QL_setOutputExtent(-1000000000, -1); }\n",
+     kCopyFragment,
+     "fx/fx.js: error: preRender: asks for an output of 2147483647x-1 pixels; the graphics driver takes 1 to 16384 in "
+     "each "
      "direction [render]\n"},
     {"frame_without_a_target", kSetup + "function draw() { QL_release(QL_getSequenceRT()); }\n", kCopyFragment,
      "fx: error: the frame of 1x1 at 8 bits was not rendered: the script released its target, or the graphics driver "

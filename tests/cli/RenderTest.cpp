@@ -87,18 +87,18 @@ struct WrongValueCase {
 };
 
 constexpr WrongValueCase kWrongValues[] = {
-    {"FLOAT", "--set value=nan", "value: \"nan\" is no value for it; it takes a number"},
-    {"FLOAT", "--set value=1.5x", "value: \"1.5x\" is no value for it; it takes a number"},
+    {"FLOAT", "--set value=nan", "value: \"nan\" is not a value for it; it takes a number"},
+    {"FLOAT", "--set value=1.5x", "value: \"1.5x\" is not a value for it; it takes a number"},
     {"FLOAT", "--set value", "--set value: write it as NAME=VALUE"},
     {"FLOAT", "--set other=1", "other: the effect has no such control; its controls are:\n  value  \"The label\""},
     {"FLOAT", "--layer value=in.argb", "value: is not a layer; set it with --set"},
-    {"POINT", "--set value=1,2", "value: \"1,2\" is no value for it; it takes x,y,z"},
+    {"POINT", "--set value=1,2", "value: \"1,2\" is not a value for it; it takes x,y,z"},
     {"COLOR", "--set value=#12345",
-     "value: \"#12345\" is no value for it; it takes red,green,blue[,alpha] from 0 to 1, "
+     "value: \"#12345\" is not a value for it; it takes red,green,blue[,alpha] from 0 to 1, "
      "or #rrggbb[aa]"},
-    {"BOOL", "--set value=yes", "value: \"yes\" is no value for it; it takes true or false"},
+    {"BOOL", "--set value=yes", "value: \"yes\" is not a value for it; it takes true or false"},
     {"POPUP", "--set value=11",
-     "value: \"11\" is no value for it; it takes one of the entries, or its number from 1 "
+     "value: \"11\" is not a value for it; it takes one of the entries, or its number from 1 "
      "(0|1|2|3|4|5|6|7|8|9)"},
     {"LAYER", "--set value=1", "value: is a layer; give it a picture with --layer value=FILE"},
     {"TEXTURE", "--set value=1", "value: groups, paths and textures have no value that can be set; leave it out"},
@@ -197,8 +197,8 @@ constexpr WrongLine kWrongLines[] = {
     {"render fx -i a.png -o out##.png --frames 1-2 --fps 0", "--fps"},
     {"render fx -i a.png -o out##.png --frames 1-5x0", "--frames 1-5x0: write it as FIRST-LAST"},
     {"render fx -i a.png -o out.png --pixel-aspect 1/0", "--pixel-aspect 1/0: write it as NUM/DEN"},
-    {"render fx -i a.png -o out.png --time 1e9", "--time: a host's moments lie within"},
-    {"render fx -i a.argb -o out.png --depth 8", "a.argb: a raw buffer says nothing of itself"},
+    {"render fx -i a.png -o out.png --time 1e9", "--time: a host's moments are within"},
+    {"render fx -i a.argb -o out.png --depth 8", "a.argb: a raw buffer has no header"},
     {"render fx -i a.png -o out.png --size 2x2", "--size is for .argb pictures"},
     {"render fx -i a.png -o out.png --time 1 --frames 1-2", "--frames"},
     {"render fx -i a.png -o out##.png --frames 5-1", "--frames 5-1: write it as FIRST-LAST"},
