@@ -50,7 +50,11 @@ void RemoveLeftovers(const fs::path& place) {
 void Make(const fs::path& path, TemporaryPath::Kind kind) {
     if (kind == TemporaryPath::Kind::folder) {
         fs::create_directory(path);
-        fs::permissions(path, fs::perms::owner_all);
+        // Another process may have taken it for a leftover already. Its claim then fails, and another name is tried.
+        std::error_code error;
+        fs::permissions(path, fs::perms::owner_all, error);
+        if (error && error != std::errc::no_such_file_or_directory)
+            throw fs::filesystem_error("temporary folder", path, error);
         return;
     }
     errno = 0;
