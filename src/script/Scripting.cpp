@@ -9,6 +9,7 @@
 #include "entities/Context.h"
 #include "platform/StackSpace.h"
 #include "script/ErrorReading.h"
+#include "script/HeapMemory.h"
 #include "script/Natives.h"
 
 namespace quillon {
@@ -16,16 +17,6 @@ namespace quillon {
 namespace {
 
 Scripting::ErrorObserver errorObserver = nullptr;
-
-void* Allocate(void*, duk_size_t size) {
-    return std::malloc(size);
-}
-void* Reallocate(void*, void* block, duk_size_t size) {
-    return std::realloc(block, size);
-}
-void Release(void*, void* block) {
-    std::free(block);
-}
 
 // Reached only by a fault inside Duktape itself: every text runs protected.
 [[noreturn]] void Fatal(void*, const char*) {
@@ -77,9 +68,12 @@ Scripting::~Scripting() {
 }
 
 void Scripting::Open() {
-    context = duk_create_heap(Allocate, Reallocate, Release, nullptr, Fatal);
-    // Outside of a protected call the want of memory would end the process.
-    if (!context || duk_safe_call(context, Fill, nullptr, 0, 0) != DUK_EXEC_SUCCESS) {
+    const bool hasReserve = HeapMemory::TakeReserve();
+    if (hasReserve)
+        context = duk_create_heap(HeapMemory::Allocate, HeapMemory::Reallocate, HeapMemory::Release, nullptr, Fatal);
+    const bool isFilled = context && duk_safe_call(context, Fill, nullptr, 0, 0) == DUK_EXEC_SUCCESS;
+    HeapMemory::CloseReserve();
+    if (!isFilled) {
         Close();
         throw std::bad_alloc();
     }
@@ -90,6 +84,7 @@ void Scripting::Close() {
     // The heap first: finalizers of script objects may call natives, which need the entities.
     if (context) duk_destroy_heap(context);
     context = nullptr;
+    HeapMemory::ReturnReserve();
     pending = nullptr;
     quillon::Context::Instance().Clear();
 }
@@ -131,7 +126,7 @@ void Scripting::KeepException() noexcept {
 }
 
 duk_ret_t RunNative(duk_context* ctx, duk_c_function function) {
-    // An exception must not cross Duktape's frames: caught behind them alone it would leave the heap in a state in
+    // An exception must not cross Duktape's frames: caught only after them, it would leave the heap in a state in
     // which every later script fails. A script error takes its way out instead.
     try {
         return function(ctx);

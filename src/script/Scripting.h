@@ -9,7 +9,7 @@ struct duk_hthread;
 
 namespace quillon {
 
-// A script error that nobody handles, for whoever develops the effect.
+// A script error that the script did not catch, for the author of the effect.
 struct ScriptError {
     std::string evaluated;  // the text whose evaluation failed
     std::string message;    // the error as text, such as "ReferenceError: identifier 'x' undefined"

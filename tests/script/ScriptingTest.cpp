@@ -124,7 +124,7 @@ TEST_F(ScriptHeap, ReadsAnErrorWithoutRunningTheScript) {
     }
 }
 
-// A finalizer runs in a collection, behind an error, at the end of the heap; natives work in it all the same.
+// A finalizer runs in a collection, after an error, at the end of the heap; natives work in it all the same.
 TEST_F(ScriptHeap, LetsFinalizersCallNativesUntilTheVeryEnd) {
     scripting.Eval(
         "function guard(id) { var o = {}; Duktape.fin(o, function () { QL_release(id); QL_initParam('late', 1);"
@@ -136,7 +136,7 @@ TEST_F(ScriptHeap, LetsFinalizersCallNativesUntilTheVeryEnd) {
     EXPECT_EQ(Context::Instance().Count(), 0u);
 }
 
-// The host calls on threads of its own making, whose stacks can be small.
+// The host calls on its own threads, whose stacks can be small.
 TEST_F(ScriptHeap, SurvivesDeepRecursionOnASmallStack) {
     const auto work = [](void* self) -> void* {
         Scripting& heap = *static_cast<Scripting*>(self);
