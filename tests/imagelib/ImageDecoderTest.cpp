@@ -79,14 +79,20 @@ Bytes Flat(int pixels, const Bytes& pixel) {
     return all;
 }
 
+// A valid file whose pixels start in the second of its IDAT chunks; the first holds none.
+Bytes WithEmptyChunk(Bytes png) {
+    constexpr std::uint8_t kChunk[] = {0, 0, 0, 0, 'I', 'D', 'A', 'T', 0x35, 0xAF, 0x06, 0x1E};
+    constexpr std::ptrdiff_t kAfterHeader = 33;
+    png.insert(png.begin() + kAfterHeader, std::begin(kChunk), std::end(kChunk));
+    return png;
+}
+
 const PictureCase kPictures[] = {
-    {"png_rgba", PngFile(2, 2, 4, kFourPixels), 2, 2, kFourPixels, 0},
+    {"png_rgba", WithEmptyChunk(PngFile(2, 2, 4, kFourPixels)), 2, 2, kFourPixels, 0},
     {"png_gray_is_opaque", PngFile(2, 1, 1, {7, 200}), 2, 1, {7, 7, 7, 255, 200, 200, 200, 255}, 0},
     {"jpeg", JpegFile(9, 5, 3, Flat(45, {200, 100, 50})), 9, 5, Flat(45, {200, 100, 50, 255}), 4},
     {"bmp_rows_from_the_bottom", BmpFile(1, 2, {1, 2, 3, 0, 4, 5, 6, 0}), 1, 2, {6, 5, 4, 255, 3, 2, 1, 255}, 0},
     {"tga_rows_from_the_bottom", TgaFile(1, 2, {1, 2, 3, 4, 5, 6}), 1, 2, {6, 5, 4, 255, 3, 2, 1, 255}, 0},
-    {"psd", PsdFile(2, 1, {1, 2, 3, 4, 5, 6}), 2, 1, {1, 3, 5, 255, 2, 4, 6, 255}, 0},
-    {"gif", RedGreenGifFile(), 2, 1, {255, 0, 0, 255, 0, 255, 0, 255}, 0},
 };
 
 INSTANTIATE_TEST_SUITE_P(Formats, Picture, ::testing::ValuesIn(kPictures),
@@ -170,7 +176,7 @@ TEST(JpegPicture, MayHoldAnyBytesWhereNoTablesAre) {
     const Bytes good = JpegFile(8, 8, 3, Flat(64, {200, 100, 50}));
     const Bytes profile = Join({{0xFF, 0xE2}, WordBig(2 + 2 + 2 + 17 + 257), OverfullTables()});
     EXPECT_TRUE(Decode(Join({{0xFF, 0xD8}, profile, Bytes(good.begin() + 2, good.end())})));
-    EXPECT_TRUE(Decode(Join({good, OverfullTables()}))) << "behind the end of the image";
+    EXPECT_TRUE(Decode(Join({good, OverfullTables()}))) << "after the end of the image";
 }
 
 struct RefusedCase {

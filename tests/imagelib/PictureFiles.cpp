@@ -34,10 +34,6 @@ Bytes WordBig(unsigned value) {
     return {static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value)};
 }
 
-Bytes LongBig(std::uint32_t value) {
-    return Join({WordBig(value >> 16), WordBig(value & 0xFFFF)});
-}
-
 Bytes Long(std::uint32_t value) {
     return Join({Word(value & 0xFFFF), Word(value >> 16)});
 }
@@ -64,33 +60,9 @@ Bytes TgaFile(unsigned width, unsigned height, const Bytes& body) {
     return Join({{0, 0, 2}, Bytes(9), Word(width), Word(height), {24, 0}, body});
 }
 
-Bytes PsdFile(std::uint32_t width, std::uint32_t height, const Bytes& body) {
-    return Join({Text("8BPS"), WordBig(1), Bytes(6), WordBig(3), LongBig(height), LongBig(width), WordBig(8),
-                 WordBig(3), Bytes(12), WordBig(0), body});
-}
-
 Bytes HdrFile(int width, int height, const Bytes& body) {
     const std::string extent = "-Y " + std::to_string(height) + " +X " + std::to_string(width) + "\n";
     return Join({Text("#?RADIANCE\n# a comment\nFORMAT=32-bit_rle_rgbe\n\n" + extent), body});
-}
-
-Bytes RedGreenGifFile() {
-    const Bytes palette = {255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255};
-    // Three-bit codes, lowest bit first: clear (4), 0, 1, end (5).
-    const Bytes codes = {2, 2, 0x44, 0x0A, 0};
-    return Join({Text("GIF89a"),
-                 Word(2),
-                 Word(1),
-                 {0x81, 0, 0},
-                 palette,
-                 {0x2C},
-                 Word(0),
-                 Word(0),
-                 Word(2),
-                 Word(1),
-                 {0},
-                 codes,
-                 {0x3B}});
 }
 
 }  // namespace quillon::test

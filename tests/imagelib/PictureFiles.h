@@ -9,13 +9,12 @@ namespace quillon::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Parts of files, put one behind the other.
+// Joins parts of files.
 Bytes Join(std::initializer_list<Bytes> parts);
 Bytes Text(const std::string& text);
-Bytes Word(unsigned value);          // 16 bits, little-endian
-Bytes WordBig(unsigned value);       // 16 bits, big-endian
-Bytes LongBig(std::uint32_t value);  // 32 bits, big-endian
-Bytes Long(std::uint32_t value);     // 32 bits, little-endian
+Bytes Word(unsigned value);       // 16 bits, little-endian
+Bytes WordBig(unsigned value);    // 16 bits, big-endian
+Bytes Long(std::uint32_t value);  // 32 bits, little-endian
 
 // Whole files of the given pixels: rows tight, top row first, `channels` bytes a pixel.
 Bytes PngFile(int width, int height, int channels, const Bytes& pixels);
@@ -24,12 +23,7 @@ Bytes JpegFile(int width, int height, int channels, const Bytes& pixels);
 // A BMP and a TGA file of 24 bits a pixel; `body` is what stands behind the header, bottom row first.
 Bytes BmpFile(std::uint32_t width, std::uint32_t height, const Bytes& body);
 Bytes TgaFile(unsigned width, unsigned height, const Bytes& body);
-// A PSD file of three channels of 8 bits, not packed: all of red, then green, then blue.
-Bytes PsdFile(std::uint32_t width, std::uint32_t height, const Bytes& body);
 // A Radiance HDR file; `body` is what stands behind the header.
 Bytes HdrFile(int width, int height, const Bytes& body);
-
-// A GIF file of one red and one green pixel, side by side.
-Bytes RedGreenGifFile();
 
 }  // namespace quillon::test
