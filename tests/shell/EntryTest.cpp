@@ -14,17 +14,24 @@ thread_local long allocationsLeft = -1;
 
 }  // namespace
 
-// Inlined, they would look like mismatched pairs to the compiler.
-[[gnu::noinline]] void* operator new(std::size_t bytes) {
-    if (allocationsLeft == 0) throw std::bad_alloc();
+// All forms that others pair with each other: GL drivers use the nothrow one. Inlined, they would look like mismatched
+// pairs to the compiler.
+[[gnu::noinline]] void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+    if (allocationsLeft == 0) return nullptr;
     if (allocationsLeft > 0) --allocationsLeft;
-    if (void* const memory = std::malloc(bytes != 0 ? bytes : 1)) return memory;
+    return std::malloc(bytes != 0 ? bytes : 1);
+}
+[[gnu::noinline]] void* operator new(std::size_t bytes) {
+    if (void* const memory = operator new(bytes, std::nothrow)) return memory;
     throw std::bad_alloc();
 }
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
 }
 
