@@ -70,6 +70,7 @@ protected:
         session->renderFrame(*outer, {Picture(*session, 8, 4, 4)});
         outer->currentTime = time;
         session->updateParamsUI(*inner);
+        session->updateParamsUI(*bare);  // whose composition nobody has asked for
         session->userChangedParam(*inner, 3);
         session->sequenceFlatten(*inner);
     }
