@@ -1,7 +1,6 @@
 #include "cli/commands/Commands.h"
 
 #include <algorithm>
-#include <fstream>
 #include <span>
 #include <stdexcept>
 
@@ -13,6 +12,7 @@
 #include "cli/import/Import.h"
 #include "packer/FileError.h"
 #include "packer/WholeFile.h"
+#include "platform/TemporaryPath.h"
 
 namespace quillon::cli {
 
@@ -47,19 +47,16 @@ Diagnostics Rehearse(const EffectSource& source) {
 
 // The folder appears with all of its files, or not at all.
 void WriteFolder(const std::filesystem::path& folder, const std::vector<PackageFile>& files) {
-    const std::filesystem::path part = folder.string() + ".part";
-    std::error_code ignored;
-    std::filesystem::remove_all(part, ignored);
     try {
-        std::filesystem::create_directory(part);
-        for (const PackageFile& file : files) WriteWholeFile(part / file.name, file.bytes);
-        std::filesystem::rename(part, folder);
+        TemporaryPath temporary(folder.parent_path(), TemporaryPath::Kind::folder);
+        for (const PackageFile& file : files) WriteWholeFile(temporary.path() / file.name, file.bytes);
+        if (const std::error_code error = temporary.moveTo(folder))
+            throw Fault(folder.string(), "cannot be made: " + error.message());
     } catch (const std::filesystem::filesystem_error& error) {
-        std::filesystem::remove_all(part, ignored);
         throw Fault(folder.string(), "cannot be made: " + error.code().message());
     } catch (const FileError& error) {
-        std::filesystem::remove_all(part, ignored);
-        throw Fault(error.place, error.fault, error.remedy);
+        const std::filesystem::path file = folder / std::filesystem::path(error.place).filename();
+        throw Fault(file.string(), error.fault, error.remedy);
     }
 }
 

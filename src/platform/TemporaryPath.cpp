@@ -48,18 +48,19 @@ void RemoveLeftovers(const fs::path& place) {
 }
 
 void Make(const fs::path& path, TemporaryPath::Kind kind) {
-    if (kind == TemporaryPath::Kind::folder) {
-        fs::create_directory(path);
-        // Another process may have taken it for a leftover already. Its claim then fails, and another name is tried.
-        std::error_code error;
-        fs::permissions(path, fs::perms::owner_all, error);
-        if (error && error != std::errc::no_such_file_or_directory)
-            throw fs::filesystem_error("temporary folder", path, error);
+    if (kind == TemporaryPath::Kind::file) {
+        errno = 0;
+        if (!std::ofstream(path, std::ios::binary))
+            throw fs::filesystem_error("temporary file", path, {errno != 0 ? errno : EIO, std::generic_category()});
         return;
     }
-    errno = 0;
-    if (!std::ofstream(path, std::ios::binary))
-        throw fs::filesystem_error("temporary file", path, {errno != 0 ? errno : EIO, std::generic_category()});
+    fs::create_directory(path);
+    if (kind == TemporaryPath::Kind::folder) return;
+    // Another process may have taken it for a leftover already. Its claim then fails, and another name is tried.
+    std::error_code error;
+    fs::permissions(path, fs::perms::owner_all, error);
+    if (error && error != std::errc::no_such_file_or_directory)
+        throw fs::filesystem_error("temporary folder", path, error);
 }
 
 }  // namespace

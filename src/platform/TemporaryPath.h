@@ -12,10 +12,10 @@ class TemporaryClaim;
 // place also removes what ended processes of this user left there.
 class TemporaryPath {
 public:
-    enum class Kind { file, folder };
+    enum class Kind { file, folder, privateFolder };
 
-    // Makes an empty one with a new name in this folder; a folder is for the calling user only. Throws
-    // std::filesystem::filesystem_error.
+    // Makes an empty one with a new name in this folder: a file or folder with the permissions of any new one, or a
+    // folder for the calling user only. Throws std::filesystem::filesystem_error.
     TemporaryPath(const std::filesystem::path& place, Kind kind);
     ~TemporaryPath();
     TemporaryPath(const TemporaryPath&) = delete;
@@ -39,7 +39,7 @@ private:
 // A temporary folder where the system keeps temporary files.
 class TemporaryFolder : public TemporaryPath {
 public:
-    TemporaryFolder() : TemporaryPath(std::filesystem::temp_directory_path(), Kind::folder) {}
+    TemporaryFolder() : TemporaryPath(std::filesystem::temp_directory_path(), Kind::privateFolder) {}
 };
 
 // Removes the temporary files and folders of this process at once, for those who end it without a return to main().
