@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace quillon::cli {
@@ -18,5 +19,8 @@ void TakeBlanks(std::string_view& text);
 bool HoldsWord(std::string_view text, std::string_view word);
 
 bool IsWordCharacter(char c);
+
+// With the letters A to Z made small; all other bytes stay.
+std::string InLowerCase(std::string text);
 
 }  // namespace quillon::cli

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/diagnostics/TextScanner.h"
 #include "cli/effect/SourceChecks.h"
 #include "packer/EffectFolder.h"
 #include "packer/FileError.h"
@@ -17,9 +18,7 @@ namespace quillon::cli {
 namespace {
 
 bool EqualIgnoringCase(std::string_view left, std::string_view right) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; };
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [&](char a, char b) { return lower(a) == lower(b); });
+    return InLowerCase(std::string(left)) == InLowerCase(std::string(right));
 }
 
 std::string_view ContentOf(const PackageFile& file) {

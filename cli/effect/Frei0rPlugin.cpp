@@ -24,9 +24,6 @@ using frei0r::Role;
 // A control without a range in the script: two turns, so that every default within a turn, either way, has its place.
 constexpr float kMostDegrees = 360;
 
-constexpr std::uint32_t kDeepColorFlag = 1u << 25;   // of FLAGS
-constexpr std::uint32_t kFloatColorFlag = 1u << 12;  // of FLAGS2
-
 // Hosts take parameters from their command lines as NAME=VALUE, and colons and bars part other things there.
 std::string CleanName(std::string text) {
     std::ranges::replace_if(
@@ -82,9 +79,9 @@ ColorUse UseOf(std::string_view name, const std::string& file) {
         std::string_view channels = rest;
         TakeWord(channels);
         const std::size_t end = rest.size() - channels.size();
-        const std::string_view behind = rest.substr(0, end);
-        usesAlpha = usesAlpha || behind.find_first_not_of(" \t\r\n.rgbxyz") != std::string_view::npos ||
-                    behind.find('.') == std::string_view::npos;
+        const std::string_view use = rest.substr(0, end);
+        usesAlpha = usesAlpha || use.find_first_not_of(" \t\r\n.rgbxyz") != std::string_view::npos ||
+                    use.find('.') == std::string_view::npos;
     }
     return !isUniform ? ColorUse::none : usesAlpha ? ColorUse::withAlpha : ColorUse::withoutAlpha;
 }
@@ -111,8 +108,10 @@ private:
         listing.type = config.GetInteger(L"GENERATOR") != 0 ? PluginType::source : PluginType::filter;
         listing.majorVersion = static_cast<std::uint32_t>(std::max(config.GetInteger(L"MAJOR_VERSION"), 0));
         listing.minorVersion = static_cast<std::uint32_t>(std::max(config.GetInteger(L"MINOR_VERSION"), 0));
-        const bool isDeep = (static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) & kDeepColorFlag) != 0;
-        const bool isFloat = (static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2")) & kFloatColorFlag) != 0;
+        const bool isDeep =
+            (static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) & PF_OutFlag_DEEP_COLOR_AWARE) != 0;
+        const bool isFloat =
+            (static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2")) & PF_OutFlag2_FLOAT_COLOR_AWARE) != 0;
         if (isDeep || isFloat)
             warn("config.xml", LineOfKey(source, isDeep ? "FLAGS" : "FLAGS2"), Diagnostic::Kind::config,
                  "frei0r has 8 bits per channel; the effect's 16 and 32 bits stay unused");
@@ -173,7 +172,7 @@ private:
         listing.layer = index;
     }
 
-    // The label behind the names of its groups; hosts tell parameters apart by nothing else.
+    // The names of its groups, then its label; hosts tell parameters apart by nothing else.
     std::string nameOf(const Parameter& declared, const char* part) const {
         std::string name;
         for (const std::string& group : groups) name += group.empty() ? "" : group + " / ";

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/diagnostics/TextScanner.h"
 #include "platform/File.h"
 #include "platform/Utf8Path.h"
 
@@ -44,12 +45,6 @@ constexpr Pattern kPatterns[] = {
 
 // What the engine reads.
 constexpr std::string_view kPictureEndings[] = {".png", ".jpg", ".jpeg", ".bmp", ".gif", ".psd", ".hdr", ".tga"};
-
-std::string InLowerCase(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-    return text;
-}
 
 // Whether the script, in lower case, may ask for the picture of this name. A text of the script that ends as the name
 // does, and is not the name of a file here, is a part from which the script puts names together.

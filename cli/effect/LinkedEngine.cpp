@@ -5,6 +5,7 @@
 #include "cli/effect/ScriptFaults.h"
 #include "cli/effect/ShaderFaults.h"
 #include "engine/AEQuillon2.h"
+#include "engine/EngineLock.h"
 
 extern "C" PF_Err EntryPointFunc(PF_Cmd, PF_InData*, PF_OutData*, PF_ParamDef*[], PF_LayerDef*, void*);
 
@@ -12,18 +13,15 @@ namespace quillon::cli::LinkedEngine {
 
 namespace {
 
-// The engine's GL lock for a scope.
-class Lock {
+// The engine's GL lock for a scope; a fault where there is no OpenGL.
+class RequiredLock : public EngineLock {
 public:
-    Lock() {
-        if (!AEQuillon2::instance().lockGL())
+    RequiredLock() : EngineLock(AEQuillon2::instance()) {
+        if (!isHeld())
             throw Fault("", "no OpenGL: the system gives no context",
                         "install a graphics driver, or Mesa's software renderer (Debian: libgl1-mesa-dri "
                         "libegl-mesa0)");
     }
-    ~Lock() { AEQuillon2::instance().unlockGL(); }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
 };
 
 }  // namespace
@@ -59,18 +57,18 @@ std::uint32_t Flags2() {
 }
 
 void RequireOpenGL() {
-    const Lock lock;
+    const RequiredLock lock;
 }
 
 std::uint32_t LargestExtent() {
-    const Lock lock;
+    const RequiredLock lock;
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     return static_cast<std::uint32_t>(largest);
 }
 
 void DrawNothing() {
-    const Lock lock;
+    const RequiredLock lock;
     if (GLEW_VERSION_3_0) glEnable(GL_RASTERIZER_DISCARD);
 }
 

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 
 #include "cli/import/ConfigWriter.h"
 #include "cli/import/GlslTokens.h"
@@ -15,8 +14,6 @@
 #include "cli/import/Sources.h"
 
 namespace quillon::cli {
-
-namespace {}  // namespace
 
 std::string ShaderName(const std::string& effect) {
     std::string name;

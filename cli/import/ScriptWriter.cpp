@@ -275,24 +275,21 @@ private:
 
 )";
         }
-        if (hasCopies()) {
+        if (hasCopies() || !plan.targets.empty()) {
             text += R"(function newTarget(sides, wrap) {
     return { sides: sides, wrap: wrap, front: 0 };
 }
 
-// The shader that turns a picture over. While there is no picture, transparent black.
+)";
+        }
+        if (hasCopies()) {
+            text += R"(// The shader that turns a picture over. While there is no picture, transparent black.
 function copy(name, sampler, wrap) {
     copies[name] = newTarget(['front'], wrap);
     copies[name].shader = QL_initShader(name + ' copy',
         'uniform vec4 Texture0Params;\nuniform sampler2D ' + sampler + ';\n' +
         'void main() {\n    gl_FragColor = Texture0Params.x > 0.0 ? texture2D(' + sampler +
         ', gl_TexCoord[0].st) : vec4(0.0);\n}\n');
-}
-
-)";
-        } else if (!plan.targets.empty()) {
-            text += R"(function newTarget(sides, wrap) {
-    return { sides: sides, wrap: wrap, front: 0 };
 }
 
 )";

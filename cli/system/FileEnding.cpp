@@ -1,11 +1,11 @@
 #include "cli/system/FileEnding.h"
 
+#include "cli/diagnostics/TextScanner.h"
+
 namespace quillon::cli {
 
 std::string LowerEnding(const std::filesystem::path& path) {
-    std::string ending = path.extension().string();
-    for (char& c : ending) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    return ending;
+    return InLowerCase(path.extension().string());
 }
 
 }  // namespace quillon::cli
