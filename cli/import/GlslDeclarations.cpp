@@ -51,7 +51,7 @@ bool GlslWalk::isDeclaration() const {
     return isWord(ahead + 1);
 }
 
-// "float" or "float[3]"; the brackets move behind the name, which is where the old dialect wants them.
+// "float" or "float[3]"; the brackets move to the end of the name, where the old dialect wants them.
 bool GlslWalk::takeType(GlslType& type, std::string& arrayTail) {
     if (!isType(0)) return false;
     const std::string word = peek();

@@ -14,7 +14,7 @@ namespace quillon::cli {
 namespace {
 
 struct Refusal {
-    const char* words;  // separated by blanks; one that ends in a star stands for all that begin so
+    const char* words;  // separated by blanks; one that ends in a star means all that begin with it
     const char* why;
 };
 constexpr Refusal kRefusals[] = {
@@ -130,7 +130,7 @@ private:
         }
     }
 
-    // Names with a bracket behind them.
+    // Names that a bracket follows.
     std::set<std::string> calls() const {
         std::set<std::string> names;
         for (std::size_t i = 0; i < tokens.size(); ++i) {

@@ -286,9 +286,9 @@ GlslWalk::Node GlslWalk::primary() {
     }
     Node node{.first = place, .last = place, .isName = true};
     if (const auto macro = macros.find(name); macro != macros.end()) {
-        const Node stands = macroNode(macro->second);
-        node.type = stands.type;
-        node.isConstant = stands.isConstant;
+        const Node replacement = macroNode(macro->second);
+        node.type = replacement.type;
+        node.isConstant = replacement.isConstant;
     } else if (const Symbol* symbol = find(name)) {
         node.type = symbol->type;
         node.isConstant = symbol->isConstant;

@@ -7,7 +7,7 @@ namespace quillon::cli {
 
 namespace {
 
-// TYPE stands for each of the types of `over`, one after the other; BOOLS for the truth values of as many components.
+// TYPE is replaced by each type of `over` in turn, BOOLS by the type of as many truth values.
 struct Helper {
     const char* name;
     const char* over;  // "" once, "f" for float to vec4, "i" for int to ivec4, "v" for vec2 to vec4

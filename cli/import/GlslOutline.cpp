@@ -106,7 +106,7 @@ void QuoteMainInComments(GlslTokens& tokens) {
 
 GlslTokens TakeLeadingComments(GlslTokens& tokens) {
     std::size_t end = 0;
-    std::size_t kept = 0;  // behind the last line that a comment ends
+    std::size_t kept = 0;  // after the last line that a comment ends
     bool hasComment = false;
     while (end < tokens.size() && !tokens[end].isSignificant()) {
         hasComment = hasComment || tokens[end].kind == GlslToken::Kind::comment;

@@ -29,7 +29,7 @@ std::vector<Varying> TakeUniforms(GlslTokens& tokens);
 // under the new name.
 void Rename(GlslTokens& tokens, const std::string& word, const std::string& name);
 
-// The engine takes the first word "main" with a bracket behind it for the program's function, in comments too: this
+// The engine takes the first word "main" that a bracket follows for the program's function, in comments too: this
 // puts it in quotes there.
 void QuoteMainInComments(GlslTokens& tokens);
 

@@ -37,7 +37,7 @@ std::size_t ClosingBracket(const GlslTokens& tokens, std::size_t open);
 // All words of the text, those of preprocessor lines too.
 std::set<std::string> WordsOf(const GlslTokens& tokens);
 
-// `wish` when no name of the set equals it, else with the first number behind it that makes it new.
+// `wish` when no name of the set equals it, else with the first number after it that makes it new.
 std::string UnusedName(const std::set<std::string>& names, const std::string& wish);
 
 }  // namespace quillon::cli

@@ -97,7 +97,7 @@ void GlslWalk::wrap(const Node& node, const std::string& before, const std::stri
     token(node.last).text += after;
 }
 
-// Goes behind the statement that is not understood, or in front of the bracket that ends its block.
+// Goes to the end of the statement that is not understood, or in front of the bracket that ends its block.
 void GlslWalk::recover() {
     int level = 0;
     while (at < places.size()) {

@@ -31,7 +31,7 @@ constexpr const char* kPictureEndings[] = {".png", ".jpg", ".jpeg", ".bmp", ".gi
 
 struct HeaderPlace {
     std::size_t begin = std::string::npos;  // of the comment
-    std::size_t end = 0;                    // behind it
+    std::size_t end = 0;                    // after it
 };
 
 HeaderPlace FindHeader(std::string_view text) {

@@ -27,7 +27,7 @@ bool IsOneOf(const std::string& word, std::initializer_list<std::string_view> wo
     return std::ranges::find(words, word) != words.end();
 }
 
-// `at`: behind the type and the name.
+// `at`: the place after the type and the name.
 Words ReadWords(const GlslTokens& tokens, std::size_t at) {
     Words words;
     std::string key;
@@ -121,7 +121,7 @@ private:
     ImportFindings& findings;
 };
 
-// "//! float speed = 1.0 [0.0, 5.0]": the words behind the type and the name.
+// "//! float speed = 1.0 [0.0, 5.0]": the words after the type and the name.
 bool ReadDeclaration(const GlslTokens& words, std::string& type, std::string& name, std::size_t& next) {
     std::size_t at = NextSignificant(words, 0);
     if (at < words.size() && words[at].source == "uniform") at = NextSignificant(words, at + 1);

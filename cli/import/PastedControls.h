@@ -21,7 +21,7 @@ struct PastedControls {
 
 // Takes the uniform declarations of a text and its comments of the form
 //     //! float speed = 1.0 [0.0, 5.0] "Speed"
-// and makes controls of them. A comment behind a declaration says default, range and label in the same way, or as
+// and makes controls of them. A comment after a declaration says default, range and label in the same way, or as
 // min=0 max=5 default=1.
 void TakePastedControls(GlslTokens& tokens, PastedControls& declared, ImportFindings& findings);
 
