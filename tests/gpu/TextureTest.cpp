@@ -58,7 +58,7 @@ TEST_F(TextureTest, ChoosesStorageAndRowLengthByDepth) {
         std::int64_t rowBytes;
         bool argbOrdered;
         GLint storageBits, storageType, rowLength;
-    } kCases[] = {
+    } kDepths[] = {
         {8, 8, true, 8, GL_UNSIGNED_NORMALIZED, 2},
         {8, 12, false, 8, GL_UNSIGNED_NORMALIZED, 3},
         {16, 16, true, 32, GL_FLOAT, 2},
@@ -77,7 +77,7 @@ TEST_F(TextureTest, ChoosesStorageAndRowLengthByDepth) {
         return name;
     }());
     const std::uint32_t name = texture.textureName.get();
-    for (const auto& [bits, rowBytes, argbOrdered, storageBits, storageType, rowLength] : kCases) {
+    for (const auto& [bits, rowBytes, argbOrdered, storageBits, storageType, rowLength] : kDepths) {
         SCOPED_TRACE(std::to_string(bits) + " bits, rows of " + std::to_string(rowBytes));
         texture.uploadPixels(nullptr, {2, 3, bits, rowBytes}, argbOrdered, false);
         EXPECT_EQ(Integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(name));
