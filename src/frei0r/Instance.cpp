@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
-#include <future>
 
 #include "engine/AEQuillon2.h"
 #include "engine/EngineLock.h"
@@ -16,16 +15,9 @@ namespace {
 
 constexpr std::uint32_t kBitDepth = 8;
 constexpr std::size_t kPixelBytes = 4;
-// The engine cannot read back so much or more.
+// The engine reads back no output of so many bytes. Asked before the frame is drawn: drawing for nothing would take
+// seconds and a gigabyte.
 constexpr std::size_t kTooManyBytes = std::size_t{512} << 20;
-
-// Runs the call on a thread of its own and waits for it. A host's thread may have a GL context current, of EGL or of
-// another window system, and the engine makes its own context current: on a new thread there is nothing to put aside
-// and to bring back. It costs some 50 microseconds a frame.
-template <class Call>
-auto RunApart(Call call) {
-    return std::async(std::launch::async, std::move(call)).get();
-}
 
 }  // namespace
 
@@ -33,7 +25,7 @@ Instance::Instance(const Listing& plugin, FrameSize frameSize, double timeOfASec
     : listing(plugin), size(frameSize), hostTimeOfASecond(timeOfASecond), values(plugin.controls.size()) {}
 
 Instance::~Instance() {
-    if (effect) RunApart([this] { effect.reset(); });
+    if (effect) thread->run([this] { effect.reset(); });
 }
 
 const ListedControl* Instance::controlAt(int index) const {
@@ -58,7 +50,8 @@ void Instance::get(int index, void* record) const {
 void Instance::render(double hostTime, const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* out) {
     bool isRendered = false;
     try {
-        isRendered = RunApart([&] { return renderEffect(hostTime / hostTimeOfASecond, first, second, out); });
+        if (!thread) thread = EngineThread::Shared();
+        thread->run([&] { isRendered = renderEffect(hostTime / hostTimeOfASecond, first, second, out); });
     } catch (const std::exception& error) {
         refuse(error.what());
     }

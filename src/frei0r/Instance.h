@@ -8,6 +8,7 @@
 
 #include "frei0r/ControlValues.h"
 #include "frei0r/EngineInstance.h"
+#include "frei0r/EngineThread.h"
 #include "frei0r/Listing.h"
 
 namespace quillon::frei0r {
@@ -43,7 +44,8 @@ private:
     std::vector<std::optional<HostValue>> values;  // by parameter; those that the host has not set are the script's
     std::vector<std::uint32_t> pixelsOfEngine;     // an input in the engine's order, on its way there
     bool hasInput = false;                         // a source's one input is uploaded
-    std::unique_ptr<EngineInstance> effect;        // null before the first frame
+    std::shared_ptr<EngineThread> thread;          // null before the first frame
+    std::unique_ptr<EngineInstance> effect;        // lives on that thread; null before the first frame
 };
 
 }  // namespace quillon::frei0r
