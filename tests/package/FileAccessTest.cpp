@@ -12,7 +12,7 @@ namespace {
 
 using std::string_literals::operator""s;
 
-// Disk mode, in a current folder of its own.
+// Disk mode, in a fresh current folder.
 class FileAccessTest : public ::testing::Test {
 protected:
     FileAccessTest() : before(std::filesystem::current_path()) {
@@ -29,21 +29,16 @@ private:
 
 TEST_F(FileAccessTest, ReadsFilesOfTheCurrentFolder) {
     const struct {
-        const char* name;
         std::string content, text;
     } cases[] = {
-        {"empty", "", ""},
-        {"lone carriage returns", "\rone\r\r\ntwo\r", "\rone\r\ntwo\r"},
-        {"a zero inside a line end", "ab\r\0\n"s, "ab\r"},
-        {"an end-of-file mark",
-         "ab\x1A"
-         "cd\r\n",
-         "ab"},
+        {"", ""},
+        {"\rone\r\r\ntwo\r", "\rone\r\ntwo\r"},
+        {"ab\r\0\n"s, "ab\r"},
+        {"ab\032cd\r\n", "ab"},  // an end-of-file mark
     };
-    for (const auto& [name, content, text] : cases) {
-        SCOPED_TRACE(name);
+    for (const auto& [content, text] : cases) {
         std::ofstream("file.txt", std::ios::binary) << content;
-        EXPECT_EQ(ReadFileText(L"file.txt"), text);
+        EXPECT_EQ(ReadFileText(L"file.txt"), text) << ::testing::PrintToString(content);
         const auto bytes = ReadFileBytes(L"file.txt");
         EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()), content);
     }
@@ -55,9 +50,7 @@ TEST_F(FileAccessTest, ReadsWhatCannotBeOpenedAsPopaOrNothing) {
         EXPECT_EQ(ReadFileText(name), "popa");
         EXPECT_TRUE(ReadFileBytes(name).empty());
     }
-}
-
-TEST_F(FileAccessTest, RefusesAFileBeyondThirtyOneBits) {
+    // Beyond 31 bits.
     std::ofstream("large.bin").close();
     std::filesystem::resize_file("large.bin", std::uintmax_t{1} << 31);  // a hole, it takes no room
     EXPECT_THROW(ReadFileBytes(L"large.bin"), std::length_error);

@@ -12,7 +12,7 @@ std::string Word32(std::uint64_t value) {
 }
 
 std::string SizesOf(const ZipEntry& entry) {
-    return Word16(entry.flags) + Word16(entry.method) + Word32(0) + Word32(entry.crc) + Word32(entry.packedSize) +
+    return Word16(0) + Word16(entry.method) + Word32(0) + Word32(entry.crc) + Word32(entry.packedSize) +
            Word32(entry.size) + Word16(entry.name.size()) + Word16(0);
 }
 
@@ -45,7 +45,7 @@ std::string ZipBuilder::bytes() const {
     for (const ZipEntry& entry : entries) {
         directory += Word32(entry.signature) + Word16(20) + Word16(20) + SizesOf(entry) + Word16(0) + Word16(disk) +
                      Word16(0) + Word32(entry.attributes) + Word32(archive.size() + entry.localAt) + entry.name;
-        archive += Word32(entry.localSignature) + Word16(20) + SizesOf(entry) + entry.name + entry.content;
+        archive += Word32(0x04034B50) + Word16(20) + SizesOf(entry) + entry.name + entry.content;
     }
     const std::uint64_t directoryAt = archive.size();
     archive += directory + beforeEnd + Word32(0x06054B50) + Word16(disk) + Word16(directoryDisk) +

@@ -9,15 +9,13 @@ namespace quillon::test {
 // One entry of an archive, every field of which can be wrong. By default a stored file that can be fetched.
 struct ZipEntry {
     std::string name;
-    std::string content;           // as it lies in the archive
-    std::uint16_t flags = 0;       // 1: encrypted, 0x20: a patch
+    std::string content;           // as stored in the archive
     std::uint16_t method = 0;      // 8: `content` is deflated
     std::uint32_t crc = 0;         // of the file; see CrcOf
     std::uint32_t size = 0;        // of the file
     std::uint32_t packedSize = 0;  // of `content`
     std::uint32_t attributes = 0;  // 0x10: a directory
     std::uint32_t localAt = 0;     // place of the local header, counted from where it is
-    std::uint32_t localSignature = 0x04034B50;
     std::uint32_t signature = 0x02014B50;
 };
 
