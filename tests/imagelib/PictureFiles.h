@@ -20,10 +20,10 @@ Bytes Long(std::uint32_t value);  // 32 bits, little-endian
 Bytes PngFile(int width, int height, int channels, const Bytes& pixels);
 Bytes JpegFile(int width, int height, int channels, const Bytes& pixels);
 
-// A BMP and a TGA file of 24 bits a pixel; `body` is what stands behind the header, bottom row first.
+// A BMP and a TGA file of 24 bits a pixel; `body` is what follows the header, bottom row first.
 Bytes BmpFile(std::uint32_t width, std::uint32_t height, const Bytes& body);
 Bytes TgaFile(unsigned width, unsigned height, const Bytes& body);
-// A Radiance HDR file; `body` is what stands behind the header.
+// A Radiance HDR file; `body` is what follows the header.
 Bytes HdrFile(int width, int height, const Bytes& body);
 
 }  // namespace quillon::test
