@@ -1,75 +1,8 @@
-#include <cstdlib>
 #include <new>
 
 #include "entities/Context.h"
+#include "memory/LimitedMemory.h"
 #include "support/EngineTest.h"
-
-#if !defined(_WIN32)
-extern "C" const char __executable_start;
-extern "C" const char etext;
-#endif
-
-namespace {
-
-// Allocations that still succeed; below 0 all do. Counts in one thread only, which the test is.
-thread_local long allocationsLeft = -1;
-// Counts those of this program's own code alone: a GL driver need not survive the lack of memory.
-thread_local bool sparesDrivers = false;
-
-bool IsOwnCode([[maybe_unused]] const void* address) {
-#if defined(_WIN32)
-    return true;  // other modules have operators of their own
-#else
-    const auto* code = static_cast<const char*>(address);
-    return code >= &__executable_start && code < &etext;
-#endif
-}
-
-void* Allocate(std::size_t bytes, const void* caller) {
-    if (allocationsLeft >= 0 && (!sparesDrivers || IsOwnCode(caller))) {
-        if (allocationsLeft == 0) return nullptr;
-        --allocationsLeft;
-    }
-    return std::malloc(bytes != 0 ? bytes : 1);
-}
-
-void* AllocateOrThrow(std::size_t bytes, const void* caller) {
-    if (void* const memory = Allocate(bytes, caller)) return memory;
-    throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t bytes) {
-    return AllocateOrThrow(bytes, __builtin_return_address(0));
-}
-void* operator new[](std::size_t bytes) {
-    return AllocateOrThrow(bytes, __builtin_return_address(0));
-}
-void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-    return Allocate(bytes, __builtin_return_address(0));
-}
-void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
-    return Allocate(bytes, __builtin_return_address(0));
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
-}
 
 namespace quillon::test {
 namespace {
@@ -117,7 +50,7 @@ TEST_F(OutOfMemory, ComesOutEvenWhenTheScriptCaughtItsStandIn) {
 }
 
 TEST_F(OutOfMemory, LeavesNoReadBackHalfDone) {
-    sparesDrivers = true;
+    countsOwnCodeOnly = true;
     setBody("QL_textureToSurface(QL_initRenderTarget(2, 2, 8));");
     for (long allocations = 0; runsOut(allocations); ++allocations) {
         ASSERT_LT(allocations, 2000);
@@ -128,7 +61,7 @@ TEST_F(OutOfMemory, LeavesNoReadBackHalfDone) {
 }
 
 TEST_F(OutOfMemory, LeavesSoundEntitiesWhereverItStrikes) {
-    sparesDrivers = true;
+    countsOwnCodeOnly = true;
     const char* const kBodies[] = {
         "QL_initParam(long, 4, long);",
         "QL_initShader(long, 'uniform float f; uniform sampler2D t; void main() { gl_FragColor = texture2D(t,"

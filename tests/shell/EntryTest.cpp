@@ -1,39 +1,11 @@
 // The door: what goes through the gate, what comes out of the guard, and which events are ours.
 
-#include <cstdlib>
 #include <new>
 #include <stdexcept>
 
 #include "host/HostEvent.h"
+#include "memory/LimitedMemory.h"
 #include "shell/ShellTest.h"
-
-namespace {
-
-// Allocations of this thread that still succeed; below 0 all do.
-thread_local long allocationsLeft = -1;
-
-}  // namespace
-
-// All forms that others pair with each other: GL drivers use the nothrow one. Inlined, they would look like mismatched
-// pairs to the compiler.
-[[gnu::noinline]] void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-    if (allocationsLeft == 0) return nullptr;
-    if (allocationsLeft > 0) --allocationsLeft;
-    return std::malloc(bytes != 0 ? bytes : 1);
-}
-[[gnu::noinline]] void* operator new(std::size_t bytes) {
-    if (void* const memory = operator new(bytes, std::nothrow)) return memory;
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
-}
 
 namespace quillon::test {
 namespace {
@@ -46,7 +18,7 @@ TEST_F(Entry, SelectorsWithoutWorkNeedNoRecords) {
         EXPECT_EQ(EntryPointFunc(cmd, nullptr, nullptr, nullptr, nullptr, nullptr), 0) << cmd;
 }
 
-// Callbacks that throw stand for whatever may throw inside of a handler.
+// Callbacks that throw take the place of whatever may throw inside of a handler.
 TEST_F(Entry, OnlyAThrownIntIsACodeAndLocksAreLeftFree) {
     enum class Code : int { seven = 7 };
     const struct {

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
-#include <string>
+
+#include "support/BuiltFiles.h"
 
 namespace quillon::test {
 
@@ -15,16 +17,16 @@ namespace fs = std::filesystem;
 
 constexpr float kAmplification = 16;
 
-// Alpha is left out: a transparent picture would show nothing of its colors.
-bool WritePng(const fs::path& path, const Picture& picture) {
+bool WritePng(const fs::path& path, const Picture& picture, LodePNGColorType type) {
     if (picture.samples.empty()) return false;
     std::vector<unsigned char> bytes;
-    for (std::size_t i = 0; i < picture.samples.size(); ++i) {
-        if (i % 4 == 0) continue;
-        const float sample = picture.samples[i];
-        bytes.push_back(static_cast<unsigned char>(sample > 0 ? std::min(sample, 1.0f) * 255 + 0.5f : 0));
-    }
-    return lodepng::encode(path.string(), bytes, picture.width, picture.height, LCT_RGB) == 0;
+    for (std::size_t i = 0; i < picture.samples.size(); i += 4)
+        for (const std::size_t channel : {1, 2, 3, 0}) {
+            const float sample = picture.samples[i + channel];
+            if (channel != 0 || type == LCT_RGBA)
+                bytes.push_back(static_cast<unsigned char>(sample > 0 ? std::min(sample, 1.0f) * 255 + 0.5f : 0));
+        }
+    return lodepng::encode(path.string(), bytes, picture.width, picture.height, type) == 0;
 }
 
 // The running test's own folder.
@@ -35,6 +37,7 @@ fs::path FolderOfTest() {
     return fs::path(::testing::TempDir()) / "quillon-pictures" / name;
 }
 
+// Alpha is left out: a transparent picture would show nothing of its colors.
 std::string LeavePictures(const Picture& expected, const Picture& actual, const Picture& difference) {
     const fs::path folder = FolderOfTest();
     std::error_code error;
@@ -42,7 +45,7 @@ std::string LeavePictures(const Picture& expected, const Picture& actual, const 
     std::string written;
     for (const auto& [name, picture] :
          {std::pair{"expected.png", &expected}, {"actual.png", &actual}, {"difference.png", &difference}})
-        if (WritePng(folder / name, *picture)) written += std::string(written.empty() ? "" : ", ") + name;
+        if (WritePng(folder / name, *picture, LCT_RGB)) written += std::string(written.empty() ? "" : ", ") + name;
     return written.empty() ? "no pictures could be written to " + folder.string()
                            : "pictures: " + written + " in " + folder.string();
 }
@@ -72,6 +75,24 @@ std::string LeavePictures(const Picture& expected, const Picture& actual, const 
                                          << "ARGB"[worst % 4] << ": expected " << expected.samples[worst] << ", actual "
                                          << actual.samples[worst] << "; "
                                          << LeavePictures(expected, actual, difference);
+}
+
+::testing::AssertionResult LooksAs(const std::string& name, Picture actual, float tolerance) {
+    const fs::path path = SourceFolder() / "tests" / "pictures" / (name + ".png");
+    if (std::getenv("QUILLON_RENEW_PICTURES")) {
+        WritePng(path, actual, LCT_RGBA);
+        return ::testing::AssertionFailure() << path.string() << " is renewed; look at it";
+    }
+    std::vector<unsigned char> bytes;
+    unsigned width = 0, height = 0;
+    if (lodepng::decode(bytes, width, height, path.string()) != 0)
+        return ::testing::AssertionFailure() << path.string() << " cannot be read";
+    Picture expected{width, height, {}};
+    for (std::size_t i = 0; i < bytes.size(); i += 4)
+        for (const std::size_t channel : {3, 0, 1, 2})
+            expected.samples.push_back(static_cast<float>(bytes[i + channel]) / 255);
+    for (float& sample : actual.samples) sample = std::clamp(sample, 0.0f, 1.0f);
+    return SamePicture(expected, actual, tolerance);
 }
 
 }  // namespace quillon::test

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace quillon::test {
@@ -21,5 +22,9 @@ struct Picture {
 // equal to nothing. A failure says where the largest difference is, and in which folder it has left expected.png,
 // actual.png and difference.png: 8 bits, opaque, the difference times 16.
 ::testing::AssertionResult SamePicture(const Picture& expected, const Picture& actual, float tolerance = 0);
+
+// The same for the picture of this name in tests/pictures, 8 bits a channel; channels are cut to 0 to 1 before. Where
+// the environment has QUILLON_RENEW_PICTURES, that file is written from `actual`, and the test fails.
+::testing::AssertionResult LooksAs(const std::string& name, Picture actual, float tolerance);
 
 }  // namespace quillon::test

@@ -89,8 +89,13 @@ Picture SampleTest::render(const Picture& input, std::uint32_t bitDepth, double 
     const Bytes bytes = bitDepth == 8    ? ToHost<std::uint8_t>(input.samples)
                         : bitDepth == 16 ? ToHost<std::uint16_t>(input.samples)
                                          : ToHost<float>(input.samples);
-    engine.setLayerPixels(kInputLayer, bytes.data(), input.width, input.height, bitDepth,
-                          std::size_t{input.width} * bitDepth / 2);
+    const auto upload = [&](std::uint32_t layer) {
+        engine.setLayerPixels(layer, bytes.data(), input.width, input.height, bitDepth,
+                              std::size_t{input.width} * bitDepth / 2);
+    };
+    upload(kInputLayer);
+    for (std::uint32_t i = 0; i < engine.parameterCount(); ++i)
+        if (engine.parameterInfo(i)->kind == LAYER) upload(i);
     engine.unlockGL();
     const Bytes mapped = frame(result.width, result.height, bitDepth, {}, timeSeconds);
     const Bytes upright = ReversedRows(InHostRange(mapped, bitDepth), result.height);

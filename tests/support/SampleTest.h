@@ -19,7 +19,8 @@ protected:
     void set(const std::string& uniform, float value);
     void set(const std::string& uniform, std::int32_t value);
 
-    // A frame of the selected instance over `input`, as a host asks for it. Positions are put to the middle.
+    // A frame of the selected instance over `input`, as a host asks for it. Positions are put to the middle, and
+    // `input` into every layer.
     Picture render(const Picture& input, std::uint32_t bitDepth, double timeSeconds = 0);
 };
 
