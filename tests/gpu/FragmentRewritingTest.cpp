@@ -8,6 +8,8 @@
 namespace quillon {
 namespace {
 
+using std::string_literals::operator""s;
+
 const std::string kMain = "\nvoid main() { repl_main(); gl_FragColor = gl_FragColor.argb; }";
 const std::string k2D = "vec4 repl_texture2D(sampler2D a,vec2 b) { return texture2D(a,b).SWIZZLE; }\n";
 const std::string kLod = "vec4 repl_texture2DLod(sampler2D a,vec2 b,float c) { return texture2DLod(a,b,c).SWIZZLE; }\n";
@@ -21,20 +23,8 @@ struct RewriteCase {
     std::string expected;
 };
 
-class FragmentRewriting : public ::testing::TestWithParam<RewriteCase> {};
-
-TEST_P(FragmentRewriting, GivesTheText) {
-    const RewrittenFragment result = RewriteFragment(GetParam().source);
-    EXPECT_EQ(result.text, GetParam().expected);
-
-    // The author's lines stay whole and in order below the added ones.
-    const std::size_t sourceLines = std::count(GetParam().source.begin(), GetParam().source.end(), '\n');
-    const bool hasMain = result.text.ends_with(kMain);
-    const std::size_t lines = std::count(result.text.begin(), result.text.end(), '\n');
-    EXPECT_EQ(lines, result.addedLines + sourceLines + (hasMain ? 1 : 0));
-}
-
-const RewriteCase kMainCases[] = {
+const RewriteCase kCases[] = {
+    // main
     {"plain", "void main() {}", "void repl_main() {}" + kMain},
     {"all_white_space", "void\vmain\f\r\n\t (){}", "void\vrepl_main\f\r\n\t (){}" + kMain},
     {"comment_before_bracket", "void main/**/() {}", "void main/**/() {}"},
@@ -48,9 +38,7 @@ const RewriteCase kMainCases[] = {
     {"byte_above_7F_is_no_white_space", "\xA0main() {}", "\xA0main() {}"},
     {"byte_above_7F_after", "void main\x85() {}", "void main\x85() {}"},
     {"at_the_end", "void main", "void main"},
-};
-
-const RewriteCase kTexture2DCases[] = {
+    // texture2D
     {"after_each_allowed_byte", "(texture2D(+texture2D(-texture2D(/texture2D(*texture2D(=texture2D(\ttexture2D(",
      k2D + "(repl_texture2D(+repl_texture2D(-repl_texture2D(/repl_texture2D(*repl_texture2D(=repl_texture2D("
            "\trepl_texture2D("},
@@ -67,46 +55,37 @@ const RewriteCase kTexture2DCases[] = {
     {"nested", " texture2D(s, texture2D(t,u).xy)", k2D + " repl_texture2D(s, repl_texture2D(t,u).xy)"},
     {"name_without_call", " texture2D ; texture2D", " texture2D ; texture2D"},
     {"at_the_start", "texture2D(s,uv)", "texture2D(s,uv)"},
-};
-
-const RewriteCase kLodCases[] = {
+    // texture2DLod
     {"lod_at_the_start_comes_second_once_a_line_is_added", "texture2DLod(s,uv,0.0)+texture2D(s,uv)",
      kLod + k2D + "repl_texture2DLod(s,uv,0.0)+repl_texture2D(s,uv)"},
-};
-
-const RewriteCase kCubeCases[] = {
+    // textureCube
     {"cube_with_sampler", "uniform samplerCube env;\nvoid main() { c = textureCube(env, d); }",
      kCube + "uniform sampler2D env;\nvoid repl_main() { c = repl_textureCube(env, d); }" + kMain},
     {"cube_sampler_before_dot", " samplerCube.x (samplerCube  .y", " sampler2D.x (sampler2D  .y"},
     {"cube_sampler_without_blank", "f(samplerCube,int) g(samplerCube) ,samplerCube s",
      "f(samplerCube,int) g(samplerCube) ,samplerCube s"},
+    {"all_at_once",
+     "uniform samplerCube e;\nvoid main() {\n c = texture2D(s,u) + texture2DLod(s,u,0.0) + textureCube(e,d);\n}\n",
+     kCube + kLod + k2D +
+         "uniform sampler2D e;\nvoid repl_main() {\n c = repl_texture2D(s,u) + repl_texture2DLod(s,u,0.0) + "
+         "repl_textureCube(e,d);\n}\n" +
+         kMain},
+    {"bytes_of_zero", "a\0 texture2D(s,u)\0"s, k2D + "a\0 repl_texture2D(s,u)\0"s},
     {"cube_lod_is_not_renamed_but_its_sampler_is", "uniform samplerCube e; c = textureCubeLod(e, d, 1.0);",
      "uniform sampler2D e; c = textureCubeLod(e, d, 1.0);"},
 };
 
-TEST(FragmentRewriting, KeepsTheOrderOfThePasses) {
-    const RewrittenFragment result = RewriteFragment(
-        "uniform samplerCube e;\nvoid main() {\n c = texture2D(s,u) + texture2DLod(s,u,0.0) + textureCube(e,d);\n}\n");
-    EXPECT_EQ(result.text, kCube + kLod + k2D +
-                               "uniform sampler2D e;\nvoid repl_main() {\n c = repl_texture2D(s,u) + "
-                               "repl_texture2DLod(s,u,0.0) + repl_textureCube(e,d);\n}\n" +
-                               kMain);
-    EXPECT_EQ(result.addedLines, 3u);
+TEST(FragmentRewriting, GivesTheTextAndKeepsTheAuthorsLines) {
+    for (const auto& [name, source, expected] : kCases) {
+        const RewrittenFragment result = RewriteFragment(source);
+        EXPECT_EQ(result.text, expected) << name;
+        const auto linesOf = [](const std::string& text) {
+            return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+        };
+        EXPECT_EQ(linesOf(result.text), result.addedLines + linesOf(source) + (result.text.ends_with(kMain) ? 1 : 0))
+            << name;
+    }
 }
-
-TEST(FragmentRewriting, PassesBytesOfZeroThrough) {
-    using namespace std::string_literals;
-    EXPECT_EQ(RewriteFragment("a\0 texture2D(s,u)\0"s).text, k2D + "a\0 repl_texture2D(s,u)\0"s);
-}
-
-std::string CaseName(const ::testing::TestParamInfo<RewriteCase>& info) {
-    return info.param.name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Main, FragmentRewriting, ::testing::ValuesIn(kMainCases), CaseName);
-INSTANTIATE_TEST_SUITE_P(Texture2D, FragmentRewriting, ::testing::ValuesIn(kTexture2DCases), CaseName);
-INSTANTIATE_TEST_SUITE_P(Lod, FragmentRewriting, ::testing::ValuesIn(kLodCases), CaseName);
-INSTANTIATE_TEST_SUITE_P(Cube, FragmentRewriting, ::testing::ValuesIn(kCubeCases), CaseName);
 
 }  // namespace
 }  // namespace quillon

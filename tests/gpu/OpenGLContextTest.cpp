@@ -13,7 +13,7 @@
 namespace quillon::test {
 namespace {
 
-// What `call` gives on a thread of its own.
+// What `call` gives on another thread.
 template <class Call>
 auto Elsewhere(Call call) {
     return std::async(std::launch::async, call).get();

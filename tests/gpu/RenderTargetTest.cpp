@@ -42,15 +42,9 @@ TEST_F(RenderTargetTest, StartsTransparentBlackAtEveryDepth) {
             return channels.size() == 60 &&
                    std::all_of(channels.begin(), channels.end(), [](auto v) { return v == 0; });
         };
-        if (bits == 8) {
-            EXPECT_TRUE(zero(ReadBack<std::uint8_t>(target)));
-        }
-        if (bits == 16) {
-            EXPECT_TRUE(zero(ReadBack<std::uint16_t>(target)));
-        }
-        if (bits == 32) {
-            EXPECT_TRUE(zero(ReadBack<float>(target)));
-        }
+        EXPECT_TRUE(bits == 8    ? zero(ReadBack<std::uint8_t>(target))
+                    : bits == 16 ? zero(ReadBack<std::uint16_t>(target))
+                                 : zero(ReadBack<float>(target)));
     }
 }
 

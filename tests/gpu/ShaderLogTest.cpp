@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// Logs of graphics drivers that are not there when the tests run.
+// Logs of graphics drivers that the tests do not run with.
 
 namespace quillon::test {
 namespace {
@@ -15,7 +15,7 @@ struct LogCase {
     std::vector<ShaderMessage> messages;
 };
 
-// The author's text has three lines, before which there are one line and, in a string of its own, two.
+// The author's text has three lines. Before them there is one line in the same string, and two in another.
 const LogCase kCases[] = {
     {"string_and_line_in_brackets",
      "1(3) : error C1503: undefined variable \"x\"",
@@ -36,21 +36,18 @@ const LogCase kCases[] = {
     {"blank_lines", "\n \r\n", {}},
 };
 
-class ShaderLog : public ::testing::TestWithParam<LogCase> {};
-
-TEST_P(ShaderLog, IsReadInTheAuthorsLines) {
+TEST(ShaderLog, IsReadInTheAuthorsLines) {
     constexpr const char* kSource = "uniform sampler2D s;\nvoid main() {\n gl_FragColor = texture2D(s, vec2(0.)); }";
-    const std::vector<ShaderMessage> messages = ReadShaderLog(GetParam().log, kSource, 2, 1);
-    ASSERT_EQ(messages.size(), GetParam().messages.size());
-    for (std::size_t i = 0; i < messages.size(); ++i) {
-        EXPECT_EQ(messages[i].text, GetParam().messages[i].text);
-        EXPECT_EQ(messages[i].line, GetParam().messages[i].line) << messages[i].text;
-        EXPECT_EQ(messages[i].severity, GetParam().messages[i].severity) << messages[i].text;
+    for (const auto& [name, log, expected] : kCases) {
+        const std::vector<ShaderMessage> messages = ReadShaderLog(log, kSource, 2, 1);
+        ASSERT_EQ(messages.size(), expected.size()) << name;
+        for (std::size_t i = 0; i < messages.size(); ++i) {
+            EXPECT_EQ(messages[i].text, expected[i].text) << name;
+            EXPECT_EQ(messages[i].line, expected[i].line) << name;
+            EXPECT_EQ(messages[i].severity, expected[i].severity) << name;
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Drivers, ShaderLog, ::testing::ValuesIn(kCases),
-                         [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace
 }  // namespace quillon::test

@@ -97,39 +97,5 @@ TEST_F(ShaderTest, SurvivesABaseLevelThatNoTextureHas) {
     }
 }
 
-TEST_F(ShaderTest, LeavesTheStateOfADraw) {
-    build(kWhite);
-    glEnable(GL_SCISSOR_TEST);
-    glScissor(0, 0, 0, 0);
-    glEnable(GL_DEPTH_TEST);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    glTranslatef(5, 0, 0);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glScalef(3, 3, 3);
-    target.initTarget(2, 2, 32);
-    target.bindTarget({});
-    ASSERT_TRUE(shader.bind());
-    shader.render(false);
-    EXPECT_EQ(ReadBack<float>(target), Pixel(16, 1.0f));
-    EXPECT_FALSE(glIsEnabled(GL_SCISSOR_TEST));
-    EXPECT_FALSE(glIsEnabled(GL_DEPTH_TEST));
-    EXPECT_EQ(Integer(GL_MATRIX_MODE), GL_MODELVIEW);
-    GLfloat matrix[16] = {};
-    glGetFloatv(GL_MODELVIEW_MATRIX, matrix);
-    EXPECT_EQ(matrix[12], 5.0f);
-    glGetFloatv(GL_PROJECTION_MATRIX, matrix);
-    EXPECT_EQ(matrix[0], 3.0f);
-    EXPECT_EQ(Integer(GL_CURRENT_PROGRAM), static_cast<GLint>(shader.program.get()));
-}
-
-TEST_F(ShaderTest, HasWhatTheDriverSaysOfAVersionLine) {
-    build("#version 120\n" + kWhite);
-    // The line stands behind the preamble, where most drivers refuse it.
-    EXPECT_EQ(shader.bind(), shader.errorText.empty());
-    EXPECT_TRUE(shader.errorText.empty() || shader.errorText.starts_with("Shader compilation failed:\n"));
-}
-
 }  // namespace
 }  // namespace quillon::test

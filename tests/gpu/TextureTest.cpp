@@ -52,67 +52,58 @@ protected:
     const std::vector<GLint> fromRgba = {GL_ALPHA, GL_RED, GL_GREEN, GL_BLUE};
 };
 
-TEST_F(TextureTest, ChoosesStorageAndRowLengthByDepth) {
+TEST_F(TextureTest, ChoosesStorageByDepth) {
     constexpr struct {
         std::uint32_t bits;
         std::int64_t rowBytes;
         bool argbOrdered;
-        GLint storageBits, storageType, rowLength;
+        GLint storageBits, storageType;
     } kDepths[] = {
-        {8, 8, true, 8, GL_UNSIGNED_NORMALIZED, 2},
-        {8, 12, false, 8, GL_UNSIGNED_NORMALIZED, 3},
-        {16, 16, true, 32, GL_FLOAT, 2},
-        {16, 40, true, 32, GL_FLOAT, 5},
-        {32, 32, false, 32, GL_FLOAT, 2},
-        {32, 48, true, 32, GL_FLOAT, 3},
-        {15, 16, true, 32, GL_FLOAT, 4},
-        {24, 24, true, 32, GL_FLOAT, 2},
-        {4, 8, true, 8, GL_UNSIGNED_NORMALIZED, 0},
-        {0, 0, true, 8, GL_UNSIGNED_NORMALIZED, 0},
+        {8, 12, true, 8, GL_UNSIGNED_NORMALIZED},
+        {8, 8, false, 8, GL_UNSIGNED_NORMALIZED},
+        {16, 40, true, 32, GL_FLOAT},
+        {32, 48, false, 32, GL_FLOAT},
+        {15, 16, true, 32, GL_FLOAT},
+        {24, 24, true, 32, GL_FLOAT},
+        {4, 8, true, 8, GL_UNSIGNED_NORMALIZED},
+        {0, 0, true, 8, GL_UNSIGNED_NORMALIZED},
     };
     Texture texture;
-    texture.textureName.reset([] {
-        GLuint name = 0;
-        glGenTextures(1, &name);
-        return name;
-    }());
+    texture.initTexture(1, 1, 8, true);
     const std::uint32_t name = texture.textureName.get();
-    for (const auto& [bits, rowBytes, argbOrdered, storageBits, storageType, rowLength] : kDepths) {
+    for (const auto& [bits, rowBytes, argbOrdered, storageBits, storageType] : kDepths) {
         SCOPED_TRACE(std::to_string(bits) + " bits, rows of " + std::to_string(rowBytes));
         texture.uploadPixels(nullptr, {2, 3, bits, rowBytes}, argbOrdered, false);
         EXPECT_EQ(Integer(GL_TEXTURE_BINDING_2D), static_cast<GLint>(name));
-        EXPECT_EQ(Level(GL_TEXTURE_WIDTH), 2);
-        EXPECT_EQ(Level(GL_TEXTURE_HEIGHT), 3);
-        EXPECT_EQ(Level(GL_TEXTURE_RED_SIZE), storageBits);
-        EXPECT_EQ(Level(GL_TEXTURE_ALPHA_SIZE), storageBits);
-        EXPECT_EQ(Level(GL_TEXTURE_RED_TYPE), storageType);
-        EXPECT_EQ(Integer(GL_UNPACK_ROW_LENGTH), rowLength) << "and it stays";
+        for (const auto& [what, value] : {std::pair{GL_TEXTURE_WIDTH, 2},
+                                          {GL_TEXTURE_HEIGHT, 3},
+                                          {GL_TEXTURE_RED_SIZE, storageBits},
+                                          {GL_TEXTURE_ALPHA_SIZE, storageBits},
+                                          {GL_TEXTURE_RED_TYPE, storageType}})
+            EXPECT_EQ(Level(static_cast<GLenum>(what)), value) << what;
         EXPECT_EQ(Swizzle(), argbOrdered ? identity : fromRgba);
         EXPECT_EQ(texture.textureName.get(), name);
-        EXPECT_EQ(texture.width, 2u);
-        EXPECT_EQ(texture.height, 3u);
-        EXPECT_EQ(texture.bitDepth, bits);
-        EXPECT_EQ(texture.rowBytes, rowBytes);
-        EXPECT_EQ(texture.isArgbOrdered, argbOrdered);
+        EXPECT_TRUE(texture.width == 2 && texture.height == 3 && texture.bitDepth == bits);
+        EXPECT_TRUE(texture.rowBytes == rowBytes && texture.isArgbOrdered == argbOrdered);
         EXPECT_EQ(texture.pixelCopy(), nullptr);
     }
 }
 
 TEST_F(TextureTest, ResetsFiltersAndWrappingAtEachUpload) {
+    constexpr std::pair<GLenum, GLint> kStates[] = {{GL_TEXTURE_MIN_FILTER, GL_LINEAR},
+                                                    {GL_TEXTURE_MAG_FILTER, GL_LINEAR},
+                                                    {GL_TEXTURE_WRAP_S, GL_REPEAT},
+                                                    {GL_TEXTURE_WRAP_T, GL_REPEAT}};
     Texture texture;
     EXPECT_TRUE(texture.initTexture(2, 2, 8, true));
     EXPECT_EQ(texture.rowBytes, 0);
-    for (const GLenum what : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) {
-        EXPECT_EQ(State(what), GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, what, GL_NEAREST);
+    for (int upload = 0; upload < 2; ++upload) {
+        for (const auto& [what, fresh] : kStates) {
+            EXPECT_EQ(State(what), fresh);
+            glTexParameteri(GL_TEXTURE_2D, what, fresh == GL_LINEAR ? GL_NEAREST : GL_CLAMP_TO_EDGE);
+        }
+        texture.uploadPixels(nullptr, {2, 2, 8, 8}, true, false);
     }
-    for (const GLenum what : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) {
-        EXPECT_EQ(State(what), GL_REPEAT);
-        glTexParameteri(GL_TEXTURE_2D, what, GL_CLAMP_TO_EDGE);
-    }
-    texture.uploadPixels(nullptr, {2, 2, 8, 8}, true, false);
-    for (const GLenum what : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER}) EXPECT_EQ(State(what), GL_LINEAR);
-    for (const GLenum what : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T}) EXPECT_EQ(State(what), GL_REPEAT);
 }
 
 // The rows of an upload: how far apart they are, and in which direction.
@@ -195,7 +186,7 @@ TEST_F(TextureTest, KeepsTheBytesOfTheLastUploadThatHadAny) {
     const std::uint32_t name = texture.textureName.get();
     texture.uploadPixels(picture.data(), {3, 2, 16, 24}, true, false);
     const PixelBuffer held = texture.pixelCopy();
-    // What becomes of GL's storage is nothing to the copy: drawn over, specified anew, refused, gone.
+    // The copy does not depend on GL's storage: drawn over, specified anew, refused, gone.
     const std::uint16_t black[4] = {};
     glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_SHORT, black);
     EXPECT_EQ(*texture.pixelCopy(), picture);
@@ -227,7 +218,7 @@ TEST_F(TextureTest, HasNoStorageWhereTheDriverRefusesIt) {
         texture.uploadPixels(picture.data(), {2, 2, 8, 8}, true, false);
         EXPECT_TRUE(texture.storageExists());
         EXPECT_EQ(Level(GL_TEXTURE_WIDTH), 2);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WIDTH, 1);  // an error of somebody else's
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WIDTH, 1);  // an earlier error
         texture.uploadPixels(nullptr, {width, height, bits, 8}, true, false);
         EXPECT_EQ(texture.width, width);
         EXPECT_EQ(Level(GL_TEXTURE_WIDTH), texture.storageExists() ? static_cast<GLint>(width) : 0);
