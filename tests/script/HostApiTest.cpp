@@ -17,39 +17,57 @@ protected:
     }
 };
 
-TEST_F(HostApi, TellsTheTimeOfTheInstancesLastFrame) {
+// The whole API in the order in which its names come to exist.
+const char* const kApi =
+    R"(["QL_initParam","QL_getParamValue","QL_setParamValue","QL_setParamMinMax","QL_setParamChoices",)"
+    R"("QL_setParamPrecision","QL_setParamEnabled","QL_setParamFlags","QL_getParamFlags","QL_initRenderTarget",)"
+    R"("QL_blitRenderTarget","QL_getSurfaceDim","QL_getSequenceRT","QL_getSequenceTexture","QL_initShader",)"
+    R"("QL_setShaderParam","QL_getShaderParamType","QL_renderShader","QL_setShaderParamVal","QL_getShaderError",)"
+    R"("QL_initTexture","QL_setTextureParam","QL_initSurface","QL_textureToSurface","QL_surfaceToTexture",)"
+    R"("QL_surfaceQuantize","QL_surfaceCopyTo","QL_getTime","QL_release","QL_setOutputExtent",)"
+    R"("QL_getContextExtent","QL_getInputOrigin"])";
+
+TEST_F(HostApi, IsAllThatScriptsGetInBindingOrderAsOrdinaryProperties) {
+    EXPECT_EQ(eval("Object.keys(this).filter(function (n) { return /^QL_/.test(n) && typeof this[n] == 'function'; },"
+                   " this)"),
+              kApi);
+    expectValues({
+        {"Object.keys(this).filter(function (n) { return /^QL_/.test(n); }).every(function (n) {"
+         " var p = Object.getOwnPropertyDescriptor(this, n); return p.writable && p.enumerable; }, this)",
+         "true"},
+        {"['print', 'alert', 'console', 'require', 'module', 'load', 'readFile', 'process'].some(function (n) {"
+         " return n in this; }, this)",
+         "false"},
+        {"delete this.QL_initTexture && typeof QL_initTexture", "\"undefined\""},
+    });
+}
+
+TEST_F(HostApi, NamesNumbers) {
+    expectValues({
+        {"[QL_Type.FLOAT, QL_Type.ANGLE, QL_ParamFlags.RemoveScale]", "[1,12,32]"},
+        {"[QL_GL.CLAMP, QL_GL.REPEAT]", "[10244,10245]"},  // not GL's own 0x2900 and 0x2901
+        {"(QL_GL.REPEAT = 3, QL_GL.REPEAT)", "3"},
+    });
+}
+
+TEST_F(HostApi, GivesEachInstanceItsTimeAndOriginAndAllTheLastComposition) {
     SequenceHandle* const first = addInstance();
-    EXPECT_EQ(eval("QL_getTime()"), "0");
+    const char* const kAll = "[QL_getTime('dropped'), QL_getInputOrigin(), QL_getContextExtent()]";
+    EXPECT_EQ(eval(kAll), "[0,[0,0],[0,0,1]]");
     frame(2, 2, 8, {}, 1.25);
-    EXPECT_EQ(eval("QL_getTime('dropped')"), "1.25");
+    engine.setInputOrigin(static_cast<std::uint32_t>(-5), 7);
+    engine.setContextExtent(1920, 1080, 0.5f);
+    EXPECT_EQ(eval(kAll), "[1.25,[-5,7],[1920,1080,0.5]]");
     addInstance();
     frame(2, 2, 8, {}, -3);
-    EXPECT_EQ(eval("QL_getTime()"), "-3");
+    engine.setInputOrigin(1, 0x80000000u);
+    engine.setContextExtent(640, 4294967295u, 5.0f);
+    EXPECT_EQ(eval(kAll), "[-3,[1,-2147483648],[640,4294967295,1]]");
     engine.selectSequence(first);
     std::uint32_t width = 0, height = 0;
     engine.preRender(4, 4, &width, &height);
+    EXPECT_EQ(eval(kAll), "[1.25,[-5,7],[640,4294967295,1]]");
     EXPECT_EQ(eval("seen"), "1.25") << "the size is asked for before the new frame's time is known";
-}
-
-TEST_F(HostApi, GivesTheCompositionAsLastStoredForAnyInstance) {
-    SequenceHandle* const first = addInstance();
-    EXPECT_EQ(eval("QL_getContextExtent()"), "[0,0,1]");
-    engine.setContextExtent(1920, 1080, 0.5f);
-    addInstance();
-    engine.setContextExtent(640, 4294967295u, 5.0f);
-    engine.selectSequence(first);
-    EXPECT_EQ(eval("QL_getContextExtent()"), "[640,4294967295,1]");
-}
-
-TEST_F(HostApi, GivesTheInputOriginOfTheInstanceAsSigned) {
-    SequenceHandle* const first = addInstance();
-    EXPECT_EQ(eval("QL_getInputOrigin()"), "[0,0]");
-    engine.setInputOrigin(static_cast<std::uint32_t>(-5), 7);
-    addInstance();
-    engine.setInputOrigin(1, 0x80000000u);
-    EXPECT_EQ(eval("QL_getInputOrigin()"), "[1,-2147483648]");
-    engine.selectSequence(first);
-    EXPECT_EQ(eval("QL_getInputOrigin()"), "[-5,7]");
 }
 
 TEST_F(HostApi, ReleasesWhatAnIdNamesAndIgnoresTheRest) {
@@ -63,16 +81,6 @@ TEST_F(HostApi, ReleasesWhatAnIdNamesAndIgnoresTheRest) {
         {"[QL_release(b), QL_release(b)]", "[true,true]"},
         {"[QL_initTexture('d'), QL_initTexture('e')]", "[67108866,67108868]"},
     });
-}
-
-TEST_F(HostApi, SharesOneIdBetweenTheScriptAndAnInstanceWhoseTargetItReleased) {
-    addInstance();
-    frame(2, 2, 8);
-    expectValues({{"(rt = QL_getSequenceRT(), QL_release(rt), QL_getSurfaceDim(rt))", "false"},
-                  {"QL_initRenderTarget(7, 5, 8) === rt", "true"},
-                  {"QL_getSurfaceDim(QL_getSequenceRT())", "[7,5,8]"}});
-    EXPECT_EQ(frame(2, 3, 8).size(), 24u);
-    EXPECT_EQ(eval("QL_getSurfaceDim(rt)"), "[2,3,8]") << "the frame takes what its id names now";
 }
 
 // On purpose, not by an accident of memory; an observer learns why and where.

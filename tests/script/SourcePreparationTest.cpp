@@ -12,42 +12,30 @@ const std::string kPreRender = "function preRender(w,h) {};";
 const std::string kUpdate = "function updateUIFlags() {};";
 const std::string kCall = "\nsetup();\n";
 
-// All that stands in front of the program.
+// Everything before the program.
 std::string PreludeText() {
     const std::string text = PrepareScriptSource("");
     return text.substr(0, text.find(kCall));
 }
 
-struct SourceCase {
-    const char* name;
-    std::string script;
-    std::string expected;  // behind the prelude
-};
-
-class SourcePreparation : public ::testing::TestWithParam<SourceCase> {};
-
-TEST_P(SourcePreparation, GivesTheText) {
-    const std::string text = PrepareScriptSource(GetParam().script);
-    EXPECT_EQ(text, PreludeText() + GetParam().expected);
+TEST(SourcePreparation, SpellsOutShorthandsAndSuppliesWhatIsNotNamed) {
+    const std::pair<std::string, std::string> kCases[] = {
+        // script, text after the prelude
+        {"", kCall + kPreRender + kUpdate},
+        {"Q.L.initParam('a',1);", "QL_initParam('a',1);" + kCall + kPreRender + kUpdate},
+        {"Q.L.Q.L.Q.Q.L.L.", "QL_QL_Q.QL_L." + kCall + kPreRender + kUpdate},
+        {"import Q;\nvar a;\nimport Q;", " \nvar a;\nimport Q;" + kCall + kPreRender + kUpdate},
+        {"Q.import Q;L.", "Q. L." + kCall + kPreRender + kUpdate},
+        {"// no preRender here", "// no preRender here" + kCall + kUpdate},
+        {"var mypreRenderer;", "var mypreRenderer;" + kCall + kUpdate},
+        {"function updateUIFlags(){} function preRender(){}",
+         "function updateUIFlags(){} function preRender(){}" + kCall},
+        {"preQ.L.Render;", "preQL_Render;" + kCall + kPreRender + kUpdate},
+    };
+    for (const auto& [script, expected] : kCases) EXPECT_EQ(PrepareScriptSource(script), PreludeText() + expected);
 }
 
-const SourceCase kCases[] = {
-    {"empty", "", kCall + kPreRender + kUpdate},
-    {"shorthand", "Q.L.initParam('a',1);", "QL_initParam('a',1);" + kCall + kPreRender + kUpdate},
-    {"shorthand_twice_in_a_row", "Q.L.Q.L.Q.Q.L.L.", "QL_QL_Q.QL_L." + kCall + kPreRender + kUpdate},
-    {"import_once", "import Q;\nvar a;\nimport Q;", " \nvar a;\nimport Q;" + kCall + kPreRender + kUpdate},
-    {"import_makes_no_shorthand", "Q.import Q;L.", "Q. L." + kCall + kPreRender + kUpdate},
-    {"word_in_comment_counts", "// no preRender here", "// no preRender here" + kCall + kUpdate},
-    {"word_in_longer_word_counts", "var mypreRenderer;", "var mypreRenderer;" + kCall + kUpdate},
-    {"both_defined", "function updateUIFlags(){} function preRender(){}",
-     "function updateUIFlags(){} function preRender(){}" + kCall},
-    {"word_made_by_the_shorthand", "preQ.L.Render;", "preQL_Render;" + kCall + kPreRender + kUpdate},
-};
-
-INSTANTIATE_TEST_SUITE_P(Programs, SourcePreparation, ::testing::ValuesIn(kCases),
-                         [](const auto& row) { return row.param.name; });
-
-TEST(PreparedSource, MapsLinesBackToTheProgram) {
+TEST(SourcePreparation, MapsLinesBackToTheProgram) {
     const std::string script = "import Q;\nfunction setup() {\n  throw new Error('here');\n}\n";
     const std::string text = PrepareScriptSource(script);
     const std::size_t place = text.find("throw");

@@ -27,6 +27,8 @@ TEST_F(SurfaceApi, MakesEmptySurfaces) {
     });
     EXPECT_EQ(SurfaceAt(1).rowBytes, 5120u);
     EXPECT_EQ(SurfaceAt(2).height, 2u);
+    EXPECT_EQ(eval("QL_initSurface(0x10000000, 1, 32)"), "100663299");
+    EXPECT_EQ(SurfaceAt(3).rowBytes, 0u) << "counted in 32 bits";
 }
 
 TEST_F(SurfaceApi, RefusesWhatIsNoSurfaceOrNoTarget) {
@@ -97,19 +99,6 @@ TEST_F(SurfaceApi, ReadsNoMoreThanAnAliasHolds) {
         {"(s = QL_textureToSurface(t), [QL_surfaceCopyTo(s, rt, true), QL_surfaceCopyTo(s, rt)])", "[true,true]"},
         {"QL_getSurfaceDim(QL_surfaceToTexture(s))", "[1048576,32768,1073741824]"},
     });
-}
-
-// An alias that is held shows each frame of the same size, at 16 bits only the frame it was taken in.
-TEST_F(SurfaceApi, ShowsTheInputsNextFrameInAHeldAlias) {
-    eval(
-        "held = 0, body = function () { if (!held) held = QL_textureToSurface(QL_getSequenceTexture());"
-        " QL_surfaceCopyTo(held, QL_getSequenceRT()); }");
-    for (const std::uint32_t bits : {8u, 32u}) {
-        const Bytes first = DistinctPicture(2, 2, bits), second = ReversedRows(first, 2);
-        EXPECT_EQ(frame(2, 2, bits, first), first);
-        EXPECT_EQ(frame(2, 2, bits, second), second);
-        eval("held = 0");
-    }
 }
 
 // Two surfaces of one texture are one picture, and what GL holds is not touched by it.

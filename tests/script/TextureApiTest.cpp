@@ -97,18 +97,5 @@ TEST_F(TextureApi, PassesTextureStateToGLForAnyIdThatHasATexture) {
     engine.unlockGL();
 }
 
-TEST_F(TextureApi, UndoesTextureStateAtTheNextUpload) {
-    const Bytes picture = DistinctPicture(2, 2, 8);
-    frame(2, 2, 8, picture);
-    eval("QL_setTextureParam(QL_getSequenceTexture(), QL_GL.TEXTURE_MAG_FILTER, QL_GL.NEAREST)");
-    frame(2, 2, 8, picture);
-    ASSERT_TRUE(engine.lockGL());
-    GLint filter = 0;
-    glBindTexture(GL_TEXTURE_2D, Context::Instance().FindTexture(0x4000002).textureName.get());
-    glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, &filter);
-    engine.unlockGL();
-    EXPECT_EQ(filter, GL_LINEAR);
-}
-
 }  // namespace
 }  // namespace quillon::test

@@ -154,16 +154,5 @@ TEST_F(UniformWrite, CopiesAControlsValueOnlyToItsOwnKind) {
     EXPECT_EQ(uniform("f").floatAt(0), 4.0f);
 }
 
-TEST_F(UniformWrite, SendsALayersTextureByIdBeforeTheHostHasFilledIt) {
-    expectValues({{"QL_setShaderParamVal(s, 'pic', layer)", "true"}, {"QL_setShaderParam(s, layer)", "true"}});
-    EXPECT_EQ(uniform("pic").wordValue(), 0u) << "the copy of the control names no texture before an upload";
-    const std::uint32_t pixel = 0xFFFFFFFF;
-    ASSERT_TRUE(engine.lockGL());
-    engine.setLayerPixels(1, &pixel, 1, 1, 8, 4);
-    engine.unlockGL();
-    EXPECT_EQ(eval("QL_setShaderParam(s, layer)"), "true");
-    EXPECT_EQ(uniform("pic").wordValue(), Context::Instance().FindTexture(0x4000001).textureName.get());
-}
-
 }  // namespace
 }  // namespace quillon::test
