@@ -1,7 +1,6 @@
 #include "entities/Context.h"
 
 #include <cmath>
-#include <limits>
 
 #include "package/BlobReader.h"
 #include "support/GLTest.h"
@@ -45,7 +44,7 @@ TEST_F(ContextTest, KeepsSlotZeroForTheSystemAndReusesTheLowestFreeOne) {
     EXPECT_EQ(entities.NewSequence(), 5u);
     entities.DeleteSequence(0);
     EXPECT_FALSE(entities.CurrentSequence().exists());
-    EXPECT_EQ(entities.NewSequence(), 0u) << "nothing but its own Sequence keeps slot 0";
+    EXPECT_EQ(entities.NewSequence(), 0u) << "only its own Sequence keeps slot 0";
 }
 
 TEST_F(ContextTest, HasNoCurrentSequenceOnAFreedSlot) {
@@ -123,7 +122,7 @@ TEST_F(ContextTest, ClearsOnceAndAnswersAllTheSame) {
     EXPECT_EQ(entities.NewTexture(2, 2, 8), 0x4000001u);
 }
 
-TEST_F(ContextTest, TellsTheErrorsOfAllShadersInTheirOrder) {
+TEST_F(ContextTest, GivesTheErrorsOfAllShadersInTheirOrder) {
     const TestEffect effect(Files{{"good.frag", "void main() { gl_FragColor = vec4(1.0); }"}});
     BlobReader::Load(effect.module());
     EXPECT_EQ(entities.ShaderErrors(), "");
@@ -146,13 +145,7 @@ TEST_F(ContextTest, TellsTheErrorsOfAllShadersInTheirOrder) {
 TEST_F(ContextTest, StoresAPixelAspectWithinItsBounds) {
     EXPECT_EQ(entities.scale, 1.0f);
     for (const auto& [given, stored] :
-         std::initializer_list<std::pair<float, float>>{{0.01f, 0.01f},
-                                                        {4.0f, 4.0f},
-                                                        {0.0099999f, 1.0f},
-                                                        {4.0000005f, 1.0f},
-                                                        {-1.0f, 1.0f},
-                                                        {std::numeric_limits<float>::quiet_NaN(), 1.0f},
-                                                        {std::numeric_limits<float>::infinity(), 1.0f}}) {
+         {std::pair{0.01f, 0.01f}, {4.0f, 4.0f}, {0.0099999f, 1.0f}, {4.0000005f, 1.0f}, {NAN, 1.0f}}) {
         entities.SetExtent(640, 360, given);
         EXPECT_EQ(entities.scale, stored) << given;
     }

@@ -20,14 +20,15 @@ protected:
     }
     static FrameImage Image(std::uint32_t width, std::uint32_t height, std::uint32_t bits,
                             const void* pixels = nullptr) {
-        FrameImage result;
-        result.width = width;
-        result.height = height;
-        result.bits = bits;
-        result.pixels = pixels;
-        if (pixels) result.stride = std::uint64_t{width} * bits / 2;
-        return result;
+        FrameImage image;
+        image.width = width;
+        image.height = height;
+        image.bits = bits;
+        image.pixels = pixels;
+        if (pixels) image.stride = std::uint64_t{width} * bits / 2;
+        return image;
     }
+
     Context& entities = Context::Instance();
     Sequence& sequence() { return entities.CurrentSequence(); }
     RenderTarget& target() { return entities.FindRenderTarget(sequence().renderTarget); }
@@ -64,7 +65,7 @@ TEST_F(SequenceTest, MakesAReleasedTargetAnew) {
     sequence().prepareOutput(Image(5, 4, 16), 0);
     EXPECT_EQ(sequence().renderTarget, id) << "the lowest free number is that of the one released";
     EXPECT_TRUE(target().isUsable());
-    // One that stays behind without its names is replaced too.
+    // One without its names is replaced too.
     target().releaseGL();
     sequence().prepareOutput(Image(5, 4, 16), 0);
     EXPECT_NE(sequence().renderTarget, id);
@@ -107,7 +108,7 @@ TEST_F(SequenceTest, LosesOneFrameOfAReleasedInput) {
     EXPECT_EQ(*input().pixelCopy(), pixels);
 }
 
-TEST_F(SequenceTest, GoesAloneAndLeavesItsEntitiesBehind) {
+TEST_F(SequenceTest, LeavesItsEntitiesWhenItGoes) {
     const Bytes pixels = DistinctPicture(2, 2, 8);
     sequence().prepareOutput(Image(2, 2, 8), 0);
     sequence().setInput(Image(2, 2, 8, pixels.data()));

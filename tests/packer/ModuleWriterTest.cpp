@@ -35,7 +35,7 @@ protected:
     const fs::path output = folder.path() / "output.so";
 };
 
-TEST_F(ModuleWriterTest, PutsThePackageBehindTheImage) {
+TEST_F(ModuleWriterTest, PutsThePackageAfterTheImageInPlaceOfAnOlderOne) {
     put(image, "image");
     const fs::perms ofNewFiles = fs::status(image).permissions();
     fs::permissions(image, fs::perms::owner_read);
@@ -43,25 +43,15 @@ TEST_F(ModuleWriterTest, PutsThePackageBehindTheImage) {
     EXPECT_EQ(ContentOf(output), std::string("imagepackage\x07\0\0\0QuillonBLOB1", 28));
     EXPECT_EQ(fs::status(output).permissions(), ofNewFiles);
     EXPECT_EQ(ContentOf(image), "image");
-    EXPECT_EQ(filesLeft(), 2);
-}
-
-TEST_F(ModuleWriterTest, ReplacesWhatTheTemplateAndTheOutputHold) {
-    put(image, "image");
-    write(output, image, "package");
     write(output, output, "new");
     EXPECT_EQ(ContentOf(output), std::string("imagenew\x03\0\0\0QuillonBLOB1", 24));
     write(output, output, "");
     EXPECT_EQ(ContentOf(output), std::string("image\0\0\0\0QuillonBLOB1", 21));
+    write(folder.path() / std::string(255, 'n'), image, "a name as long as the file system allows");
+    EXPECT_EQ(filesLeft(), 3);
 }
 
-TEST_F(ModuleWriterTest, WritesNamesAsLongAsTheFileSystemAllows) {
-    put(image, "image");
-    write(folder.path() / std::string(255, 'n'), image, "package");
-    EXPECT_EQ(filesLeft(), 2);
-}
-
-TEST_F(ModuleWriterTest, LeavesNothingBehindWhenItFails) {
+TEST_F(ModuleWriterTest, LeavesNothingWhenItFails) {
     EXPECT_THROW(write(output, image, "package"), FileError);          // no template
     EXPECT_THROW(write(output, folder.path(), "package"), FileError);  // a folder for one
     put(image, "image");
@@ -84,38 +74,35 @@ const DamageCase kDamageCases[] = {
     {"a file's content", [](auto& archive) { archive[30 + 4] ^= std::byte{1}; }, "'a.js' in its package is damaged"},
 };
 
-class ModuleKinds : public ModuleWriterTest, public ::testing::WithParamInterface<bool> {};
-
-TEST_P(ModuleKinds, GiveThePackageBackOrSayWhatIsDamaged) {
+TEST_F(ModuleWriterTest, WritesWhatCanBeReadBackOnBothSystems) {
     const std::string text = "some text, some text";
     const auto* const bytes = reinterpret_cast<const std::byte*>(text.data());
     const std::vector<PackageFile> files = {{"a.js", {bytes, bytes + text.size()}}, {"b", {}}};
-    if (GetParam()) {
-        WriteWholeFile(image, ReadWholeFile(WindowsModule("plain")));
-    } else {
-        put(image, std::string(40, 'i'));
-    }
-    EXPECT_THROW(ReadPackage(image), FileError);
-    for (const DamageCase& row : kDamageCases) {
-        std::vector<std::byte> archive = WriteArchive(files);
-        row.damage(archive);
-        WriteModule(output, image, Scramble(archive));
-        try {
-            const auto read = ReadPackage(output);
-            EXPECT_STREQ(row.words, "") << row.name;
-            ASSERT_EQ(read.size(), files.size());
-            for (std::size_t i = 0; i < files.size(); ++i) {
-                EXPECT_EQ(read[i].name, files[i].name);
-                EXPECT_EQ(read[i].bytes, files[i].bytes);
+    for (const bool isWindows : {false, true}) {
+        if (isWindows)
+            WriteWholeFile(image, ReadWholeFile(WindowsModule("plain")));
+        else
+            put(image, std::string(40, 'i'));
+        EXPECT_THROW(ReadPackage(image), FileError);
+        for (const DamageCase& row : kDamageCases) {
+            std::vector<std::byte> archive = WriteArchive(files);
+            row.damage(archive);
+            WriteModule(output, image, Scramble(archive));
+            try {
+                const auto read = ReadPackage(output);
+                EXPECT_STREQ(row.words, "") << row.name;
+                ASSERT_EQ(read.size(), files.size());
+                for (std::size_t i = 0; i < files.size(); ++i) {
+                    EXPECT_EQ(read[i].name, files[i].name);
+                    EXPECT_EQ(read[i].bytes, files[i].bytes);
+                }
+            } catch (const FileError& error) {
+                EXPECT_NE(std::string(error.what()).find(*row.words ? row.words : "nothing"), std::string::npos)
+                    << row.name << ": " << error.what();
             }
-        } catch (const FileError& error) {
-            EXPECT_NE(std::string(error.what()).find(*row.words ? row.words : "nothing"), std::string::npos)
-                << row.name << ": " << error.what();
         }
     }
 }
-INSTANTIATE_TEST_SUITE_P(Systems, ModuleKinds, ::testing::Bool(),
-                         [](const auto& row) { return row.param ? "windows" : "linux"; });
 
 }  // namespace
 }  // namespace quillon::test
