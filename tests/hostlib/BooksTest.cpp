@@ -1,4 +1,4 @@
-// What an effect does wrong is told, and told once; what is right is not.
+// What an effect does wrong is reported once; what is right is not.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using testing::IsEmpty;
 
 struct Misdeed {
     const char* name;
-    const char* told;  // empty: no fault
+    const char* reported;  // empty: no fault
     PF_Err (*deed)(const Given&);
 };
 
@@ -46,7 +46,7 @@ constexpr Misdeed kMisdeeds[] = {
          given.in.utils->host_dispose_handle(handle);
          return 0;
      }},
-    {"bytes behind a handle's memory", "behind a handle's memory",
+    {"bytes after a handle's memory", "after a handle's memory",
      [](const Given& given) {
          PF_Handle handle = given.in.utils->host_new_handle(8);
          (*handle)[8] = 1;
@@ -90,16 +90,16 @@ constexpr Misdeed kMisdeeds[] = {
     {"an exception", "an exception left", [](const Given&) -> PF_Err { throw 5; }},
 };
 
-TEST(Books, TellEachMisdeedOnce) {
+TEST(Books, ReportEachMisdeedOnce) {
     HostSession session{EffectModule(FakeEntry)};
     HostInstance& instance = session.newInstance();
-    for (const auto& [name, told, deed] : kMisdeeds) {
+    for (const auto& [name, reported, deed] : kMisdeeds) {
         instance.sequenceData = session.handles().make(16);
         Act() = deed;
         const FrameRequest request{.input = session.newWorld(2, 2, 8)};
         session.send({.cmd = PF_Cmd_RENDER, .instance = &instance, .frame = &request, .output = request.input});
-        if (*told)
-            EXPECT_THAT(session.violations(), ElementsAre(HasSubstr(told))) << name;
+        if (*reported)
+            EXPECT_THAT(session.violations(), ElementsAre(HasSubstr(reported))) << name;
         else
             EXPECT_THAT(session.violations(), IsEmpty()) << name;
         session.clearViolations();

@@ -6,7 +6,7 @@
 
 namespace quillon::host::test {
 
-// An effect that does as it is told: what it runs for a selector is `act` of the calling thread.
+// An effect that does what a test wants: what it runs for a selector is `act` of the calling thread.
 struct Given {
     PF_Cmd cmd;
     PF_InData& in;

@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 class Module : public ::testing::Test {
 protected:
-    // A module of its own file name, since the loader gives the same file out once only.
+    // Each module has another file name, since the loader gives the same file out only once.
     host::EffectModule pack(std::span<const std::byte> package) {
         const std::filesystem::path path = folder.path() / ("effect" + std::to_string(++count) + ".module");
         WriteModule(path, TemplateModule(), package);
@@ -90,7 +90,7 @@ TEST_F(Module, OneEffectAppliedTwiceSharesScriptVariablesAndNotValues) {
     session.remove(second);
 }
 
-// No archive inside: what the effect reads comes from the disk then, from the folder that the process stands in.
+// No archive inside: what the effect reads then comes from the disk, from the process's current folder.
 TEST_F(Module, WithADamagedPackageReadsFromTheDisk) {
     std::ofstream(folder.path() / "fx.js") << "function setup() { QL_initParam('d', 1, 'Disk'); } function draw() {}";
     std::ofstream(folder.path() / "config.xml") << "<FLAGS>64</FLAGS>";

@@ -44,41 +44,23 @@ Bytes Expected(int depth) {
 
 class Exactness : public ShellTest, public ::testing::WithParamInterface<std::tuple<int, int>> {};
 
-TEST_P(Exactness, SmartRouteReturnsEveryValue) {
+// After Effects' classic route asks for one row and one column less than its input has: the script asks for two more.
+// Premiere Pro draws one row and one column less, at the top left: its layer is one larger each way.
+TEST_P(Exactness, EveryRouteReturnsEveryValue) {
     const auto [depth, padding] = GetParam();
-    HostSettings settings;
-    settings.rowPaddingPixels = padding;
-    HostSession& session = start(IdentityScript(), settings, IdentityFiles());
-    const FrameResult frame = session.renderFrame(session.apply(), {WorldOf(session, kSide, kSide, AllValues(depth))});
-    EXPECT_EQ(frame.error(), 0);
-    EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
-}
-
-// After Effects' classic route asks for one row and one column less than its input has; a script that asks for two more
-// gets the input's size back, and with it every value.
-TEST_P(Exactness, ClassicRouteReturnsEveryValueInASizeOfItsOwn) {
-    const auto [depth, padding] = GetParam();
-    HostSettings settings = AfterEffects(13, 9, Route::classic);
-    settings.rowPaddingPixels = padding;
-    HostSession& session = start(IdentityScript("function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }"),
-                                 settings, IdentityFiles());
-    const FrameResult frame = session.renderFrame(session.apply(), {WorldOf(session, kSide, kSide, AllValues(depth))});
-    EXPECT_EQ(frame.error(), 0);
-    EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
-}
-
-// Premiere Pro draws one row and one column less, from the picture's top left, and centers them: at the top left as
-// well, since the odd pixel goes to the right and to the bottom. A world that is one larger each way holds all.
-TEST_P(Exactness, PremiereReturnsEveryValueOfThePartThatItDraws) {
-    const auto [depth, padding] = GetParam();
-    HostSettings settings = Premiere();
-    settings.rowPaddingPixels = padding;
-    HostSession& session = start(IdentityScript(), settings, IdentityFiles());
-    const FrameResult frame = session.renderFrame(
-        session.apply(),
-        {.input = WorldOf(session, kSide, kSide, AllValues(depth)), .layerWidth = kSide + 1, .layerHeight = kSide + 1});
-    EXPECT_EQ(frame.error(), 0);
-    EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
+    for (HostSettings settings : kHosts) {
+        settings.rowPaddingPixels = padding;
+        const bool isPremiere = settings.kind == HostKind::premiere;
+        const bool shrinks = settings.routeInUse() == Route::classic && !isPremiere;
+        HostSession& session =
+            start(IdentityScript(shrinks ? "function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }" : ""),
+                  settings, IdentityFiles());
+        FrameRequest request{WorldOf(session, kSide, kSide, AllValues(depth))};
+        if (isPremiere) request.layerWidth = request.layerHeight = kSide + 1;
+        const FrameResult frame = session.renderFrame(session.apply(), request);
+        EXPECT_EQ(frame.error(), 0);
+        EXPECT_TRUE(frame.output->tightBytes() == Expected(depth));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(, Exactness, ::testing::Combine(::testing::Values(8, 16, 32), ::testing::Values(0, 3)));

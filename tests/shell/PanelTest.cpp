@@ -84,16 +84,6 @@ TEST_F(Panel, PanelUpdateSweepsThenAsksTheScriptWithoutLockOrComposition) {
     EXPECT_EQ(session.records().count(Callback::effectLayer), 0);
 }
 
-TEST_F(Panel, StatesAreTheInstancesOwn) {
-    HostSession& session = start(ScriptOf("add(1);", "QL_setParamEnabled(p[0], QL_getParamValue(p[0]) < 5);"));
-    HostInstance& first = session.apply();
-    HostInstance& second = session.apply();
-    first.setFloat(1, 9);
-    for (HostInstance* instance : {&first, &second}) EXPECT_EQ(session.updateParamsUI(*instance).error, 0);
-    EXPECT_EQ(first.param(1).ui_flags, 32);
-    EXPECT_EQ(second.param(1).ui_flags, 0);
-}
-
 TEST_F(Panel, ChangedControlIsCheckedInOrder) {
     HostSession& session = start(ScriptOf("add(3);"));
     HostInstance& instance = session.apply();

@@ -41,30 +41,6 @@ TEST_F(Parameters, ScaleByTheRendersSizeAndAspect) {
     }
 }
 
-TEST_F(Parameters, FloatsAreDividedInOneOrder) {
-    HostSettings settings;
-    settings.downsampleX = {3, 7};
-    settings.downsampleY = {5, 11};
-    settings.layerPixelAspect = {10, 11};
-    HostSession& session = start(ScriptOf("add(1, 24); add(5, 32);"), settings);
-    HostInstance& instance = session.apply();
-    const float par = 10.0f / 11.0f;
-    const float sx = 7.0f * par / 3.0f;
-    const float sy = 11.0f / 5.0f;
-    for (int i = 1; i < 60; ++i) {
-        const float value = static_cast<float>(i) * 1.7f;
-        instance.setFloat(1, value);
-        instance.param(2).u.td.x_value = i * 98765;
-        instance.param(2).u.td.y_value = i * -4321;
-        EXPECT_EQ(frame(instance), 0);
-        const Parameter* held = engine.parameterInfo(0);
-        EXPECT_EQ(held->floatAt(0), value / (sx / par) / sy) << i;
-        held = engine.parameterInfo(1);
-        EXPECT_EQ(held->floatAt(0), static_cast<float>(i * 98765) / 65536.0f * sx) << i;
-        EXPECT_EQ(held->floatAt(1), static_cast<float>(i * -4321) / 65536.0f * sy) << i;
-    }
-}
-
 TEST_F(Parameters, EachKindArrivesInItsOwnForm) {
     HostSession& session = start(ScriptOf("[2, 3, 8, 9, 12].forEach(function (k) { add(k); });"));
     HostInstance& instance = session.apply();
@@ -157,7 +133,7 @@ TEST_F(Parameters, AfterAFailingCheckoutAllAreCheckedInAndOldValuesRender) {
     EXPECT_EQ(session.records().count(Callback::checkinParam), 6);
 }
 
-// A layer is uploaded under a lock of its own, in the depth of the getter that answered, and stays when it is gone.
+// A layer is uploaded in the depth of the getter that answered, and keeps its pixels when the host has none.
 TEST_F(Parameters, LayersKeepTheirLastPixels) {
     const char* const kLayer =
         "var l, copy, dim; function setup() { l = QL_initParam('l', 4, 'L'); copy = QL_initShader('copy'); }"

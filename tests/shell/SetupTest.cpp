@@ -77,7 +77,7 @@ struct SetupFault {
     bool hasGlobalData;
     int lost;
     int formats;
-    int depthFlags = 1;  // whether the two depth flags stand
+    int depthFlags = 1;  // whether the two depth flags are set
 };
 
 class FailingSetup : public ShellTest, public ::testing::WithParamInterface<SetupFault> {};

@@ -58,7 +58,7 @@ protected:
 
     // Packs an effect and loads it; nothing is sent yet. A further one takes the engine over at its GLOBAL_SETUP.
     HostSession& load(const std::string& script, const HostSettings& settings = {}, const Files& files = {});
-    // The same, with GLOBAL_SETUP and PARAMS_SETUP behind it.
+    // The same, after GLOBAL_SETUP and PARAMS_SETUP.
     HostSession& start(const std::string& script, const HostSettings& settings = {}, const Files& files = {});
 
     static SequenceData& Block(const HostInstance& instance) { return *LiveBlockOf(instance.sequenceData); }

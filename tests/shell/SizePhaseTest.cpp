@@ -1,4 +1,4 @@
-// SMART_PRE_RENDER and FRAME_SETUP: what the script is asked, and what the host is told.
+// SMART_PRE_RENDER and FRAME_SETUP: what the script is asked, and what the host gets.
 
 #include "shell/ShellTest.h"
 
@@ -54,7 +54,7 @@ TEST_F(SizePhase, SmartRouteTellsRectanglesByTheScriptsSize) {
         frame.answer.flags = 0x7F;
         frame.answer.solid = frame.answer.reserved = 3;
         EXPECT_EQ(frame.preRender().error, 0);
-        session.clearViolations();  // a preset result may lie outside of what the host allows
+        session.clearViolations();  // a preset result may be outside of what the host allows
         EXPECT_EQ(frame.answer.result_rect, row.result);
         EXPECT_EQ(frame.answer.max_result_rect, row.max);
         EXPECT_EQ(frame.answer.flags, row.flag);

@@ -40,7 +40,7 @@ TEST_F(Upstream, FramesBecomeTheInputOfAnEarlierTime) {
         isDone = false;
         session.clearRecords();
         EXPECT_EQ(session.renderFrame(instance, {input}).error(), 0);
-        EXPECT_EQ(uploadedWidth, back == 0 ? 7u : 5u) << "an earlier frame is a layer of its own";
+        EXPECT_EQ(uploadedWidth, back == 0 ? 7u : 5u) << "an earlier frame is a separate layer";
         ASSERT_THAT(session.records().upstreamTimes, SizeIs(time < 0 ? 0 : 1)) << back;
         for (const A_Time& asked : session.records().upstreamTimes) {
             EXPECT_EQ(asked.value, time);

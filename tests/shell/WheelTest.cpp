@@ -96,7 +96,7 @@ TEST_F(Wheel, DrawsTheWheelAndAMarker) {
         EXPECT_EQ(pixel(113, 70), 0u);
         EXPECT_EQ(drawings[1].call, Callback::strokePath);
         ASSERT_THAT(drawings[1].arcs, SizeIs(1));
-        // Green: hue 2/3 pi, which stands at -1/3 pi from the center, full saturation.
+        // Green: hue 2/3 pi, which is at -1/3 pi from the center, full saturation.
         const DRAWBOT_PointF32 center = drawings[1].arcs[0].center;
         EXPECT_NEAR(center.x, kLeft + 60 + 25, 1);
         EXPECT_NEAR(center.y, kTop + 70 - 50 * std::sqrt(0.75), 1);
