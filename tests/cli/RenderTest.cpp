@@ -160,6 +160,11 @@ TEST_F(Render, LayersAndFramesComeFromPatternsOrOnePictureForAll) {
     ASSERT_EQ(run("render fx -i in.008.argb --layer map=map.argb --size 1x1 --depth 32 -o one.argb --time 1.5").err,
               "");
     EXPECT_EQ(readSamples<float>("one.argb"), (std::vector<float>{1, 8, 0.5f, 1.5f}));
+    ASSERT_EQ(run("render fx -i in.008.argb --layer map=map.argb --size 1x1 --depth 32 -o ntsc##.argb --frames 8-8"
+                  " --fps 29.97")
+                  .err,
+              "");
+    EXPECT_FLOAT_EQ(readSamples<float>("ntsc08.argb")[3], 8 / 29.97f);
 }
 
 TEST_F(Render, APictureThatTheDriverCannotTakeIsNamed) {

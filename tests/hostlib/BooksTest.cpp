@@ -46,7 +46,7 @@ constexpr Misdeed kMisdeeds[] = {
          given.in.utils->host_dispose_handle(handle);
          return 0;
      }},
-    {"bytes after a handle's memory", "after a handle's memory",
+    {"bytes after a handle's memory", "a handle's memory",
      [](const Given& given) {
          PF_Handle handle = given.in.utils->host_new_handle(8);
          (*handle)[8] = 1;

@@ -73,7 +73,9 @@ TEST_F(Entry, WhatAHostThrowsAtTheEndOfAScopeIsReportedOnceAsWell) {
     for (const auto& row : kCases) {
         session.hooks().at[row.before] = [](auto&) { throw 77; };
         session.hooks().at[row.atTheEnd] = [](auto&) { throw std::bad_alloc(); };
+        session.clearRecords();
         EXPECT_EQ(session.renderFrame(instance, {Picture(session)}).error(), row.frame);
+        EXPECT_LE(session.records().count(Callback::checkinParam), session.records().count(Callback::checkoutParam));
         EXPECT_EQ(session.sequenceSetup(session.newInstance()).error, row.setup);
         session.hooks().at.clear();
         session.clearViolations();  // a release that throws has not released

@@ -41,6 +41,24 @@ TEST_F(Parameters, ScaleByTheRendersSizeAndAspect) {
     }
 }
 
+// Scales without an exact value, where another order of the divisions gives another float.
+TEST_F(Parameters, ScaleInOneOrder) {
+    HostSettings settings;
+    settings.downsampleX = {3, 7};
+    settings.downsampleY = {5, 11};
+    settings.layerPixelAspect = {10, 11};
+    HostInstance& instance = start(ScriptOf("add(1, 24); add(5, 32);"), settings).apply();
+    const float par = 10.0f / 11.0f, sx = 7.0f * par / 3.0f, sy = 11.0f / 5.0f;
+    for (int i = 1; i < 60; ++i) {
+        const float value = static_cast<float>(i) * 1.7f;
+        instance.setFloat(1, value);
+        instance.param(2).u.td.x_value = i * 98765;
+        EXPECT_EQ(frame(instance), 0);
+        EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), value / (sx / par) / sy) << i;
+        EXPECT_EQ(engine.parameterInfo(1)->floatAt(0), static_cast<float>(i * 98765) / 65536.0f * sx) << i;
+    }
+}
+
 TEST_F(Parameters, EachKindArrivesInItsOwnForm) {
     HostSession& session = start(ScriptOf("[2, 3, 8, 9, 12].forEach(function (k) { add(k); });"));
     HostInstance& instance = session.apply();

@@ -63,35 +63,39 @@ TEST_F(Render, RecordsTheFrameWhereTheBlockSaysSo) {
     }
 }
 
-// Premiere's output is cleared and takes the smaller frame in its middle; the frame's input starts at the source
-// origin. Channel by channel the picture is unlike anything else.
+// Premiere's output is cleared and takes the frame in its middle; the frame's input starts at the source origin.
+// Channel by channel the picture is unlike anything else.
 TEST_F(Render, PremiereClearsAndCenters) {
     HostSession& session = start(IdentityScript(), Premiere(), IdentityFiles());
     HostInstance& instance = session.apply();
     const auto input = Picture(session, 8, 5, 3);
-    for (A_long outer : {5, 9}) {
-        // The layer of 4 by 3 starts at (1, 1): its part of 3 by 2 is drawn.
-        FrameRequest request{.input = input,
-                             .presetWidth = outer,
-                             .presetHeight = outer,
-                             .sourceOrigin = {1, 1},
-                             .layerWidth = 4,
-                             .layerHeight = 3};
+    // The layer of 4 by 3 starts at (1, 1): its part of 3 by 2 is drawn.
+    FrameRequest request{.input = input, .sourceOrigin = {1, 1}, .layerWidth = 4, .layerHeight = 3};
+    for (const A_long outer : {2, 5, 9}) {
+        request.presetWidth = request.presetHeight = outer;
         session.clearRecords();
         const FrameResult frame = FrameOf(instance, request);
         EXPECT_EQ(frame.error(), 0);
         ASSERT_EQ(frame.output->width(), outer);
-        const A_long left = (outer - 3) >> 1;
-        const A_long top = (outer - 2) >> 1;
+        const A_long left = (outer - 3) >> 1, top = (outer - 2) >> 1;
         auto wanted = session.newWorld(outer, outer, 8);
         wanted->write(Bytes(wanted->tightBytes().size()));
         for (A_long y = 0; y < 2; ++y)
-            std::copy_n(input->row(y + 1).begin() + 4, 12, wanted->row(top + y).begin() + 4 * left);
+            for (A_long x = std::max(0, -left); x < std::min(3, outer - left); ++x)
+                std::copy_n(input->row(y + 1).begin() + 4 + 4 * x, 4, wanted->row(top + y).begin() + 4 * (left + x));
         EXPECT_EQ(frame.output->tightBytes(), wanted->tightBytes());
-        ASSERT_THAT(session.records().fills, SizeIs(1));
-        EXPECT_TRUE(session.records().fills[0].isWhole);
-        EXPECT_EQ(session.records().fills[0].color.alpha, 0);
+        ASSERT_THAT(session.records().fills, SizeIs(outer > 2 ? 1 : 0)) << "only where the frame leaves a part";
+        for (const host::FillCall& fill : session.records().fills) EXPECT_TRUE(fill.isWhole && fill.color.alpha == 0);
     }
+    // Neither the input is read nor the output written past its world: a layer that says to be larger than it, a world
+    // whose depth cannot be asked for.
+    request = {.input = input, .presetWidth = 2, .presetHeight = 2, .layerWidth = 9, .layerHeight = 9};
+    session.hooks().before = [&](PF_Cmd cmd, PF_InData&, PF_OutData&) {
+        session.faults().clear();
+        if (cmd == PF_Cmd_RENDER) session.faults().failNth(Callback::premiereFormat, 2);
+    };
+    EXPECT_EQ(FrameOf(instance, request).error(), 0);
+    EXPECT_EQ(eval("QL_getSurfaceDim(QL_getSequenceTexture())"), "[5,3,8]");
 }
 
 TEST_F(Render, FailedFillIsTheResultAndTheFrameIsDrawnAllTheSame) {
