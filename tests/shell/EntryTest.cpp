@@ -122,32 +122,28 @@ TEST_F(Entry, GateStopsOtherThreadsAndLetsItsOwnBackIn) {
     EXPECT_EQ(inner, "A test\n\n");
 }
 
-struct EventRow {
-    const char* name;
-    const char* kinds;  // of the controls in order
-    std::vector<PF_EventOutFlags> flagsByIndex;
-};
-
-class EventGate : public ShellTest, public ::testing::WithParamInterface<EventRow> {};
-
-TEST_P(EventGate, HandlesFromTheFirstColorUpToTheFirstPoint) {
-    HostSession& session = start(std::string("function setup() { [") + GetParam().kinds +
-                                 "].forEach(function (k, i) { QL_initParam('p' + i, k, 'P'); }); } function draw() {}");
-    HostInstance& instance = session.apply();
-    for (PF_ParamIndex index = 0; index < std::ssize(GetParam().flagsByIndex); ++index) {
-        host::HostEvent event(PF_Event_DO_CLICK, index);
-        event.extra.evt_out_flags = 4;
-        EXPECT_EQ(session.event(instance, event.extra).error, 0);
-        EXPECT_EQ(event.extra.evt_out_flags, GetParam().flagsByIndex[static_cast<std::size_t>(index)]) << index;
-        EXPECT_EQ(event.extra.u.do_click.send_drag, 0);
+TEST_F(Entry, EventsAreHandledFromTheFirstColorUpToTheFirstPoint) {
+    const std::pair<const char*, std::vector<PF_EventOutFlags>> kCases[] = {
+        // kinds of the controls, flags by index
+        {"1, 3, 1, 2, 1", {4, 4, 1, 1, 4, 4}},
+        {"2, 3, 1", {4, 4, 4, 4}},
+        {"1, 2, 1", {1, 1, 4, 4}},
+    };
+    for (const auto& [kinds, flagsByIndex] : kCases) {
+        maps = {};
+        HostSession& session = start(std::string("function setup() { [") + kinds +
+                                     "].forEach(function (k, i) { QL_initParam('p' + i, k, 'P'); }); }"
+                                     " function draw() {}");
+        HostInstance& instance = session.apply();
+        for (std::size_t index = 0; index < flagsByIndex.size(); ++index) {
+            host::HostEvent event(PF_Event_DO_CLICK, static_cast<PF_ParamIndex>(index));
+            event.extra.evt_out_flags = 4;
+            EXPECT_EQ(session.event(instance, event.extra).error, 0);
+            EXPECT_EQ(event.extra.evt_out_flags, flagsByIndex[index]) << kinds << " at " << index;
+            EXPECT_EQ(event.extra.u.do_click.send_drag, 0);
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(, EventGate,
-                         ::testing::Values(EventRow{"both", "1, 3, 1, 2, 1", {4, 4, 1, 1, 4, 4}},
-                                           EventRow{"point_first", "2, 3, 1", {4, 4, 4, 4}},
-                                           EventRow{"no_color", "1, 2, 1", {1, 1, 4, 4}}),
-                         [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace quillon::test

@@ -168,54 +168,6 @@ TEST_F(Lifecycle, CopiesEndNothingAndStrangersPassTheInputThrough) {
     }
 }
 
-struct LifecycleFault {
-    const char* name;
-    void (*order)(host::Faults&);
-    PF_Err setup, resetup, flatten, setdown;
-    int lost = 0;
-};
-
-class FailingLifecycle : public ShellTest, public ::testing::WithParamInterface<LifecycleFault> {};
-
-TEST_P(FailingLifecycle, LeavesTheHostsBlockAlone) {
-    const LifecycleFault& row = GetParam();
-    HostSession& session = start(kNoControls);
-    HostInstance& instance = session.apply();
-    HostInstance& fresh = session.newInstance();
-    HostInstance& flat = session.newInstance();
-    flat.sequenceData = session.handles().makeWith(Bytes(8192));
-    const PF_Handle flatBlock = flat.sequenceData;
-
-    row.order(session.faults());
-    const auto expect = [&](const host::Answer& answer, PF_Err error) {
-        EXPECT_EQ(answer.error, error);
-        EXPECT_EQ(answer.out.sequence_data, nullptr);
-        EXPECT_EQ(answer.out.out_flags, 0);
-    };
-    const auto allowLoss = [&] { session.allowLostHandles(row.lost); };
-    allowLoss();
-    expect(session.sequenceSetup(fresh), row.setup);
-    allowLoss();
-    expect(session.sequenceResetup(fresh), row.resetup == 516 && !session.faults().hasBasicSuite() ? 516 : 0);
-    allowLoss();
-    expect(session.sequenceFlatten(instance), row.flatten);
-    // Sent bare: the host keeps the block, whatever becomes of it.
-    allowLoss();
-    expect(session.send({.cmd = PF_Cmd_SEQUENCE_RESETUP, .instance = &flat}), row.resetup);
-    EXPECT_TRUE(session.handles().isAlive(flatBlock));
-    expect(session.sequenceSetdown(instance), row.setdown);
-    EXPECT_EQ(instance.sequenceData == nullptr, row.setdown == 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    , FailingLifecycle,
-    ::testing::Values(LifecycleFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 516, 516, 516},
-                      LifecycleFault{"null_handles", [](auto& f) { f.nullSuite("PF Handle Suite"); }, 516, 516, 516,
-                                     516},
-                      LifecycleFault{"no_memory", [](auto& f) { f.fail(Callback::newHandle); }, 4, 0, 0, 0},
-                      LifecycleFault{"no_lock", [](auto& f) { f.fail(Callback::lockHandle); }, 0, 0, 0, 0, 1}),
-    [](const auto& row) { return row.param.name; });
-
 TEST_F(Lifecycle, WithoutABlockNothingHappens) {
     HostSession& session = start(kNoControls);
     HostInstance& instance = session.newInstance();

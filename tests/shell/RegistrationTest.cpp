@@ -15,7 +15,7 @@ std::string Controls(const std::string& kinds) {
 
 class Registration : public ShellTest {};
 
-TEST_F(Registration, TellsEachKindWithTypeFlagsAndId) {
+TEST_F(Registration, GivesEachKindWithTypeFlagsAndId) {
     HostSession& session = start(Controls("1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12"));
     const struct {
         PF_ParamType type;
@@ -124,53 +124,6 @@ TEST_F(Registration, KeepsTheFirstIndexOfAKindForTheProcess) {
     EXPECT_EQ(session.paramsSetup().error, 0);
     EXPECT_EQ(maps.hostIndexOfParam, (Indices{{0, 1}, {1, 2}, {2, 3}}));
 }
-
-struct RegistrationFault {
-    const char* name;
-    void (*order)(host::Faults&);
-    PF_Err error;
-    A_long count;  // num_params
-    int registered = 0;
-    const char* message = "";
-    bool hasButton = false;
-    HostKind kind = HostKind::afterEffects;
-};
-
-class FailingRegistration : public ShellTest, public ::testing::WithParamInterface<RegistrationFault> {};
-
-constexpr const char* kNotAcquired = "Not able to acquire AEFX Suite.";
-
-TEST_P(FailingRegistration, StopsWhereItFails) {
-    const RegistrationFault& row = GetParam();
-    HostSession& session = load(Controls("1, 7, 12"), row.kind == HostKind::premiere ? Premiere() : AfterEffects());
-    session.globalSetup();
-    row.order(session.faults());
-    const host::Answer answer = session.paramsSetup();
-    session.faults().clear();
-    EXPECT_EQ(answer.error, row.error);
-    EXPECT_EQ(answer.out.num_params, row.count);
-    EXPECT_EQ(std::ssize(session.records().registeredUIs), row.registered);
-    EXPECT_EQ(std::ssize(session.records().optionsButtonNames), row.hasButton);
-    EXPECT_EQ(answer.out.return_msg, std::string(row.message));
-    EXPECT_EQ(answer.out.out_flags, *row.message ? 0x100 : 0);
-}
-
-const char* const kUISuite = "PF Effect UI Suite";
-
-INSTANTIATE_TEST_SUITE_P(
-    , FailingRegistration,
-    ::testing::Values(RegistrationFault{"second_control_is_a_path",
-                                        [](auto& f) { f.failNth(Callback::addParam, 2, 72); }, 0, 4, 1, "", true},
-                      RegistrationFault{"third_control", [](auto& f) { f.failNth(Callback::addParam, 3, 73); }, 73, 3},
-                      RegistrationFault{"no_suite", [](auto& f) { f.refuseSuite(kUISuite); }, 516, 4, 0, kNotAcquired},
-                      RegistrationFault{"no_basic", [](auto& f) { f.withoutBasicSuite(); }, 516, 4, 0,
-                                        "Not able to release AEFX Suite."},
-                      RegistrationFault{"button", [](auto& f) { f.fail(Callback::setOptionsButtonName, 74); }, 74, 4},
-                      RegistrationFault{"registration", [](auto& f) { f.fail(Callback::registerUI, 75); }, 75, 4, 0, "",
-                                        true},
-                      RegistrationFault{"premiere_has_none", [](auto& f) { f.refuseSuite(kUISuite); }, 0, 4, 1, "",
-                                        false, HostKind::premiere}),
-    [](const auto& row) { return row.param.name; });
 
 }  // namespace
 }  // namespace quillon::test

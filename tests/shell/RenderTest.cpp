@@ -158,30 +158,6 @@ TEST_F(Render, WithoutALiveBlockTheInputIsCopiedWithoutScriptOrLock) {
     EXPECT_EQ(eval("drawn"), "1");
 }
 
-// What cannot be drawn still is not the input: the host gets the target's storage.
-TEST_F(Render, BrokenScriptsAndShadersDoNotPassTheInputThrough) {
-    const struct {
-        const char* name;
-        const char* script;
-    } kCases[] = {
-        {"shader", "function setup() { QL_initShader('bad', 'nonsense'); } function draw() {}"},
-        {"no draw", "function setup() {}"},
-        {"fault", "function setup() {} function draw() { nonsense(); }"},
-    };
-    for (const auto& [name, script] : kCases)
-        for (Route route : {Route::smart, Route::classic}) {
-            SCOPED_TRACE(name);
-            HostSession& session = start(script, AfterEffects(13, 9, route));
-            HostInstance& instance = session.apply();
-            const auto input = Picture(session);
-            const FrameResult frame = FrameOf(instance, {input});
-            EXPECT_EQ(frame.error(), 0);
-            EXPECT_THAT(session.records().copies, IsEmpty());
-            EXPECT_NE(frame.output->row(0)[0], input->row(0)[0]);
-            EXPECT_NE(frame.output->row(0)[0], World::kUnwrittenByte);
-        }
-}
-
 TEST_F(Render, SweepsBeforeTheLockAndLeavesTheOutputUnwrittenWithoutIt) {
     for (const HostSettings& settings : kHosts) {
         HostSession& session = start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}", settings);

@@ -18,7 +18,7 @@ constexpr PrPixelFormat kFloats[] = {0x62675241, 0x62675258};
 
 class Setup : public ShellTest {};
 
-TEST_F(Setup, TellsFlagsAndFormatsByHost) {
+TEST_F(Setup, GivesFlagsAndFormatsByHost) {
     const struct {
         HostKind kind;
         std::uint32_t flags, flags2;  // of config.xml
@@ -68,57 +68,6 @@ TEST_F(Setup, MakesTheGlobalDataAndRegistersUnderAfterEffects) {
         for (const std::string& name : session.records().aegpNames) EXPECT_EQ(name, "TestId");
     }
 }
-
-struct SetupFault {
-    const char* name;
-    HostKind kind;
-    void (*order)(host::Faults&);
-    PF_Err error;
-    bool hasGlobalData;
-    int lost;
-    int formats;
-    int depthFlags = 1;  // whether the two depth flags are set
-};
-
-class FailingSetup : public ShellTest, public ::testing::WithParamInterface<SetupFault> {};
-
-TEST_P(FailingSetup, LeavesVersionAndFlagsWritten) {
-    const SetupFault& row = GetParam();
-    HostSession& session = load(kNoControls, row.kind == HostKind::premiere ? Premiere() : AfterEffects());
-    row.order(session.faults());
-    session.allowLostHandles(row.lost);
-    const host::Answer answer = session.globalSetup();
-    session.faults().clear();
-    EXPECT_EQ(answer.error, row.error);
-    EXPECT_EQ(answer.out.global_data != nullptr, row.hasGlobalData);
-    EXPECT_NE(answer.out.my_version, 0u);
-    EXPECT_EQ(answer.out.out_flags & ~0x2000000, 0x4008025);
-    EXPECT_EQ(answer.out.out_flags2 & 0x400, 0x400);
-    EXPECT_EQ((answer.out.out_flags & 0x2000000) != 0, row.depthFlags != 0);
-    EXPECT_EQ((answer.out.out_flags2 & 0x1000) != 0, row.depthFlags != 0);
-    EXPECT_EQ(session.handles().aliveCount(), static_cast<std::size_t>(row.lost + row.hasGlobalData));
-    EXPECT_EQ(std::ssize(session.records().pixelFormats), row.formats);
-    EXPECT_THAT(session.records().messages, IsEmpty());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    , FailingSetup,
-    ::testing::Values(
-        SetupFault{"no_basic", HostKind::afterEffects, [](auto& f) { f.withoutBasicSuite(); }, 516, false, 0, 0},
-        SetupFault{"null_handles", HostKind::afterEffects, [](auto& f) { f.nullSuite("PF Handle Suite"); }, 516, false,
-                   0, 0},
-        SetupFault{"no_memory", HostKind::afterEffects, [](auto& f) { f.fail(Callback::newHandle); }, 512, false, 0, 0},
-        SetupFault{"no_memory_premiere", HostKind::premiere, [](auto& f) { f.fail(Callback::newHandle); }, 512, false,
-                   0, 6, 0},
-        SetupFault{"no_lock_premiere", HostKind::premiere, [](auto& f) { f.fail(Callback::lockHandle); }, 0, false, 1,
-                   6, 0},
-        SetupFault{"no_registry", HostKind::afterEffects, [](auto& f) { f.refuseSuite("AEGP Utility Suite"); }, 516,
-                   false, 1, 0},
-        SetupFault{"not_registered", HostKind::afterEffects, [](auto& f) { f.fail(Callback::registerAegp, 77); }, 77,
-                   false, 1, 0},
-        SetupFault{"no_formats", HostKind::premiere, [](auto& f) { f.refuseSuite("PF Pixel Format Suite"); }, 0, true,
-                   0, 0}),
-    [](const auto& row) { return row.param.name; });
 
 TEST_F(Setup, LeavesAllUnwrittenWhenTheEngineDoesNotStart) {
     HostSession& session = load(kNoControls, {}, Config("<FLAGS>1<FLAGS>"));

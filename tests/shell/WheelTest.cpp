@@ -84,16 +84,11 @@ TEST_F(Wheel, DrawsTheWheelAndAMarker) {
             std::memcpy(&word, &image.image.bytes.at(at), sizeof word);
             return word;
         };
-        EXPECT_EQ(pixel(60, 70), 0xFFFFFFFFu);
-        EXPECT_EQ(pixel(85, 70), 0xFF7FFFFFu);
-        EXPECT_EQ(pixel(60, 45), 0xFFBFFF7Fu);
-        EXPECT_EQ(pixel(2, 2), 0u);
+        EXPECT_THAT((std::vector{pixel(60, 70), pixel(85, 70), pixel(60, 45), pixel(2, 2), pixel(113, 70)}),
+                    ElementsAre(0xFFFFFFFF, 0xFF7FFFFF, 0xFFBFFF7F, 0, 0));
         EXPECT_EQ(pixel(10, 134) >> 24, 0u);
-        EXPECT_EQ(pixel(110, 137), 0xFFFFFFFFu);
-        EXPECT_EQ(pixel(60, 135) & 0xFFFFFF, 0xFFFFFFu);
-        EXPECT_EQ(pixel(114, 10), 0xFEFFFFFFu);
-        EXPECT_EQ(pixel(119, 129), 0xFE000000u);
-        EXPECT_EQ(pixel(113, 70), 0u);
+        EXPECT_THAT((std::vector{pixel(110, 137), pixel(114, 10), pixel(119, 129)}),
+                    ElementsAre(0xFFFFFFFF, 0xFEFFFFFF, 0xFE000000));
         EXPECT_EQ(drawings[1].call, Callback::strokePath);
         ASSERT_THAT(drawings[1].arcs, SizeIs(1));
         // Green: hue 2/3 pi, which is at -1/3 pi from the center, full saturation.
