@@ -1,5 +1,3 @@
-#include <ostream>
-
 #include "ToolTest.h"
 
 // What the tool says of an effect that its author got wrong: the words are compared in full.
@@ -26,10 +24,6 @@ struct FaultCase {
     std::string words;
     std::string config = kConfig;
 };
-
-void PrintTo(const FaultCase& faultCase, std::ostream* out) {
-    *out << faultCase.name;
-}
 
 const FaultCase kCases[] = {
     {"config_that_ends_early", kGood, kCopyFragment,
@@ -93,25 +87,22 @@ const FaultCase kCases[] = {
      kCopyFragment, "fx/fx.js: error: shader \"x\": `y' undeclared [shader]\n"},
 };
 
-class Faults : public ToolTest, public ::testing::WithParamInterface<FaultCase> {};
+using Faults = ToolTest;
 
-TEST_P(Faults, AreToldWithTheAuthorsOwnLine) {
-    const FaultCase& faultCase = GetParam();
-    addEffect("fx", {{"fx.js", faultCase.script}, {"copy.frag", faultCase.fragment}, {"config.xml", faultCase.config}});
+TEST_F(Faults, AreReportedWithTheAuthorsOwnLine) {
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
-    const ToolRun result = run("render fx -i in.argb --size 1x1 --depth 8 -o out.png", kSoftwareRenderer);
-    EXPECT_EQ(result.err, faultCase.words);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(list(), (std::vector<std::string>{"fx", "in.argb"}));
+    for (const FaultCase& row : kCases) {
+        SCOPED_TRACE(row.name);
+        addEffect("fx", {{"fx.js", row.script}, {"copy.frag", row.fragment}, {"config.xml", row.config}});
+        const ToolRun result = run("render fx -i in.argb --size 1x1 --depth 8 -o out.png", kSoftwareRenderer);
+        EXPECT_EQ(result.err, row.words);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(list(), (std::vector<std::string>{"fx", "in.argb"}));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Effects, Faults, ::testing::ValuesIn(kCases),
-                         [](const auto& test) { return test.param.name; });
-
-class FolderFaults : public ToolTest {};
-
-TEST_F(FolderFaults, AreToldForFilesThatAreMissingOrDoNotFit) {
+TEST_F(Faults, NameFilesThatAreMissingOrDoNotFit) {
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
     const std::string render = " -i in.argb --size 1x1 --depth 8 -o out.png";
     EXPECT_EQ(

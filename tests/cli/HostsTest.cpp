@@ -1,5 +1,3 @@
-#include <ostream>
-
 #include "ToolTest.h"
 
 // What the played host makes of a frame: sizes, positions and what the script is told of it.
@@ -28,44 +26,36 @@ const Files kHostEffect = {
      "  QL_renderShader(shader, QL_getSequenceRT(), true);\n}\n"}};
 
 struct HostCase {
-    const char* name;
     const char* options;
     std::size_t width, height;
     std::vector<float> shown;
 };
 
-void PrintTo(const HostCase& hostCase, std::ostream* out) {
-    *out << hostCase.name;
-}
-
 // The input has 40x20 pixels.
 const HostCase kCases[] = {
-    {"smart", "", 40, 20, {40020, 20005, 1012}},
-    {"classic_is_a_pixel_smaller", "--route classic", 39, 19, {40020, 20005, 1012}},
-    {"premiere_keeps_the_size_around_it", "--host premiere", 40, 20, {40020, 20005, 1012}},
-    {"composition_and_aspect", "--comp 100x50 --pixel-aspect 2/1", 40, 20, {100020, 50005, 2012}},
-    {"half_size", "--downsample 2", 20, 10, {40010, 20002.5f, 1006}},
-    {"positions_are_given_at_full_size", "--downsample 2 --set place=8,4 --set far=20", 20, 10, {40004, 20002, 1010}},
+    {"", 40, 20, {40020, 20005, 1012}},
+    {"--route classic", 39, 19, {40020, 20005, 1012}},
+    {"--host premiere", 40, 20, {40020, 20005, 1012}},
+    {"--comp 100x50 --pixel-aspect 2/1", 40, 20, {100020, 50005, 2012}},
+    {"--downsample 2", 20, 10, {40010, 20002.5f, 1006}},
+    {"--downsample 2 --set place=8,4 --set far=20", 20, 10, {40004, 20002, 1010}},
 };
 
-class Hosts : public ToolTest, public ::testing::WithParamInterface<HostCase> {};
+using Host = ToolTest;
 
-TEST_P(Hosts, SizeAndTellTheFrame) {
-    const HostCase& hostCase = GetParam();
+TEST_F(Host, SizesTheFrameAndReportsItToTheScript) {
     addEffect("fx", kHostEffect);
     writeSamples<float>("in.argb", std::vector<float>(40 * 20 * 4));
-    const ToolRun result =
-        run(std::string("render fx -i in.argb --size 40x20 --depth 32 -o out.argb ") + hostCase.options);
-    ASSERT_EQ(result.err, "");
-    const auto pixels = readSamples<float>("out.argb");
-    ASSERT_EQ(pixels.size(), hostCase.width * hostCase.height * 4);
-    const std::size_t middle = (hostCase.height / 2 * hostCase.width + hostCase.width / 2) * 4;
-    for (std::size_t i = 0; i < 3; ++i) EXPECT_FLOAT_EQ(pixels[middle + i + 1], hostCase.shown[i]) << i;
+    for (const HostCase& row : kCases) {
+        const ToolRun result =
+            run(std::string("render fx -i in.argb --size 40x20 --depth 32 -o out.argb ") + row.options);
+        ASSERT_EQ(result.err, "");
+        const auto pixels = readSamples<float>("out.argb");
+        ASSERT_EQ(pixels.size(), row.width * row.height * 4) << row.options;
+        const std::size_t middle = (row.height / 2 * row.width + row.width / 2) * 4;
+        for (std::size_t i = 0; i < 3; ++i) EXPECT_FLOAT_EQ(pixels[middle + i + 1], row.shown[i]) << row.options;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Options, Hosts, ::testing::ValuesIn(kCases), [](const auto& test) { return test.param.name; });
-
-using Host = ToolTest;
 
 TEST_F(Host, ReducesPicturesByTheMeanOfWhatIsSeen) {
     addCopyEffect();
@@ -76,7 +66,7 @@ TEST_F(Host, ReducesPicturesByTheMeanOfWhatIsSeen) {
     EXPECT_EQ(readSamples<float>("out.argb"), (std::vector<float>{0.5f, 4, 2, 2, 0.5f, 4, 4, 5}));
 }
 
-TEST_F(Host, SaysWhereItTakesAnEffectForLessThanItIs) {
+TEST_F(Host, WarnsOfFlagsThatAllowLessThanTheEffectCanDo) {
     addEffect("fx", {{"fx.js", "function setup() {}\nfunction draw() {}\n"}, {"config.xml", "<FLAGS>32</FLAGS>"}});
     writeSamples<std::uint8_t>("in.argb", std::vector<std::uint8_t>(4 * 4 * 4));
     const std::string render = "render fx -i in.argb --size 4x4 -o out.argb ";
@@ -91,7 +81,7 @@ TEST_F(Host, SaysWhereItTakesAnEffectForLessThanItIs) {
               "33554464 and 5120 allow all depths [config]\n");
 }
 
-TEST_F(Host, TellsWhenItsRouteLeavesNothing) {
+TEST_F(Host, ReportsARouteThatLeavesNothing) {
     addCopyEffect();
     writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
     const ToolRun result = run("render copy -i in.argb --size 1x1 --depth 8 -o out.png --route classic");
