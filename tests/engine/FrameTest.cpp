@@ -66,28 +66,6 @@ TEST_F(FrameOperations, StoreValuesOfAnythingButLayers) {
     EXPECT_EQ(eval("QL_getParamValue(ids[1])"), "0");
 }
 
-TEST_F(FrameOperations, RunTheScriptsPartsEachInItsInstance) {
-    start(
-        "var log = []; function setup() { QL_initParam('p', 1, 'P'); }\n"
-        "function preRender() { log.push('size ' + QL_getInputOrigin()[0]); }\n"
-        "function draw() { log.push('draw ' + QL_getInputOrigin()[0] + ' at ' + QL_getTime()); }\n"
-        "function updateUIFlags() { log.push('flags ' + QL_getInputOrigin()[0]); QL_setParamEnabled(0x1000001, 0); }");
-    SequenceHandle* const first = addInstance();
-    engine.setInputOrigin(1, 0);
-    SequenceHandle* const second = addInstance();
-    engine.setInputOrigin(2, 0);
-    engine.selectSequence(first);
-    preRender(1, 1);
-    engine.selectSequence(second);
-    frame(1, 1, 8, {}, 0.5);
-    engine.selectSequence(first);
-    engine.updateUIFlags();
-    EXPECT_EQ(engine.parameterInfo(0)->flags, ParameterFlag::disabled);
-    engine.selectSequence(second);
-    EXPECT_EQ(engine.parameterInfo(0)->flags, 0u);
-    EXPECT_EQ(eval("log"), "[\"size 1\",\"draw 2 at 0.5\",\"flags 1\"]");
-}
-
 TEST_F(FrameOperations, GiveTheTargetsFreshStorageWhenTheScriptDrawsNothing) {
     start("function setup() {}");  // and no draw()
     addInstance();

@@ -66,14 +66,6 @@ TEST_F(Restart, LeavesTheEngineReadyWhateverTheProgramIs) {
     }
 }
 
-TEST_F(Restart, RunsWithoutAProgramAtAll) {
-    const TestEffect effect(Files{{"config.xml", kConfig}});
-    ASSERT_TRUE(engine.init(effect.module(), nullptr));
-    EXPECT_EQ(engine.parameterCount(), 0u);
-    expectValues({{"[typeof preRender, typeof updateUIFlags, typeof draw, typeof QL_Type]",
-                   "[\"function\",\"function\",\"undefined\",\"object\"]"}});
-}
-
 TEST_F(Restart, EndsTheHeapBeforeTheEntitiesThatItsFinalizersReach) {
     start(
         "var keep = []; function guard(id) { var o = {}; Duktape.fin(o, function () { QL_getSurfaceDim(id);"

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "gpu/TextOverlay.h"
 #include "support/GLTest.h"
 
 namespace quillon::test {
@@ -155,22 +154,6 @@ TEST_F(RenderTargetTest, LosesItsFramebufferToEveryNewTexture) {
     EXPECT_FALSE(target.textureName);
     EXPECT_FALSE(target.framebufferName);
     EXPECT_EQ(glIsTexture(texture), GL_FALSE);
-}
-
-TEST_F(RenderTargetTest, IsLeftAloneByTheTextOverlay) {
-    RenderTarget target;
-    target.initTarget(64, 64, 8);
-    Fill(target, 0.2f, 0.4f, 0.6f, 0.8f);
-    const auto before = ReadBack<std::uint8_t>(target);
-    for (const std::string& text : {std::string(), std::string("one line"), std::string("two\n\nlines\n"),
-                                    std::string("\x01\x7F\x80\xFF", 4), std::string(100000, 'x')}) {
-        target.bindTarget({});
-        textOverlay(text);
-        EXPECT_EQ(Integer(GL_FRAMEBUFFER_BINDING), 0);
-    }
-    EXPECT_EQ(ReadBack<std::uint8_t>(target), before);
-    while (glGetError() != GL_NO_ERROR) {
-    }
 }
 
 }  // namespace

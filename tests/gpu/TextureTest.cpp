@@ -5,11 +5,9 @@
 #include <cstdlib>
 
 #include "imagelib/Surface.h"
-#include "package/BlobReader.h"
 #include "support/GLTest.h"
 #include "support/GuardedBytes.h"
 #include "support/Pixels.h"
-#include "support/TestEffect.h"
 
 namespace quillon::test {
 namespace {
@@ -268,44 +266,12 @@ TEST_F(TextureTest, WidensTheHostsSixteenBitsOnlyWhenAsked) {
     EXPECT_EQ(texture.pixelCopy()->size(), 8u) << "an upload without data leaves the copy";
 }
 
-TEST_F(TextureTest, LoadsAPictureOrStaysWithoutAName) {
-    const std::string tga = {0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 1, 0, 32, 0x28, 30, 20, 10, 40};
-    const TestEffect effect({{"one.tga", tga}, {"junk.png", "junk"}});
-    BlobReader::Load(effect.module());
-    Texture texture;
-    EXPECT_EQ(texture.loadImage("one.tga"), 1);
-    EXPECT_EQ(texture.name, "one.tga");
-    EXPECT_FALSE(texture.isArgbOrdered);
-    EXPECT_EQ(texture.bitDepth, 8u);
-    EXPECT_EQ(texture.rowBytes, 4);
-    EXPECT_EQ(Swizzle(), fromRgba);
-    EXPECT_EQ(*texture.pixelCopy(), BytesOf<std::uint8_t>({10, 20, 30, 40}));
-    for (const char* file : {"none.tga", "junk.png", ""}) {
-        Texture none;
-        EXPECT_EQ(none.loadImage(file), 0) << file;
-        EXPECT_FALSE(none.textureName);
-    }
-}
-
-TEST_F(TextureTest, TakesASurfaceUprightOrTurned) {
-    Surface surface;
-    surface.init(3, 2, 16, true);
-    surface.pixels = DistinctPicture(3, 2, 16);
-    Texture texture;
-    texture.initTexture(1, 1, 8, true);
-    for (const bool flip : {false, true}) {
-        texture.loadFromSurface(surface, flip);
-        EXPECT_EQ(BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT)),
-                  flip ? ReversedRows(surface.pixels, 2) : surface.pixels);
-    }
-    const Bytes borrowed = DistinctPicture(3, 2, 16);
-    surface.pixels.clear();
-    surface.borrowedPixels = std::make_shared<Bytes>(ReversedRows(borrowed, 2));
-    texture.loadFromSurface(surface, false);
-    EXPECT_EQ(BytesOf(Storage<std::uint16_t>(GL_UNSIGNED_SHORT)), ReversedRows(borrowed, 2));
+TEST_F(TextureTest, TakesASurfaceWithoutPixelsAsStorage) {
     Surface empty;
     empty.init(4, 5, 8, true);
-    texture.loadFromSurface(empty, true);
+    Texture texture;
+    texture.initTexture(1, 1, 8, true);
+    texture.loadFromSurface(empty, /*flip=*/true);
     EXPECT_EQ(Level(GL_TEXTURE_HEIGHT), 5);
 }
 

@@ -141,24 +141,5 @@ TEST_F(UniformTest, GivesInfinitiesForTheExtentsOfNoTexture) {
     EXPECT_TRUE(std::isinf(extents[2]) && std::isinf(extents[3]));
 }
 
-TEST_F(UniformTest, RemembersAnIndexAcrossCompilesAndALocationUntilTheNext) {
-    build("uniform float f, g; void main() { gl_FragColor = vec4(f, g, 0.0, 0.0); }");
-    const char* const last = shader.parameterIndex("f") == 1 ? "f" : "g";
-    EXPECT_EQ(shader.parameterIndex(last), 1);
-    EXPECT_EQ(shader.uniformLocation("none"), -1);
-    const std::string other =
-        std::string("uniform float ") + last + "; void main() { gl_FragColor = vec4(" + last + "); }";
-    EXPECT_TRUE(shader.compileSource(other));
-    ASSERT_EQ(shader.parameters.size(), 1u);
-    EXPECT_EQ(shader.parameterIndex(last), 1) << "an answer found once stays";
-    EXPECT_EQ(uniform(last).kind, 0u) << "past the list it is the empty record";
-    EXPECT_EQ(shader.uniformLocation(last), glGetUniformLocation(shader.program.get(), last));
-    EXPECT_TRUE(shader.compileSource("uniform float none; void main() { gl_FragColor = vec4(none); }"));
-    EXPECT_NE(shader.uniformLocation("none"), -1);
-    EXPECT_TRUE(shader.compileSource("void main() { gl_FragColor = vec4(0.0); }"));
-    EXPECT_TRUE(shader.parameters.empty());
-    EXPECT_EQ(shader.parameterIndex("new"), -1);
-}
-
 }  // namespace
 }  // namespace quillon::test

@@ -68,28 +68,6 @@ TEST_F(Module, TwoEffectsInOneProcessShareNothing) {
     second.remove(b);
 }
 
-TEST_F(Module, OneEffectAppliedTwiceSharesScriptVariablesAndNotValues) {
-    HostSession session(
-        pack("var s, p, count = 0; function setup() { p = QL_initParam('p', 1, 'P');"
-             " s = QL_initShader('s', 'uniform float p; uniform float n;"
-             " void main() { gl_FragColor = vec4(p / 255.0, n / 255.0, 0.0, 1.0); }'); }"
-             "function draw() { ++count; QL_setShaderParam(s, p); QL_setShaderParamVal(s, 'n', count);"
-             " QL_renderShader(s, QL_getSequenceRT(), true); }"));
-    session.start();
-    HostInstance& first = session.apply();
-    HostInstance& second = session.apply();
-    first.setFloat(1, 10);
-    second.setFloat(1, 20);
-    int frames = 0;
-    for (HostInstance* instance : {&first, &second, &first}) {
-        const Bytes pixel = Render(*instance, Bytes(60));
-        EXPECT_EQ(std::to_integer<int>(pixel[1]), instance == &first ? 10 : 20);
-        EXPECT_EQ(std::to_integer<int>(pixel[2]), ++frames);
-    }
-    session.remove(first);
-    session.remove(second);
-}
-
 // No archive inside: what the effect reads then comes from the disk, from the process's current folder.
 TEST_F(Module, WithADamagedPackageReadsFromTheDisk) {
     std::ofstream(folder.path() / "fx.js") << "function setup() { QL_initParam('d', 1, 'Disk'); } function draw() {}";

@@ -151,19 +151,6 @@ TEST_F(ParameterApi, StoresAPointByElementAndAColorAsAWhole) {
     });
 }
 
-TEST_F(ParameterApi, SharesALateControlAmongInstances) {
-    SequenceHandle* const first = addInstance();
-    addInstance();
-    EXPECT_EQ(eval("late = QL_initParam('late', 1, 'Late')"), "16777231");
-    EXPECT_EQ(engine.parameterCount(), 15u);
-    EXPECT_EQ(eval("QL_setParamValue(late, 6)"), "true");
-    engine.selectSequence(first);
-    EXPECT_EQ(eval("QL_getParamValue(late)"), "6");
-    EXPECT_EQ(engine.parameterInfo(14)->floatAt(0), 6.0f);
-    EXPECT_EQ(eval("QL_release(late) && QL_getParamValue(late)"), "false");
-    EXPECT_EQ(engine.parameterCount(), 14u);
-}
-
 TEST_F(ParameterApi, LeavesCopiesOfAReleasedControlInPlace) {
     SequenceHandle* const old = addInstance();
     expectValues({{"QL_setParamValue(ids[1], 5) && QL_release(ids[1])", "true"}, {"QL_getParamValue(ids[1])", "5"}});
