@@ -32,11 +32,23 @@ add_library(lodepng STATIC ${QUILLON_SOURCES}/lodepng/lodepng.cpp)
 target_include_directories(lodepng SYSTEM PUBLIC ${QUILLON_SOURCES}/lodepng)
 target_compile_options(lodepng PRIVATE -w)
 
-execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/build-openexr.sh ${QUILLON_SOURCES}
-                OUTPUT_VARIABLE openexr OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+# It chooses vector code as it runs.
+file(GLOB libdeflate_sources ${QUILLON_SOURCES}/libdeflate/lib/*.c ${QUILLON_SOURCES}/libdeflate/lib/x86/*.c)
+add_library(libdeflate STATIC ${libdeflate_sources})
+target_include_directories(libdeflate SYSTEM PUBLIC ${QUILLON_SOURCES}/libdeflate)
+target_compile_options(libdeflate PRIVATE -w)
+
 set(ZLIB_USE_STATIC_LIBS ON)
-list(APPEND CMAKE_FIND_ROOT_PATH ${openexr})
+foreach(library openexr tiff)
+    execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/build-windows-library.sh ${library} ${QUILLON_SOURCES}
+                    OUTPUT_VARIABLE place OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    list(APPEND CMAKE_FIND_ROOT_PATH ${place})
+endforeach()
 find_package(OpenEXR REQUIRED CONFIG)
+find_package(ZLIB REQUIRED)
+find_package(TIFF REQUIRED)
+add_library(libtiff INTERFACE)
+target_link_libraries(libtiff INTERFACE TIFF::TIFF ZLIB::ZLIB)
 
 # The distribution's GoogleTest sources.
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)

@@ -20,6 +20,8 @@ if [ "${1:-}" = windows ]; then
         "glew     include/GL   glew/GL"
         "lodepng  lodepng.cpp  lodepng/lodepng.cpp"
         "lodepng  lodepng.h    lodepng/lodepng.h"
+        "libdeflate  .         libdeflate"
+        "tiff     .            tiff"
         "imath    .            imath"
         "openexr  .            openexr"
     )

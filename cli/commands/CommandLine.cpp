@@ -38,12 +38,13 @@ constexpr const char* kAbout =
 
 constexpr const char* kRenderAbout =
     "Renders an effect over a picture, or over a sequence of pictures, and prints the path of each that is written.\n"
-    "The effect runs as the module that hosts load, in a host that the tool plays.";
+    "The effect runs as in the hosts that load its module; the tool plays the host.";
 
 constexpr const char* kRenderMore =
-    "Pictures: PNG (8 or 16 bits), EXR and .argb are read and written; JPEG, BMP, GIF, PSD, Radiance HDR and TGA are\n"
+    "Pictures: PNG (8 or 16 bits), EXR, TIFF and .argb are read and written; JPEG, BMP, GIF, PSD, Radiance HDR and TGA "
+    "are\n"
     "read. Color is never converted: PNG is sRGB and EXR linear by custom, and the effect gets the numbers as they\n"
-    "are. PNG output has 8 bits at --depth 8 and 16 bits above; EXR output has 32-bit floats.\n"
+    "are. PNG output has 8 bits at --depth 8 and 16 bits above; EXR output has floats, or halves with --exr half.\n"
     "A file named *.argb is the host's own buffer: tight rows, the top row first, four channels A, R, G, B, each one\n"
     "byte, a 16-bit word 0 to 32768 or a 32-bit float, little-endian, without a header.\n"
     "\n"
@@ -58,6 +59,12 @@ constexpr const char* kRenderMore =
     "Sequences: with --frames the output's name has a place for the frame number, #### or %04d; the names of input\n"
     "and layers may have one, else the one picture serves all frames. Frame F stands at F / fps seconds.\n"
     "\n"
+    "--part and --resume split and continue it, with the same pictures, unless the effect keeps something from frame\n"
+    "to frame.\n"
+    "\n"
+    "Controls move with --key amount@0=0 --key amount@24=1~smooth or with a table. A key's way, linear unless it says\n"
+    "hold or smooth, leads to the next key; outside of the keys the nearest one holds.\n"
+    "\n"
     "  quillon render effects/lens -i shot.####.exr -o out/lens.####.exr --frames 1-100 --fps 24 --set k1=0.3\n"
     "\n"
     "Hosts: the smart route gives the input's size, or what the effect asks for. The classic route, which Premiere "
@@ -66,8 +73,10 @@ constexpr const char* kRenderMore =
     "shows it within a picture of the input's size. At --downsample N every picture is brought to 1/N of its size\n"
     "first (the mean of N by N pixels, colors weighed by alpha); positions are still given in full-size pixels.\n"
     "\n"
-    "A module is silent about faults. Each frame is therefore rehearsed by the tool's own engine, without filling\n"
-    "pixels, before the module renders it; what only goes wrong with pixels in their place is seen in the picture.";
+    "A folder is rendered by the tool's own engine, which reports faults with their lines and gives the same pixels "
+    "as\n"
+    "the packed module. A module is silent about faults: each of its frames is rehearsed by the tool's engine first,\n"
+    "without filling pixels; what only goes wrong with pixels in their place is seen in the picture.";
 
 // Two numbers with a separator between them, each from `least` to 99999, into two places.
 template <class First, class Second>
@@ -137,6 +146,61 @@ void AddHost(CLI::App& command, RenderOptions& options) {
             "Extent of the composition around the layer; default: the input's");
 }
 
+void AddStorage(CLI::App& command, StorageOptions& storage) {
+    command
+        .add_option("--png-level", storage.pngLevel,
+                    "How hard PNG is compressed, 0 to 9: from not at all to smallest; default 1, which is fast")
+        ->check(CLI::Range(0, 9))
+        ->type_name("N");
+    command
+        .add_option_function<std::string>(
+            "--exr", [&storage](const std::string& type) { storage.isExrHalf = type == "half"; },
+            "What EXR stores: half, or float, which is exact; default float")
+        ->check(CLI::IsMember({"half", "float"}))
+        ->type_name("TYPE");
+    command
+        .add_option(
+            "--exr-compression", storage.exrCompression,
+            "How EXR is compressed: none, rle, zips, zip, piz, or with loss dwaa, dwab; default piz for half, rle\n"
+            "for float")
+        ->check(CLI::IsMember(std::vector<std::string>(std::begin(kExrCompressions), std::end(kExrCompressions))))
+        ->type_name("NAME");
+    command.add_flag_callback(
+        "--no-alpha", [&storage] { storage.hasAlpha = false; },
+        "Writes red, green and blue only, and leaves them as they are");
+}
+
+void AddSequence(CLI::App& command, RenderOptions& options) {
+    command.add_option("--key", options.keys, "A control's value at a frame; may be given several times")
+        ->allow_extra_args(false)
+        ->type_name("NAME@FRAME=VALUE[~hold|~linear|~smooth]");
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--keys",
+            [&options](const std::vector<std::string>& texts) {
+                for (const std::string& text : texts) options.keyTables.push_back(PathFromUtf8(text));
+            },
+            "A table of such values, .csv or .json; may be given several times")
+        ->allow_extra_args(false)
+        ->type_name("FILE");
+    command
+        .add_option("--threads", options.threads,
+                    "Threads that read and write pictures while others are rendered, 1 to 256; default: the cores")
+        ->check(CLI::Range(1, 256))
+        ->type_name("N");
+    AddPair(command, "--part", '/', 1, "I/N", "2/8", options.part, options.parts,
+            "Renders only the I-th of N pieces of the sequence");
+    command.add_flag("--resume", options.isResumed, "Leaves out the frames whose output is there already");
+    const std::map<std::string, ProgressForm> forms = {
+        {"bar", ProgressForm::bar}, {"json", ProgressForm::json}, {"none", ProgressForm::none}};
+    command
+        .add_option_function<std::string>(
+            "--progress", [forms, &options](const std::string& name) { options.progress = forms.at(name); },
+            "On standard error: bar, on a terminal only; json, a line for each frame; or none; default bar")
+        ->check(CLI::IsMember({"bar", "json", "none"}))
+        ->type_name("FORM");
+}
+
 void AddRender(CLI::App& app, Run& run) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App& command = *app.add_subcommand("render", kRenderAbout);
@@ -145,7 +209,7 @@ void AddRender(CLI::App& app, Run& run) {
     AddPath(command, "-i,--input", options->input, "The picture that the effect is applied to")
         ->required()
         ->type_name("FILE");
-    AddPath(command, "-o,--output", options->output, "Where the result goes: .png, .exr or .argb")
+    AddPath(command, "-o,--output", options->output, "Where the result goes: .png, .exr, .tif or .argb")
         ->required()
         ->type_name("FILE");
     command
@@ -170,6 +234,8 @@ void AddRender(CLI::App& app, Run& run) {
         ->type_name("NUMBER");
     AddSize(command, "--size", options->rawWidth, options->rawHeight,
             "Extent of .argb pictures that are read, which need --depth too");
+    AddStorage(command, options->storage);
+    AddSequence(command, *options);
     AddHost(command, *options);
     command.callback([&run, options] { run = [options] { return RunRender(*options); }; });
 }
@@ -178,7 +244,7 @@ void AddChart(CLI::App& app, Run& run) {
     auto options = std::make_shared<ChartOptions>();
     CLI::App& command = *app.add_subcommand(
         "chart", "Writes a test picture: ramps, patches, fine lines, round shapes, lights and soft transparent parts.");
-    AddPath(command, "-o,--output", options->output, "Where it goes: .png, .exr or .argb (8 bits)")
+    AddPath(command, "-o,--output", options->output, "Where it goes: .png, .exr, .tif or .argb (8 bits)")
         ->required()
         ->type_name("FILE");
     AddSize(command, "--size", options->width, options->height, "Its extent in pixels; default 960x540");

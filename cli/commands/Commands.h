@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/pictures/PictureFormat.h"
+#include "cli/sequence/Progress.h"
 #include "host/HostSettings.h"
 
 // The tool's commands. Each takes what its command line says, prints its results on standard output and its warnings on
@@ -36,6 +38,16 @@ struct RenderOptions {
     PF_RationalScale pixelAspect{1, 1};
     std::uint32_t compWidth = 0;  // 0: as the input
     std::uint32_t compHeight = 0;
+
+    StorageOptions storage;  // rate and pixel aspect follow from the above
+
+    std::vector<std::string> keys;                 // NAME@FRAME=VALUE[~INTERPOLATION]
+    std::vector<std::filesystem::path> keyTables;  // .csv, .json
+    unsigned threads = 0;                          // 0: as many as the machine has cores
+    ProgressForm progress = ProgressForm::bar;
+    std::uint32_t part = 1;  // of `parts` pieces of the sequence, from 1
+    std::uint32_t parts = 1;
+    bool isResumed = false;  // frames whose output is there are left out
 };
 
 // `quillon render`: renders one picture or a sequence, and prints the path of each as it is written.

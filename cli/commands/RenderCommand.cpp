@@ -2,74 +2,105 @@
 
 #include <fmt/format.h>
 
-#include <cstdio>
+#include <algorithm>
+#include <cmath>
+#include <thread>
 #include <utility>
 
 #include "cli/commands/RenderPlan.h"
-#include "cli/diagnostics/PrintLine.h"
-#include "cli/diagnostics/ProgressBar.h"
 #include "cli/effect/LinkedEngine.h"
 #include "cli/effect/LoadedEffect.h"
+#include "cli/keyframes/Keyframes.h"
 #include "cli/pictures/PictureFormat.h"
+#include "cli/sequence/FramePipeline.h"
 #include "package/EffectFlags.h"
 
 namespace quillon::cli {
 
 namespace {
 
-// All that one frame of the command needs.
+// A sequence, or one moment.
 class Renderer {
 public:
     explicit Renderer(const RenderOptions& renderOptions)
         : options(renderOptions),
           plan(options),
-          frames(plan.frames()),
+          frames(plan.framesToRender()),
           source(ReadCheckedSource(options.effect)),
-          effect(std::move(source), plan.settings(plan.input.fullExtentAt(frames.front()))) {
-        for (const auto& [name, text] : plan.values) {
-            const Control& control = FindControl(effect.controls(), name);
-            effect.set(control, ParseControlValue(control.declared, text));
-        }
-        for (const RenderPlan::Layer& layer : plan.layers) {
+          effect(std::move(source), plan.settings(openInput())) {
+        setControls();
+        for (RenderPlan::Layer& layer : plan.layers) {
             const Control& control = FindControl(effect.controls(), layer.name);
             if (control.declared.kind != LAYER) {
                 throw WrongCommandLine(layer.name, "is not a layer", "set it with --set");
             }
             layerControls.push_back(&control);
+            layer.pictures.requireAll(frames);
         }
-        bitDepth = options.depth != 0 ? options.depth : plan.input.bitDepthAt(frames.front());
+        plan.input.requireAll(frames);
+        bitDepth = options.depth != 0 ? options.depth : plan.input.bitDepth();
         warn();
     }
 
     void run() {
-        ProgressBar progress(frames.size());
-        for (const std::int32_t frame : frames) {
-            const std::filesystem::path output = PathOfFrame(options.output, frame);
-            try {
-                WritePicture(output, render(frame));
-            } catch (ToolError& error) {
-                if (frames.size() > 1) {
-                    error.faults.push_back(
-                        {.text = fmt::format("stopped at frame {}", frame), .kind = Diagnostic::Kind::tool});
-                }
-                throw;
-            }
-            progress.clear();
-            PrintResult(output.string());
-            progress.advance();
-        }
+        const unsigned threads =
+            options.threads != 0 ? options.threads : std::max(std::thread::hardware_concurrency(), 1u);
+        UseThreads(threads > 1 ? threads : 0);
+        StorageOptions storage = options.storage;
+        storage.framesPerSecond = plan.allFrames().size() > 1 ? options.framesPerSecond : 0;
+        storage.pixelAspect = static_cast<double>(options.pixelAspect.num) / options.pixelAspect.den;
+        Progress progress(options.progress, frames.size());
+        const PictureExtent extent = plan.input.fullExtent();
+        const std::uint64_t frameBytes = std::uint64_t{extent.width} * extent.height * bitDepth / 2;
+        FramePipeline<FrameInput> pipeline(
+            {.read = [this](std::int32_t frame) { return read(frame); },
+             .render = [this](std::int32_t, const FrameInput& input) { return effect.render(input); },
+             .write =
+                 [&](std::int32_t frame, const host::World& picture) {
+                     WritePicture(PathOfFrame(options.output, frame), PictureOf(picture), storage);
+                 },
+             .report =
+                 [&](std::int32_t frame, const FrameTimes& times) {
+                     progress.report(frame, PathOfFrame(options.output, frame).string(), times);
+                 }},
+            threads, FramesInFlight(frameBytes * (1 + plan.layers.size()), threads));
+        pipeline.run(frames);
     }
 
 private:
-    Picture render(std::int32_t frame) {
+    // Of the whole sequence's first frame, which decides for all parts of it.
+    PictureExtent openInput() {
+        plan.input.open(plan.allFrames().front());
+        return plan.input.fullExtent();
+    }
+
+    void setControls() {
+        Keyframes keyframes(effect.controls());
+        for (const std::string& key : options.keys) keyframes.addOption(key);
+        for (const std::filesystem::path& table : options.keyTables) keyframes.addFile(table);
+        for (const auto& [name, text] : plan.values) {
+            const Control& control = FindControl(effect.controls(), name);
+            if (keyframes.tracks().contains(&control))
+                throw WrongCommandLine(name, "has keys and a --set", "leave one of them out");
+            effect.set(control, [value = ParseControlValue(control.declared, text)](double) { return value; });
+        }
+        for (const auto& [control, track] : keyframes.tracks()) {
+            // To a millionth, so that a frame's time leads back to its number.
+            effect.set(*control, [track, rate = options.framesPerSecond](double seconds) {
+                return track.at(std::round(seconds * rate * 1e6) / 1e6);
+            });
+        }
+    }
+
+    FrameInput read(std::int32_t frame) {
         FrameInput input;
         input.time = plan.timeOf(frame);
-        input.fullExtent = plan.input.fullExtentAt(frame);
-        input.picture = plan.input.at(frame, bitDepth);
-        for (std::size_t i = 0; i < plan.layers.size(); ++i) {
-            input.layers.emplace_back(layerControls[i], plan.layers[i].pictures.at(frame, bitDepth));
-        }
-        return effect.render(input);
+        const HostPicture picture = plan.input.read(frame, bitDepth);
+        input.picture = picture.world;
+        input.fullExtent = picture.fullExtent;
+        for (std::size_t i = 0; i < plan.layers.size(); ++i)
+            input.layers.emplace_back(layerControls[i], plan.layers[i].pictures.read(frame, bitDepth).world);
+        return input;
     }
 
     // Where an artist's host would not do what is done here, since the effect's flags tell it otherwise.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <system_error>
 
 #include "cli/diagnostics/ToolError.h"
 #include "cli/effect/EffectSource.h"
@@ -47,6 +48,10 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
         throw WrongCommandLine(options.output.string(), "all frames would be written to one file",
                                "put #### or %04d into its name");
     }
+    if (!range && (options.parts != 1 || options.isResumed))
+        throw WrongCommandLine("", "--part and --resume are for sequences", "say which frames with --frames");
+    if (options.part > options.parts)
+        throw WrongCommandLine(fmt::format("--part {}/{}", options.part, options.parts), "there are not so many pieces");
     checkHost();
     checkInput(options.input);
     bool hasRaw = IsRawPicture(options.input);
@@ -55,7 +60,7 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
         auto [name, file] = SplitAssignment("--layer", text);
         checkInput(file);
         hasRaw = hasRaw || IsRawPicture(file);
-        layers.push_back({name, PictureSource(PathFromUtf8(file), layout, options.downsample)});
+        layers.emplace_back(name, PathFromUtf8(file), layout, options.downsample);
     }
     if (layout.width != 0 && !hasRaw) {
         throw WrongCommandLine("", "--size is for .argb pictures, as others know their size", "leave it out");
@@ -89,6 +94,20 @@ void RenderPlan::checkInput(const std::filesystem::path& path) const {
     }
 }
 
+std::vector<std::int32_t> RenderPlan::framesToRender() const {
+    const std::vector<std::int32_t> all = allFrames();
+    const auto edge = [&](std::uint64_t piece) {
+        return all.begin() + static_cast<std::ptrdiff_t>(all.size() * piece / options.parts);
+    };
+    std::vector<std::int32_t> frames(edge(options.part - 1), edge(options.part));
+    if (options.isResumed)
+        std::erase_if(frames, [&](std::int32_t frame) {
+            std::error_code error;
+            return std::filesystem::is_regular_file(PathOfFrame(options.output, frame), error);
+        });
+    return frames;
+}
+
 FrameTime RenderPlan::timeOf(std::int32_t frame) const {
     return range ? TimeOfFrame(frame, options.framesPerSecond) : TimeOfSeconds(options.timeSeconds);
 }
@@ -103,7 +122,7 @@ host::HostSettings RenderPlan::settings(PictureExtent fullExtent) const {
     settings.compHeight = static_cast<A_long>(options.compHeight != 0 ? options.compHeight : fullExtent.height);
     settings.compPixelAspect = settings.layerPixelAspect = options.pixelAspect;
     settings.downsampleX = settings.downsampleY = {1, options.downsample};
-    const FrameTime last = timeOf(frames().back());
+    const FrameTime last = timeOf(allFrames().back());
     settings.timeStep = last.step;
     settings.timeScale = last.scale;
     settings.totalTime = std::max(last.time, 0) + last.step;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,17 +19,21 @@ public:
     // Throws WrongCommandLine.
     explicit RenderPlan(const RenderOptions& options);
 
-    std::vector<std::int32_t> frames() const { return range ? range->frames() : std::vector<std::int32_t>{0}; }
+    // All frames of the command line; a part of them, and a run that is resumed, renders fewer.
+    std::vector<std::int32_t> allFrames() const { return range ? range->frames() : std::vector<std::int32_t>{0}; }
+    std::vector<std::int32_t> framesToRender() const;
     FrameTime timeOf(std::int32_t frame) const;
-    // The host, for an input of this size.
+    // The host, for an input of this size. The same for each part of the frames.
     host::HostSettings settings(PictureExtent fullExtent) const;
 
     struct Layer {
+        Layer(std::string layerName, const std::filesystem::path& file, const RawLayout& rawLayout, std::uint32_t n)
+            : name(std::move(layerName)), pictures(file, rawLayout, n) {}
         std::string name;
         PictureSource pictures;
     };
     std::vector<std::pair<std::string, std::string>> values;  // name, text
-    std::vector<Layer> layers;
+    std::deque<Layer> layers;
     PictureSource input;
 
 private:

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <stdexcept>
+#include <utility>
 
 namespace quillon::cli {
 
@@ -22,6 +23,15 @@ HostFrame HostRun::render(const host::FrameRequest& request) {
     frame.result = session.renderFrame(*applied, request);
     frame.isInput = hasCopied;
     return frame;
+}
+
+void HostRun::setValuesBy(SetValue set) {
+    session.hooks().valueAt = [set = std::move(set)](host::HostInstance& instance, PF_ParamIndex index, A_long time,
+                                                     A_u_long scale, PF_ParamDef& def) {
+        if (!instance.hasParam(index) || scale == 0) return;
+        set(instance, index, static_cast<double>(time) / scale);
+        def = instance.param(index);
+    };
 }
 
 }  // namespace quillon::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,6 +33,10 @@ public:
     // After its values have changed.
     void updatePanel();
     HostFrame render(const host::FrameRequest& request);
+
+    // How an instance's control gets its value for a moment, in seconds, that the effect asks for.
+    using SetValue = std::function<void(host::HostInstance&, PF_ParamIndex, double seconds)>;
+    void setValuesBy(SetValue set);
 
     // What the effect did that no effect may do.
     std::vector<std::string> violations() const { return session.violations(); }

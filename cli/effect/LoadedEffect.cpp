@@ -14,26 +14,32 @@ LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSe
     : source(std::move(effect)),
       settings(hostSettings),
       packed(source),
-      rehearsal(LinkedEngine::WithPackageOf(packed.effect()), settings),
-      module(packed.effect(), settings) {
+      linked(LinkedEngine::WithPackageOf(packed.effect()), settings) {
+    if (source.isModule) module.emplace(packed.effect(), settings);
     LinkedEngine::Listen(source);
     try {
-        startRehearsal();
-        module.start();
+        startLinked();
+        if (module) module->start();
         packed.removeFile();
     } catch (const std::runtime_error& error) {
         throwRenderFault(nullptr, error.what());
     }
     visibleControls = ControlsOf(LinkedEngine::Declarations());
-    if (visibleControls.size() != module.parameters().size())
-        throw Fault("", fmt::format("internal error: {} controls were declared and {} registered",
-                                    visibleControls.size(), module.parameters().size()));
+    for (const HostRun* run : runs()) {
+        if (visibleControls.size() != run->parameters().size())
+            throw Fault("", fmt::format("internal error: {} controls were declared and {} registered",
+                                        visibleControls.size(), run->parameters().size()));
+    }
     throwViolations();
 }
 
-void LoadedEffect::startRehearsal() {
+std::vector<const HostRun*> LoadedEffect::runs() const {
+    return module ? std::vector<const HostRun*>{&linked, &*module} : std::vector<const HostRun*>{&linked};
+}
+
+void LoadedEffect::startLinked() {
     try {
-        rehearsal.start();
+        linked.start();
     } catch (const std::runtime_error&) {
         LinkedEngine::RequireOpenGL();
         throwFaults();
@@ -42,10 +48,10 @@ void LoadedEffect::startRehearsal() {
     LinkedEngine::RequireOpenGL();  // an engine without a context starts, and then draws nothing
     throwFaults();
     largestExtent = LinkedEngine::LargestExtent();
-    LinkedEngine::DrawNothing();
+    if (module) LinkedEngine::DrawNothing();
 }
 
-Picture LoadedEffect::render(const FrameInput& input) {
+std::shared_ptr<host::World> LoadedEffect::render(const FrameInput& input) {
     takePictures(input);
     host::FrameRequest request;
     request.input = input.picture;
@@ -54,30 +60,44 @@ Picture LoadedEffect::render(const FrameInput& input) {
     try {
         const bool isFirst = !isApplied;
         if (isFirst) apply();
-        prepare(rehearsal, input, request);
-        if (isFirst) rehearsal.updatePanel();
+        prepare(linked, input, request);
+        if (isFirst) linked.updatePanel();
         throwFaults();
-        const HostFrame rehearsed = rehearsal.render(request);
+        HostFrame frame = linked.render(request);
         throwFaults();
-        checkFrame(rehearsed);
-        prepare(module, input, request);
-        if (isFirst) module.updatePanel();
-        const HostFrame frame = module.render(request);
         checkFrame(frame);
+        if (module) {
+            prepare(*module, input, request);
+            if (isFirst) module->updatePanel();
+            frame = module->render(request);
+            checkFrame(frame);
+        }
         throwViolations();
-        const host::World& output = *frame.result.output;
-        return {static_cast<std::uint32_t>(output.width()), static_cast<std::uint32_t>(output.height()),
-                HostFormat(static_cast<std::uint32_t>(output.bitDepth())), ChannelOrder::argb, output.tightBytes()};
+        return frame.result.output;
     } catch (const std::runtime_error& error) {
         throwRenderFault(nullptr, error.what());
     }
 }
 
 void LoadedEffect::apply() {
-    rehearsal.apply();
+    const auto setValues = [this](host::HostInstance& instance, PF_ParamIndex index, double seconds) {
+        setValue(instance, index, seconds);
+    };
+    linked.setValuesBy(setValues);
+    linked.apply();
     throwFaults();
-    module.apply();
+    if (module) {
+        module->setValuesBy(setValues);
+        module->apply();
+    }
     isApplied = true;
+}
+
+void LoadedEffect::setValue(host::HostInstance& instance, PF_ParamIndex index, double seconds) const {
+    const auto found = values.find(index);
+    if (found == values.end()) return;
+    const auto& [control, valueAt] = found->second;
+    SetControl(instance, *control, valueAt(seconds), static_cast<std::uint32_t>(settings.downsampleX.den));
 }
 
 // The moment, the values and the layers' pictures of this frame.
@@ -91,8 +111,8 @@ void LoadedEffect::prepare(HostRun& run, const FrameInput& input, const host::Fr
             SetDefaultPosition(instance, control, static_cast<std::uint32_t>(request.input->width()),
                                static_cast<std::uint32_t>(request.input->height()));
     }
-    for (const auto& [control, value] : values)
-        SetControl(instance, *control, value, static_cast<std::uint32_t>(settings.downsampleX.den));
+    const double seconds = static_cast<double>(input.time.time) / input.time.scale;
+    for (const auto& [index, value] : values) setValue(instance, index, seconds);
     for (const auto& [control, picture] : input.layers) instance.setLayer(control->index, picture);
 }
 
@@ -135,7 +155,7 @@ void LoadedEffect::throwFaults() const {
 
 void LoadedEffect::throwViolations() const {
     std::string words;
-    for (const HostRun* run : {&rehearsal, &module})
+    for (const HostRun* run : runs())
         for (const std::string& violation : run->violations()) words += "\n  " + violation;
     if (!words.empty()) throw Fault("", "internal error: the effect module broke its host's rules:" + words);
 }

@@ -1,6 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -21,10 +25,11 @@ struct FrameInput {
     std::vector<std::pair<const Control*, std::shared_ptr<host::World>>> layers{};
 };
 
-// An effect in a host, rendering through its packed module. The module is silent about what is wrong with its script
-// and its shaders. So each step is rehearsed first, in a host of the same kind, by the tool's own engine, which tells;
-// the module's turn comes when that was clean. Whatever goes wrong is thrown as ToolError: in the effect, all faults
-// of that step at once. One a process.
+// An effect in a host. A folder renders by the tool's own engine, which reports what is wrong with script and shaders,
+// and gives the same pixels as the module that the folder is packed into. A packed module renders by itself and is
+// silent. So each of its steps is rehearsed first, in a host of the same kind, by the tool's own engine; the module's
+// turn comes when that was clean. Whatever goes wrong is thrown as ToolError: in the effect, all faults of that step at
+// once. One a process.
 class LoadedEffect {
 public:
     // Packs and loads the effect and runs its setup(). The source has passed CheckSource.
@@ -34,18 +39,22 @@ public:
     std::string pathOf(const char* file) const { return source.pathOf(file); }
 
     const std::vector<Control>& controls() const { return visibleControls; }
-    // As the module has registered them with the host; controls()[i] is the script's side of parameters()[i].
-    const std::vector<PF_ParamDef>& parameters() const { return module.parameters(); }
+    // As they are registered with the host; controls()[i] is the script's side of parameters()[i].
+    const std::vector<PF_ParamDef>& parameters() const { return linked.parameters(); }
 
-    // From the next frame on. Controls that nobody set have the host's default.
-    void set(const Control& control, const ControlValue& value) { values.emplace_back(&control, value); }
+    // A control's value at a moment, in seconds. Of all that are given for one control the last counts; a control
+    // without one has the host's default. Before the first frame.
+    using ValueAt = std::function<ControlValue(double seconds)>;
+    void set(const Control& control, ValueAt valueAt) { values[control.index] = {&control, std::move(valueAt)}; }
 
-    // One frame, of the size that the host makes it, in the input's form.
-    Picture render(const FrameInput& input);
+    // One frame, of the size that the host makes it, at the input's depth.
+    std::shared_ptr<host::World> render(const FrameInput& input);
 
 private:
-    void startRehearsal();
+    void startLinked();
+    std::vector<const HostRun*> runs() const;
     void apply();
+    void setValue(host::HostInstance& instance, PF_ParamIndex index, double seconds) const;
     void prepare(HostRun& run, const FrameInput& input, const host::FrameRequest& request);
     // The layer's pixel aspect is the pictures' own; throws a Fault for one that the driver cannot take.
     void takePictures(const FrameInput& input) const;
@@ -57,10 +66,10 @@ private:
     EffectSource source;
     host::HostSettings settings;
     PackedModule packed;
-    HostRun rehearsal;
-    HostRun module;
+    HostRun linked;                 // by the tool's engine
+    std::optional<HostRun> module;  // what renders, when a module was given
     std::vector<Control> visibleControls;
-    std::vector<std::pair<const Control*, ControlValue>> values;  // the last of one control counts
+    std::map<std::int32_t, std::pair<const Control*, ValueAt>> values;  // by the control's index
     std::uint32_t largestExtent = 0;
     bool isApplied = false;
 };

@@ -1,14 +1,21 @@
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
+#include <ImfFramesPerSecond.h>
 #include <ImfHeader.h>
+#include <ImfIO.h>
 #include <ImfInputFile.h>
 #include <ImfOutputFile.h>
-#include <ImfStdIO.h>
+#include <ImfStandardAttributes.h>
+#include <ImfStringAttribute.h>
+#include <ImfThreading.h>
 #include <fmt/format.h>
+#include <half.h>
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <exception>
+#include <stdexcept>
 
 #include "cli/diagnostics/ToolError.h"
 #include "cli/pictures/PictureFormat.h"
@@ -22,6 +29,9 @@ namespace quillon::cli {
 namespace {
 
 using Imath::Box2i;
+
+// Of zlib's levels, the fast one.
+constexpr int kZipLevel = 1;
 
 constexpr const char* kColors[] = {"R", "G", "B"};
 
@@ -115,16 +125,86 @@ void Premultiply(Picture& picture) {
     }
 }
 
+// The library's streams over memory.
+class ByteInput : public Imf::IStream {
+public:
+    explicit ByteInput(std::span<const std::byte> file) : IStream("the file"), bytes(file) {}
+    bool read(char to[], int count) override {
+        const auto wanted = static_cast<std::uint64_t>(count);
+        if (wanted > bytes.size() - at) throw std::runtime_error("it is cut off");
+        std::memcpy(to, bytes.data() + at, wanted);
+        at += wanted;
+        return at < bytes.size();
+    }
+    std::uint64_t tellg() override { return at; }
+    void seekg(std::uint64_t position) override { at = std::min<std::uint64_t>(position, bytes.size()); }
+
+private:
+    std::span<const std::byte> bytes;
+    std::uint64_t at = 0;
+};
+
+class ByteOutput : public Imf::OStream {
+public:
+    ByteOutput() : OStream("the file") {}
+    void write(const char from[], int count) override {
+        const auto size = static_cast<std::size_t>(count);
+        if (bytes.size() < at + size) bytes.resize(at + size);
+        std::memcpy(bytes.data() + at, from, size);
+        at += size;
+    }
+    std::uint64_t tellp() override { return at; }
+    void seekp(std::uint64_t position) override { at = position; }
+
+    std::vector<std::byte> bytes;
+
+private:
+    std::uint64_t at = 0;
+};
+
+constexpr Imf::Compression kCompressions[] = {Imf::NO_COMPRESSION,  Imf::RLE_COMPRESSION, Imf::ZIPS_COMPRESSION,
+                                              Imf::ZIP_COMPRESSION, Imf::PIZ_COMPRESSION, Imf::DWAA_COMPRESSION,
+                                              Imf::DWAB_COMPRESSION};
+static_assert(std::size(kCompressions) == std::size(kExrCompressions));
+
+Imf::Header HeaderFor(const Picture& picture, const StorageOptions& options) {
+    Imf::Header header(static_cast<int>(picture.width), static_cast<int>(picture.height),
+                       static_cast<float>(options.pixelAspect));
+    const std::string byType = options.isExrHalf ? "piz" : "rle";
+    const auto* const name =
+        std::ranges::find(kExrCompressions, options.exrCompression.empty() ? byType : options.exrCompression);
+    // By default what is fast for its size. A frame of glow at 1920x1080: halves take 7.4 MB by piz and 8.3 MB by zips
+    // in about the same time; floats, whose last bits are noise, 29.5 MB by rle and 25.1 MB by zips in five times as
+    // long.
+    header.compression() = kCompressions[name - kExrCompressions];
+    header.zipCompressionLevel() = kZipLevel;
+    header.insert("software", Imf::StringAttribute("quillon"));
+    if (options.framesPerSecond != 0) Imf::addFramesPerSecond(header, Imf::guessExactFps(options.framesPerSecond));
+    for (const char* channel : {"R", "G", "B", "A"}) {
+        if (options.hasAlpha || channel[0] != 'A')
+            header.channels().insert(channel, Imf::Channel(options.isExrHalf ? Imf::HALF : Imf::FLOAT));
+    }
+    return header;
+}
+
+std::vector<half> ToHalves(const Picture& picture) {
+    const float* const samples = picture.row<float>(0);
+    return {samples, samples + std::size_t{4} * picture.width * picture.height};
+}
+
 }  // namespace
+
+void UseThreads(unsigned threads) {
+    Imf::setGlobalThreadCount(static_cast<int>(threads));
+}
 
 Picture ReadExr(std::span<const std::byte> bytes, const RawLayout&) {
     try {
         // Bounds what the library allocates while it reads the header; the true limit follows.
         Imf::Header::setMaxImageSize(1 << 17, 1 << 17);
         Imf::Header::setMaxTileSize(1 << 13, 1 << 13);
-        Imf::StdISStream stream;
-        stream.str(std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
-        Imf::InputFile file(stream, /*numThreads=*/0);
+        ByteInput stream(bytes);
+        Imf::InputFile file(stream);
         const Box2i dataWindow = file.header().dataWindow();
         const Box2i displayWindow = file.header().displayWindow();
         CheckArea(dataWindow);
@@ -139,27 +219,31 @@ Picture ReadExr(std::span<const std::byte> bytes, const RawLayout&) {
     }
 }
 
-std::vector<std::byte> WriteExr(const Picture& picture) {
-    Picture stored = Convert(picture, SampleFormat::real, ChannelOrder::rgba);
-    Premultiply(stored);
+std::vector<std::byte> WriteExr(const Picture& picture, const StorageOptions& options) {
+    Picture floats = Convert(picture, SampleFormat::real, ChannelOrder::rgba);
+    if (options.hasAlpha) Premultiply(floats);
     try {
-        Imf::Header header(static_cast<int>(stored.width), static_cast<int>(stored.height));
+        const Imf::Header header = HeaderFor(floats, options);
+        const auto halves = options.isExrHalf ? ToHalves(floats) : std::vector<half>();
+        // Both have four samples a pixel, whatever is written of them.
+        const std::size_t sampleBytes = options.isExrHalf ? sizeof(half) : sizeof(float);
+        const auto* const samples = options.isExrHalf ? reinterpret_cast<const char*>(halves.data())
+                                                      : reinterpret_cast<const char*>(floats.pixels.data());
         Imf::FrameBuffer frameBuffer;
-        constexpr const char* kNames[] = {"R", "G", "B", "A"};
-        for (int i = 0; i < 4; ++i) {
-            header.channels().insert(kNames[i], Imf::Channel(Imf::FLOAT));
-            frameBuffer.insert(kNames[i], Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(stored.row<float>(0) + i), 16,
-                                                     stored.rowBytes()));
+        std::size_t offset = 0;
+        for (const char* name : {"R", "G", "B", "A"}) {
+            if (const Imf::Channel* channel = header.channels().findChannel(name))
+                frameBuffer.insert(name, Imf::Slice(channel->type, const_cast<char*>(samples + offset), 4 * sampleBytes,
+                                                    4 * sampleBytes * floats.width));
+            offset += sampleBytes;
         }
-        Imf::StdOSStream stream;
+        ByteOutput output;
         {
-            Imf::OutputFile file(stream, header, /*numThreads=*/0);
+            Imf::OutputFile file(output, header);
             file.setFrameBuffer(frameBuffer);
-            file.writePixels(static_cast<int>(stored.height));
+            file.writePixels(static_cast<int>(floats.height));
         }  // the table of lines is written when the file ends
-        const std::string text = stream.str();
-        const auto* first = reinterpret_cast<const std::byte*>(text.data());
-        return {first, first + text.size()};
+        return std::move(output.bytes);
     } catch (const std::exception& error) {
         throw Fault("", error.what());
     }

@@ -33,20 +33,39 @@ typename To::Type ConvertSample(typename From::Type value) {
     return static_cast<typename To::Type>(scaled * To::kFullScale + 0.5);
 }
 
+// What every sample of a format becomes, where that has few enough values.
+template <class From, class To>
+const std::vector<typename To::Type>& TableOfSamples() {
+    static const auto kTable = [] {
+        std::vector<typename To::Type> table(std::size_t{1} << (8 * sizeof(typename From::Type)));
+        for (std::size_t i = 0; i < table.size(); ++i)
+            table[i] = ConvertSample<From, To>(static_cast<typename From::Type>(i));
+        return table;
+    }();
+    return kTable;
+}
+
 // `turn`: channel c of the result is channel (c + turn) mod 4 of the source.
 template <class From, class To>
-void ConvertSamples(const Picture& source, Picture& destination, int turn) {
-    const auto* from = source.row<typename From::Type>(0);
-    auto* to = destination.row<typename To::Type>(0);
-    const std::size_t pixels = std::size_t{source.width} * source.height;
-    for (std::size_t i = 0; i < pixels; ++i, from += 4, to += 4) {
-        for (int channel = 0; channel < 4; ++channel) {
-            to[channel] = ConvertSample<From, To>(from[(channel + turn) & 3]);
+void ConvertSamples(const std::byte* source, std::byte* destination, std::size_t pixels, int turn) {
+    const auto* from = reinterpret_cast<const typename From::Type*>(source);
+    auto* to = reinterpret_cast<typename To::Type*>(destination);
+    const auto convertAll = [&](const auto& convert) {
+        for (std::size_t i = 0; i < pixels; ++i, from += 4, to += 4) {
+            for (int channel = 0; channel < 4; ++channel) to[channel] = convert(from[(channel + turn) & 3]);
         }
+    };
+    if constexpr (std::is_same_v<From, To>) {
+        convertAll([](auto value) { return value; });
+    } else if constexpr (std::is_same_v<From, RealSample>) {
+        convertAll(ConvertSample<From, To>);
+    } else {
+        const auto* const table = TableOfSamples<From, To>().data();
+        convertAll([table](auto value) { return table[value]; });
     }
 }
 
-using Conversion = void (*)(const Picture&, Picture&, int);
+using Conversion = void (*)(const std::byte*, std::byte*, std::size_t, int);
 
 template <class From>
 constexpr Conversion kConversionsFrom[] = {ConvertSamples<From, ByteSample>, ConvertSamples<From, WordSample>,
@@ -80,10 +99,15 @@ SampleFormat HostFormat(std::uint32_t bitDepth) {
     return bitDepth == 8 ? SampleFormat::byte : bitDepth == 16 ? SampleFormat::hostWord : SampleFormat::real;
 }
 
+void ConvertRow(const Picture& picture, std::uint32_t y, SampleFormat format, ChannelOrder order, std::byte* row) {
+    const int turn = picture.order == order ? 0 : order == ChannelOrder::argb ? 3 : 1;
+    kConversions[static_cast<int>(picture.format)][static_cast<int>(format)](picture.row<std::byte>(y), row,
+                                                                             picture.width, turn);
+}
+
 Picture Convert(const Picture& picture, SampleFormat format, ChannelOrder order) {
     Picture result = Picture::Make(picture.width, picture.height, format, order);
-    const int turn = picture.order == order ? 0 : order == ChannelOrder::argb ? 3 : 1;
-    kConversions[static_cast<int>(picture.format)][static_cast<int>(format)](picture, result, turn);
+    for (std::uint32_t y = 0; y < picture.height; ++y) ConvertRow(picture, y, format, order, result.row<std::byte>(y));
     return result;
 }
 

@@ -47,8 +47,12 @@ std::uint32_t BitDepth(SampleFormat format);
 // The format of a host's buffers at 8, 16 or 32 bits per channel.
 SampleFormat HostFormat(std::uint32_t bitDepth);
 
-// The picture in another form. Full scale goes to full scale and values are rounded to the nearest, halves upwards;
-// formats with an end of scale cut what lies outside, NaN to 0. The same format keeps every channel as it is.
+// One row in another form, into memory for as many pixels. Full scale goes to full scale and values are rounded to the
+// nearest, halves upwards; formats with an end of scale cut what lies outside, NaN to 0. The same format keeps every
+// channel as it is.
+void ConvertRow(const Picture& picture, std::uint32_t y, SampleFormat format, ChannelOrder order, std::byte* row);
+
+// All rows.
 Picture Convert(const Picture& picture, SampleFormat format, ChannelOrder order);
 
 }  // namespace quillon::cli

@@ -1,7 +1,6 @@
 #include "cli/pictures/PictureFormat.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 #include "cli/diagnostics/ToolError.h"
@@ -13,10 +12,14 @@ namespace quillon::cli {
 
 namespace {
 
+using std::literals::operator""sv;
+
 // The last row is asked when no signature fits.
 constexpr PictureFormat kFormats[] = {
     {".png", "\x89PNG\r\n\x1a\n", ReadPng, WritePng},
     {".exr", "\x76\x2f\x31\x01", ReadExr, WriteExr},
+    {".tif", "II*\0"sv, ReadTiff, WriteTiff},  // least significant byte first, as it is written
+    {".tiff", "MM\0*"sv, ReadTiff, WriteTiff},
     {".argb", "", ReadRaw, WriteRaw},
     {"", "", ReadOther, nullptr},
 };
@@ -30,10 +33,8 @@ const PictureFormat* FindByEnding(const std::filesystem::path& path) {
 
 const PictureFormat& FindByContent(std::span<const std::byte> file) {
     for (const PictureFormat& format : kFormats) {
-        const std::size_t length = std::strlen(format.signature);
-        if (length != 0 && file.size() >= length && std::memcmp(file.data(), format.signature, length) == 0) {
-            return format;
-        }
+        const std::string_view start(reinterpret_cast<const char*>(file.data()), file.size());
+        if (!format.signature.empty() && start.starts_with(format.signature)) return format;
     }
     return *(std::end(kFormats) - 1);
 }
@@ -69,14 +70,14 @@ Picture ReadPicture(const std::filesystem::path& path, const RawLayout& layout) 
 
 void RequireWritable(const std::filesystem::path& path) {
     if (FindByEnding(path)) return;
-    throw WrongCommandLine(path.string(), "pictures are written as .png, .exr or .argb",
+    throw WrongCommandLine(path.string(), "pictures are written as .png, .exr, .tif, .tiff or .argb",
                            "give the output a name with one of these endings");
 }
 
-void WritePicture(const std::filesystem::path& path, const Picture& picture) {
+void WritePicture(const std::filesystem::path& path, const Picture& picture, const StorageOptions& options) {
     RequireWritable(path);
     try {
-        WriteWholeFile(path, FindByEnding(path)->write(picture));
+        WriteWholeFile(path, FindByEnding(path)->write(picture, options));
     } catch (const FileError& error) {
         throw Fault(error.place, error.fault, "choose another place with -o");
     } catch (const ToolError& error) {

@@ -1,7 +1,10 @@
 #include "cli/pictures/PictureSource.h"
 
+#include <string>
+#include <system_error>
 #include <utility>
 
+#include "cli/diagnostics/ToolError.h"
 #include "cli/pictures/Downsample.h"
 #include "cli/pictures/FrameRange.h"
 
@@ -18,31 +21,54 @@ std::shared_ptr<host::World> WorldOf(Picture picture, std::uint32_t bitDepth, st
     return world;
 }
 
-std::uint32_t PictureSource::bitDepthAt(std::int32_t frame) {
-    load(frame);
-    return fileBitDepth;
+Picture PictureOf(const host::World& world) {
+    return {static_cast<std::uint32_t>(world.width()), static_cast<std::uint32_t>(world.height()),
+            HostFormat(static_cast<std::uint32_t>(world.bitDepth())), ChannelOrder::argb, world.tightBytes()};
 }
 
-PictureExtent PictureSource::fullExtentAt(std::int32_t frame) {
-    load(frame);
-    return fullExtent;
+PictureSource::PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n)
+    : path(std::move(pathOrPattern)), isPattern(FindFramePattern(path)), layout(rawLayout), reduction(n) {}
+
+void PictureSource::open(std::int32_t frame) {
+    openedPath = PathOfFrame(path, frame);
+    opened = ReadPicture(openedPath, layout);
+    openedDepth = BitDepth(opened.format);
+    openedExtent = {opened.width, opened.height};
 }
 
-std::shared_ptr<host::World> PictureSource::at(std::int32_t frame, std::uint32_t bitDepth) {
-    load(frame);
-    if (world) return world;
-    world = WorldOf(std::exchange(loaded, {}), bitDepth, reduction);
-    return world;
+void PictureSource::requireAll(const std::vector<std::int32_t>& frames) const {
+    if (!isPattern) return;
+    for (const std::int32_t frame : frames) {
+        std::error_code error;
+        const std::filesystem::path file = PathOfFrame(path, frame);
+        if (!std::filesystem::exists(file, error))
+            throw Fault(file.string(), "no such file, for frame " + std::to_string(frame),
+                        "shorten --frames, or add it");
+    }
 }
 
-void PictureSource::load(std::int32_t frame) {
-    const std::filesystem::path wanted = PathOfFrame(path, frame);
-    if (wanted == loadedPath) return;
-    loaded = ReadPicture(wanted, layout);
-    fullExtent = {loaded.width, loaded.height};
-    world.reset();
-    fileBitDepth = BitDepth(loaded.format);
-    loadedPath = wanted;
+HostPicture PictureSource::read(std::int32_t frame, std::uint32_t depth) {
+    const std::filesystem::path file = PathOfFrame(path, frame);
+    if (isPattern) return toHost(pictureOf(file), depth);
+    const std::lock_guard lock(onlyMutex);
+    if (!only.world) only = toHost(pictureOf(file), depth);
+    return only;
+}
+
+Picture PictureSource::pictureOf(const std::filesystem::path& file) {
+    {
+        const std::lock_guard lock(openedMutex);
+        if (file == openedPath) {
+            openedPath.clear();
+            return std::exchange(opened, {});
+        }
+    }
+    return ReadPicture(file, layout);
+}
+
+HostPicture PictureSource::toHost(Picture picture, std::uint32_t depth) const {
+    const PictureExtent extent{picture.width, picture.height};
+    return {WorldOf(std::move(picture), depth, reduction), extent};
 }
 
 }  // namespace quillon::cli

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
+#include <vector>
 
 #include "cli/pictures/Picture.h"
 #include "cli/pictures/PictureFormat.h"
@@ -18,31 +20,50 @@ struct PictureExtent {
 // The picture in a host's memory at this depth, at 1/n of its size.
 std::shared_ptr<host::World> WorldOf(Picture picture, std::uint32_t bitDepth, std::uint32_t n = 1);
 
+// The reverse, at full size.
+Picture PictureOf(const host::World& world);
+
+// A picture in a host's memory.
+struct HostPicture {
+    std::shared_ptr<host::World> world{};
+    PictureExtent fullExtent{};  // in its file
+};
+
 // The pictures of an input or a layer: a file a frame, or one file for all, which is read once.
 class PictureSource {
 public:
     // The pictures are given at 1/n of their size.
-    PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n)
-        : path(std::move(pathOrPattern)), layout(rawLayout), reduction(n) {}
+    PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n);
 
-    // Bits per channel of the picture of this frame, as its file has them.
-    std::uint32_t bitDepthAt(std::int32_t frame);
-    // The size of the picture of this frame in its file.
-    PictureExtent fullExtentAt(std::int32_t frame);
-    // The picture of this frame in a host's memory at this depth, which is the same for all calls. Throws a Fault.
-    std::shared_ptr<host::World> at(std::int32_t frame, std::uint32_t bitDepth);
+    // Reads the picture of this frame, for what follows. Throws a Fault.
+    void open(std::int32_t frame);
+    // Bits per channel and size of that picture, as its file has them.
+    std::uint32_t bitDepth() const { return openedDepth; }
+    PictureExtent fullExtent() const { return openedExtent; }
+
+    // Throws a Fault, which names the first of the frames' files that is missing.
+    void requireAll(const std::vector<std::int32_t>& frames) const;
+
+    // The picture of a frame at this depth, which is the same for all calls. Throws a Fault. Any thread may call.
+    HostPicture read(std::int32_t frame, std::uint32_t depth);
 
 private:
-    void load(std::int32_t frame);
+    HostPicture toHost(Picture picture, std::uint32_t depth) const;
+    Picture pictureOf(const std::filesystem::path& file);
 
     std::filesystem::path path;
+    bool isPattern;
     RawLayout layout;
-    std::filesystem::path loadedPath;
-    Picture loaded;
     std::uint32_t reduction;
-    PictureExtent fullExtent;
-    std::uint32_t fileBitDepth = 0;
-    std::shared_ptr<host::World> world;  // null until it is asked for; takes the picture's place then
+    std::uint32_t openedDepth = 0;
+    PictureExtent openedExtent;
+
+    std::mutex openedMutex;
+    std::filesystem::path openedPath;
+    Picture opened;  // until it is read
+
+    std::mutex onlyMutex;
+    HostPicture only;  // the one picture for all frames
 };
 
 }  // namespace quillon::cli

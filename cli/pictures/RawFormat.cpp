@@ -36,7 +36,7 @@ Picture ReadRaw(std::span<const std::byte> file, const RawLayout& layout) {
     return picture;
 }
 
-std::vector<std::byte> WriteRaw(const Picture& picture) {
+std::vector<std::byte> WriteRaw(const Picture& picture, const StorageOptions&) {
     return Convert(picture, HostFormat(BitDepth(picture.format)), ChannelOrder::argb).pixels;
 }
 

@@ -133,9 +133,61 @@ TEST_F(Pictures, TiledHalfExrWithoutAlphaFillsItsDisplayWindow) {
     EXPECT_EQ(readSamples<float>("out.argb"), expected);
 }
 
+// Rows that are no multiple of a vector, with content for each filter: flat, ramps across and down, and noise.
+TEST_F(Pictures, WrittenFilesHaveOneFormAndEverySample) {
+    constexpr std::uint32_t kWidth = 37, kHeight = 24;
+    std::vector<std::uint16_t> argb;
+    std::uint32_t random = 1;
+    for (std::uint32_t i = 0; i < kWidth * kHeight * 4; ++i) {
+        const std::uint32_t y = i / (4 * kWidth), x = i / 4 % kWidth;
+        random = random * 1664525 + 1013904223;
+        const std::uint32_t values[] = {7, x * 800 + i % 4, y * 1000 + i % 4, x * y * 30, random >> 17};
+        argb.push_back(static_cast<std::uint16_t>(std::min(values[y * 5 / kHeight], 32768u)));
+    }
+    writeSamples("16.argb", argb);
+    writeSamples("8.argb", std::vector<std::uint8_t>(argb.begin(), argb.end()));
+    writeSamples("32.argb", std::vector<float>(argb.begin(), argb.end()));
+    const std::string size = "--size 37x24 --depth ";
+    for (const std::string depth : {"8", "16"}) {
+        for (const std::string options : {"", "--no-alpha", "--png-level 0", "--png-level 9"}) {
+            render(depth + ".argb", "out.png", size + depth + " " + options);
+            std::vector<unsigned char> file, decoded;
+            unsigned width = 0, height = 0;
+            lodepng::State state;
+            lodepng::load_file(file, pathOf("out.png"));
+            state.decoder.color_convert = 0;
+            ASSERT_EQ(lodepng::decode(decoded, width, height, state, file), 0u) << depth << options;
+            const bool hasAlpha = options != "--no-alpha";
+            EXPECT_EQ(state.info_png.color.colortype, hasAlpha ? LCT_RGBA : LCT_RGB);
+            std::vector<unsigned char> expected;
+            for (std::size_t i = 0; i < argb.size(); i += 4) {
+                for (const std::size_t c :
+                     hasAlpha ? std::vector<std::size_t>{1, 2, 3, 0} : std::vector<std::size_t>{1, 2, 3}) {
+                    const unsigned word = static_cast<unsigned>(argb[i + c] / 32768.0 * 65535 + 0.5);
+                    if (depth == "16") expected.push_back(static_cast<unsigned char>(word >> 8));
+                    expected.push_back(static_cast<unsigned char>(depth == "16" ? word : argb[i + c]));
+                }
+            }
+            EXPECT_EQ(decoded, expected) << depth << options;
+        }
+    }
+    for (const std::string depth : {"8", "16", "32"}) {
+        render(depth + ".argb", "out.tif", size + depth);
+        render("out.tif", "back.argb");
+        EXPECT_EQ(readFile("back.argb"), readFile(depth + ".argb")) << depth;
+    }
+    render("32.argb", "out.exr", size + "32 --exr half --exr-compression zips --pixel-aspect 2/1 --no-alpha");
+    const Imf::InputFile exr(pathOf("out.exr").c_str());
+    EXPECT_EQ(exr.header().channels()["R"].type, Imf::HALF);
+    EXPECT_EQ(exr.header().channels().findChannel("A"), nullptr);
+    EXPECT_EQ(exr.header().compression(), Imf::ZIPS_COMPRESSION);
+    EXPECT_EQ(exr.header().pixelAspectRatio(), 2);
+}
+
 TEST_F(Pictures, DamagedInputsAreRefusedAndNothingIsWritten) {
     ASSERT_EQ(run("chart -o good.png --size 64x64").status, 0);
     ASSERT_EQ(run("chart -o good.exr --size 64x64").status, 0);
+    ASSERT_EQ(run("chart -o good.tif --size 64x64").status, 0);
     const std::string png = readFile("good.png");
     const std::string exr = readFile("good.exr");
     std::string huge = png;
@@ -148,6 +200,7 @@ TEST_F(Pictures, DamagedInputsAreRefusedAndNothingIsWritten) {
         {"huge.png", huge},
         {"cut.exr", exr.substr(0, exr.size() / 2)},
         {"huge.exr", hugeExr},
+        {"cut.tif", readFile("good.tif").substr(0, 300)},
         {"words.txt", "no picture at all"},
         {"short.argb", std::string(15, '\0')},
         {"beyond.argb", std::string("\1\x80\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 16)},

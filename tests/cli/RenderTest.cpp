@@ -183,7 +183,7 @@ struct WrongLine {
 
 constexpr WrongLine kWrongLines[] = {
     {"", "no command"},
-    {"render fx -i a.png -o out.jpg", "out.jpg: pictures are written as .png, .exr or .argb"},
+    {"render fx -i a.png -o out.jpg", "out.jpg: pictures are written as .png, .exr, .tif, .tiff or .argb"},
     {"render fx -i a.png -o out.png --route smart --host premiere", "--route smart: Premiere Pro"},
     {"render fx -i a.png -o out.png --host-version 13", "--host-version 13: write it as MAJOR.MINOR"},
     {"render fx -i a.png -o out.png --host-version 12.5", "12.5: After Effects is played from 13.0 on"},
@@ -197,6 +197,8 @@ constexpr WrongLine kWrongLines[] = {
     {"render fx -i a.png -o out.png --frames 1-2", "out.png: all frames would be written to one file"},
     {"render fx -i a.png -o out##.png", "out##.png: has a place for the frame number"},
     {"render fx -i a.png -o out##%d.png --frames 1-2", "more than one place"},
+    {"render fx -i a.png -o out##.png --frames 1-9 --part 3/2", "--part 3/2: there are not so many pieces"},
+    {"render fx -i a.png -o out.png --resume", "--part and --resume are for sequences"},
 };
 
 TEST_F(Render, WrongCommandLinesEndWithTwoAndSayWhatIsWrong) {

@@ -1,7 +1,10 @@
 #include <fmt/format.h>
+#include <libdeflate.h>
 #include <lodepng.h>
 
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "cli/diagnostics/ToolError.h"
 #include "cli/pictures/PictureFormat.h"
@@ -10,9 +13,24 @@ namespace quillon::cli {
 
 namespace {
 
-// PNG's words are big-endian. Turns them over in place, in either direction.
+// PNG's words are big-endian. Turns them over in place.
 void SwapWords(std::span<std::byte> bytes) {
     for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
+}
+
+// As the decoder asks for it: the bytes are its own to free.
+unsigned Inflate(unsigned char** out, std::size_t* outSize, const unsigned char* in, std::size_t inSize,
+                 const LodePNGDecompressSettings* settings) {
+    constexpr auto kEnd = [](libdeflate_decompressor* decompressor) { libdeflate_free_decompressor(decompressor); };
+    const std::unique_ptr<libdeflate_decompressor, decltype(kEnd)> decompressor(libdeflate_alloc_decompressor());
+    // More than most pictures need; the system gives only the pages that are written.
+    auto* const bytes = static_cast<unsigned char*>(std::malloc(settings->max_output_size));
+    *out = bytes;
+    return decompressor && bytes &&
+                   libdeflate_zlib_decompress(decompressor.get(), in, inSize, bytes, settings->max_output_size,
+                                              outSize) == LIBDEFLATE_SUCCESS
+               ? 0
+               : 1;
 }
 
 [[noreturn]] void Fail(unsigned error) {
@@ -38,6 +56,7 @@ Picture ReadPng(std::span<const std::byte> file, const RawLayout&) {
     state.decoder.read_text_chunks = 0;
     // Whatever the compressed stream says, a picture has not more than its pixels and one byte a row and pass.
     state.decoder.zlibsettings.max_output_size = size + std::size_t{height} * 8 + 64;
+    state.decoder.zlibsettings.custom_zlib = Inflate;
     std::vector<unsigned char> decoded;
     if (const unsigned error = lodepng::decode(decoded, width, height, state, bytes, file.size())) Fail(error);
 
@@ -45,19 +64,6 @@ Picture ReadPng(std::span<const std::byte> file, const RawLayout&) {
     std::memcpy(picture.pixels.data(), decoded.data(), std::min(decoded.size(), picture.pixels.size()));
     if (format == SampleFormat::word) SwapWords(picture.pixels);
     return picture;
-}
-
-// 8 bits as 8; 16 bits, and floats cut to 0 to 1, as 16.
-std::vector<std::byte> WritePng(const Picture& picture) {
-    const SampleFormat format = BitDepth(picture.format) == 8 ? SampleFormat::byte : SampleFormat::word;
-    Picture stored = Convert(picture, format, ChannelOrder::rgba);
-    if (format == SampleFormat::word) SwapWords(stored.pixels);
-    std::vector<unsigned char> file;
-    const unsigned error = lodepng::encode(file, reinterpret_cast<const unsigned char*>(stored.pixels.data()),
-                                           stored.width, stored.height, LCT_RGBA, BitDepth(format));
-    if (error != 0) throw Fault("", lodepng_error_text(error));
-    const auto* first = reinterpret_cast<const std::byte*>(file.data());
-    return {first, first + file.size()};
 }
 
 }  // namespace quillon::cli

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+#include "cli/diagnostics/ProgressBar.h"
+#include "cli/sequence/FramePipeline.h"
+
+namespace quillon::cli {
+
+enum class ProgressForm { bar, json, none };
+
+// How far a sequence is, on standard error: a bar with frames a second and the time left, when that is a terminal, or
+// a JSON object on a line of its own for each frame: "frame", "path", "milliseconds" since the frame before was
+// written, and the frame's own "read", "render" and "write", which overlap with those of other frames.
+class Progress {
+public:
+    Progress(ProgressForm progressForm, std::size_t frames);
+
+    // Prints the path as a result unless it is empty, and goes on.
+    void report(std::int32_t frame, const std::string& path, const FrameTimes& times);
+
+private:
+    ProgressForm form;
+    ProgressBar bar;
+    std::chrono::steady_clock::time_point last = std::chrono::steady_clock::now();
+};
+
+}  // namespace quillon::cli

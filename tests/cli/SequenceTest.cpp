@@ -1,0 +1,148 @@
+#include "ToolTest.h"
+
+// Sequences: controls that move, pieces, and runs that go on.
+
+namespace quillon::test {
+
+namespace {
+
+// Shows its controls in floats: red is a number, green the x of a position, blue an entry.
+const Files kShow = {{"fx.js",
+                      "var shader, ids = [];\n"
+                      "function setup() {\n"
+                      "  ids[0] = QL_initParam('amount', QL_Type.FLOAT, 'The amount');\n"
+                      "  ids[1] = QL_initParam('center', QL_Type.POINT2D, 'Center');\n"
+                      "  ids[2] = QL_initParam('mode', QL_Type.POPUP, 'Mode');\n"
+                      "  shader = QL_initShader('s', 'uniform float amount; uniform vec2 center; uniform int mode; "
+                      "void main() { gl_FragColor = vec4(amount, center.x, float(mode), 1.0); }');\n}\n"
+                      "function draw() {\n"
+                      "  ids.forEach(function (id) { QL_setShaderParam(shader, id); });\n"
+                      "  QL_renderShader(shader, QL_getSequenceRT(), true);\n}\n"}};
+
+class Sequences : public ToolTest {
+protected:
+    void SetUp() override {
+        addEffect("fx", kShow);
+        writeSamples<float>("in.argb", std::vector<float>(100 * 4));
+    }
+
+    const std::string kRender = "render fx -i in.argb --size 100x1 --depth 32 -o o##.argb --frames 0-12x3 ";
+
+    std::vector<float> shown(std::size_t channel) {
+        std::vector<float> values;
+        for (const char* name : {"o00.argb", "o03.argb", "o06.argb", "o09.argb", "o12.argb"})
+            values.push_back(readSamples<float>(name).at(channel));
+        return values;
+    }
+};
+
+struct KeyCase {
+    const char* options;
+    std::vector<float> amounts;  // at the frames 0, 3, 6, 9 and 12
+    std::vector<float> centers;  // x
+    std::vector<float> modes;    // entries from 1; their texts are 0 to 9
+};
+
+TEST_F(Sequences, ControlsMoveFromKeyToKey) {
+    writeFile("semicolon.csv",
+              "\xEF\xBB\xBF"
+              "Frame;The amount;center;mode\r\n3;0;10,0;2\r\n\r\n9;\"1~hold\";40,0~smooth;4\r\n12;5;;\r\n");
+    writeFile("parts.csv", "frame,center.y,amount,center.x\n3,0,,10\n9,7,1,40\n");
+    writeFile("keys.json",
+              R"({"amount": {"0": [0, "hold"], "6": 1, "12": 3}, "center": {"3": [[10, 0], "smooth"], "9": [40, 0]},)"
+              R"( "mode": {"0": "3", "9": 5}})");
+    // Smooth: share * share * (3 - 2 * share) is 5/32 at a quarter of the way.
+    const KeyCase kRows[] = {
+        {"--key amount@0=0~smooth --key amount@12=32 --set center=5,5",
+         {0, 5, 16, 27, 32},
+         {5, 5, 5, 5, 5},
+         {0, 0, 0, 0, 0}},
+        {"--keys semicolon.csv", {0, 0, 0.5f, 1, 5}, {10, 10, 25, 40, 40}, {3, 3, 3, 5, 5}},
+        {"--keys parts.csv --key \"The amount@3=1\"", {1, 1, 1, 1, 1}, {10, 10, 25, 40, 40}, {0, 0, 0, 0, 0}},
+        {"--keys keys.json", {0, 0, 1, 2, 3}, {10, 10, 25, 40, 40}, {4, 4, 4, 6, 6}},
+    };
+    for (const KeyCase& row : kRows) {
+        ASSERT_EQ(run(kRender + row.options).err, "") << row.options;
+        EXPECT_EQ(shown(1), row.amounts) << row.options;
+        EXPECT_EQ(shown(2), row.centers) << row.options;
+        EXPECT_EQ(shown(3), row.modes) << row.options;
+    }
+}
+
+TEST_F(Sequences, WrongKeysAreRefusedWithTheirPlace) {
+    writeFile("a.csv", "frame,amount\n0,1\n5,much\n");
+    writeFile("b.csv", "frame,amount,amont\n");
+    writeFile("c.csv", "time,amount\n");
+    writeFile("d.csv", "frame,center.x,center.y\n4,10,\n");
+    writeFile("a.json", R"({"amount": {"0": 1, "x": 2}})");
+    writeFile("b.json", R"({"amount": {"0": 1, "7": [1, 2, 3]}})");
+    writeFile("c.json", "{");
+    const std::pair<const char*, const char*> kRows[] = {
+        {"--key amount=1", "--key amount=1: write it as NAME@FRAME=VALUE"},
+        {"--key amount@0=1 --set amount=2", "amount: has keys and a --set"},
+        {"--key amount@0=1 --key \"The amount@0=2\"", "amount: has two keys at frame 0"},
+        {"--key amount@0=1~smoth", "\"1~smoth\" is not a value for it"},
+        {"--keys a.csv", "a.csv: row 3, column 2 (amount): \"much\" is not a value for it"},
+        {"--keys b.csv", "b.csv: row 1, column 3: amont: the effect has no such control; did you mean amount?"},
+        {"--keys c.csv", "c.csv: row 1: its first column is not \"frame\""},
+        {"--keys d.csv", "d.csv: row 2, columns of center: \"10\" is not a value for it; it takes x,y"},
+        {"--keys a.json", "a.json: amount: \"x\" is no frame number"},
+        {"--keys b.json", "b.json: amount, frame 7: \"1,2,3\" is not a value for it"},
+        {"--keys c.json", "c.json: is no JSON: "},
+        {"--keys no.csv", "no.csv: no such file"},
+    };
+    for (const auto& [options, words] : kRows) {
+        const ToolRun result = run(kRender + options);
+        EXPECT_NE(result.status, 0) << options;
+        EXPECT_NE(result.err.find(words), std::string::npos) << options << ": " << result.err;
+    }
+    EXPECT_FALSE(exists("o00.argb"));
+}
+
+TEST_F(Sequences, PiecesAndResumedRunsMakeTheSameFrames) {
+    const std::string options = kRender + "--key amount@0=0 --key amount@12=1~hold ";
+    ASSERT_EQ(run(options).err, "");
+    const std::vector<float> whole = shown(1);
+    for (const std::string& name : list())
+        if (name.starts_with("o")) std::filesystem::remove(pathOf(name));
+    EXPECT_EQ(run(options + "--part 2/3").out, "o03.argb\no06.argb\n");
+    EXPECT_EQ(run(options + "--part 3/3 --threads 1").out, "o09.argb\no12.argb\n");
+    EXPECT_EQ(run(options + "--resume").out, "o00.argb\n");
+    EXPECT_EQ(run(options + "--resume").out, "");
+    EXPECT_EQ(shown(1), whole);
+}
+
+TEST_F(Sequences, MissingInputsAreNamedBeforeAnythingRenders) {
+    for (const char* name : {"in1.argb", "in2.argb"}) writeSamples<float>(name, std::vector<float>(4));
+    const ToolRun result = run("render fx -i in%d.argb --size 1x1 --depth 32 -o o##.argb --frames 1-3");
+    EXPECT_EQ(result.err, "quillon: error: in3.argb: no such file, for frame 3; shorten --frames, or add it\n");
+    EXPECT_EQ(result.out, "");
+}
+
+TEST_F(Sequences, ProgressIsALineForEachFrame) {
+    const ToolRun result = run(kRender + "--progress json --part 1/2");
+    EXPECT_EQ(result.err.rfind(R"({"frame":0,"path":"o00.argb","milliseconds":)", 0), 0u) << result.err;
+    EXPECT_NE(result.err.find("\n"
+                              R"({"frame":3,"path":"o03.argb",)"),
+              std::string::npos)
+        << result.err;
+}
+
+// A folder renders by the tool's own engine, and a module by itself.
+TEST_F(Sequences, FoldersAndTheirModulesRenderTheSame) {
+    addCopyEffect();
+    ASSERT_EQ(run("chart -o in.exr --size 33x21").err, "");
+    ASSERT_EQ(run("pack copy -o " + Module("copy")).status, 0);
+    for (const std::string depth : {"8", "16", "32"}) {
+        for (const std::string route : {"smart", "classic"}) {
+            const std::string options = " -i in.exr --depth " + depth + " --route " + route + " -o ";
+            ASSERT_EQ(run("render copy" + options + "folder.argb").err, "");
+            ASSERT_EQ(run("render " + Module("copy") + options + "module.argb").err, "");
+            EXPECT_EQ(readFile("folder.argb"), readFile("module.argb")) << options;
+        }
+    }
+}
+
+}  // namespace
+
+}  // namespace quillon::test
