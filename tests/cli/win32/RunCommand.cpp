@@ -31,7 +31,7 @@ private:
 }  // namespace
 
 // Without the system's shell, which would take part of the words for itself.
-int runCommand(const std::filesystem::path& folder, const std::filesystem::path& printed,
+int RunCommand(const std::filesystem::path& folder, const std::filesystem::path& printed,
                const std::string& environment, const std::string& program, const std::string& arguments) {
     const std::wstring name = PathFromUtf8(program).make_preferred().wstring();
     std::wstring command = L"\"" + name + L"\" " + PathFromUtf8(arguments).wstring();
@@ -49,8 +49,8 @@ int runCommand(const std::filesystem::path& folder, const std::filesystem::path&
     if (!environment.empty())
         SetEnvironmentVariableA(environment.substr(0, equals).c_str(), environment.substr(equals + 1).c_str());
     PROCESS_INFORMATION process{};
-    const BOOL isStarted = CreateProcessW(name.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                          folder.c_str(), &startup, &process);
+    const bool isStarted = CreateProcessW(name.c_str(), command.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                                          folder.c_str(), &startup, &process) != 0;
     if (!environment.empty()) SetEnvironmentVariableA(environment.substr(0, equals).c_str(), nullptr);
     if (!isStarted) throw std::runtime_error(program + ": cannot be started, error " + std::to_string(GetLastError()));
     WaitForSingleObject(process.hProcess, INFINITE);

@@ -16,7 +16,7 @@ class ModuleFile : public ::testing::Test {
 protected:
     void SetUp() override {
         std::string reason;
-        image = static_cast<const std::byte*>(host::LoadModule(templateModule(), reason));
+        image = static_cast<const std::byte*>(host::LoadModule(TemplateModule(), reason));
         ASSERT_TRUE(image) << reason;
     }
 

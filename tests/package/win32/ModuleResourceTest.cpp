@@ -13,7 +13,7 @@ namespace {
 
 TEST(ModuleResourceTest, TellsAbsentEmptyAndPresentApart) {
     std::string reason;
-    void* const carrier = host::LoadModule(carrierModule(), reason);
+    void* const carrier = host::LoadModule(CarrierModule(), reason);
     ASSERT_TRUE(carrier) << reason;
     EXPECT_FALSE(ReadModuleResource(carrier));
     host::UnloadModule(carrier);

@@ -23,7 +23,7 @@ TEST(ResourcesTest, AreFoundByTheSystem) {
     ASSERT_EQ(language, 1033);
     const TemporaryFolder folder;
     const std::filesystem::path first = folder.path() / "first.aex", second = folder.path() / "second.aex";
-    WriteModule(first, templateModule(), Bytes(5, std::byte{1}), Bytes(7, std::byte{2}));
+    WriteModule(first, TemplateModule(), Bytes(5, std::byte{1}), Bytes(7, std::byte{2}));
     // Packed again, larger than the code in front of it.
     const Bytes package(3 << 20, std::byte{3}), description(294, std::byte{4});
     WriteModule(second, first, package, description);
