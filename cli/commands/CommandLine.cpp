@@ -260,6 +260,19 @@ void AddParams(CLI::App& app, Run& run) {
     command.callback([&run, options] { run = [options] { return RunParams(*options); }; });
 }
 
+void AddInfo(CLI::App& app, Run& run) {
+    auto options = std::make_shared<InfoOptions>();
+    CLI::App& command = *app.add_subcommand("info",
+                                            "Says what an effect is: name and version, flags, controls, shaders with "
+                                            "their uniforms, targets, textures and\n"
+                                            "files. Reads modules for any system, and frei0r plug-ins.");
+    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
+    command.add_flag("--json", options->isJson, "As a JSON object, for programs");
+    command.add_option("--rewritten", options->rewritten, "Prints this shader as the graphics driver gets it instead")
+        ->type_name("FILE");
+    command.callback([&run, options] { run = [options] { return RunInfo(*options); }; });
+}
+
 void AddCheck(CLI::App& app, Run& run) {
     auto options = std::make_shared<CheckOptions>();
     CLI::App& command = *app.add_subcommand(
@@ -337,6 +350,7 @@ int RunCommandLine(std::vector<std::string> arguments) {
     app.require_subcommand(0, 1);
     AddRender(app, run);
     AddParams(app, run);
+    AddInfo(app, run);
     AddCheck(app, run);
     AddPack(app, run);
     AddChart(app, run);

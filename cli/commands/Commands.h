@@ -61,6 +61,15 @@ struct ParamsOptions {
 // `quillon params`: prints the effect's controls as its host sees them.
 int RunParams(const ParamsOptions& options);
 
+struct InfoOptions {
+    std::filesystem::path effect;
+    std::string rewritten;  // name of a shader's file; empty: the whole effect
+    bool isJson = false;
+};
+
+// `quillon info`: prints what an effect or any module is and holds, or one of its shaders as the driver gets it.
+int RunInfo(const InfoOptions& options);
+
 struct CheckOptions {
     std::filesystem::path effect;
 };

@@ -40,9 +40,16 @@ std::string DefaultMatchName(const std::string& name) {
     return matchName;
 }
 
+ToolError ConfigFault(const EffectSource& source, const FileError& error) {
+    return EffectFault({{.path = source.pathOf("config.xml"),
+                         .line = LineOfKey(source, error.place),
+                         .text = error.what(),
+                         .kind = Diagnostic::Kind::config}});
+}
+
 }  // namespace
 
-std::vector<std::byte> DescribeEffect(const EffectSource& source) {
+EffectIdentity IdentityOf(const EffectSource& source) {
     const ConfigDocument config(source.textOf("config.xml"));
     EffectIdentity identity{.name = ConfigText(config, L"FXNAME"),
                             .category = ConfigText(config, L"CATEGORY"),
@@ -54,12 +61,17 @@ std::vector<std::byte> DescribeEffect(const EffectSource& source) {
     try {
         // Without a name it is the name that is refused.
         if (identity.matchName.empty() && !identity.name.empty()) identity.matchName = DefaultMatchName(identity.name);
-        return MakePiPL(identity);
     } catch (const FileError& error) {
-        throw EffectFault({{.path = source.pathOf("config.xml"),
-                            .line = LineOfKey(source, error.place),
-                            .text = error.what(),
-                            .kind = Diagnostic::Kind::config}});
+        throw ConfigFault(source, error);
+    }
+    return identity;
+}
+
+std::vector<std::byte> DescribeEffect(const EffectSource& source) {
+    try {
+        return MakePiPL(IdentityOf(source));
+    } catch (const FileError& error) {
+        throw ConfigFault(source, error);
     }
 }
 

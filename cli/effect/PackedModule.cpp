@@ -8,6 +8,7 @@
 #include "cli/effect/TemplateModule.h"
 #include "cli/system/ModuleKind.h"
 #include "cli/system/System.h"
+#include "frei0r/Listing.h"
 #include "host/ModuleLoading.h"
 
 namespace quillon::cli {
@@ -28,6 +29,9 @@ host::EffectModule Load(const fs::path& module, const std::string& remedy) {
 
 PackedModule::PackedModule(const EffectSource& source) {
     if (source.isModule) {
+        if (frei0r::ReadListingOf(source.path))
+            throw Fault(source.path.string(), "is a frei0r plug-in, which ffmpeg, melt and other video tools load",
+                        "give the effect's folder, or a module of quillon pack without --for; quillon info reads this");
         const ModuleKind* const kind = ModuleKindOf(source.path);
         loaded = Load(source.path, kind && kind != &kOwnModuleKind
                                        ? fmt::format("modules for {} run there only; give the effect's folder, or a "

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <string>
 #include <system_error>
 
@@ -10,6 +11,7 @@
 #include "packer/Archive.h"
 #include "packer/FileError.h"
 #include "packer/ModuleWriter.h"
+#include "packer/WholeFile.h"
 
 namespace quillon::cli {
 
@@ -36,6 +38,16 @@ std::vector<std::byte> Package(const EffectSource& source) {
 }
 
 }  // namespace
+
+bool IsOfTemplate(const fs::path& module, const char* templateName) {
+    try {
+        const std::vector<std::byte> packed = ReadWholeFile(module);
+        const std::vector<std::byte> original = ReadWholeFile(TemplateModule(kOwnModuleKind, templateName));
+        return packed.size() > original.size() && std::equal(original.begin(), original.end(), packed.begin());
+    } catch (const std::exception&) {  // no template, or no such file
+        return false;
+    }
+}
 
 void WriteEffectModule(const fs::path& output, const EffectSource& source, const std::string& remedy,
                        std::span<const std::byte> description, const char* templateName) {

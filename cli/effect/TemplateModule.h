@@ -20,4 +20,7 @@ inline constexpr const char* kPluginTemplate = "quillon_frei0r";
 void WriteEffectModule(const std::filesystem::path& output, const EffectSource& source, const std::string& remedy,
                        std::span<const std::byte> description = {}, const char* templateName = kEffectTemplate);
 
+// Whether a module for this system, which can be read, was made from the template that is in lib now.
+bool IsOfTemplate(const std::filesystem::path& module, const char* templateName);
+
 }  // namespace quillon::cli
