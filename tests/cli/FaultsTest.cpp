@@ -1,6 +1,6 @@
 #include "ToolTest.h"
 
-// What the tool says of an effect that its author got wrong: the words are compared in full.
+// What the tool says of faults in an effect: the texts are compared in full.
 
 namespace quillon::test {
 

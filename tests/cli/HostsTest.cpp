@@ -1,6 +1,6 @@
 #include "ToolTest.h"
 
-// What the played host makes of a frame: sizes, positions and what the script is told of it.
+// What the played host makes of a frame: sizes, positions and what the script learns of it.
 
 namespace quillon::test {
 

@@ -37,7 +37,7 @@ TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
     }
 }
 
-TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderTellsOfTheModule) {
+TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderNamesTheModule) {
     const std::string fx = Module("fx"), pack = "pack fx -o " + fx;
     addEffect("fx", {{"fx.js", "var a = \xE9;"}, {"a.frag", "nonsense"}});
     ASSERT_EQ(run(pack).status, 0);
@@ -173,7 +173,7 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
         "<STAGE_VERSION>3</STAGE_VERSION><FLAGS>33554464</FLAGS><FLAGS2>5120</FLAGS2><ABOUT/><AGEP_ID/>";
     struct Row {
         const char* texts;
-        EffectIdentity told;  // its texts
+        EffectIdentity described;  // its texts
         const char* words = "";
     };
     const Row kRows[] = {
@@ -195,11 +195,11 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
         EXPECT_EQ(result.err.find(row.words), 0u) << result.err;
         EXPECT_EQ(exists("fx.AEX"), !*row.words) << row.texts;
         if (*row.words) continue;
-        EffectIdentity told = row.told;
-        told.version = 1u << 26 | 1u << 19 | 2u << 15 | 3u << 9 | 1;
-        told.outFlags = 0x06008025;
-        told.outFlags2 = 0x1400;
-        const auto description = MakePiPL(told);
+        EffectIdentity described = row.described;
+        described.version = 1u << 26 | 1u << 19 | 2u << 15 | 3u << 9 | 1;
+        described.outFlags = 0x06008025;
+        described.outFlags2 = 0x1400;
+        const auto description = MakePiPL(described);
         EXPECT_NE(readFile("fx.AEX").find({reinterpret_cast<const char*>(description.data()), description.size()}),
                   std::string::npos)
             << row.texts;
@@ -228,7 +228,7 @@ TEST_F(PackForWindows, LeavesLoadingToThatSystem) {
               0u);
 }
 
-TEST_F(Pack, DamagedAndForeignModulesAreToldInWords) {
+TEST_F(Pack, DamagedAndForeignModulesAreReported) {
     addCopyEffect();
     const std::string none = Module("none"), broken = Module("broken"), text = Module("text");
     ASSERT_EQ(run("pack copy -o " + Module("good")).status, 0);

@@ -82,7 +82,7 @@ TEST_F(Pictures, DepthsConvertToTheNearestAndFullScaleToFullScale) {
     EXPECT_FLOAT_EQ(reals[0], 1 / 255.0f);
     EXPECT_EQ(reals[2], 1.0f);
     EXPECT_FLOAT_EQ(reals[3], 128 / 255.0f);
-    // Down again, with what lies outside the scale cut and no number at all as black.
+    // Down again, with what is outside the scale cut, and black where there is no number.
     const float none = std::numeric_limits<float>::quiet_NaN();
     writeSamples<float>("wild.argb", {1, -0.5f, 1.5f, none, 0.5f, 0.25f, 0.75f, 1e30f});
     render("wild.argb", "wild.png", "--size 2x1 --depth 32");
@@ -217,7 +217,7 @@ TEST_F(Pictures, DamagedInputsAreRefusedAndNothingIsWritten) {
     EXPECT_EQ(run("render copy -i good.png -o nowhere/out.png").status, 1);
     std::filesystem::create_directory(pathOf("taken.png"));
     EXPECT_EQ(run("render copy -i good.png -o taken.png").status, 1);
-    for (const std::string& name : list()) EXPECT_NE(name.front(), '.') << "left behind: " << name;
+    for (const std::string& name : list()) EXPECT_NE(name.front(), '.') << "left: " << name;
 }
 
 }  // namespace

@@ -57,8 +57,12 @@ TEST_F(IdleEngine, DoesNothingWithoutASelectedInstance) {
     EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), 3.0f) << "the last instance's controls can be looked at";
     engine.setContextExtent(3, 4, 2);
     EXPECT_EQ(eval("QL_getContextExtent()"), "[3,4,2]");
+    SequenceHandle* const other = addInstance();
     engine.selectSequence(handle);
     removeInstance(handle);
+    // Live handles where the ended one was: the engine must not look there.
+    std::vector<std::unique_ptr<SequenceHandle>> blocks;
+    for (int i = 0; i < 20; ++i) blocks.push_back(std::make_unique<SequenceHandle>(*other));
     expectNoInstance();
     EXPECT_EQ(eval("calls"), "0");
 }

@@ -42,7 +42,7 @@ TEST_F(OutOfMemory, ComesOutOfTheEngineHundredsOfTimesAndScriptsStillRun) {
     EXPECT_EQ(eval("calls"), "401");
 }
 
-TEST_F(OutOfMemory, ComesOutEvenWhenTheScriptCaughtItsStandIn) {
+TEST_F(OutOfMemory, ComesOutEvenWhenTheScriptCaughtIt) {
     setBody("try { QL_initParam(long, 1, long); } catch (error) { ++caught; }");
     for (int i = 0; i < 400; ++i) ASSERT_TRUE(runsOut(0)) << i;
     EXPECT_EQ(eval("[calls, caught]"), "[400,400]");

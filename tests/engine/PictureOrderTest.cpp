@@ -55,8 +55,8 @@ TEST_F(PictureOrder, FollowsTheFlipsAndKeepsTheChannels) {
     }
 }
 
-// Rows apart by more than their width, the last one ending at its width, and rows that lie upwards in memory.
-TEST_F(PictureOrder, ReadsTheHostsRowsWhereTheyLie) {
+// Rows apart by more than their width, the last one ending at its width, and rows that run upwards in memory.
+TEST_F(PictureOrder, ReadsTheHostsRowsInPlace) {
     take("pass(copy, from, to, false)");
     for (const std::uint32_t bits : {8u, 16u, 32u})
         for (const bool upwards : {false, true}) {

@@ -17,7 +17,7 @@ const char* const kBusy =
 
 class WindowSystem : public EngineTest {
 protected:
-    // What a frame must survive without GL: nothing is mapped, and no lock is got.
+    // What a frame must survive without GL: nothing is mapped, and there is no lock.
     void expectNoPicture() {
         EXPECT_TRUE(engine.isReady());
         EXPECT_FALSE(engine.lockGL());
@@ -51,7 +51,7 @@ TEST_F(WindowSystem, MayRefuseTheContextAndTheScriptRunsWithoutGL) {
 TEST_F(WindowSystem, MayLackGLAltogetherAndTheEngineSaysSo) {
     LoseWindowSystem();
     const TestEffect effect({{"fx.js", kBusy}, {"copy.frag", kCopyFragment}, {"config.xml", kConfig}});
-    // A window that cannot be made is a fault of its own; without any OpenGL there is no window to be made.
+    // A window that cannot be made throws; without any OpenGL no window is made.
     const auto start = [&] {
         try {
             return engine.init(effect.module(), nullptr);

@@ -86,7 +86,7 @@ TEST_F(UniformTest, SendsEveryKindAtEveryDraw) {
     EXPECT_EQ(color()[0], 1.5f) << "`changed` or not, the record's value is what counts";
 }
 
-TEST_F(UniformTest, LeavesUnfedKindsAlone) {
+TEST_F(UniformTest, WritesNothingToUnfedKinds) {
     controls.declare("picture", TEXTURE);
     controls.declare("way", PATH);
     controls.declare("group", GROUP_START);
@@ -97,7 +97,7 @@ TEST_F(UniformTest, LeavesUnfedKindsAlone) {
     const std::pair<const char*, float> kKept[] = {
         {"picture", 5}, {"way", 2}, {"group", 3}, {"list[0]", 4}, {"list[1]", 5}};
     for (const auto& [name, value] : kKept) glUniform1f(shader.uniformLocation(name), value);
-    EXPECT_EQ(color(), (Color{7, 3, 4, 5})) << "GL still has what it was told past the records";
+    EXPECT_EQ(color(), (Color{7, 3, 4, 5})) << "GL still has what was written past the records";
 }
 
 TEST_F(UniformTest, HandsOutUnitsByIndexWithTheExtentsOfTheirTextures) {

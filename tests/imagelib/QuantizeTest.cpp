@@ -222,7 +222,7 @@ TEST(Quantize, LosesFullScaleAt16BitsEvenWhenNothingIsReduced) {
     EXPECT_EQ(Quantized({1, 1, 16, 9, 12, 0, false, false}, input), output);
 }
 
-TEST(Quantize, LeavesOtherDepthsAndShortPicturesAlone) {
+TEST(Quantize, ChangesNoOtherDepthsAndNoShortPictures) {
     Surface surface;
     surface.pixels = Grays({100, 100, 100, 100});
     const Bytes input = surface.pixels;

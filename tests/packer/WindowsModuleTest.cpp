@@ -46,7 +46,7 @@ struct Headers {
     std::size_t start, table, count;
 };
 
-// From where the headers say that it begins, to the end of the file.
+// From where the headers say that they begin, to the end of the file.
 std::string SymbolsOf(const Bytes& file) {
     const std::size_t position = Word(file, Headers(file).start + 12);
     return position == 0 ? "" : TextOf(std::span(file).subspan(position));

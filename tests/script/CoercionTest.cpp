@@ -10,7 +10,7 @@
 namespace quillon::test {
 namespace {
 
-// make() gives one entity of each kind, and drop() ends them. hooked() is an object that stands for a value, and calls
+// make() gives one entity of each kind, and drop() ends them. hooked() is an object in place of a value, and calls
 // the function first. mask() makes the call with each argument in turn hooked, and gives 't' where the hook's error
 // came through and '.' where the call returned.
 const char* const kScript =

@@ -53,7 +53,7 @@ TEST_F(ShaderApi, GivesAnIdAndTheReasonWhenABuildFails) {
         EXPECT_EQ(eval("QL_getShaderError(" + std::string(id) + ")"), "\"Id is not a shader!\"") << id;
 }
 
-TEST_F(ShaderApi, TellsTheKindOfAUniform) {
+TEST_F(ShaderApi, GivesTheKindOfAUniform) {
     ASSERT_EQ(eval("s = QL_initShader('kinds')"), "33554433");
     ASSERT_EQ(shaderErrors(), "");
     expectValues({

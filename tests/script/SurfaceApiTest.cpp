@@ -72,7 +72,7 @@ TEST_F(SurfaceApi, TakesTheInputAsAnAliasAndATargetAsACopy) {
     EXPECT_EQ(Bytes(SurfaceAt(1).pixelAddress(), SurfaceAt(1).pixelAddress() + 24), input);
 }
 
-TEST_F(SurfaceApi, CopiesUprightOrTurnedAtEachDepthAsTheBytesStand) {
+TEST_F(SurfaceApi, CopiesUprightOrTurnedAtEachDepth) {
     for (const std::uint32_t bits : {8u, 16u, 32u})
         for (const bool flip : {false, true}) {
             const Bytes input = DistinctPicture(2, 3, bits);

@@ -36,7 +36,7 @@ protected:
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
-TEST_F(UniformWrite, StoresFloatsThatDifferAndTellsWhether) {
+TEST_F(UniformWrite, StoresFloatsThatDifferAndSaysWhether) {
     const struct {
         const char* uniform;
         const char* value;
@@ -150,7 +150,7 @@ TEST_F(UniformWrite, CopiesAControlsValueOnlyToItsOwnKind) {
          "[false,false,false,false,false,false]"},
     });
     EXPECT_EQ(uniform("turn").floatAt(0), 90.0f);
-    EXPECT_TRUE(uniform("turn").changed) << "only a value written by name tells whether it changed";
+    EXPECT_TRUE(uniform("turn").changed) << "only a value written by name says whether it changed";
     EXPECT_EQ(uniform("f").floatAt(0), 4.0f);
 }
 

@@ -78,22 +78,18 @@ TEST_F(Registration, FillsDefaultsInTheHostsScales) {
         {0x80000000, 0}, {0xC0000000, 0x199Au << 16}, {1u << 16, static_cast<std::uint32_t>(-1) << 16}};
     for (std::size_t i = 0; i < 3; ++i) {
         const PF_PointDef& td = at(3 + i).td;
-        EXPECT_EQ(static_cast<std::uint32_t>(td.x_value), kPoints[i][0]) << i;
-        EXPECT_EQ(static_cast<std::uint32_t>(td.y_value), kPoints[i][1]) << i;
-        EXPECT_EQ(td.x_dephault, td.x_value);
-        EXPECT_EQ(td.y_dephault, td.y_value);
+        const auto x = static_cast<PF_Fixed>(kPoints[i][0]), y = static_cast<PF_Fixed>(kPoints[i][1]);
+        EXPECT_THAT((std::vector{td.x_value, td.x_dephault, td.y_value, td.y_dephault}), ElementsAre(x, x, y, y)) << i;
         EXPECT_EQ(td.restrict_bounds, 0);
     }
-
     EXPECT_THAT((std::vector<int>{at(6).pd.value, at(6).pd.dephault, at(6).pd.num_choices}), ElementsAre(0, 0, 3));
     EXPECT_STREQ(at(6).pd.u.namesptr, "x|y|z");
     EXPECT_THAT((std::vector<int>{at(7).bd.value, at(7).bd.dephault}), ElementsAre(0x1FE, 0xFE));
     EXPECT_STREQ(at(7).bd.u.nameptr, "");
     EXPECT_THAT((std::vector<int>{at(8).pd.value, at(8).pd.dephault, at(8).pd.num_choices}), ElementsAre(-2, -2, 2));
     EXPECT_STREQ(at(8).pd.u.namesptr, "u|v");
-    const PF_AngleDef angle = at(9).ad;
-    EXPECT_EQ(angle.value, static_cast<PF_Fixed>(static_cast<double>(-90.3f) * 65536.0));
-    EXPECT_EQ(angle.dephault, angle.value);
+    EXPECT_THAT((std::vector{at(9).ad.value, at(9).ad.dephault}),
+                Each(static_cast<PF_Fixed>(static_cast<double>(-90.3f) * 65536.0)));
     EXPECT_STREQ(session.parameters()[9].PF_DEF_NAME, "0123456789012345678901234567890");
 }
 

@@ -21,7 +21,7 @@ protected:
 
 constexpr PF_LRect kNothing{};
 
-TEST_F(SizePhase, SmartRouteTellsRectanglesByTheScriptsSize) {
+TEST_F(SizePhase, SmartRouteGivesRectanglesByTheScriptsSize) {
     const struct {
         const char* name;
         A_long width, height;
@@ -111,7 +111,7 @@ struct ClassicRow {
     std::vector<int> frameData{};  // none: not under Premiere
 };
 
-TEST_F(SizePhase, ClassicRouteScalesInWholeNumbersAndTellsPremiereInTheFrameData) {
+TEST_F(SizePhase, ClassicRouteScalesInWholeNumbersAndGivesPremiereTheFrameData) {
     const ClassicRow kCases[] = {
         {"kept", 100, 80, {1, 1}, {1, 1}, {1, 1}, 0, 0, 99, 79, {-1, -1}},
         {"wider", 100, 80, {1, 1}, {1, 1}, {1, 1}, 200, 100, 198, 99, {49, 9}},

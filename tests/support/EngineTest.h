@@ -29,7 +29,7 @@ struct ScriptRow {
     std::string json;
 };
 
-// The engine of this process, started with an effect, with a GL context behind it.
+// The engine of this process, started with an effect and a GL context.
 class EngineTest : public ::testing::Test {
 protected:
     ~EngineTest() override;
@@ -46,7 +46,7 @@ protected:
     // The value of a script expression as JSON text: "1", "[1,2]", "true", "\"text\"", "null" for NaN, and
     // "undefined"; "throws NAME: TEXT" when it throws. Runs under the GL lock with the selected instance current.
     std::string eval(const std::string& expression);
-    // Evaluates the rows from the first to the last; what one leaves behind, the next finds.
+    // Evaluates the rows from the first to the last; what one leaves, the next finds.
     void expectValues(std::initializer_list<ScriptRow> rows);
 
     // One frame of the selected instance under the GL lock: uploads `input` (tight rows, host order, at this depth)

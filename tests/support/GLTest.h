@@ -13,7 +13,7 @@
 namespace quillon::test {
 
 // A GL context of the test's own, current and locked from the first line of the test to its last. Fails without GL,
-// and when the test leaves a GL error behind.
+// and when the test leaves a GL error.
 class GLTest : public ::testing::Test {
 protected:
     void SetUp() override;

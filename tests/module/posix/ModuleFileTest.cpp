@@ -61,7 +61,7 @@ TEST(ModuleFile, LoadedByARelativeNameFindsItsPackageFromAnyFolder) {
     EXPECT_EQ(host::HostSession(host::EffectModule(entry, module)).globalSetup().error, 0);
 }
 
-// In a process of its own, since the driver is loaded once a process.
+// In another process, since the driver is loaded once a process.
 TEST(ModuleFileDeathTest, WithoutOpenGLTheStartAnswers512AndWritesNothing) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     const auto run = [&] {

@@ -20,7 +20,7 @@ protected:
         ASSERT_TRUE(image) << reason;
     }
 
-    // What lies at an address of the loaded image.
+    // What is at an address of the loaded image.
     template <class Record>
     const Record* at(DWORD address) const {
         return reinterpret_cast<const Record*>(image + address);

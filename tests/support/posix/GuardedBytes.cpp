@@ -15,7 +15,7 @@ GuardedBytes::GuardedBytes(std::span<const std::byte> bytes) {
     mapping = mmap(nullptr, mappedBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (mapping == MAP_FAILED) throw std::runtime_error("no memory with a guard");
     std::byte* const end = static_cast<std::byte*>(mapping) + readable;
-    if (mprotect(end, page, PROT_NONE) != 0) throw std::runtime_error("no guard behind the memory");
+    if (mprotect(end, page, PROT_NONE) != 0) throw std::runtime_error("no guard after the memory");
     first = end - bytes.size();
     std::copy(bytes.begin(), bytes.end(), first);
 }

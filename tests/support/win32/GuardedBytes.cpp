@@ -15,7 +15,7 @@ GuardedBytes::GuardedBytes(std::span<const std::byte> bytes) {
     if (!mapping) throw std::runtime_error("no memory with a guard");
     std::byte* const end = static_cast<std::byte*>(mapping) + readable;
     DWORD before = 0;
-    if (!VirtualProtect(end, page, PAGE_NOACCESS, &before)) throw std::runtime_error("no guard behind the memory");
+    if (!VirtualProtect(end, page, PAGE_NOACCESS, &before)) throw std::runtime_error("no guard after the memory");
     first = end - bytes.size();
     std::copy(bytes.begin(), bytes.end(), first);
 }
