@@ -11,9 +11,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kKinds[] = {"UNKNOWN", "FLOAT", "POINT", "COLOR",       "LAYER",     "POINT2D", "TEXTURE",
-                                  "PATH",    "BOOL",  "POPUP", "GROUP_START", "GROUP_END", "ANGLE"};
-
 // A float as the shortest text that means it, instead of its neighbors' digits as a double.
 double Short(float number) {
     return std::stod(fmt::format("{}", number));
@@ -130,7 +127,7 @@ Json DescribeControl(const Control& control, const PF_ParamDef& def) {
     json["index"] = control.index;
     json["uniform"] = control.declared.uniformName;
     json["label"] = control.declared.label;
-    json["kind"] = kKinds[control.declared.kind];
+    json["kind"] = ControlKindOf(control.declared.kind).name;
     json["type"] = nullptr;
     json["param_type"] = def.param_type;
     json["name"] = std::string(def.PF_DEF_NAME);

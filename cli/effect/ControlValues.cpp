@@ -99,19 +99,15 @@ bool ParseChoice(const Parameter& control, std::string_view text, ControlValue& 
 }
 
 struct ValueForm {
-    std::uint32_t kind;
+    HostControl control;
     bool (*parse)(const Parameter& control, std::string_view text, ControlValue& value);
-    const char* expected;
 };
 
 constexpr ValueForm kValueForms[] = {
-    {FLOAT, ParseOneNumber, "a number"},
-    {ANGLE, ParseOneNumber, "a number of degrees"},
-    {POINT, ParsePoint, "x,y,z"},
-    {POINT2D, ParsePoint2D, "x,y in pixels"},
-    {COLOR, ParseColor, "red,green,blue[,alpha] from 0 to 1, or #rrggbb[aa]"},
-    {BOOL, ParseSwitch, "true or false"},
-    {POPUP, ParseChoice, "one of the entries, or its number from 1"},
+    {HostControl::floatSlider, ParseOneNumber}, {HostControl::angle, ParseOneNumber},
+    {HostControl::point3D, ParsePoint},         {HostControl::point2D, ParsePoint2D},
+    {HostControl::color, ParseColor},           {HostControl::checkbox, ParseSwitch},
+    {HostControl::popup, ParseChoice},
 };
 
 }  // namespace
@@ -121,13 +117,14 @@ ControlValue ParseControlValue(const Parameter& control, std::string_view text) 
         throw WrongCommandLine(control.uniformName, "is a layer",
                                fmt::format("give it a picture with --layer {}=FILE", control.uniformName));
     }
+    const ControlKind& kind = ControlKindOf(control.kind);
     for (const ValueForm& form : kValueForms) {
-        if (form.kind != control.kind) continue;
+        if (form.control != kind.hostControl) continue;
         ControlValue value;
         if (form.parse(control, text, value)) return value;
         const std::string entries = control.kind == POPUP ? fmt::format(" ({})", control.choices) : "";
         throw WrongCommandLine(control.uniformName, fmt::format("\"{}\" is not a value for it", text),
-                               fmt::format("it takes {}{}", form.expected, entries));
+                               fmt::format("it takes {}{}", kind.toolForm, entries));
     }
     throw WrongCommandLine(control.uniformName, "groups, paths and textures have no value that can be set",
                            "leave it out");

@@ -5,20 +5,20 @@ namespace quillon::cli {
 void SetControl(host::HostInstance& instance, const Control& control, const ControlValue& value,
                 std::uint32_t downsample) {
     const auto& [x, y, z, w] = value.numbers;
-    switch (control.declared.kind) {
-        case FLOAT:
+    switch (ControlKindOf(control.declared.kind).hostControl) {
+        case HostControl::floatSlider:
             return instance.setFloat(control.index, x);
-        case ANGLE:
+        case HostControl::angle:
             return instance.setAngle(control.index, x);
-        case POINT:
+        case HostControl::point3D:
             return instance.setPoint3D(control.index, x, y, z);
-        case POINT2D:
+        case HostControl::point2D:
             return instance.setPoint(control.index, double{x} / downsample, double{y} / downsample);
-        case COLOR:
+        case HostControl::color:
             return instance.setColor(control.index, {.alpha = w, .red = x, .green = y, .blue = z});
-        case BOOL:
+        case HostControl::checkbox:
             return instance.setCheckbox(control.index, value.integer != 0);
-        case POPUP:
+        case HostControl::popup:
             return instance.setPopup(control.index, value.integer);
         default:
             return;  // has no value

@@ -156,25 +156,24 @@ void Shader::applyUniforms() {
         const GLint location = uniform.location;
         const GLfloat floats[] = {uniform.floatAt(0), uniform.floatAt(1), uniform.floatAt(2), uniform.floatAt(3)};
         const GLint integer = uniform.intValue();
-        switch (uniform.kind) {
-            case FLOAT:
-            case ANGLE:
+        switch (ControlKindOf(uniform.kind).uniformType) {
+            case UniformType::float1:
                 glUniform1f(location, floats[0]);
                 break;
-            case POINT:
+            case UniformType::vec3:
                 glUniform3fv(location, 1, floats);
                 break;
-            case COLOR:
+            case UniformType::vec4:
                 glUniform4fv(location, 1, floats);
                 break;
-            case POINT2D:
+            case UniformType::vec2:
                 glUniform2fv(location, 1, floats);
                 break;
-            case BOOL:
-            case POPUP:
+            case UniformType::bool1:
+            case UniformType::int1:
                 glUniform1iv(location, 1, &integer);
                 break;
-            case LAYER: {
+            case UniformType::sampler2D: {
                 glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(nextTextureUnit));
                 glBindTexture(GL_TEXTURE_2D, uniform.wordValue());
                 glUniform1i(location, nextTextureUnit);
@@ -186,7 +185,7 @@ void Shader::applyUniforms() {
                 ++nextTextureUnit;
                 break;
             }
-            default:
+            case UniformType::none:
                 break;
         }
     }

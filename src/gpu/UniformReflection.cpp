@@ -4,7 +4,6 @@
 
 #include <array>
 #include <string_view>
-#include <utility>
 
 #include "gpu/Shader.h"
 
@@ -14,10 +13,12 @@ namespace {
 
 constexpr GLsizei kNameBytes = 128;
 
-constexpr std::pair<GLenum, QL_Type> kKindsOfTypes[] = {
-    {GL_FLOAT, FLOAT},      {GL_FLOAT_VEC2, POINT2D}, {GL_FLOAT_VEC3, POINT}, {GL_FLOAT_VEC4, COLOR},
-    {GL_SAMPLER_2D, LAYER}, {GL_BOOL, BOOL},          {GL_INT, POPUP},
-};
+static_assert(static_cast<GLenum>(UniformType::float1) == GL_FLOAT &&
+              static_cast<GLenum>(UniformType::vec2) == GL_FLOAT_VEC2 &&
+              static_cast<GLenum>(UniformType::vec3) == GL_FLOAT_VEC3 &&
+              static_cast<GLenum>(UniformType::vec4) == GL_FLOAT_VEC4 &&
+              static_cast<GLenum>(UniformType::int1) == GL_INT && static_cast<GLenum>(UniformType::bool1) == GL_BOOL &&
+              static_cast<GLenum>(UniformType::sampler2D) == GL_SAMPLER_2D);
 
 constexpr std::uint32_t kBuiltInFlag = 1;
 
@@ -36,8 +37,9 @@ std::uint32_t Shader::uniformKind(std::uint32_t glType, std::int32_t size) {
         errorText = "Shader parameter arrays are not supported!";
         return UNKNOWN;
     }
-    for (const auto& [type, kind] : kKindsOfTypes)
-        if (type == glType) return kind;
+    for (const ControlKind& kind : kControlKinds)
+        if (kind.uniformType != UniformType::none && static_cast<std::uint32_t>(kind.uniformType) == glType)
+            return kind.number;
     errorText = "Unknown shader parameter!";
     return UNKNOWN;
 }

@@ -5,24 +5,9 @@
 #include <cstring>
 #include <string>
 
-namespace quillon {
+#include "parameter/ControlKinds.h"
 
-// What a Parameter is a value of. The numbers are those of the script's table QL_Type.
-enum QL_Type : std::uint32_t {
-    UNKNOWN = 0,
-    FLOAT = 1,         // one float
-    POINT = 2,         // three floats x, y, z
-    COLOR = 3,         // four floats r, g, b, a
-    LAYER = 4,         // first word: GL name of the layer's texture
-    POINT2D = 5,       // two floats x, y
-    TEXTURE = 6,       // no value; `texture` is what counts
-    PATH = 7,          // no value
-    BOOL = 8,          // one signed 32-bit integer
-    POPUP = 9,         // one signed 32-bit integer
-    GROUP_START = 10,  // no value
-    GROUP_END = 11,    // no value
-    ANGLE = 12,        // one float
-};
+namespace quillon {
 
 // Bits of Parameter::flags. The three scale flags are public to scripts as QL_ParamFlags; the top byte holds the
 // number of decimal places that the host displays.
@@ -50,7 +35,7 @@ public:
     std::uint32_t flags = 0;       // ParameterFlag
     std::int32_t location = 0;     // GL uniform location, in a shader's record only
     bool changed = false;          // whether the last write of a uniform by the script changed it; nothing reads it
-    alignas(4) std::byte value[16] = {};  // by kind, see QL_Type
+    alignas(4) std::byte value[16] = {};  // by kind, see ScriptForm
     float min[4] = {};                    // slider range, first element
     float max[4] = {};
     std::uint32_t texture = 0;  // entity id, for LAYER and TEXTURE

@@ -27,7 +27,7 @@ public:
     // Replaces all copies by those of source, with their values of this moment.
     void CopyFrom(ParametersHolder& source);
 
-    // The record that stands for every missing one. Nothing may be written to it.
+    // The record that lookups give for a missing parameter. Nothing may be written to it.
     static Parameter& Null();
 
 protected:

@@ -7,18 +7,18 @@ namespace quillon {
 
 namespace {
 
-duk_ret_t getTime(duk_context* ctx) {
+duk_ret_t GetTime(duk_context* ctx) {
     return PushNumber(ctx, Context::Instance().CurrentSequence().time);
 }
 
-duk_ret_t release(duk_context* ctx) {
+duk_ret_t Release(duk_context* ctx) {
     constexpr std::uint32_t kLastOrdinal = 0xFFFFFF;
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (id > kLastOrdinal) Context::Instance().Release(id);
     return PushBool(ctx, true);
 }
 
-duk_ret_t setOutputExtent(duk_context* ctx) {
+duk_ret_t SetOutputExtent(duk_context* ctx) {
     const std::uint32_t width = ToUnsigned(ctx, 0);
     const std::uint32_t height = ToUnsigned(ctx, 1);
     Sequence& sequence = Context::Instance().CurrentSequence();
@@ -35,7 +35,7 @@ duk_ret_t GetContextExtent(duk_context* ctx) {
     return PushNumbers(ctx, numbers);
 }
 
-duk_ret_t getInputOrigin(duk_context* ctx) {
+duk_ret_t GetInputOrigin(duk_context* ctx) {
     const Sequence& sequence = Context::Instance().CurrentSequence();
     const double numbers[] = {static_cast<double>(static_cast<std::int32_t>(sequence.originX)),
                               static_cast<double>(static_cast<std::int32_t>(sequence.originY))};
@@ -43,11 +43,11 @@ duk_ret_t getInputOrigin(duk_context* ctx) {
 }
 
 constexpr Native kHostNatives[] = {
-    {"QL_getTime", Guarded<getTime>, 0},
-    {"QL_release", Guarded<release>, 1},
-    {"QL_setOutputExtent", Guarded<setOutputExtent>, 2},
+    {"QL_getTime", Guarded<GetTime>, 0},
+    {"QL_release", Guarded<Release>, 1},
+    {"QL_setOutputExtent", Guarded<SetOutputExtent>, 2},
     {"QL_getContextExtent", Guarded<GetContextExtent>, 0},
-    {"QL_getInputOrigin", Guarded<getInputOrigin>, 0},
+    {"QL_getInputOrigin", Guarded<GetInputOrigin>, 0},
 };
 
 }  // namespace

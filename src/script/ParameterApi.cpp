@@ -17,21 +17,7 @@ Parameter* LiveParameter(std::uint32_t id) {
     return found.id != 0 ? &found : nullptr;
 }
 
-// Floats of a value that scripts see as an array; 0 for the kinds that are none.
-std::size_t ArrayLength(std::uint32_t kind) {
-    switch (kind) {
-        case POINT:
-            return 3;
-        case COLOR:
-            return 4;
-        case POINT2D:
-            return 2;
-        default:
-            return 0;
-    }
-}
-
-duk_ret_t initParam(duk_context* ctx) {
+duk_ret_t InitParam(duk_context* ctx) {
     const duk_idx_t count = duk_get_top(ctx);
     if (count < 2) return PushNumber(ctx, 0);
     const char* name = duk_to_string(ctx, 0);
@@ -48,80 +34,72 @@ duk_ret_t initParam(duk_context* ctx) {
     return PushNumber(ctx, id);
 }
 
-duk_ret_t getParamValue(duk_context* ctx) {
+duk_ret_t GetParamValue(duk_context* ctx) {
     const Parameter* parameter = LiveParameter(ToUnsigned(ctx, 0));
     if (!parameter) return PushBool(ctx, false);
-    switch (parameter->kind) {
-        case FLOAT:
-        case ANGLE:
+    const ControlKind& kind = ControlKindOf(parameter->kind);
+    switch (kind.scriptForm) {
+        case ScriptForm::number:
             return PushNumber(ctx, parameter->floatAt(0));
-        case POINT:
-        case COLOR:
-        case POINT2D: {
-            double numbers[4];
-            const std::size_t length = ArrayLength(parameter->kind);
-            for (std::size_t i = 0; i < length; ++i) numbers[i] = parameter->floatAt(static_cast<int>(i));
-            return PushNumbers(ctx, {numbers, length});
+        case ScriptForm::elements:
+        case ScriptForm::tuple: {
+            double numbers[kMostFloats];
+            for (std::size_t i = 0; i < kind.floats; ++i) numbers[i] = parameter->floatAt(static_cast<int>(i));
+            return PushNumbers(ctx, {numbers, kind.floats});
         }
-        case LAYER:
-        case TEXTURE:
+        case ScriptForm::entity:
             return PushNumber(ctx, parameter->texture);
-        case BOOL:
-        case POPUP:
+        case ScriptForm::integer:
             return PushNumber(ctx, parameter->intValue());
-        default:
-            return 1;  // nothing is pushed: the script gets the coerced id back
+        case ScriptForm::none:
+            break;
     }
+    return 1;  // nothing is pushed: the script receives the coerced id
 }
 
-duk_ret_t setParamValue(duk_context* ctx) {
+duk_ret_t SetParamValue(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     const Parameter* found = LiveParameter(id);
     if (!found) return PushBool(ctx, false);
-    const std::uint32_t kind = found->kind;
-    switch (kind) {
-        case FLOAT:
-        case ANGLE: {
+    const ControlKind& kind = ControlKindOf(found->kind);
+    switch (kind.scriptForm) {
+        case ScriptForm::number: {
             const float number = ToFloat(ctx, 1);
             if (Parameter* parameter = LiveParameter(id)) parameter->setFloatAt(0, number);
             break;
         }
-        case POINT:
-        case POINT2D:
-            // Element by element: what came before an element that throws stands.
+        case ScriptForm::elements:
             if (!duk_is_array(ctx, 1)) break;
-            for (std::size_t i = 0; i < ArrayLength(kind); ++i) {
+            for (std::size_t i = 0; i < kind.floats; ++i) {
                 const float number = ElementToFloat(ctx, 1, static_cast<duk_uarridx_t>(i));
                 if (Parameter* parameter = LiveParameter(id)) parameter->setFloatAt(static_cast<int>(i), number);
             }
             break;
-        case COLOR: {
+        case ScriptForm::tuple: {
             if (!duk_is_array(ctx, 1)) break;
-            float numbers[4];
-            ElementsToFloats(ctx, 1, numbers);
+            float numbers[kMostFloats];
+            ElementsToFloats(ctx, 1, {numbers, kind.floats});
             if (Parameter* parameter = LiveParameter(id))
-                for (int i = 0; i < 4; ++i) parameter->setFloatAt(i, numbers[i]);
+                for (std::size_t i = 0; i < kind.floats; ++i) parameter->setFloatAt(static_cast<int>(i), numbers[i]);
             break;
         }
-        case LAYER:
-        case TEXTURE: {
+        case ScriptForm::entity: {
             const std::uint32_t texture = ToUnsigned(ctx, 1);
             if (Parameter* parameter = LiveParameter(id)) parameter->texture = texture;
             break;
         }
-        case BOOL:
-        case POPUP: {
+        case ScriptForm::integer: {
             const std::int32_t number = duk_to_int(ctx, 1);
             if (Parameter* parameter = LiveParameter(id)) parameter->setIntValue(number);
             break;
         }
-        default:
+        case ScriptForm::none:
             break;
     }
     return PushBool(ctx, true);
 }
 
-duk_ret_t setParamMinMax(duk_context* ctx) {
+duk_ret_t SetParamMinMax(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     const Parameter* found = LiveParameter(id);
     if (!found) return PushBool(ctx, false);
@@ -136,7 +114,7 @@ duk_ret_t setParamMinMax(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-duk_ret_t setParamChoices(duk_context* ctx) {
+duk_ret_t SetParamChoices(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (!LiveParameter(id)) return PushBool(ctx, false);
     duk_size_t length = 0;
@@ -144,7 +122,7 @@ duk_ret_t setParamChoices(duk_context* ctx) {
     const char* text = duk_get_lstring(ctx, 1, &length);
     if (Parameter* parameter = LiveParameter(id)) {
         parameter->choices = text;
-        // A popup needs two entries: one without a separator counts as none.
+        // A popup needs two entries: a text without a separator counts as no entry.
         const auto separators = std::count(parameter->choices.begin(), parameter->choices.end(), '|');
         parameter->choiceCount = separators == 0 ? 0 : static_cast<std::uint32_t>(separators + 1);
     }
@@ -161,7 +139,7 @@ duk_ret_t SetParamPrecision(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-duk_ret_t setParamEnabled(duk_context* ctx) {
+duk_ret_t SetParamEnabled(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (!LiveParameter(id)) return PushBool(ctx, false);
     const bool enabled = duk_to_int(ctx, 1) != 0;
@@ -174,7 +152,7 @@ duk_ret_t setParamEnabled(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-duk_ret_t setParamFlags(duk_context* ctx) {
+duk_ret_t SetParamFlags(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     const std::uint32_t flags = duk_to_uint32(ctx, 1);
     Parameter* parameter = LiveParameter(id);
@@ -182,18 +160,18 @@ duk_ret_t setParamFlags(duk_context* ctx) {
     return PushBool(ctx, parameter != nullptr);
 }
 
-duk_ret_t getParamFlags(duk_context* ctx) {
+duk_ret_t GetParamFlags(duk_context* ctx) {
     const Parameter* parameter = LiveParameter(ToUnsigned(ctx, 0));
     if (!parameter) return PushBool(ctx, false);
     return PushNumber(ctx, static_cast<std::int32_t>(parameter->flags));
 }
 
 constexpr Native kParameterNatives[] = {
-    {"QL_initParam", Guarded<initParam>, DUK_VARARGS},   {"QL_getParamValue", Guarded<getParamValue>, 1},
-    {"QL_setParamValue", Guarded<setParamValue>, 2},     {"QL_setParamMinMax", Guarded<setParamMinMax>, 3},
-    {"QL_setParamChoices", Guarded<setParamChoices>, 2}, {"QL_setParamPrecision", Guarded<SetParamPrecision>, 2},
-    {"QL_setParamEnabled", Guarded<setParamEnabled>, 2}, {"QL_setParamFlags", Guarded<setParamFlags>, 2},
-    {"QL_getParamFlags", Guarded<getParamFlags>, 1},
+    {"QL_initParam", Guarded<InitParam>, DUK_VARARGS},   {"QL_getParamValue", Guarded<GetParamValue>, 1},
+    {"QL_setParamValue", Guarded<SetParamValue>, 2},     {"QL_setParamMinMax", Guarded<SetParamMinMax>, 3},
+    {"QL_setParamChoices", Guarded<SetParamChoices>, 2}, {"QL_setParamPrecision", Guarded<SetParamPrecision>, 2},
+    {"QL_setParamEnabled", Guarded<SetParamEnabled>, 2}, {"QL_setParamFlags", Guarded<SetParamFlags>, 2},
+    {"QL_getParamFlags", Guarded<GetParamFlags>, 1},
 };
 
 }  // namespace

@@ -1,12 +1,13 @@
 #include "script/Prelude.h"
 
+#include "parameter/ControlKinds.h"
+
 namespace quillon {
 
-// CLAMP and REPEAT have values of their own here, not those of GL's headers; scripts see them as they stand.
-constexpr std::string_view kPrelude = R"js(
+namespace {
 
-var QL_Type = { UNKNOWN: 0, FLOAT: 1, POINT: 2, COLOR: 3, LAYER: 4, POINT2D: 5, TEXTURE: 6, PATH: 7, BOOL: 8, POPUP: 9, GROUP_START: 10, GROUP_END: 11, ANGLE: 12 };
-
+// CLAMP and REPEAT have other values here than in GL's headers. Scripts rely on these.
+constexpr const char* kOtherTables = R"js(
 var QL_GL = {
     RED: 0x1903,
     GREEN: 0x1904,
@@ -47,5 +48,17 @@ var QL_ParamFlags = {
 };
 
 )js";
+
+}  // namespace
+
+std::string Prelude() {
+    std::string text = "\n\nvar QL_Type = { ";
+    const char* separator = "";
+    for (const ControlKind& kind : kControlKinds) {
+        text.append(separator).append(kind.name).append(": ").append(std::to_string(kind.number));
+        separator = ", ";
+    }
+    return text.append(" };\n").append(kOtherTables);
+}
 
 }  // namespace quillon

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 
 namespace quillon {
 
-// The tables that a script finds as global variables: QL_Type, QL_GL and QL_ParamFlags. It begins and ends with two
-// line feeds.
+// The tables that a script finds as global variables: QL_Type, QL_GL and QL_ParamFlags. The text begins and ends with
+// two line feeds.
 //
-// The prelude is a part of the text that is searched for the names of optional entry points, and rewritten. So it
-// holds none of those names and none of the shorthands, not even in a comment.
-extern const std::string_view kPrelude;
+// The prepared program, prelude included, is searched for the names of optional entry points, and rewritten. So the
+// prelude holds none of those names and none of the shorthands, not even in a comment.
+std::string Prelude();
 
 }  // namespace quillon

@@ -7,14 +7,14 @@ namespace quillon {
 
 namespace {
 
-duk_ret_t initRenderTarget(duk_context* ctx) {
+duk_ret_t InitRenderTarget(duk_context* ctx) {
     const std::uint32_t width = ToUnsigned(ctx, 0);
     const std::uint32_t height = ToUnsigned(ctx, 1);
     const std::uint32_t bits = ToUnsigned(ctx, 2);
     return PushNumber(ctx, Context::Instance().NewRenderTarget(width, height, bits));
 }
 
-duk_ret_t blitRenderTarget(duk_context* ctx) {
+duk_ret_t BlitRenderTarget(duk_context* ctx) {
     const std::uint32_t source = ToUnsigned(ctx, 0);
     const std::uint32_t destination = ToUnsigned(ctx, 1);
     const bool flip = duk_to_boolean(ctx, 2) != 0;
@@ -28,7 +28,7 @@ duk_ret_t blitRenderTarget(duk_context* ctx) {
 }
 
 // In spite of its name it serves targets and textures, not surfaces.
-duk_ret_t getSurfaceDim(duk_context* ctx) {
+duk_ret_t GetSurfaceDim(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     const Texture* texture = nullptr;
     if (IsIdOf<RenderTarget>(id)) {
@@ -43,7 +43,7 @@ duk_ret_t getSurfaceDim(duk_context* ctx) {
     return PushNumbers(ctx, numbers);
 }
 
-duk_ret_t getSequenceRT(duk_context* ctx) {
+duk_ret_t GetSequenceRT(duk_context* ctx) {
     return PushNumber(ctx, Context::Instance().CurrentSequence().renderTarget);
 }
 
@@ -52,8 +52,8 @@ duk_ret_t GetSequenceTexture(duk_context* ctx) {
 }
 
 constexpr Native kRenderTargetNatives[] = {
-    {"QL_initRenderTarget", Guarded<initRenderTarget>, 3},     {"QL_blitRenderTarget", Guarded<blitRenderTarget>, 4},
-    {"QL_getSurfaceDim", Guarded<getSurfaceDim>, 1},           {"QL_getSequenceRT", Guarded<getSequenceRT>, 0},
+    {"QL_initRenderTarget", Guarded<InitRenderTarget>, 3},     {"QL_blitRenderTarget", Guarded<BlitRenderTarget>, 4},
+    {"QL_getSurfaceDim", Guarded<GetSurfaceDim>, 1},           {"QL_getSequenceRT", Guarded<GetSequenceRT>, 0},
     {"QL_getSequenceTexture", Guarded<GetSequenceTexture>, 0},
 };
 

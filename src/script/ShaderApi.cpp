@@ -22,7 +22,8 @@ Shader* BuiltShader(std::uint32_t id) {
     return shader.isBuilt() ? &shader : nullptr;
 }
 
-// The record that a write to this uniform goes to; null when there is none, or when the kept index has outlived it.
+// The record that a write to this uniform goes to; null when there is no such uniform, or when the cached index is out
+// of date.
 Parameter* UniformToWrite(std::uint32_t shaderId, const char* name) {
     Shader* shader = BuiltShader(shaderId);
     if (!shader) return nullptr;
@@ -37,7 +38,7 @@ std::uint32_t GlTextureOf(std::uint32_t id) {
     return hasTexture ? TextureOfId(id).textureName.get() : 0;
 }
 
-duk_ret_t initShader(duk_context* ctx) {
+duk_ret_t InitShader(duk_context* ctx) {
     const duk_idx_t count = duk_get_top(ctx);
     if (count == 0) return PushNumber(ctx, 0);
     const char* name = duk_to_string(ctx, 0);
@@ -47,7 +48,7 @@ duk_ret_t initShader(duk_context* ctx) {
     return PushNumber(ctx, Context::Instance().NewShader(name, source));
 }
 
-duk_ret_t setShaderParam(duk_context* ctx) {
+duk_ret_t SetShaderParam(duk_context* ctx) {
     const std::uint32_t shaderId = ToUnsigned(ctx, 0);
     const std::uint32_t parameterId = ToUnsigned(ctx, 1);
     if (!IsIdOf<Shader>(shaderId) || !IsIdOf<Parameter>(parameterId)) return PushBool(ctx, false);
@@ -65,7 +66,7 @@ duk_ret_t GetShaderParamType(duk_context* ctx) {
     return PushNumber(ctx, shader ? shader->parameterByName(name).kind : 0);
 }
 
-duk_ret_t renderShader(duk_context* ctx) {
+duk_ret_t RenderShader(duk_context* ctx) {
     const std::uint32_t shaderId = ToUnsigned(ctx, 0);
     const std::uint32_t targetId = ToUnsigned(ctx, 1);
     const bool flip = duk_to_boolean(ctx, 2) != 0;
@@ -86,7 +87,7 @@ duk_ret_t renderShader(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-// Compares and stores the floats of a uniform, all or none of them.
+// Compares the floats of a uniform, and stores all of them when one differs.
 void WriteFloats(Parameter* uniform, std::span<const float> numbers) {
     if (!uniform) return;
     uniform->changed = false;
@@ -102,54 +103,44 @@ void WriteWord(Parameter* uniform, std::uint32_t word) {
     if (uniform->changed) uniform->setWordValue(word);
 }
 
-duk_ret_t setShaderParamVal(duk_context* ctx) {
+duk_ret_t SetShaderParamVal(duk_context* ctx) {
     const std::uint32_t shaderId = ToUnsigned(ctx, 0);
     const char* name = duk_to_string(ctx, 1);
     Shader* shader = BuiltShader(shaderId);
     if (!shader) return PushBool(ctx, false);
-    const auto writeArray = [&](std::size_t length) {
-        if (!duk_is_array(ctx, 2) || duk_get_length(ctx, 2) != length) return;
-        float numbers[4];
-        ElementsToFloats(ctx, 2, {numbers, length});
-        WriteFloats(UniformToWrite(shaderId, name), {numbers, length});
-    };
-    switch (shader->parameterByName(name).kind) {
-        case FLOAT:
-        case ANGLE: {
+    const ControlKind& kind = ControlKindOf(shader->parameterByName(name).kind);
+    switch (kind.scriptForm) {
+        case ScriptForm::number: {
             const float number = ToFloat(ctx, 2);
             if (number != static_cast<float>(kNoValue)) WriteFloats(UniformToWrite(shaderId, name), {&number, 1});
             break;
         }
-        case POINT:
-            writeArray(3);
-            break;
-        case COLOR:
-            writeArray(4);
-            break;
-        case POINT2D:
-            writeArray(2);
-            break;
-        case LAYER: {
-            const std::uint32_t id = ToUnsigned(ctx, 2);
-            WriteWord(UniformToWrite(shaderId, name), GlTextureOf(id));
+        case ScriptForm::elements:
+        case ScriptForm::tuple: {
+            if (!duk_is_array(ctx, 2) || duk_get_length(ctx, 2) != kind.floats) break;
+            float numbers[kMostFloats];
+            ElementsToFloats(ctx, 2, {numbers, kind.floats});
+            WriteFloats(UniformToWrite(shaderId, name), {numbers, kind.floats});
             break;
         }
-        case TEXTURE:
-            duk_to_int(ctx, 2);
-            break;  // looked at, and stored nowhere
-        case BOOL:
-        case POPUP: {
+        case ScriptForm::entity: {
+            const std::uint32_t id = ToUnsigned(ctx, 2);
+            const bool isSent = kind.uniformType != UniformType::none;
+            if (isSent) WriteWord(UniformToWrite(shaderId, name), GlTextureOf(id));
+            break;
+        }
+        case ScriptForm::integer: {
             const std::int32_t number = TruncateToInt32(duk_to_number(ctx, 2));
             if (number != kNoValue) WriteWord(UniformToWrite(shaderId, name), static_cast<std::uint32_t>(number));
             break;
         }
-        default:
+        case ScriptForm::none:
             break;
     }
     return PushBool(ctx, true);
 }
 
-duk_ret_t getShaderError(duk_context* ctx) {
+duk_ret_t GetShaderError(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (!IsIdOf<Shader>(id)) {
         duk_push_string(ctx, "Id is not a shader!");
@@ -165,9 +156,9 @@ duk_ret_t getShaderError(duk_context* ctx) {
 }
 
 constexpr Native kShaderNatives[] = {
-    {"QL_initShader", Guarded<initShader>, DUK_VARARGS},       {"QL_setShaderParam", Guarded<setShaderParam>, 2},
-    {"QL_getShaderParamType", Guarded<GetShaderParamType>, 2}, {"QL_renderShader", Guarded<renderShader>, 4},
-    {"QL_setShaderParamVal", Guarded<setShaderParamVal>, 3},   {"QL_getShaderError", Guarded<getShaderError>, 1},
+    {"QL_initShader", Guarded<InitShader>, DUK_VARARGS},       {"QL_setShaderParam", Guarded<SetShaderParam>, 2},
+    {"QL_getShaderParamType", Guarded<GetShaderParamType>, 2}, {"QL_renderShader", Guarded<RenderShader>, 4},
+    {"QL_setShaderParamVal", Guarded<SetShaderParamVal>, 3},   {"QL_getShaderError", Guarded<GetShaderError>, 1},
 };
 
 }  // namespace

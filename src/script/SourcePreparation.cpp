@@ -9,7 +9,7 @@ namespace quillon {
 
 namespace {
 
-// An entry point that a program may leave out, and what stands in for it. Any mention of the name counts as having
+// An entry point that a program may leave out, and its default. Any mention of the name counts as having
 // it, also one in a comment.
 struct OptionalEntry {
     std::string_view name;
@@ -26,7 +26,7 @@ void ReplaceFirst(std::string& text, std::string_view word, std::string_view rep
     if (hit != std::string::npos) text.replace(hit, word.size(), replacement);
 }
 
-// The word must not be able to arise from a replacement and what stands around it.
+// A replacement and the text around it must not be able to form the word again.
 void ReplaceAll(std::string& text, std::string_view word, std::string_view replacement) {
     std::string replaced;
     std::size_t copied = 0;
@@ -41,11 +41,11 @@ void ReplaceAll(std::string& text, std::string_view word, std::string_view repla
 }  // namespace
 
 std::string PrepareScriptSource(const std::string& script) {
-    std::string text;
-    text.append(kPrelude).append(script).append("\nsetup();\n");
+    std::string text = Prelude();
+    text.append(script).append("\nsetup();\n");
     ReplaceFirst(text, "import Q;", " ");
     ReplaceAll(text, "Q.L.", "QL_");
-    // Behind the call of setup() and still in time for it: functions of a text exist before its first line runs.
+    // After the call of setup(), and still in time for it: all functions of a text exist before its first line runs.
     for (const OptionalEntry& entry : kOptionalEntries) {
         if (text.find(entry.name) == std::string::npos) text.append(entry.definition);
     }
@@ -53,7 +53,8 @@ std::string PrepareScriptSource(const std::string& script) {
 }
 
 std::size_t PreludeLineCount() {
-    return static_cast<std::size_t>(std::count(kPrelude.begin(), kPrelude.end(), '\n'));
+    const std::string prelude = Prelude();
+    return static_cast<std::size_t>(std::count(prelude.begin(), prelude.end(), '\n'));
 }
 
 }  // namespace quillon

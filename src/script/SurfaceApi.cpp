@@ -8,7 +8,7 @@ namespace quillon {
 
 namespace {
 
-duk_ret_t initSurface(duk_context* ctx) {
+duk_ret_t InitSurface(duk_context* ctx) {
     // Without three arguments the coercion of a missing one raises an error, before anything is made.
     const std::uint32_t width = ToUnsigned(ctx, 0);
     const std::uint32_t height = ToUnsigned(ctx, 1);
@@ -20,7 +20,7 @@ duk_ret_t initSurface(duk_context* ctx) {
 void ReadBack(RenderTarget& target, Surface& surface) {
     surface.rowBytes = (std::uint64_t{target.bitDepth} * target.width * 4) >> 3;
     if (!target.isUsable()) return;
-    // Also when there is no memory for the pixels: a buffer left mapped gives no picture to those who come after.
+    // Also when there is no memory for the pixels: while a buffer is mapped, no other picture can be read back.
     const struct Unmapping {
         ~Unmapping() { RenderTarget::unmapPixels(); }
     } atTheEnd;
@@ -30,7 +30,7 @@ void ReadBack(RenderTarget& target, Surface& surface) {
     }
 }
 
-duk_ret_t textureToSurface(duk_context* ctx) {
+duk_ret_t TextureToSurface(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (id == 0) return PushNumber(ctx, 0);
     Context& context = Context::Instance();
@@ -49,7 +49,7 @@ duk_ret_t textureToSurface(duk_context* ctx) {
     return PushNumber(ctx, surfaceId);
 }
 
-duk_ret_t surfaceToTexture(duk_context* ctx) {
+duk_ret_t SurfaceToTexture(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);
     Context& context = Context::Instance();
@@ -59,7 +59,7 @@ duk_ret_t surfaceToTexture(duk_context* ctx) {
 }
 
 // The arguments' order is the script's own.
-duk_ret_t surfaceQuantize(duk_context* ctx) {
+duk_ret_t SurfaceQuantize(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     if (!IsIdOf<Surface>(id)) return PushBool(ctx, false);  // before the script's own conversions run
     const bool grayscale = duk_to_boolean(ctx, 1) != 0;
@@ -73,7 +73,7 @@ duk_ret_t surfaceQuantize(duk_context* ctx) {
     return PushBool(ctx, true);
 }
 
-duk_ret_t surfaceCopyTo(duk_context* ctx) {
+duk_ret_t SurfaceCopyTo(duk_context* ctx) {
     const std::uint32_t id = ToUnsigned(ctx, 0);
     const std::uint32_t targetId = ToUnsigned(ctx, 1);
     const bool flip = duk_to_boolean(ctx, 2) != 0;
@@ -93,9 +93,9 @@ duk_ret_t surfaceCopyTo(duk_context* ctx) {
 }
 
 constexpr Native kSurfaceNatives[] = {
-    {"QL_initSurface", Guarded<initSurface>, DUK_VARARGS}, {"QL_textureToSurface", Guarded<textureToSurface>, 1},
-    {"QL_surfaceToTexture", Guarded<surfaceToTexture>, 1}, {"QL_surfaceQuantize", Guarded<surfaceQuantize>, 6},
-    {"QL_surfaceCopyTo", Guarded<surfaceCopyTo>, 3},
+    {"QL_initSurface", Guarded<InitSurface>, DUK_VARARGS}, {"QL_textureToSurface", Guarded<TextureToSurface>, 1},
+    {"QL_surfaceToTexture", Guarded<SurfaceToTexture>, 1}, {"QL_surfaceQuantize", Guarded<SurfaceQuantize>, 6},
+    {"QL_surfaceCopyTo", Guarded<SurfaceCopyTo>, 3},
 };
 
 }  // namespace

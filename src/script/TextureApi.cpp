@@ -14,7 +14,7 @@ Texture& TextureOfId(std::uint32_t id) {
 
 namespace {
 
-duk_ret_t initTexture(duk_context* ctx) {
+duk_ret_t InitTexture(duk_context* ctx) {
     const duk_idx_t count = duk_get_top(ctx);
     if (count == 0) return PushNumber(ctx, 0);
     const char* file = duk_to_string(ctx, 0);
@@ -34,7 +34,7 @@ duk_ret_t SetTextureParam(duk_context* ctx) {
 }
 
 constexpr Native kTextureNatives[] = {
-    {"QL_initTexture", Guarded<initTexture>, DUK_VARARGS},
+    {"QL_initTexture", Guarded<InitTexture>, DUK_VARARGS},
     {"QL_setTextureParam", Guarded<SetTextureParam>, 3},
 };
 

@@ -5,6 +5,8 @@
 #include <map>
 #include <vector>
 
+#include "parameter/ControlKinds.h"
+
 namespace quillon {
 
 // How the script's order of controls relates to the host's: one for the process, as the list is the same for all
@@ -12,8 +14,9 @@ namespace quillon {
 struct ParameterMaps {
     std::map<std::uint32_t, std::uint32_t> hostIndexOfParam;  // by declaration index; written at the registration
     std::map<std::uint32_t, std::uint32_t> paramOfHostIndex;  // filled by refreshParamUI, and no value passes before
-    std::array<std::uint32_t, 13> firstIndexOfKind{};         // host index of the first control of each kind
-    std::vector<std::uint32_t> customUiIndices;               // host indices with a color wheel; nothing adds to it
+    std::array<std::uint32_t, std::size(kControlKinds)>
+        firstIndexOfKind{};                      // host index of the first control of each kind
+    std::vector<std::uint32_t> customUiIndices;  // host indices with a color wheel; nothing adds to it
 
     static ParameterMaps& instance() {
         static ParameterMaps maps;

@@ -93,7 +93,7 @@ void FillAngle(PF_ParamDef& def, const Parameter& parameter) {
 void FillNothing(PF_ParamDef&, const Parameter&) {}
 
 struct ControlType {
-    std::uint32_t kind;
+    HostControl control;
     A_long type;
     A_long flags;
     A_long idOffset;  // from the host index to uu.id
@@ -102,19 +102,19 @@ struct ControlType {
     bool keepsFirstIndex = true;
 };
 
-constexpr ControlType kHostKinds[] = {
-    {FLOAT, PF_Param_FLOAT_SLIDER, kSupervisedCollapsed, 2, FillFloat},
-    {POINT, PF_Param_POINT_3D, 0, 2, FillPoint},
-    {COLOR, PF_Param_COLOR, kSupervisedCollapsed, 2, FillColor},
-    {LAYER, PF_Param_LAYER, kSupervised, 2, FillNothing},
-    {POINT2D, PF_Param_POINT, kSupervisedCollapsed, 2, FillPoint2D},
-    {TEXTURE, PF_Param_POPUP, kSupervised, 2, FillTexturePopup},
-    {PATH, PF_Param_PATH, kSupervised, 0, FillNothing},
-    {BOOL, PF_Param_CHECKBOX, kSupervised, 2, FillBool},
-    {POPUP, PF_Param_POPUP, kSupervised, 2, FillChosenPopup},
-    {GROUP_START, PF_Param_GROUP_START, 0, 2, FillNothing, true, false},
-    {GROUP_END, PF_Param_GROUP_END, 0, 2, FillNothing, false, false},
-    {ANGLE, PF_Param_ANGLE, kSupervisedCollapsed, 2, FillAngle},
+constexpr ControlType kControlTypes[] = {
+    {HostControl::floatSlider, PF_Param_FLOAT_SLIDER, kSupervisedCollapsed, 2, FillFloat},
+    {HostControl::point3D, PF_Param_POINT_3D, 0, 2, FillPoint},
+    {HostControl::color, PF_Param_COLOR, kSupervisedCollapsed, 2, FillColor},
+    {HostControl::layer, PF_Param_LAYER, kSupervised, 2, FillNothing},
+    {HostControl::point2D, PF_Param_POINT, kSupervisedCollapsed, 2, FillPoint2D},
+    {HostControl::texturePopup, PF_Param_POPUP, kSupervised, 2, FillTexturePopup},
+    {HostControl::path, PF_Param_PATH, kSupervised, 0, FillNothing},
+    {HostControl::checkbox, PF_Param_CHECKBOX, kSupervised, 2, FillBool},
+    {HostControl::popup, PF_Param_POPUP, kSupervised, 2, FillChosenPopup},
+    {HostControl::groupStart, PF_Param_GROUP_START, 0, 2, FillNothing, true, false},
+    {HostControl::groupEnd, PF_Param_GROUP_END, 0, 2, FillNothing, false, false},
+    {HostControl::angle, PF_Param_ANGLE, kSupervisedCollapsed, 2, FillAngle},
 };
 
 PF_Err AddParameter(PF_InData& in, const ControlType& row, const Parameter& parameter, A_long hostIndex) {
@@ -128,7 +128,7 @@ PF_Err AddParameter(PF_InData& in, const ControlType& row, const Parameter& para
         in.utils->ansi.strcpy(def.PF_DEF_NAME, label.c_str());
     }
     const PF_Err error = in.inter.add_param(in.effect_ref, -1, &def);
-    return row.kind == PATH ? PF_Err{PF_Err_NONE} : error;
+    return row.control == HostControl::path ? PF_Err{PF_Err_NONE} : error;
 }
 
 // The Effect Controls panel shows a button for options, which this effect has none of.
@@ -157,12 +157,13 @@ PF_Err registerParameters(PF_InData& in, PF_OutData& out) {
         const Parameter& parameter = parameters[i];
         if (parameter.flags & ParameterFlag::hidden) continue;
         const auto hostIndex = static_cast<std::uint32_t>(out.num_params);
-        const auto row = std::find_if(std::begin(kHostKinds), std::end(kHostKinds),
-                                      [&](const ControlType& known) { return known.kind == parameter.kind; });
+        const ControlKind& kind = ControlKindOf(parameter.kind);
+        const auto row = std::find_if(std::begin(kControlTypes), std::end(kControlTypes),
+                                      [&](const ControlType& known) { return known.control == kind.hostControl; });
         // A kind that the host has nothing for adds nothing, and takes a host index all the same.
-        if (row != std::end(kHostKinds)) {
-            if (row->keepsFirstIndex && maps.firstIndexOfKind[row->kind] == 0)
-                maps.firstIndexOfKind[row->kind] = hostIndex;
+        if (row != std::end(kControlTypes)) {
+            if (row->keepsFirstIndex && maps.firstIndexOfKind[kind.number] == 0)
+                maps.firstIndexOfKind[kind.number] = hostIndex;
             const PF_Err error = AddParameter(in, *row, parameter, out.num_params);
             if (error != PF_Err_NONE) return error;
         }
