@@ -1,8 +1,8 @@
-// Measures, at 1920 by 1080 on one thread, each beside the plain implementation that the tests know and beside a
+// Measures, at 1920 by 1080 on one thread, each beside the plain reference and beside a
 // memory copy of the same picture, in the same run:
 //
 //   quantize/BITS/mode MODE/dither DITHER   SurfaceQuantize
-//   palette/COLORS                         building the adaptive palette alone, 8 bits
+//   palette/COLORS                         only building the adaptive palette, 8 bits
 //   growth/...                              times as multiples of each other: pixels, and palette entries
 //   memory/mode MODE, SIZE                  the most bytes that are allocated at once, at any depth and dither
 //
@@ -24,7 +24,7 @@
 #include "imagelib/AdaptivePalette.h"
 #include "imagelib/Quantize.h"
 #include "imagelib/Surface.h"
-#include "support/PlainQuantize.h"
+#include "reference/PlainQuantize.h"
 
 namespace quillon::bench {
 
@@ -89,7 +89,7 @@ Bytes MakePicture(std::uint32_t width, std::uint32_t height, std::uint32_t bits)
 }
 
 // One quantize of a copy of the picture; the result stays in `surface`.
-double Measure(Surface& surface, const Bytes& picture, const test::PlainQuantize& s, int rounds) {
+double Measure(Surface& surface, const Bytes& picture, const reference::PlainQuantize& s, int rounds) {
     double best = std::numeric_limits<double>::max();
     for (int round = 0; round < rounds; ++round) {
         surface.init(s.width, s.height, s.bitDepth, true);
@@ -110,7 +110,7 @@ bool Compare(std::uint32_t bits) {
     bool equal = true;
     for (const Aims& aims : kAims)
         for (std::size_t way = 0; way < std::size(kWays); ++way) {
-            const test::PlainQuantize settings{
+            const reference::PlainQuantize settings{
                 1920, 1080, bits, aims.mode, kWays[way].dither, 0.5f, false, kWays[way].serpentine};
             const std::string name = "quantize/" + std::to_string(bits) + "/mode " + std::to_string(aims.mode) +
                                      "/dither " + kWays[way].name;
@@ -153,7 +153,7 @@ bool ComparePalettes() {
             time = std::min(time, Milliseconds([&] {
                                 palette = ImageLib::AdaptivePalette(ImageLib::Picture(view, false), colors);
                             }));
-            plain = std::min(plain, Milliseconds([&] { expected = test::PlainAdaptivePalette(image, colors); }));
+            plain = std::min(plain, Milliseconds([&] { expected = reference::PlainAdaptivePalette(image, colors); }));
         }
         std::printf("palette/%u: %.1f ms, %.1f times the plain one (aim 4)%s\n", colors, time, plain / time,
                     plain / time < 4 ? " BELOW" : "");
@@ -183,7 +183,7 @@ bool MeasureMemory(std::int32_t mode, std::uint32_t size) {
     double most = 0;
     double aim = pixels * 16 + 65536;
     if (mode >= 2 && mode <= 7) {
-        const test::PlainQuantize settings{size, size, 8, mode, 1, 0.5f, false, false};
+        const reference::PlainQuantize settings{size, size, 8, mode, 1, 0.5f, false, false};
         Bytes picture = MakePicture(size, size, 8);
         const HeapUse plain;
         settings.run(picture.data());

@@ -8,8 +8,8 @@
 #include <random>
 
 #include "imagelib/Surface.h"
+#include "reference/PlainQuantize.h"
 #include "support/EndOfProcess.h"
-#include "support/PlainQuantize.h"
 
 namespace quillon::test {
 namespace {
@@ -74,7 +74,7 @@ Bytes MakePicture(Kind kind, Extent size, std::uint32_t bits) {
 }
 
 // Rows are 3 bytes further apart than they need to be, so nothing is aligned.
-Bytes Quantized(const PlainQuantize& settings, const Bytes& input) {
+Bytes Quantized(const reference::PlainQuantize& settings, const Bytes& input) {
     if (input.empty()) {
         Surface surface;
         surface.init(settings.width, settings.height, settings.bitDepth, true);
@@ -100,7 +100,7 @@ Bytes Quantized(const PlainQuantize& settings, const Bytes& input) {
 }
 
 // False, with a failure, when the two differ.
-bool EqualsThePlainRules(const PlainQuantize& settings, Kind kind) {
+bool EqualsThePlainRules(const reference::PlainQuantize& settings, Kind kind) {
     const Bytes input = MakePicture(kind, {settings.width, settings.height}, settings.bitDepth);
     Bytes expected = input;
     settings.run(expected.data());
@@ -191,7 +191,7 @@ Bytes Grays(std::initializer_list<int> values) {
 TEST(Quantize, GivesWhatIsWorkedOutByHand) {
     struct Case {
         const char* name;
-        PlainQuantize settings;
+        reference::PlainQuantize settings;
         Bytes input;
         Bytes expected;
     };

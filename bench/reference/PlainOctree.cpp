@@ -1,8 +1,8 @@
 #include <deque>
 
-#include "support/PlainQuantize.h"
+#include "reference/PlainQuantize.h"
 
-namespace quillon::test {
+namespace quillon::reference {
 
 namespace {
 
@@ -127,4 +127,4 @@ std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pi
     return palette;
 }
 
-}  // namespace quillon::test
+}  // namespace quillon::reference

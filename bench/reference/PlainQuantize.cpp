@@ -1,10 +1,10 @@
-#include "support/PlainQuantize.h"
+#include "reference/PlainQuantize.h"
 
 #include <cstring>
 #include <sstream>
 #include <string>
 
-namespace quillon::test {
+namespace quillon::reference {
 
 using ImageLib::Pixel15;
 using ImageLib::Pixel32;
@@ -226,4 +226,4 @@ void PlainQuantize::run(std::byte* pixels) const {
     if (bitDepth == 32) RunAs<Pixel32>(*this, pixels);
 }
 
-}  // namespace quillon::test
+}  // namespace quillon::reference

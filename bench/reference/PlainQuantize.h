@@ -6,10 +6,11 @@
 
 #include "imagelib/Pixels.h"
 
-namespace quillon::test {
+namespace quillon::reference {
 
-// The color reduction, told plainly: one temporary of float pixels, one pixel after the other, every palette entry
-// tried. The library's own is held against it byte for byte, and measured against it. Slow, with tables of its own.
+// The color reduction in its plainest form: one temporary of float pixels, one pixel after the other, every palette
+// entry tried. Tests compare the library with it byte for byte, and the bench measures both. Slow, with separate
+// tables.
 struct PlainQuantize {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
@@ -27,4 +28,4 @@ struct PlainQuantize {
 // The adaptive palette of `colors` slots, 8 to 256, for pixels in memory order.
 std::vector<ImageLib::Pixel32> PlainAdaptivePalette(std::span<const ImageLib::Pixel32> image, std::uint32_t colors);
 
-}  // namespace quillon::test
+}  // namespace quillon::reference
