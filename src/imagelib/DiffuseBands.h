@@ -3,18 +3,19 @@
 #include <algorithm>
 #include <vector>
 
-#include "imagelib/Quantizers.h"
 #include "imagelib/DitherKernels.h"
 #include "imagelib/Picture.h"
+#include "imagelib/Quantizers.h"
 
 namespace quillon::ImageLib {
 
 // Error diffusion from left to right, four rows at once: each lags behind the one above it by `skew` pixels, more than
-// the kernel reaches ahead, so that every pixel finds the errors it gets and adds them in the order of a single scan.
+// the kernel reaches ahead, so that every pixel finds the errors of its neighbors and adds them in the order of a
+// single scan.
 //
-// Errors stand by step: at step t row j of a band is at pixel t - j * skew. A step holds eight errors for each lane,
-// those of the rows of the band before that the kernel still reaches, and then the band's own four, so that what comes
-// from one, two or three rows above is one vector. Errors outside the picture are zero.
+// Errors are stored by step: at step t row j of a band is at pixel t - j * skew. A step holds eight errors for each
+// lane, those of the rows of the band before that the kernel still reaches, and then the band's own four, so that what
+// comes from one, two or three rows above is one vector. Errors outside the picture are zero.
 template <class T, class Chooser>
 class BandDiffusion {
 public:
@@ -49,7 +50,7 @@ private:
     static constexpr int kFirst = Chooser::kFirstLane;
     static constexpr int kLanes = Chooser::kEndLane - kFirst;
     static constexpr std::ptrdiff_t kStep = 8 * kLanes;  // floats
-    // Far enough behind that the errors of the row above are out of the processor's store buffer.
+    // Far enough back that the errors of the row above are out of the processor's store buffer.
     static constexpr int kDistance = 8;
 
     struct Tap {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "imagelib/Quantizers.h"
 #include "imagelib/DitherKernels.h"
 #include "imagelib/Picture.h"
+#include "imagelib/Quantizers.h"
 
 namespace quillon::ImageLib {
 
@@ -58,7 +58,7 @@ private:
         });
     }
 
-    // What the rows above give.
+    // Adds the errors of the rows above.
     void receive(std::uint32_t y, bool serpentine) {
         Tap taps[DitherKernel::kMaxHeight * DitherKernel::kMaxWidth];
         std::size_t count = 0;

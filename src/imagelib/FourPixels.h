@@ -44,7 +44,7 @@ struct FourPixels {
     }
 };
 
-// Calls work(0) to work(Count - 1), each number a constant, so that what lies in arrays of lanes stays in registers.
+// Calls work(0) to work(Count - 1), each number a constant, so that arrays of lanes stay in registers.
 template <int Count, class Work>
 inline void ForLanes(Work work) {
     [&]<int... Lane>(std::integer_sequence<int, Lane...>) {
@@ -54,7 +54,7 @@ inline void ForLanes(Work work) {
 }
 
 // How pixels of type T are read as floats, and how a color of a palette is put in their place. Memory need not be
-// aligned. `Packed` is a palette's color as it will stand in memory; `Put` leaves the pixel its own alpha, which goes
+// aligned. `Packed` is a palette's color in its memory form; `Put` leaves the pixel its own alpha, which goes
 // through a float on its way at 8 and 16 bits. `PutTwoLevels` does so with four: white where the mask is set, else
 // black.
 template <class T>

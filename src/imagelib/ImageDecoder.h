@@ -21,8 +21,8 @@ struct DecodedImage {
     explicit operator bool() const { return pixels != nullptr; }
 };
 
-// Decodes JPEG, PNG, BMP, GIF, PSD, Radiance HDR or TGA from memory. Bytes that are none of them, are damaged, or
-// claim more than 1 GiB of pixels give no picture, though width and height may have been found.
+// Decodes JPEG, PNG, BMP, GIF, PSD, Radiance HDR or TGA from memory. Bytes of another form, damaged ones, and those
+// that claim more than 1 GiB of pixels give no picture, though width and height may have been found.
 DecodedImage DecodeImage(std::span<const std::byte> file);
 
 }  // namespace quillon

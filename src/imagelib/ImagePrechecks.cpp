@@ -22,7 +22,7 @@ public:
         const unsigned high = next();
         return high << 8 | next();
     }
-    // Steps behind the next line feed.
+    // Steps past the next line feed.
     void skipLine() {
         while (!atEnd() && next() != '\n') {
         }
@@ -38,13 +38,13 @@ constexpr unsigned kPrefix = 0xFF;
 constexpr unsigned kHuffmanTables = 0xC4;
 constexpr unsigned kStartOfImage = 0xD8;
 constexpr unsigned kEndOfImage = 0xD9;
-// No segment stands behind these; 0 is a coded 0xFF within a scan.
+// No segment follows these; 0 is a coded 0xFF within a scan.
 constexpr bool StandsAlone(unsigned marker) {
     return marker < 0x02 || (marker >= 0xD0 && marker <= kStartOfImage);
 }
 }  // namespace Marker
 
-// The marker's second byte, from behind the first: that may stand there any number of times.
+// The marker's second byte, after the first, which may be repeated any number of times.
 unsigned NextMarker(ByteCursor& cursor) {
     while (cursor.peek() == Marker::kPrefix) cursor.skip(1);
     return cursor.next();
@@ -74,7 +74,7 @@ bool JpegTablesOverflow(std::span<const std::byte> file) {
     if (cursor.next() != Marker::kPrefix || NextMarker(cursor) != Marker::kStartOfImage) return false;
 
     // From marker to marker as the decoder goes: segments are stepped over whole, since a color profile or a thumbnail
-    // may hold any bytes, and what stands behind the picture's end, such as a phone's short film, is not looked at.
+    // may hold any bytes, and what follows the picture's end, such as a phone's short film, is not looked at.
     while (!cursor.atEnd()) {
         if (cursor.next() != Marker::kPrefix) continue;
         const unsigned marker = NextMarker(cursor);

@@ -12,15 +12,15 @@
 namespace quillon::ImageLib {
 
 // Finds the entry of a palette that is nearest to a color: the smallest (A + R) + (G + B) of the squared differences
-// as single floats come out, the first of equal ones, and entry 0 when none is below 1000000 (NaN never is).
+// as single floats come out, the first of equal ones, and entry 0 when no distance is below 1000000 (NaN never is).
 //
-// Space is cut into cells, and each cell, once a color falls into it, gets a list of the entries that can win there:
-// an entry is left out only where another is nearer in the whole cell by more than all rounding together. Cells are
-// finest where colors are expected and grow with the distance from there, up to kLevels doublings; beyond that, and
+// Space is cut into cells, and each cell, once a color falls into it, receives a list of the entries that can win
+// there: an entry is left out only where another is nearer in the whole cell by more than all rounding together. Cells
+// are finest where colors are expected and grow with the distance from there, up to kLevels doublings; beyond that, and
 // where alpha is more than 2 away from opaque, every entry is tried.
 class NearestColor {
 public:
-    // Where most colors are: each channel from `low` to `high`, which hold 0 to 1 and lie within -1 and 2.
+    // Where most colors are: each channel from `low` to `high`, which include 0 to 1 and stay within -1 and 2.
     struct Range {
         float low;
         float high;

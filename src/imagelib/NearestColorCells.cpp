@@ -1,4 +1,4 @@
-// How the cells of a palette search get their lists.
+// How the lists of the cells of a palette search are made.
 
 #include <algorithm>
 #include <bit>
@@ -30,7 +30,7 @@ bool NearestColor::afford(std::uint64_t bytes) {
     return true;
 }
 
-// A list of what stands at these places of another list.
+// A list of the entries at these places of another list.
 NearestColor::Cell NearestColor::makeList(Cell from, std::span<const std::uint8_t> places) {
     const std::size_t source = FirstBlockOf(from);
     if (places.size() == 1) return kSingle | kShort | entriesOf[source + places[0] / 4][places[0] % 4];
@@ -47,7 +47,7 @@ NearestColor::Cell NearestColor::makeList(Cell from, std::span<const std::uint8_
 }
 
 // In a cell with the middle m, the difference of an entry's squared distance to that of another is linear: it is
-// smallest in the corner that lies towards the entry, half the cell's size away on each axis.
+// smallest in the corner toward the entry, half the cell's size away on each axis.
 NearestColor::Cell NearestColor::makeCell(Cell from, const Box& box) {
     if (from & kSingle) return from;
     const std::size_t count = from & 255;

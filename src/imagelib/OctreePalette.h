@@ -11,7 +11,7 @@
 namespace quillon::ImageLib {
 
 // Gathers the colors of a picture in an octree, seven levels deep, and folds the rarest into their parents until few
-// enough are left. Which ones those are hangs on how ties fall in the heap, so every pixel goes in in memory order and
+// enough are left. Which ones those are depends on ties in the heap, so every pixel is added in memory order and
 // the heap does one operation for each; only operations that can move nothing are left out.
 // Holds up to 2^31 pixels.
 class OctreePalette {
@@ -37,14 +37,14 @@ private:
         std::uint32_t count = 0;
         std::uint32_t parent = 0;
         std::uint32_t slot = 0;      // in the heap; 0: not in it
-        std::uint32_t children = 0;  // which of childTables; leaves have none
+        std::uint32_t children = 0;  // which of childTables; unused in leaves
         std::uint8_t childCount = 0;
         std::uint8_t depth = 0;
     };
     using ChildTable = std::array<std::uint32_t, 8>;
     using LeafTable = std::array<std::uint32_t, 512>;
 
-    // A leaf by the upper four bits of its channels and then the next three; 0 where none is known yet.
+    // A leaf by the upper four bits of its channels and then the next three; 0 where the leaf is not known yet.
     std::uint32_t leafOf(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
         const LeafTable* table = leafTables[(red >> 4) << 8 | (green >> 4) << 4 | blue >> 4].get();
         const std::uint32_t leaf = table ? (*table)[(red >> 1 & 7) << 6 | (green >> 1 & 7) << 3 | (blue >> 1 & 7)] : 0;

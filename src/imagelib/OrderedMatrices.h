@@ -12,7 +12,7 @@ struct OrderedMatrix {
     int divisor;
     std::uint8_t cells[kMaxSize][kMaxSize];  // over the divisor
 
-    // What a pixel gets before the amplitude.
+    // What is added to a pixel, before the amplitude.
     constexpr float cell(std::uint32_t x, std::uint32_t y) const {
         const std::uint32_t mask = static_cast<std::uint32_t>(size) - 1;
         return static_cast<float>(cells[y & mask][x & mask]) / static_cast<float>(divisor);

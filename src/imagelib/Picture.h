@@ -23,7 +23,7 @@ public:
     std::byte* row(std::uint32_t y) const { return reinterpret_cast<std::byte*>(view.row(y)); }
 
     FourPixels load(const std::byte* pixels) const { return grayed(Access::Load(pixels)); }
-    // Pixels of 8 bits that stand in a vector.
+    // Pixels of 8 bits in a vector.
     FourPixels expand(__m128i words) const { return grayed(Access::Expand(words)); }
     FourPixels gather(const std::byte* const pixels[4]) const { return grayed(Access::Gather(pixels)); }
 
@@ -37,7 +37,7 @@ public:
         for (std::size_t x = 0; x < end; x += 4, pixels += 4 * sizeof(T)) {
             const std::size_t count = std::min<std::size_t>(4, end - x);
             if (count < 4) std::memcpy(rest, pixels, count * sizeof(T));
-            // One call alone, so that it is inlined.
+            // A single call, so that it is inlined.
             work(count < 4 ? rest : pixels, static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(count));
             if (count < 4) std::memcpy(pixels, rest, count * sizeof(T));
         }
@@ -56,7 +56,7 @@ private:
     const Surface<T>& view;
 };
 
-// A palette's entries as they stand in pixels of type T.
+// A palette's entries in the form of pixels of type T.
 template <class T>
 using PackedColors = std::span<const typename PixelAccess<T>::Packed>;
 

@@ -8,7 +8,7 @@ namespace quillon {
 
 namespace {
 
-// Whether the rows lie inside the surface's bytes: an alias may tell of a larger picture than it holds.
+// Whether the rows are inside the surface's bytes: an alias may have a larger extent than it has bytes for.
 bool HoldsItsExtent(const Surface& surface, std::uint64_t rowBytes, std::uint64_t usedRowBytes) {
     const std::uint64_t held = surface.byteSize();
     if (usedRowBytes > held) return false;

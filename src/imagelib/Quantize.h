@@ -15,7 +15,7 @@ class Surface;
 //   grayscale    first brings each pixel to its luma; mode 1 always does.
 //   serpentine   error diffusion runs every other row from right to left.
 //
-// With any other mode or dither the picture gets no further than through the conversion to floats and back, and gray.
+// With any other mode or dither the picture is only converted to floats and back, and to gray where asked.
 // Nothing at all happens at depths other than 8, 16 and 32, and to a surface that holds fewer bytes than its extent
 // names. A surface with an extent but without pixels ends the process.
 void SurfaceQuantize(Surface& surface, std::int32_t mode, std::int32_t dither, float value, bool grayscale,

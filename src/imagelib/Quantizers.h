@@ -7,8 +7,8 @@
 
 namespace quillon::ImageLib {
 
-// What a reduction puts in a color's place. Each chooser tells which lanes of a color have a part in that, from
-// kFirstLane to before kEndLane; passes carry those alone. `number` tells the numbers of the chosen entries; `choose`
+// What a reduction puts in a color's place. Each quantizer says which lanes of a color take part in that, from
+// kFirstLane to before kEndLane; passes carry only those. `number` gives the numbers of the chosen entries; `choose`
 // also puts the entries' colors in the same lanes.
 
 // Entry 1, white, where red is strictly above the threshold; else entry 0, black. Other lanes decide nothing.
@@ -54,8 +54,7 @@ public:
     void choose(FourPixels& colors, std::uint32_t entries[4]) const {
         if (Opaque) colors.lane[0] = _mm_set1_ps(1.0f);
         search.find(colors, entries);
-        colors =
-            FourPixels::Transposed(color(entries[0]), color(entries[1]), color(entries[2]), color(entries[3]));
+        colors = FourPixels::Transposed(color(entries[0]), color(entries[1]), color(entries[2]), color(entries[3]));
     }
 
     using One = __m128;

@@ -20,7 +20,7 @@ namespace {
 // Fewer rows than this are not worth a band's set-up, in memory least of all.
 constexpr std::uint32_t kBandHeight = 16;
 
-// What a reduction that is none leaves: pixels that have been floats, gray where that was asked for.
+// Where there is no reduction: converts the pixels to floats and back, and to gray where asked.
 template <class T>
 void ConvertOnly(const Picture<T>& picture) {
     const auto there = [](auto channel) {

@@ -18,7 +18,7 @@ bool ShortPalette::Holds(std::span<const Pixel32> palette) {
     return palette.size() <= kMost && std::all_of(palette.begin(), palette.end(), isSolid);
 }
 
-// Places behind the last entry are filled with what is nearest to nothing.
+// Places after the last entry are filled with colors that no color is near to.
 ShortPalette::ShortPalette(std::span<const Pixel32> palette)
     : half((palette.size() + 1) / 2), isLong(palette.size() > kMost / 2) {
     constexpr float kFar = std::numeric_limits<float>::infinity();
@@ -32,7 +32,7 @@ ShortPalette::ShortPalette(std::span<const Pixel32> palette)
     }
 }
 
-// The best so far for each of four colors. NaN is below nothing, and the minimum then is what stands second.
+// The best so far for each of four colors. NaN is below nothing, and the minimum then is its second operand.
 struct ShortPalette::Best {
     __m128 distance = _mm_set1_ps(kLimit);
     __m128i number = _mm_setzero_si128();

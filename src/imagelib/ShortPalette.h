@@ -10,7 +10,7 @@
 
 namespace quillon::ImageLib {
 
-// Finds the nearest entry as NearestColor does, by trying all, without a branch that hangs on the color: for few
+// Finds the nearest entry as NearestColor does, by trying all, without a branch that depends on the color: for few
 // entries, all of alpha 1, that is faster than any list.
 class ShortPalette {
 public:

@@ -3,9 +3,9 @@
 #include <type_traits>
 #include <vector>
 
-#include "imagelib/Quantizers.h"
 #include "imagelib/OrderedMatrices.h"
 #include "imagelib/Picture.h"
+#include "imagelib/Quantizers.h"
 
 namespace quillon::ImageLib {
 

@@ -1,4 +1,4 @@
-// The code of the image decoder, in a translation unit of its own so that nobody else sees its macros.
+// The code of the image decoder, in a separate source so that its macros reach no other code.
 
 #include <cstdlib>
 

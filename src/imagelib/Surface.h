@@ -33,7 +33,7 @@ public:
     std::uint32_t height = 0;
     std::uint64_t rowBytes = 0;
     std::uint32_t bitDepth = 0;     // 8, 15, 16 or 32
-    bool isArgbOrdered = false;     // set by every path, read by none
+    bool isArgbOrdered = false;     // every path sets it; nothing reads it
     std::vector<std::byte> pixels;  // owned
     PixelBuffer borrowedPixels;     // a texture's copy, shared with it
 };

@@ -11,7 +11,7 @@ namespace quillon {
 
 class ZipArchive;
 
-// The effect's package: the archive that lies scrambled in a resource of the module, read in place from memory.
+// The effect's package: the archive that is stored scrambled in a resource of the module, read in place from memory.
 // No locks: callers run under the effect's entry mutex.
 class BlobReader final : public ustl::static_singleton<BlobReader> {
 public:
@@ -22,7 +22,7 @@ public:
     // An absent or empty resource ends the process. A second call replaces the package.
     static void Load(void* module);
 
-    // The file of this name, of which only the part behind the last '\', '/' or ':' counts (not one at the very end),
+    // The file of this name, of which only the part after the last '\', '/' or ':' counts (not one at the very end),
     // ASCII case ignored. Empty when it is absent, empty or damaged, and when no package is open.
     std::vector<std::byte> ReadFile(const std::wstring& name);
 
@@ -33,7 +33,7 @@ private:
     // Undoes the scrambling of `package` in place.
     void Unscramble();
 
-    std::vector<std::byte> package;       // the plain archive and eight bytes of noise behind it
+    std::vector<std::byte> package;       // the plain archive and eight bytes of noise after it
     std::unique_ptr<ZipArchive> archive;  // reads from `package`; null while none is open
 };
 

@@ -13,7 +13,7 @@ std::string (*FileTextHook)(const std::wstring& name) = nullptr;
 
 namespace {
 
-// What stands for the text of a file that the disk does not have.
+// The text of a file that the disk does not have.
 constexpr const char* kNoTextFile = "popa";
 
 // All bytes of the file. A length that 32 bits with a sign cannot hold throws as an allocation that fails.

@@ -9,7 +9,7 @@ namespace {
 constexpr const char* kBlanks = " \t\r\n";
 constexpr auto kNowhere = std::string::npos;
 
-// Each takes the place of a '<' and gives the place behind what starts there; kNowhere when that has no end, where the
+// Each takes the place of a '<' and gives the place after what starts there; kNowhere when that has no end, where the
 // parser gives up.
 
 std::size_t Behind(const std::string& text, const char* ending, std::size_t from) {

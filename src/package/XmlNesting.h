@@ -8,7 +8,7 @@ namespace quillon {
 inline constexpr int kDeepestXmlLevel = 256;
 
 // Whether the XML parser would nest elements deeper than `limit` on this text. The parser calls itself once a level and
-// has no limit of its own, so that a deep text overflows the stack.
+// has no limit, so that a deep text overflows the stack.
 //
 // It reads as the parser does: a name may hold quotes and '<', the name in a closing tag does not matter. On text that
 // the parser refuses, either answer is right up to that place.

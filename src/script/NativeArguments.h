@@ -60,7 +60,8 @@ bool IsIdOf(std::uint32_t id) {
     return TagOf(id) == Kind::Factory::kTag;
 }
 
-// The texture that an id stands for: a parameter's, a target's own, or the texture of that id; the null one else.
+// The texture that an id stands for: a parameter's, a target's own, or the texture of that id. The null texture for any
+// other id.
 Texture& TextureOfId(std::uint32_t id);
 
 }  // namespace quillon
