@@ -53,8 +53,8 @@ std::string NearestName(const std::vector<Control>& controls, std::string_view n
 std::vector<Control> ControlsOf(const std::vector<Parameter>& declarations) {
     std::vector<Control> controls;
     for (const Parameter& declared : declarations) {
-        const bool isOfAKind = declared.kind > UNKNOWN && declared.kind <= ANGLE;
-        if (!isOfAKind || (declared.flags & ParameterFlag::hidden) != 0) continue;
+        const bool isShown = ControlKindOf(declared.kind).hostControl != HostControl::none;
+        if (!isShown || (declared.flags & ParameterFlag::hidden) != 0) continue;
         controls.push_back({static_cast<std::int32_t>(controls.size() + 1), declared});
     }
     return controls;

@@ -107,7 +107,7 @@ void LoadedEffect::prepare(HostRun& run, const FrameInput& input, const host::Fr
     instance.timeStep = input.time.step;
     instance.timeScale = input.time.scale;
     for (const Control& control : visibleControls) {
-        if (control.declared.kind == POINT2D)
+        if (ControlKindOf(control.declared.kind).hostControl == HostControl::point2D)
             SetDefaultPosition(instance, control, static_cast<std::uint32_t>(request.input->width()),
                                static_cast<std::uint32_t>(request.input->height()));
     }
