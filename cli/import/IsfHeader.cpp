@@ -132,6 +132,14 @@ private:
         return true;
     }
 
+    // The name that the shaders have for it: another one where GLSL keeps the word for itself.
+    std::string shaderName(const std::string& name) {
+        if (!IsReservedWord(name)) return name;
+        const auto known = file->renamed.find(name);
+        if (known != file->renamed.end()) return known->second;
+        return file->renamed[name] = *names.insert(UnusedName(names, name + "Value")).first;
+    }
+
     void readInputs(const Json& header) {
         const auto inputs = header.find("INPUTS");
         if (inputs == header.end() || inputs->is_null()) return;
@@ -178,16 +186,13 @@ private:
         for (const Type& row : kTypes) {
             if (type != row.name) continue;
             PlannedControl control{.name = name, .uniform = name, .label = labels.take(label)};
-            if (IsReservedWord(name)) {
-                control.uniform = name + "Value";
-                file->renamed[name] = control.uniform;
-            }
+            control.uniform = shaderName(name);
             (this->*row.read)(control, input);
             file->uniforms[control.uniform] = row.uniform;
             file->plan.controls.push_back(control);
             return;
         }
-        PlannedImage image{.name = name};
+        PlannedImage image{.name = shaderName(name)};
         if (type == "image") {
             image.label = labels.take(label);
         } else if (type == "audio" || type == "audioFFT") {
@@ -205,9 +210,6 @@ private:
                             Kind::config);
             return;
         }
-        if (IsReservedWord(name))
-            findings.refuse(lineOf(name), fmt::format("image \"{}\": GLSL keeps this word for itself; rename it", name),
-                            Kind::config);
         file->plan.images.push_back(image);
     }
 
@@ -340,7 +342,8 @@ private:
 
     void readImport(const std::string& name, const Json& import) {
         if (!claim(name, "imported picture")) return;
-        const std::string relative = import.is_string() ? import.get<std::string>() : TextOf(import, "PATH");
+        std::string relative = import.is_string() ? import.get<std::string>() : TextOf(import, "PATH");
+        std::ranges::replace(relative, '\\', '/');  // as files from Windows have it
         const auto refuse = [&](const std::string& why) {
             findings.refuse(lineOf(name), fmt::format("imported picture \"{}\": {}", name, why), Kind::config);
         };
@@ -355,7 +358,7 @@ private:
         if (!std::filesystem::is_regular_file(path, ignored))
             return refuse(fmt::format("there is no file \"{}\"; put it there", relative));
         file->plan.images.push_back(
-            {.name = name, .source = PlannedImage::Source::file, .path = path, .fileName = name + ending});
+            {.name = shaderName(name), .source = PlannedImage::Source::file, .path = path, .fileName = name + ending});
     }
 
     void readPasses(const Json& header) {
@@ -370,17 +373,18 @@ private:
                 continue;
             }
             const std::string target = TextOf(pass, "TARGET");
-            PlannedPass planned{.index = static_cast<int>(file->plan.passes.size()), .target = target};
+            const std::string name = shaderName(target);
+            PlannedPass planned{.index = static_cast<int>(file->plan.passes.size()), .target = name};
             file->plan.passes.push_back(planned);
             if (target.empty()) continue;
             if (!targets.contains(target) && !claim(target, "target")) continue;
-            if (!targets.contains(target)) file->plan.targets.push_back({.name = target});
+            if (!targets.contains(target)) file->plan.targets.push_back({.name = name});
             targets.insert(target);
             const auto buffer = buffers.find(target);
             Json merged = buffer == buffers.end() ? Json::object() : buffer->second;
             merged.update(pass);
-            PlannedTarget& drawn = *std::ranges::find(file->plan.targets, target, &PlannedTarget::name);
-            drawn = {.name = target,
+            PlannedTarget& drawn = *std::ranges::find(file->plan.targets, name, &PlannedTarget::name);
+            drawn = {.name = name,
                      .width = sizeOf(merged, "WIDTH", target),
                      .height = sizeOf(merged, "HEIGHT", target),
                      .isPersistent = IsTrue(merged, "PERSISTENT") || buffer != buffers.end(),
@@ -446,6 +450,16 @@ private:
             if (!chosen || image.name == "inputImage") chosen = &image;
         }
         if (chosen) chosen->source = PlannedImage::Source::input;
+        // A layer's control has the name of its uniform.
+        for (const auto& [name, uniform] : file->renamed) {
+            const auto isLayer = [&uniform = uniform](const PlannedImage& image) {
+                return image.source == PlannedImage::Source::layer && image.name == uniform;
+            };
+            if (std::ranges::any_of(file->plan.images, isLayer))
+                findings.refuse(lineOf(name),
+                                fmt::format("image \"{}\": GLSL keeps this word for itself; rename it", name),
+                                Kind::config);
+        }
     }
 
     std::string_view json;

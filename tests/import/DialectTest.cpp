@@ -143,12 +143,12 @@ TEST_F(Dialect, WhatCannotBeCarriedOverIsRefusedWithItsLine) {
     EXPECT_EQ(run("new x --from missing.fs").status, 1);
 }
 
-// Names that scripts keep for themselves are names like any other there.
-TEST_F(Dialect, WordsOfScriptsAreGoodNames) {
+// Names that scripts or shaders keep for themselves are names like any other.
+TEST_F(Dialect, KeptWordsAreGoodNames) {
     import("default", "new.fs", R"(/*{ "INPUTS": [{"NAME": "class", "TYPE": "float", "DEFAULT": 0.5},
-        {"NAME": "var", "TYPE": "image"}, {"NAME": "function", "TYPE": "image"}],
+        {"NAME": "input", "TYPE": "image"}, {"NAME": "function", "TYPE": "image"}],
         "PASSES": [{"TARGET": "this_", "WIDTH": "$class*4"}, {}] }*/
-        void main() { gl_FragColor = IMG_THIS_PIXEL(var) * class + 0.0 * IMG_THIS_PIXEL(this_) * TIME; })");
+        void main() { gl_FragColor = IMG_THIS_PIXEL(input) * class + 0.0 * IMG_THIS_PIXEL(this_) * TIME; })");
     expectPicture(render("default"), [](int x, int y) {
         Color color = input(x, y);
         for (float& channel : color) channel *= 0.5f;

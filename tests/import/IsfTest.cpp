@@ -139,7 +139,8 @@ TEST_F(Isf, OtherImagesAreLayersFilesOrSilence) {
     // Two pixels, blue above red: an uncompressed TGA, whose bottom row comes first.
     std::string tga("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\2\0\40\0", 18);
     tga += std::string("\0\0\xff\xff", 4) + std::string("\xff\0\0\xff", 4);
-    writeFile("grain.tga", tga);
+    std::filesystem::create_directory(pathOf("pictures"));
+    writeFile("pictures/grain.tga", tga);
     import("images", "images.fs",
            File(R"({"NAME": "startImage", "TYPE": "image"}, {"NAME": "endImage", "TYPE": "image"},
         {"NAME": "progress", "TYPE": "float", "DEFAULT": 0.25}, {"NAME": "sound", "TYPE": "audio"})",
@@ -150,7 +151,7 @@ TEST_F(Isf, OtherImagesAreLayersFilesOrSilence) {
             if (gl_FragCoord.x < 1.0) gl_FragColor = IMG_NORM_PIXEL(grain, vec2(0.5, p.y < 0.5 ? 0.25 : 0.75));
             if (gl_FragCoord.x > 7.0) gl_FragColor = vec4(IMG_SIZE(endImage), IMG_NORM_PIXEL(sound, p).xy);
         })",
-                R"(, "IMPORTED": {"grain": {"PATH": "grain.tga"}})"));
+                R"(, "IMPORTED": {"grain": {"PATH": "pictures\\\\grain.tga"}})"));
     const auto expected = [](bool hasLayer) {
         return [hasLayer](int x, int y) {
             if (x == 0) return y < 3 ? Color{1, 0, 0, 1} : Color{0, 0, 1, 1};
