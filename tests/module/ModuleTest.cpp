@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
-
 #include "host/HostSession.h"
 #include "packer/ModuleWriter.h"
 #include "support/BuiltFiles.h"
@@ -66,22 +64,6 @@ TEST_F(Module, TwoEffectsInOneProcessShareNothing) {
     first.remove(a);
     EXPECT_EQ(Render(b, input), ReversedRows(input, 3));
     second.remove(b);
-}
-
-// No archive inside: what the effect reads then comes from the disk, from the process's current folder.
-TEST_F(Module, WithADamagedPackageReadsFromTheDisk) {
-    std::ofstream(folder.path() / "fx.js") << "function setup() { QL_initParam('d', 1, 'Disk'); } function draw() {}";
-    std::ofstream(folder.path() / "config.xml") << "<FLAGS>64</FLAGS>";
-    const host::EffectModule module = pack(Bytes(100, std::byte{0x77}));
-    const std::filesystem::path home = std::filesystem::current_path();
-    std::filesystem::current_path(folder.path());
-    HostSession session(module);
-    EXPECT_EQ(session.globalSetup().error, 0);
-    EXPECT_EQ(session.paramsSetup().error, 0);
-    std::filesystem::current_path(home);
-    ASSERT_EQ(session.parameters().size(), 1u);
-    EXPECT_STREQ(session.parameters()[0].PF_DEF_NAME, "Disk");
-    EXPECT_THAT(session.violations(), IsEmpty());
 }
 
 using ModuleDeathTest = Module;

@@ -149,15 +149,11 @@ TEST(WindowsModuleTest, RefusesWhatIsDamagedInWords) {
         const char* words;
     } kRows[] = {
         {"no signature", headers.start, 0, 4, "headers are not there"},
-        {"32 bits", headers.start + 24, 0x10B, 2, "another machine"},
         {"no sections", headers.start + 6, 0, 2, "no sections"},
-        {"two directories", headers.start + 132, 2, 4, "no place for resources"},
         {"sections swapped", headers.table + 12, 0x3000, 4, "out of order"},
-        {"data nowhere", tree + 0x88, 0x0FFFFFFF, 4, "outside of its sections"},
         {"a directory's own parent", tree + 0x3C + 16, 0x80000000, 4, "resource directory"},
         {"a leaf among types", tree + 0x14, 0x88, 4, "another form"},
         {"no end of entries", tree + 0x0E, 0xFFFF, 2, "more entries"},
-        {"text outside", tree + 0xB8, 0x7FFF, 2, "reaches outside"},
     };
     for (const auto& row : kRows) {
         Bytes file = sound;
