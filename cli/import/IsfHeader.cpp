@@ -7,10 +7,10 @@
 #include <functional>
 #include <set>
 
+#include "cli/import/BuiltIns.h"
 #include "cli/import/ControlNames.h"
 #include "cli/import/GlslTokens.h"
 #include "cli/import/LenientJson.h"
-#include "cli/import/ScriptWriter.h"
 #include "cli/import/SizeExpression.h"
 #include "cli/import/SourceText.h"
 #include "platform/Utf8Path.h"

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "cli/import/BuiltIns.h"
 #include "cli/import/ControlNames.h"
 #include "cli/import/GlslConditions.h"
 #include "cli/import/GlslDialect.h"
@@ -11,7 +12,6 @@
 #include "cli/import/GlslOutline.h"
 #include "cli/import/GlslReads.h"
 #include "cli/import/GlslWalk.h"
-#include "cli/import/ScriptWriter.h"
 #include "cli/import/ShaderText.h"
 #include "cli/import/VertexStage.h"
 

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
+#include "cli/import/BuiltIns.h"
 #include "cli/import/GlslConditions.h"
 #include "cli/import/GlslDialect.h"
 #include "cli/import/GlslHelpers.h"
 #include "cli/import/GlslOutline.h"
 #include "cli/import/PastedControls.h"
 #include "cli/import/PastedSources.h"
-#include "cli/import/ScriptWriter.h"
 #include "cli/import/ShaderText.h"
 #include "cli/import/SourceText.h"
 #include "platform/Utf8Path.h"
