@@ -19,6 +19,12 @@ set(duktape_dir ${PROJECT_BINARY_DIR}/duktape)
 file(READ ${QUILLON_SOURCES}/duktape/duk_config.h duk_config)
 string(APPEND duk_config "\n#undef DUK_USE_NATIVE_STACK_CHECK\n#ifdef __cplusplus\nextern \"C\"\n#endif\n"
        "int quillon_refuses_call(void);\n#define DUK_USE_NATIVE_STACK_CHECK() quillon_refuses_call()\n")
+# Windows unwinds frame by frame on the way back to a setjmp that names its own frame, and ends the process where it
+# does not find that: an error inside the handler of an error does it. Without a frame it sets the registers, as
+# everywhere else.
+if(WIN32)
+    string(APPEND duk_config "#undef DUK_SETJMP\n#define DUK_SETJMP(jb) _setjmp((jb), NULL)\n")
+endif()
 file(CONFIGURE OUTPUT ${duktape_dir}/duk_config.h CONTENT "${duk_config}" @ONLY)
 configure_file(${QUILLON_SOURCES}/duktape/duktape.h ${duktape_dir}/duktape.h COPYONLY)
 file(READ ${QUILLON_SOURCES}/duktape/duktape.c duktape_source)
