@@ -28,7 +28,7 @@ TEST_F(Pack, MakesModulesThatServeAsTheirFolderDoes) {
     EXPECT_EQ(packed.err, "quillon: 3 files, " + std::to_string(bytes) + " bytes\n");
     EXPECT_EQ(packed.status, 0);
     EXPECT_THAT(run("pack ./copy/ --list -o " + two).out,
-                testing::ContainsRegex(two + "\n +\\d+  config.xml\n +\\d+  copy.frag\n +\\d+  fx.js\n"));
+                testing::ContainsRegex(two + "\n +\\w+  config.xml\n +\\w+  copy.frag\n +\\w+  fx.js\n"));
     EXPECT_EQ(readFile(one), readFile(two));
     for (const std::string& effect : {one, std::string("copy")}) {
         ASSERT_EQ(run("render " + effect + " -i in.argb --size 2x1 --depth 8 -o out.argb").err, "");
