@@ -59,6 +59,12 @@ public:
         const Json header = parse();
         if (!header.is_object()) return;
         readWords(header);
+        for (const char* key : {"PASSES", "IMPORTED", "PERSISTENT_BUFFERS"}) {
+            const Json value = header.value(key, Json());
+            const bool isList = value.is_array() || (value.is_object() && key != std::string("PASSES"));
+            if (!value.is_null() && !isList)
+                findings.refuse(lineOf(key), fmt::format("{} is no list of objects", key), Kind::config);
+        }
         readInputs(header);
         readImports(header);
         readPasses(header);
@@ -80,6 +86,8 @@ private:
 
     void refuseJson(const Json::exception& error, std::size_t place, const std::string& text) {
         std::string words = error.what();
+        // In front is the name of the exception.
+        if (words.starts_with('[')) words.erase(0, std::min(words.find("] "), words.size() - 2) + 2);
         if (const std::size_t colon = words.find(": "); colon != std::string::npos) words.erase(0, colon + 2);
         findings.refuse(firstLine + LineOf(text, place) - 1, "the header is no JSON: " + words + "; correct it there",
                         Kind::config);
@@ -98,9 +106,10 @@ private:
         if (!credit.empty())
             plan.credit = credit.starts_with("by ") || credit.starts_with("By ") ? credit : "By " + credit;
         const auto categories = header.find("CATEGORIES");
-        if (categories != header.end() && categories->is_array() && !categories->empty() &&
-            categories->at(0).is_string())
-            plan.category = CutText(categories->at(0).get<std::string>(), kLongestCategory);
+        if (categories != header.end()) {
+            const Json& first = categories->is_array() && !categories->empty() ? categories->at(0) : *categories;
+            if (first.is_string()) plan.category = CutText(first.get<std::string>(), kLongestCategory);
+        }
         const std::string version = TextOf(header, "VSN");
         char* end = nullptr;
         const long major = std::strtol(version.c_str(), &end, 10);
@@ -187,6 +196,7 @@ private:
             if (type != row.name) continue;
             PlannedControl control{.name = name, .uniform = name, .label = labels.take(label)};
             control.uniform = shaderName(name);
+            warnOfValues(name, type, input);
             (this->*row.read)(control, input);
             file->uniforms[control.uniform] = row.uniform;
             file->plan.controls.push_back(control);
@@ -211,6 +221,22 @@ private:
             return;
         }
         file->plan.images.push_back(image);
+    }
+
+    // Of values that are not of the input's kind, in whose place those of an absent key come.
+    void warnOfValues(const std::string& name, const std::string& type, const Json& input) {
+        const std::size_t count = type == "color" ? 3 : type == "point2D" ? 2 : 0;
+        for (const char* key : {"DEFAULT", "MIN", "MAX"}) {
+            const auto value = input.find(key);
+            if (value == input.end() || value->is_null() || type == "event") continue;
+            const bool isNumber = NumberOf(input, key, 0) == NumberOf(input, key, 1) || IsTrue(input, key) ||
+                                  TextOf(input, key) == "false";
+            if (count == 0 ? isNumber : numbersOf(input, key, count).has_value()) continue;
+            findings.warn(lineOf(name),
+                          fmt::format("input \"{}\": its {} is no {}, and is ignored", name, key,
+                                      count == 0 ? "number" : fmt::format("list of {} numbers", count)),
+                          Kind::config);
+        }
     }
 
     void readFloat(PlannedControl& control, const Json& input) {

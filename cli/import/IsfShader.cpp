@@ -31,6 +31,7 @@ public:
         fragment = ReadTokens(file.body, file.bodyLine);
         SettleVersions(fragment);
         varyings = TakeVaryings(fragment);
+        takeUniforms();
         for (const auto& [name, uniform] : file.renamed) Rename(fragment, name, uniform);
         words = WordsOf(fragment);
         if (!vertex.text.empty()) readVertexStage();
@@ -58,6 +59,23 @@ public:
     }
 
 private:
+    // The file's own declarations of what is declared for it go. What nobody feeds stays, and is 0.
+    void takeUniforms() {
+        const GlslTokens before = fragment;
+        for (const Varying& uniform : TakeUniforms(fragment)) {
+            const auto isNamed = [&](const auto& picture) { return picture.name == uniform.name; };
+            const auto renamed = file.renamed.find(uniform.name);
+            const std::string& name = renamed == file.renamed.end() ? uniform.name : renamed->second;
+            if (file.uniforms.contains(name) || FindBuiltIn(name) || renamed != file.renamed.end() ||
+                std::ranges::any_of(file.plan.images, isNamed) || std::ranges::any_of(file.plan.targets, isNamed))
+                continue;
+            const auto place = std::ranges::find(before, uniform.name, &GlslToken::source);
+            findings.warn(place == before.end() ? 0 : place->line,
+                          fmt::format("uniform {}: it is no input, and stays 0; declare it in INPUTS", uniform.name));
+            unfed.push_back(uniform);
+        }
+    }
+
     void readVertexStage() {
         GlslTokens tokens = ReadTokens(vertex.text, 1);
         SettleVersions(tokens);
@@ -88,6 +106,8 @@ private:
         for (const std::string& word : words) {
             if (const BuiltIn* builtIn = FindBuiltIn(word)) options.globals[word] = *TypeNamed(builtIn->type);
         }
+        for (const Varying& uniform : unfed)
+            options.globals[uniform.name] = TypeNamed(uniform.type).value_or(GlslType{});
         options.globals["isf_FragNormCoord"] = options.globals["vv_FragNormCoord"] = FloatOfSize(2);
         DialectResult result = Translate(fragment, options, findings);
         if (stage.vertexMain.empty()) return result;
@@ -107,6 +127,8 @@ private:
         for (const std::string& word : words) {
             if (const BuiltIn* builtIn = FindBuiltIn(word)) declare(builtIn->type, word, text);
         }
+        for (const Varying& uniform : unfed)
+            text += fmt::format("uniform {} {}{};\n", uniform.type, uniform.name, uniform.array);
         const auto sampler = [&](const std::string& name) {
             if (!dialect.usedPictures.contains(name)) return;
             PlannedSampler planned{.uniform = name, .picture = name};
@@ -154,6 +176,7 @@ private:
     PlannedShader shader;
     GlslTokens fragment;
     std::vector<Varying> varyings;
+    std::vector<Varying> unfed;  // uniforms that the file declares and nobody knows
     std::set<std::string> words;
     VertexStage stage;
 };

@@ -129,6 +129,8 @@ TEST_F(Dialect, WhatCannotBeCarriedOverIsRefusedWithItsLine) {
         {"/*{ \"INPUTS\": [{\"NAME\": \"a\", \"TYPE\": \"cheese\"}]}*/void main() {}", "type \"cheese\" is unknown"},
         {"/*{ \"PASSES\": [{\"TARGET\": \"t\", \"WIDTH\": \"$nothing/2\"}]}*/void main() {}", "$nothing is no input"},
         {"/*{ \"PASSES\": [{\"TARGET\": \"t\", \"WIDTH\": \"sin(2)\"}]}*/void main() {}", "\"sin\" is unknown here"},
+        {"/*{ \"PASSES\": {}}*/void main() {}", "x.fs:1: error: PASSES is no list of objects"},
+        {"/*{ \"IMPORTED\": \"t\"}*/void main() {}", "x.fs:1: error: IMPORTED is no list of objects"},
         {"/*{ \"IMPORTED\": {\"t\": {\"PATH\": \"no.png\"}}}*/void main() {}", "there is no file \"no.png\""},
     };
     for (const auto& [file, words] : kRows) {

@@ -58,16 +58,20 @@ TEST_F(Isf, ControlsGiveTheShaderWhatTheFileMeans) {
         {"NAME": "spot", "TYPE": "point2D", "DEFAULT": [0.25, 0], "MIN": [0, 0], "MAX": [1, 1]},
         {"NAME": "wide", "TYPE": "point2D", "DEFAULT": [-1, 1], "MIN": [-1, -1], "MAX": [1, 1]},
         {"NAME": "pixels", "TYPE": "point2D", "DEFAULT": [100, 200], "MAX": [400, 400]},
-        {"NAME": "output", "TYPE": "float", "DEFAULT": 0.75},)",
+        {"NAME": "output", "TYPE": "float", "DEFAULT": 0.75},
+        {"NAME": "list", "TYPE": "float", "DEFAULT": [1]},)",
                                              R"(
+        uniform vec4 tint; uniform float extra;
         void main() {
             int x = int(gl_FragCoord.x);
             gl_FragColor = tint;
             if (x == 1) gl_FragColor = vec4(amount, on ? 1 : 0, kind, click);
             if (x == 2) gl_FragColor = vec4(spot, wide);
-            if (x == 3) gl_FragColor = vec4(pixels, output, 1.0);
+            if (x == 3) gl_FragColor = vec4(pixels, output, 1.0 + extra + list);
         })"));
     EXPECT_NE(warnings.find("inputs.fs:2: warning: input \"amount\": its default 3 is outside"), std::string::npos);
+    EXPECT_NE(warnings.find("inputs.fs:11: warning: input \"list\": its DEFAULT is no number"), std::string::npos);
+    EXPECT_NE(warnings.find("warning: uniform extra: it is no input, and stays 0"), std::string::npos);
     EXPECT_NE(warnings.find("inputs.fs:6: warning: input \"click\": a click cannot last one frame"), std::string::npos);
     const auto colors = [](const std::vector<Color>& picture) {
         return std::vector<Color>(picture.begin(), picture.begin() + 4);
