@@ -26,15 +26,15 @@ struct Writer {
 // The library stamps each file with the present moment, in its local header and in the central directory.
 void EraseDates(std::span<std::byte> archive) {
     constexpr std::size_t kEndBytes = 22, kEntryBytes = 46;
-    const auto& word16 = LoadLittle<std::uint16_t>;
-    const auto& word32 = LoadLittle<std::uint32_t>;
+    const auto word16 = [archive](std::size_t at) { return LoadLittle<std::uint16_t>(archive, at); };
+    const auto word32 = [archive](std::size_t at) { return LoadLittle<std::uint32_t>(archive, at); };
     const std::size_t end = archive.size() - kEndBytes;
-    std::size_t entry = word32(archive, end + 16);
-    for (std::uint32_t count = word16(archive, end + 10); count > 0; --count) {
-        const std::size_t local = word32(archive, entry + 42);
+    std::size_t entry = word32(end + 16);
+    for (std::uint32_t count = word16(end + 10); count > 0; --count) {
+        const std::size_t local = word32(entry + 42);
         StoreLittle<std::uint32_t>(archive, local + 10, 0);
         StoreLittle<std::uint32_t>(archive, entry + 12, 0);
-        entry += kEntryBytes + word16(archive, entry + 28) + word16(archive, entry + 30) + word16(archive, entry + 32);
+        entry += kEntryBytes + word16(entry + 28) + word16(entry + 30) + word16(entry + 32);
     }
 }
 

@@ -15,7 +15,7 @@ struct EffectIdentity {
     std::string name;            // in the host's menu
     std::string category;        // the submenu
     std::string matchName;       // by which projects find the effect again
-    std::uint32_t version = 0;   // as EffectVersion::HostWord gives it
+    std::uint32_t version = 0;   // as EffectVersion::hostWord gives it
     std::uint32_t outFlags = 0;  // all that the effect answers at global setup under After Effects
     std::uint32_t outFlags2 = 0;
 };

@@ -103,13 +103,13 @@ private:
         return kHighBit | Take(nextText, TextBytes(id));
     }
 
-    static bool isText(std::uint32_t) { return false; }
-    static bool isText(const ResourceId& id) { return std::holds_alternative<std::u16string>(id); }
+    static bool IsText(std::uint32_t) { return false; }
+    static bool IsText(const ResourceId& id) { return std::holds_alternative<std::u16string>(id); }
 
     template <class Children, class OffsetOf>
     void directory(const Children& children, const OffsetOf& offsetOf) {
         const auto named = static_cast<std::size_t>(
-            std::ranges::count_if(children, [](const auto& child) { return isText(child.first); }));
+            std::ranges::count_if(children, [](const auto& child) { return IsText(child.first); }));
         if (children.size() > 0xFFFF)
             throw FileError("", "more than 65535 resources of one kind", "use another module");
         for (int i = 0; i < 3; ++i) put(0);  // flags, date, version

@@ -54,7 +54,7 @@ std::vector<Control> ControlsOf(const std::vector<Parameter>& declarations) {
     std::vector<Control> controls;
     for (const Parameter& declared : declarations) {
         const bool isShown = ControlKindOf(declared.kind).hostControl != HostControl::none;
-        if (!isShown || (declared.flags & ParameterFlag::hidden) != 0) continue;
+        if (!isShown || (declared.flags & ParameterFlag::kHidden) != 0) continue;
         controls.push_back({static_cast<std::int32_t>(controls.size() + 1), declared});
     }
     return controls;

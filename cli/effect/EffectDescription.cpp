@@ -54,7 +54,7 @@ EffectIdentity IdentityOf(const EffectSource& source) {
     EffectIdentity identity{.name = ConfigText(config, L"FXNAME"),
                             .category = ConfigText(config, L"CATEGORY"),
                             .matchName = ConfigText(config, L"MATCH_NAME"),
-                            .version = EffectVersion::FromConfig(config).HostWord(),
+                            .version = EffectVersion::FromConfig(config).hostWord(),
                             .outFlags = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS")) | kFixedOutFlags,
                             .outFlags2 = static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2"))};
     if (identity.category.empty()) identity.category = "Quillon";

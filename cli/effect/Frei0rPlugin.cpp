@@ -118,7 +118,7 @@ private:
     }
 
     void addControl(std::uint32_t index, const Parameter& declared) {
-        const bool isHidden = (declared.flags & ParameterFlag::hidden) != 0;
+        const bool isHidden = (declared.flags & ParameterFlag::kHidden) != 0;
         if (declared.kind == GROUP_START) groups.push_back(isHidden ? "" : CleanName(declared.label));
         if (declared.kind == GROUP_END && !groups.empty()) groups.pop_back();
         if (isHidden) return;

@@ -83,7 +83,7 @@ const EffectSource* running = nullptr;
 // Nothing can return from here: the engine's state is what its contract leaves undefined.
 void EndWithFault(const char* reason) {
     const ScriptError error =
-        Scripting::instance().AtCurrentLine(fmt::format("{}, which ends a host's process", reason));
+        Scripting::instance().atCurrentLine(fmt::format("{}, which ends a host's process", reason));
     if (isatty(STDERR_FILENO)) std::fputs("\r\x1b[K", stderr);  // a progress bar may be there
     PrintDiagnostics({ExplainScriptError(error, *running)});
     RemoveTemporaries();

@@ -48,7 +48,7 @@ void ForgetGLErrors() {
 
 }  // namespace
 
-bool Texture::respecify(const PixelLayout& layout, const std::vector<std::byte>* rows) {
+bool Texture::Respecify(const PixelLayout& layout, const std::vector<std::byte>* rows) {
     ForgetGLErrors();
     if (DriverHolds(layout)) {
         const std::byte* pixels = rows ? rows->data() : nullptr;
@@ -106,7 +106,7 @@ void Texture::uploadPixels(const void* source, const PixelLayout& given, bool ar
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
     glTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_SWIZZLE_RGBA, argbOrdered ? kHostOrder : kRgbaOrder);
 
-    hasStorage = respecify(layout, source ? copy.get() : nullptr);
+    hasStorage = Respecify(layout, source ? copy.get() : nullptr);
 
     isArgbOrdered = argbOrdered;
     width = layout.width;

@@ -77,7 +77,7 @@ private:
     void keepCopy(const std::byte* source, const PixelLayout& layout, bool widen);
     // Gives the bound texture new storage, filled with the rows unless there are none. False, and no storage at all,
     // when the driver refuses.
-    static bool respecify(const PixelLayout& layout, const std::vector<std::byte>* rows);
+    static bool Respecify(const PixelLayout& layout, const std::vector<std::byte>* rows);
 
     PixelBuffer copy;
     bool hasStorage = false;

@@ -7,19 +7,19 @@ namespace quillon::ImageLib {
 // Pixels in the host's channel order: alpha first in memory, then red, green, blue. "Lane" numbers count from alpha.
 struct Pixel8 {
     using Channel = std::uint8_t;
-    static constexpr std::uint32_t bitDepth = 8;
+    static constexpr std::uint32_t kBitDepth = 8;
     Channel alpha, red, green, blue;  // 0 to 255
 };
 
 struct Pixel15 {
     using Channel = std::uint16_t;
-    static constexpr std::uint32_t bitDepth = 16;
+    static constexpr std::uint32_t kBitDepth = 16;
     Channel alpha, red, green, blue;  // 0 to 32768
 };
 
 struct Pixel32 {
     using Channel = float;
-    static constexpr std::uint32_t bitDepth = 32;
+    static constexpr std::uint32_t kBitDepth = 32;
     Channel alpha, red, green, blue;  // nominally 0 to 1, not clamped
 };
 

@@ -46,7 +46,7 @@ public:
     std::uint32_t width;
     std::uint32_t height;
     std::uint64_t rowBytes;
-    std::uint32_t bitDepth = T::bitDepth;
+    std::uint32_t bitDepth = T::kBitDepth;
     T* pixels = nullptr;
     bool ownsPixels = false;
 };

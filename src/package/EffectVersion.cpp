@@ -28,7 +28,7 @@ EffectVersion EffectVersion::FromConfig(const ConfigDocument& config) {
     return version;
 }
 
-std::uint32_t EffectVersion::HostWord() const {
+std::uint32_t EffectVersion::hostWord() const {
     return (build() & 0x1FF) | stage() << 9 | (minor() & 0xF) << 15 | (major() & 0x7) << 19 | (major() >> 3) << 26;
 }
 

@@ -20,7 +20,7 @@ struct EffectVersion {
 
     // The version word of the effect API, which has no room for all of it: build is cut to 9 bits, minor to 4, and
     // major is split into bits 19 to 21 and 26 to 28.
-    std::uint32_t HostWord() const;
+    std::uint32_t hostWord() const;
 };
 
 }  // namespace quillon

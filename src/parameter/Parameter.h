@@ -12,13 +12,13 @@ namespace quillon {
 // Bits of Parameter::flags. The three scale flags are public to scripts as QL_ParamFlags; the top byte holds the
 // number of decimal places that the host displays.
 namespace ParameterFlag {
-inline constexpr std::uint32_t hidden = 1;
-inline constexpr std::uint32_t disabled = 2;
-inline constexpr std::uint32_t scaleByWidth = 8;    // a FLOAT follows the render's horizontal downsampling
-inline constexpr std::uint32_t scaleByHeight = 16;  // a FLOAT follows the render's vertical downsampling
-inline constexpr std::uint32_t removeScale = 32;    // a POINT2D is brought to full resolution
-inline constexpr unsigned precisionShift = 24;
-inline constexpr std::uint32_t precisionMask = 0xFF000000;
+inline constexpr std::uint32_t kHidden = 1;
+inline constexpr std::uint32_t kDisabled = 2;
+inline constexpr std::uint32_t kScaleByWidth = 8;    // a FLOAT follows the render's horizontal downsampling
+inline constexpr std::uint32_t kScaleByHeight = 16;  // a FLOAT follows the render's vertical downsampling
+inline constexpr std::uint32_t kRemoveScale = 32;    // a POINT2D is brought to full resolution
+inline constexpr unsigned kPrecisionShift = 24;
+inline constexpr std::uint32_t kPrecisionMask = 0xFF000000;
 }  // namespace ParameterFlag
 
 // One control of the effect, or one uniform of a shader: the same record, so that a control's value reaches a uniform

@@ -135,7 +135,7 @@ duk_ret_t SetParamPrecision(duk_context* ctx) {
     const std::uint32_t precision = ToUnsigned(ctx, 1);
     if (Parameter* parameter = LiveParameter(id))
         parameter->flags =
-            (parameter->flags & ~ParameterFlag::precisionMask) | (precision << ParameterFlag::precisionShift);
+            (parameter->flags & ~ParameterFlag::kPrecisionMask) | (precision << ParameterFlag::kPrecisionShift);
     return PushBool(ctx, true);
 }
 
@@ -145,9 +145,9 @@ duk_ret_t SetParamEnabled(duk_context* ctx) {
     const bool enabled = duk_to_int(ctx, 1) != 0;
     if (Parameter* parameter = LiveParameter(id)) {
         if (enabled)
-            parameter->flags &= ~ParameterFlag::disabled;
+            parameter->flags &= ~ParameterFlag::kDisabled;
         else
-            parameter->flags |= ParameterFlag::disabled;
+            parameter->flags |= ParameterFlag::kDisabled;
     }
     return PushBool(ctx, true);
 }

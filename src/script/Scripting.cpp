@@ -93,23 +93,23 @@ void Scripting::Eval(const char* text) {
     if (!text || !context) return;
     evaluated = text;
     const bool failed = duk_peval_string(context, text) != 0;
-    if (failed && errorObserver && !pending) Report();
+    if (failed && errorObserver && !pending) report();
     duk_pop(context);
     duk_gc(context, 0);
     evaluated = nullptr;
     if (pending) std::rethrow_exception(std::exchange(pending, nullptr));
 }
 
-void Scripting::Report() {
+void Scripting::report() {
     try {
         ThrownError error = ReadThrownError(context);
         errorObserver({evaluated, std::move(error.message), error.line});
     } catch (const std::bad_alloc&) {
-        KeepException();
+        keepException();
     }
 }
 
-ScriptError Scripting::AtCurrentLine(const std::string& message) const {
+ScriptError Scripting::atCurrentLine(const std::string& message) const {
     if (!context || !evaluated) return {{}, message, 0};
     duk_safe_call(context, FindLine, nullptr, 0, 1);
     const int line = duk_get_int(context, -1);
@@ -121,7 +121,7 @@ void Scripting::SetErrorObserver(ErrorObserver observer) {
     errorObserver = observer;
 }
 
-void Scripting::KeepException() noexcept {
+void Scripting::keepException() noexcept {
     if (!pending) pending = std::current_exception();
 }
 
@@ -131,7 +131,7 @@ duk_ret_t RunNative(duk_context* ctx, duk_c_function function) {
     try {
         return function(ctx);
     } catch (...) {
-        Scripting::instance().KeepException();
+        Scripting::instance().keepException();
     }
     return duk_error(ctx, DUK_ERR_ERROR, "a native function failed");
 }

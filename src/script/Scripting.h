@@ -44,17 +44,17 @@ public:
 
     // The message as an error at the place where the script is now. For an observer of FailFast, which the script has
     // brought the process to: no text and line 0 outside of an evaluation.
-    ScriptError AtCurrentLine(const std::string& message) const;
+    ScriptError atCurrentLine(const std::string& message) const;
 
     // Keeps the exception that is being handled, for Eval to throw on. For the natives' common wrapper.
     // The first one wins.
-    void KeepException() noexcept;
+    void keepException() noexcept;
 
 private:
     friend class ustl::dynamic_singleton<Scripting>;
     Scripting();
     // Shows the observer the error on top of the value stack.
-    void Report();
+    void report();
 
     duk_hthread* context = nullptr;
     const char* evaluated = nullptr;  // during Eval, the collection of garbage included

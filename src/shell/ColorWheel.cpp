@@ -28,7 +28,7 @@ bool IsOnControl(const PF_EventExtra& extra) {
 
 const WheelImage& WheelOf(const PF_EventExtra& extra) {
     const PF_UnionableRect& frame = extra.effect_win.current_frame;
-    return WheelImage::ofSize(frame.right - frame.left, frame.bottom - frame.top);
+    return WheelImage::OfSize(frame.right - frame.left, frame.bottom - frame.top);
 }
 
 struct FramePoint {

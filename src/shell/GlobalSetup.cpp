@@ -79,7 +79,7 @@ PF_Err GlobalSetup(PF_InData& in, PF_OutData& out) {
 
     EffectVersion version;
     engine.packedVersion(&version.word);
-    out.my_version = version.HostWord();
+    out.my_version = version.hostWord();
     out.out_flags = static_cast<A_long>(engine.effectFlags() | kFixedOutFlags);
     out.out_flags2 = static_cast<A_long>(engine.effectFlags2());
     // The instance's data holds a pointer, which a copy of it must not carry along.

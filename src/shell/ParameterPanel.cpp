@@ -26,12 +26,12 @@ std::vector<PanelControl> ReadPanel(PF_Handle sequenceData) {
     const std::uint32_t count = turn->parameterCount();
     for (std::uint32_t i = 0; i < count; ++i) {
         const Parameter& parameter = *turn->parameterInfo(i);
-        if (parameter.flags & ParameterFlag::hidden) continue;
+        if (parameter.flags & ParameterFlag::kHidden) continue;
         // A control that was declared after the registration enters the map with 0 here.
         const std::uint32_t hostIndex = maps.hostIndexOfParam[i];
         if (hostIndex == 0) continue;
         maps.paramOfHostIndex[hostIndex] = i;
-        panel.push_back({hostIndex, (parameter.flags & ParameterFlag::disabled) != 0,
+        panel.push_back({hostIndex, (parameter.flags & ParameterFlag::kDisabled) != 0,
                          parameter.label.substr(0, PF_MAX_EFFECT_PARAM_NAME_LEN)});
     }
     return panel;

@@ -26,7 +26,7 @@ void FillFloat(PF_ParamDef& def, const Parameter& parameter) {
     slider.dephault = parameter.floatAt(0);
     slider.valid_min = slider.slider_min = parameter.min[0];
     slider.valid_max = slider.slider_max = parameter.max[0];
-    slider.precision = static_cast<A_short>(parameter.flags >> ParameterFlag::precisionShift);
+    slider.precision = static_cast<A_short>(parameter.flags >> ParameterFlag::kPrecisionShift);
     slider.curve_tolerance = 0.05f;
 }
 
@@ -155,7 +155,7 @@ PF_Err registerParameters(PF_InData& in, PF_OutData& out) {
     for (std::uint32_t i = 0; i < count; ++i) parameters.push_back(*engine.parameterInfo(i));
     for (std::uint32_t i = 0; i < count; ++i) {
         const Parameter& parameter = parameters[i];
-        if (parameter.flags & ParameterFlag::hidden) continue;
+        if (parameter.flags & ParameterFlag::kHidden) continue;
         const auto hostIndex = static_cast<std::uint32_t>(out.num_params);
         const ControlKind& kind = ControlKindOf(parameter.kind);
         const auto row = std::find_if(std::begin(kControlTypes), std::end(kControlTypes),

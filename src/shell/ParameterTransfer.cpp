@@ -42,7 +42,7 @@ std::vector<SweptControl> ListSweptControls(PF_InData& in, bool withLayers) {
     const std::uint32_t count = turn->parameterCount();
     for (std::uint32_t i = 0; i < count; ++i) {
         const Parameter& parameter = *turn->parameterInfo(i);
-        if (parameter.flags & ParameterFlag::hidden) continue;
+        if (parameter.flags & ParameterFlag::kHidden) continue;
         const bool isPicture = parameter.kind == LAYER || parameter.kind == TEXTURE || parameter.kind == PATH;
         if (isPicture && !withLayers) continue;
         const auto found = known.find(i);
@@ -85,15 +85,15 @@ ControlValue::ControlValue(PF_InData& in, PF_ParamDef& def, const TargetControl&
             break;
         }
         case PF_Param_POINT: {
-            const bool isScaled = (target.flags & ParameterFlag::removeScale) != 0;
+            const bool isScaled = (target.flags & ParameterFlag::kRemoveScale) != 0;
             setFloat(0, FromFixed(def.u.td.x_value) * (isScaled ? scale.sx : 1.0f));
             setFloat(1, FromFixed(def.u.td.y_value) * (isScaled ? scale.sy : 1.0f));
             break;
         }
         case PF_Param_FLOAT_SLIDER: {
             auto number = static_cast<float>(def.u.fs_d.value);
-            if (target.flags & ParameterFlag::scaleByWidth) number /= scale.sx / scale.par;
-            if (target.flags & ParameterFlag::scaleByHeight) number /= scale.sy;
+            if (target.flags & ParameterFlag::kScaleByWidth) number /= scale.sx / scale.par;
+            if (target.flags & ParameterFlag::kScaleByHeight) number /= scale.sy;
             setFloat(0, number);
             break;
         }

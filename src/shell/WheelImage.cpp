@@ -33,7 +33,7 @@ WheelColor FromHue(float hue, float saturation) {
 
 }  // namespace
 
-const WheelImage& WheelImage::ofSize(int width, int height) {
+const WheelImage& WheelImage::OfSize(int width, int height) {
     static WheelImage wheel;
     const bool isKept = width <= 0 || height <= 0 || (width == wheel.columns && height == wheel.rows);
     if (!isKept) wheel.draw(width, height);

@@ -14,7 +14,7 @@ struct WheelColor {
 class WheelImage {
 public:
     // The process's one image, drawn anew when another size is asked for; a side of 0 takes what is there.
-    static const WheelImage& ofSize(int width, int height);
+    static const WheelImage& OfSize(int width, int height);
 
     int width() const { return columns; }
     int height() const { return rows; }

@@ -110,7 +110,7 @@ TEST_F(ConfigDocumentTest, PacksTheVersionAndCutsItForTheHost) {
                      "</STAGE_VERSION>";
         const EffectVersion version = EffectVersion::FromConfig(ConfigDocument());
         EXPECT_EQ(version.word, packed);
-        EXPECT_EQ(version.HostWord(), host);
+        EXPECT_EQ(version.hostWord(), host);
     }
 }
 

@@ -87,7 +87,7 @@ TEST_F(HostApi, ReleasesWhatAnIdNamesAndIgnoresTheRest) {
 TEST(ReleaseDeathTest, EndsTheProcessForAnIdOfNoKind) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     SetFailFastObserver([](const char* reason) {
-        const ScriptError error = Scripting::instance().AtCurrentLine(reason);
+        const ScriptError error = Scripting::instance().atCurrentLine(reason);
         std::fprintf(stderr, "%s, line %d of \"%s\"\n", error.message.c_str(), error.line, error.evaluated.c_str());
     });
     for (const char* id : {"0x5000001", "0x7000001", "-1", "-16777216", "4294967295", "1e99"})
