@@ -2,7 +2,6 @@
 
 #include <GL/glew.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -86,7 +85,7 @@ bool Shader::compileSource(const std::string& text) {
     glGetProgramiv(program.get(), GL_LINK_STATUS, &status);
     if (status == GL_TRUE) {
         reflectUniforms();
-        // What reflection says of uniforms that cannot be fed is dropped: they stay at kind 0, and that is all.
+        // A uniform that cannot be fed stays at kind 0, and the reason is dropped.
         clearFault();
         return true;
     }
@@ -149,83 +148,6 @@ void Shader::render(bool flip) {
     glPopMatrix();
     glMatrixMode(GL_MODELVIEW);
     glPopMatrix();
-}
-
-void Shader::applyUniforms() {
-    for (const Parameter& uniform : parameters) {
-        const GLint location = uniform.location;
-        const GLfloat floats[] = {uniform.floatAt(0), uniform.floatAt(1), uniform.floatAt(2), uniform.floatAt(3)};
-        const GLint integer = uniform.intValue();
-        switch (ControlKindOf(uniform.kind).uniformType) {
-            case UniformType::float1:
-                glUniform1f(location, floats[0]);
-                break;
-            case UniformType::vec3:
-                glUniform3fv(location, 1, floats);
-                break;
-            case UniformType::vec4:
-                glUniform4fv(location, 1, floats);
-                break;
-            case UniformType::vec2:
-                glUniform2fv(location, 1, floats);
-                break;
-            case UniformType::bool1:
-            case UniformType::int1:
-                glUniform1iv(location, 1, &integer);
-                break;
-            case UniformType::sampler2D: {
-                glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(nextTextureUnit));
-                glBindTexture(GL_TEXTURE_2D, uniform.wordValue());
-                glUniform1i(location, nextTextureUnit);
-                GLint width = 0;
-                GLint height = 0;
-                glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
-                glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-                applyTextureParams(width, height);
-                ++nextTextureUnit;
-                break;
-            }
-            case UniformType::none:
-                break;
-        }
-    }
-}
-
-void Shader::applyTextureParams(std::int32_t width, std::int32_t height) {
-    const auto w = static_cast<GLfloat>(width);
-    const auto h = static_cast<GLfloat>(height);
-    const GLfloat extent[] = {w, h, 1.0f / w, 1.0f / h};  // infinities for texture 0
-    for (const char* format : {"s_Texture%dParams", "Texture%dParams"}) {
-        std::array<char, 40> uniformName{};
-        std::snprintf(uniformName.data(), uniformName.size(), format, static_cast<int>(nextTextureUnit));
-        if (const GLint location = uniformLocation(uniformName.data()); location != -1)
-            glUniform4fv(location, 1, extent);
-    }
-}
-
-std::int32_t Shader::uniformLocation(const std::string& uniformName) {
-    const auto cached = locationCache.find(uniformName);
-    if (cached != locationCache.end()) return cached->second;
-    const GLint location = glGetUniformLocation(program.get(), uniformName.c_str());
-    locationCache.emplace(uniformName, location);
-    return location;
-}
-
-std::int32_t Shader::parameterIndex(const std::string& uniformName) {
-    const auto cached = indexCache.find(uniformName);
-    if (cached != indexCache.end()) return cached->second;
-    const auto found = std::find_if(parameters.begin(), parameters.end(),
-                                    [&](const Parameter& uniform) { return uniform.uniformName == uniformName; });
-    if (found == parameters.end()) return -1;
-    const auto index = static_cast<std::int32_t>(found - parameters.begin());
-    indexCache.emplace(uniformName, index);
-    return index;
-}
-
-Parameter& Shader::parameterByName(const std::string& uniformName) {
-    const std::int32_t index = parameterIndex(uniformName);
-    const bool exists = index >= 0 && static_cast<std::size_t>(index) < parameters.size();
-    return exists ? parameters[static_cast<std::size_t>(index)] : ParametersHolder::Null();
 }
 
 }  // namespace quillon
