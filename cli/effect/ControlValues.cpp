@@ -1,11 +1,14 @@
+#include "cli/effect/ControlValues.h"
+
 #include <fmt/format.h>
 
 #include <charconv>
 #include <cmath>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "cli/diagnostics/ToolError.h"
-#include "cli/effect/Controls.h"
 
 namespace quillon::cli {
 
@@ -113,16 +116,16 @@ constexpr ValueForm kValueForms[] = {
 }  // namespace
 
 ControlValue ParseControlValue(const Parameter& control, std::string_view text) {
-    if (control.kind == LAYER) {
+    const ControlKind& kind = ControlKindOf(control.kind);
+    if (kind.hostControl == HostControl::layer) {
         throw WrongCommandLine(control.uniformName, "is a layer",
                                fmt::format("give it a picture with --layer {}=FILE", control.uniformName));
     }
-    const ControlKind& kind = ControlKindOf(control.kind);
     for (const ValueForm& form : kValueForms) {
         if (form.control != kind.hostControl) continue;
         ControlValue value;
         if (form.parse(control, text, value)) return value;
-        const std::string entries = control.kind == POPUP ? fmt::format(" ({})", control.choices) : "";
+        const std::string entries = kind.hostControl == HostControl::popup ? fmt::format(" ({})", control.choices) : "";
         throw WrongCommandLine(control.uniformName, fmt::format("\"{}\" is not a value for it", text),
                                fmt::format("it takes {}{}", kind.toolForm, entries));
     }

@@ -2,12 +2,13 @@
 
 #include <vector>
 
+#include "cli/effect/ControlValues.h"
 #include "cli/effect/Controls.h"
 #include "host/HostInstance.h"
 
 namespace quillon::cli {
 
-// Sets a control of the instance. The host's positions lie in the picture at 1/downsample of its size.
+// Sets a control of the instance. The host counts positions in pixels of the picture at 1/downsample of its size.
 void SetControl(host::HostInstance& instance, const Control& control, const ControlValue& value,
                 std::uint32_t downsample);
 

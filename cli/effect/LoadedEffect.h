@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/effect/ControlValues.h"
 #include "cli/effect/Controls.h"
 #include "cli/effect/EffectSource.h"
 #include "cli/effect/FrameTime.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <map>
 
-#include "cli/effect/Controls.h"
+#include "cli/effect/ControlValues.h"
 
 namespace quillon::cli {
 

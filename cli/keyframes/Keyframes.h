@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/effect/ControlValues.h"
 #include "cli/effect/Controls.h"
 #include "cli/keyframes/KeyTrack.h"
 
