@@ -4,8 +4,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <map>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/diagnostics/TextScanner.h"
 #include "cli/effect/ConfigChecks.h"
@@ -24,7 +28,7 @@ using frei0r::Role;
 // A control without a range in the script: two turns, so that every default within a turn, either way, has its place.
 constexpr float kMostDegrees = 360;
 
-// Hosts take parameters from their command lines as NAME=VALUE, and colons and bars part other things there.
+// Hosts take parameters from their command lines as NAME=VALUE, where colons and bars separate other things.
 std::string CleanName(std::string text) {
     std::ranges::replace_if(
         text,
@@ -53,7 +57,7 @@ std::string EntriesText(const Parameter& popup) {
     return text;
 }
 
-// The next word of a shader's text, which is taken off up to the word's end; empty at the end of the text.
+// Takes the text up to the end of its next word, and gives the word; empty at the end of the text.
 std::string_view TakeWord(std::string_view& text) {
     text.remove_prefix(static_cast<std::size_t>(std::ranges::find_if(text, IsWordCharacter) - text.begin()));
     const std::string_view word =
@@ -62,28 +66,32 @@ std::string_view TakeWord(std::string_view& text) {
     return word;
 }
 
-enum class ColorUse { none, withoutAlpha, withAlpha };
+// By the name of a uniform: whether a shader may use its fourth channel.
+using AlphaUses = std::map<std::string, bool, std::less<>>;
 
-// How the shader in a file uses the uniform of this name: without alpha when each use names channels of "rgb" or "xyz".
-ColorUse UseOf(std::string_view name, const std::string& file) {
+// Adds the uniforms of the shader in a file. One is without alpha when each use of it names channels of "rgb" or "xyz".
+void AddAlphaUses(const std::string& file, AlphaUses& uses) {
+    std::map<std::string_view, bool> words;  // whether a use of the word is more than those channels
+    std::vector<std::string_view> uniforms;
     std::string_view rest = file;
-    bool isUniform = false, usesAlpha = false;
     for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
         if (word == "uniform") {
             std::string_view declaration = rest.substr(0, rest.find(';'));
             rest.remove_prefix(declaration.size());
-            while (!(word = TakeWord(declaration)).empty()) isUniform = isUniform || word == name;
+            while (!(word = TakeWord(declaration)).empty()) uniforms.push_back(word);
             continue;
         }
-        if (word != name) continue;
         std::string_view channels = rest;
         TakeWord(channels);
-        const std::size_t end = rest.size() - channels.size();
-        const std::string_view use = rest.substr(0, end);
-        usesAlpha = usesAlpha || use.find_first_not_of(" \t\r\n.rgbxyz") != std::string_view::npos ||
-                    use.find('.') == std::string_view::npos;
+        const std::string_view use = rest.substr(0, rest.size() - channels.size());
+        const bool hasOnlyColor = use.find('.') != std::string_view::npos &&
+                                  use.find_first_not_of(" \t\r\n.rgbxyz") == std::string_view::npos;
+        words[word] = words[word] || !hasOnlyColor;
     }
-    return !isUniform ? ColorUse::none : usesAlpha ? ColorUse::withAlpha : ColorUse::withoutAlpha;
+    for (const std::string_view uniform : uniforms) {
+        bool& usesAlpha = uses[std::string(uniform)];
+        usesAlpha = usesAlpha || words[uniform];
+    }
 }
 
 class PluginLister {
@@ -94,6 +102,7 @@ public:
         addIdentity();
         const LoadedEffect loaded(source, {});
         const std::vector<Parameter> declarations = LinkedEngine::Declarations();
+        for (const PackageFile& file : source.files) AddAlphaUses(source.textOf(file.name), alphaUses);
         for (std::uint32_t i = 0; i < declarations.size(); ++i) addControl(i, declarations[i]);
         warnOfOutputs();
         return std::move(plugin);
@@ -172,7 +181,7 @@ private:
         listing.layer = index;
     }
 
-    // The names of its groups, then its label; hosts tell parameters apart by nothing else.
+    // The names of its groups, then its label: the only thing by which hosts distinguish parameters.
     std::string nameOf(const Parameter& declared, const char* part) const {
         std::string name;
         for (const std::string& group : groups) name += group.empty() ? "" : group + " / ";
@@ -190,13 +199,8 @@ private:
     // Whether a color's alpha may reach a pixel: not when the shaders that have a uniform of its name use its red,
     // green and blue and nothing else of it. A color that goes to the shaders by another name may be used in any way.
     bool hasAlpha(const Parameter& color) const {
-        bool isUniform = false;
-        for (const PackageFile& file : source.files) {
-            const ColorUse use = UseOf(color.uniformName, source.textOf(file.name));
-            if (use == ColorUse::withAlpha) return true;
-            isUniform = isUniform || use == ColorUse::withoutAlpha;
-        }
-        return !isUniform;
+        const auto found = alphaUses.find(color.uniformName);
+        return found == alphaUses.end() || found->second;
     }
 
     void warnOfOutputs() {
@@ -225,6 +229,7 @@ private:
     const EffectSource& source;
     const ConfigDocument config;
     Frei0rPlugin plugin;
+    AlphaUses alphaUses;
     std::vector<std::string> groups;  // those that are open
 };
 
