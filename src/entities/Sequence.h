@@ -2,13 +2,23 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
-#include "entities/FrameImage.h"
 #include "parameter/ParametersHolder.h"
 
 namespace quillon {
 
 class Context;
+
+// How the engine hands a frame's size and pixels to a Sequence.
+struct FrameImage {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    std::uint64_t stride = 0;        // bytes per row
+    std::uint32_t bits = 0;          // bits per channel
+    const void* pixels = nullptr;    // not owned; may be null
+    std::vector<std::byte> storage;  // used instead of `pixels` unless it is empty
+};
 
 // The state of one effect instance: its copies of all parameters, its output target and input texture, and what the
 // host said of its frame. The target and the texture are entities of the shared factories, and stay there when the

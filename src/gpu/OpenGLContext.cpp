@@ -1,10 +1,9 @@
 #include "gpu/OpenGLContext.h"
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <cwchar>
-
-#include "platform/Clock.h"
 
 namespace quillon {
 
@@ -17,6 +16,12 @@ constexpr int kWindowHeight = 360;
 constexpr std::int32_t kWindowFault = 1;
 constexpr std::int32_t kDeleteFault = 2;
 constexpr int kNoDisplay = 1;
+
+// Milliseconds since an arbitrary moment; wraps after 49 days.
+std::uint32_t TickMilliseconds() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
 
 // Four hex digits: some systems draw from a wider range than the 15 bits that are meant.
 std::wstring RandomSuffix() {
