@@ -47,7 +47,7 @@ private:
 
     mutable std::mutex mutex;
     std::map<PF_Handle, std::unique_ptr<Block>> blocks;
-    std::deque<PF_Handle> ended;  // kept for a while, to tell apart a second disposal and an unknown handle
+    std::deque<PF_Handle> ended;  // kept for a while, to distinguish a second disposal from an unknown handle
 };
 
 }  // namespace quillon::host

@@ -47,7 +47,7 @@ public:
     HostSession& session;
     const int number;  // from 1
     PF_Handle sequenceData = nullptr;
-    PF_Handle flatData = nullptr;  // what FLATTEN last gave; the block of sequenceData lives on beside it
+    PF_Handle flatData = nullptr;  // what FLATTEN last gave; the block of sequenceData stays alive
 
     A_long currentTime;
     A_long timeStep;

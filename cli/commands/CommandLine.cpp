@@ -21,7 +21,7 @@ namespace {
 
 using Run = std::function<int()>;
 
-// {}: what modules end in on the system at hand, the only ones that its tool is sure to have a template for.
+// {}: the ending of modules on this system, the only one whose template is sure to be there.
 constexpr const char* kAbout =
     "Renders shader effects at their author's desk, and makes the modules that hosts load.\n"
     "\n"

@@ -86,7 +86,7 @@ struct PackOptions {
 };
 
 // `quillon pack`: makes the effect's module and prints its path. Warns of what looks wrong in config.xml and of files
-// that are hardly a part of the effect.
+// that are probably not a part of the effect.
 int RunPack(const PackOptions& options);
 
 struct ChartOptions {

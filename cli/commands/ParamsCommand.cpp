@@ -41,7 +41,7 @@ std::string TextOf(const nlohmann::ordered_json& value) {
     return text;
 }
 
-// The fields that every control has are columns; what its type adds stands behind them.
+// The fields that every control has are columns; what its type adds follows them.
 constexpr std::array kColumns = {"index", "uniform", "kind",     "type",  "name",
                                  "id",    "flags",   "ui_flags", "value", "default"};
 

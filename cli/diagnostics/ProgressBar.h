@@ -15,7 +15,7 @@ public:
     ProgressBar& operator=(const ProgressBar&) = delete;
 
     void advance();
-    // Takes the line away for something else to be printed; the next advance() brings it back.
+    // Removes the line, so that something else can be printed; the next advance() brings it back.
     void clear();
 
 private:

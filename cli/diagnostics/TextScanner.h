@@ -9,13 +9,13 @@ namespace quillon::cli {
 // Each takes something from the front of the text, or gives its negative and leaves the text as it is.
 
 bool TakeText(std::string_view& text, std::string_view expected);
-// A run of one to nine decimal digits; a longer run is none.
+// A run of one to nine decimal digits; a longer run counts as no number.
 std::optional<int> TakeNumber(std::string_view& text);
 
 // Always possible.
 void TakeBlanks(std::string_view& text);
 
-// Whether the word stands in the text with no letter, digit or underscore on either side.
+// Whether the word occurs in the text with no letter, digit or underscore on either side.
 bool HoldsWord(std::string_view text, std::string_view word);
 
 bool IsWordCharacter(char c);

@@ -6,8 +6,8 @@
 
 namespace quillon::cli {
 
-// Warnings about what config.xml, which parses, says of the effect: keys that nobody will find, numbers that are read
-// as others than they look, flags with which hosts do not make use of all that the engine can do, or of more.
+// Warnings about what config.xml, which parses, says of the effect: keys that nothing reads, numbers that are
+// read differently from how they look, and flags that ask hosts for less or for more than the engine can do.
 Diagnostics CheckIdentity(const EffectSource& source);
 
 // The line where config.xml, which parses, has this key; 0 when it has not.

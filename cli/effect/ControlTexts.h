@@ -7,8 +7,8 @@
 
 namespace quillon::cli {
 
-// A control with every field that its host has got, in a fixed order. "uniform" and "label" are the script's side of
-// it: the host knows neither the one nor more than 31 bytes of the other.
+// A control with every field that its host has, in a fixed order. "uniform" and "label" come from the script: the host
+// does not know the name of the uniform, and only 31 bytes of the label.
 nlohmann::ordered_json DescribeControl(const Control& control, const PF_ParamDef& def);
 
 }  // namespace quillon::cli

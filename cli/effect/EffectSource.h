@@ -35,8 +35,8 @@ EffectSource ReadEffectSource(const std::filesystem::path& path);
 // EffectFault for what is wrong with the package of the effect at this path.
 ToolError PackageFault(const std::filesystem::path& path, const FileError& error);
 
-// Throws WrongCommandLine for an output anywhere inside the folder of the effect, whose every file becomes a part of
-// it.
+// Throws WrongCommandLine for an output anywhere inside the folder of the effect: it would become a part of the
+// effect.
 void RequireOutside(const std::filesystem::path& output, const std::filesystem::path& effect);
 
 // What keeps the files from being an effect: no config.xml or no fx.js, XML that does not parse.

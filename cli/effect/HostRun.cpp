@@ -8,7 +8,7 @@
 namespace quillon::cli {
 
 HostRun::HostRun(host::EffectModule effect, const host::HostSettings& settings) : session(effect, settings) {
-    // The effect copies pixels through the host in one case alone: when there is no frame to write.
+    // The effect copies pixels through the host only when there is no frame to write.
     session.hooks().at[host::Callback::copy] = [this](const host::CallbackEvent&) { hasCopied = true; };
 }
 

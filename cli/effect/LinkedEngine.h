@@ -8,7 +8,7 @@
 
 namespace quillon::cli {
 
-// The engine that is linked into the tool, with its shell around it. A module says nothing to anybody; this one can be
+// The engine that is linked into the tool, with its shell around it. A module reports nothing; this one can be
 // asked. Given a module's handle it runs that module's package, and shares nothing with the engine inside of it.
 namespace LinkedEngine {
 
@@ -22,7 +22,7 @@ Diagnostics TakeFaults(const EffectSource& source);
 
 // All declarations of the script, hidden ones too.
 std::vector<Parameter> Declarations();
-// What config.xml has the host told.
+// The flags that config.xml declares to the host.
 std::uint32_t Flags();
 std::uint32_t Flags2();
 

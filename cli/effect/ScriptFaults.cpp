@@ -29,10 +29,10 @@ struct EntryPoint {
 // The last row is the program itself, which ends with the call of setup().
 constexpr EntryPoint kEntryPoints[] = {
     {"preRender(", "preRender",
-     "no preRender(), though its name stands in the file, so that none is supplied; define it, or do not name it"},
+     "no preRender(), and no default, because the file mentions its name; define it, or remove the mention"},
     {"draw(", "draw", "no draw(); every effect needs one"},
     {"updateUIFlags(", "updateUIFlags",
-     "no updateUIFlags(), though its name stands in the file, so that none is supplied; define it, or do not name it"},
+     "no updateUIFlags(), and no default, because the file mentions its name; define it, or remove the mention"},
     {"", "setup", "no setup(); every effect needs one"},
 };
 
@@ -43,7 +43,7 @@ const EntryPoint& FindEntryPoint(std::string_view evaluated) {
     return *(std::end(kEntryPoints) - 1);
 }
 
-// The heap knows the language as it was in 2009, and says of anything newer that it cannot be parsed.
+// The heap knows the language of 2009; anything newer is a syntax error there.
 bool UsesNewerLanguage(std::string_view line) {
     for (const char* word : {"let", "class", "async", "import", "export"}) {
         if (HoldsWord(line, word)) return true;
@@ -121,7 +121,7 @@ void CollectScriptErrors(const EffectSource& source) {
         try {
             Collected().push_back(error);
         } catch (const std::bad_alloc&) {
-            // One error less to tell; an observer must not throw.
+            // This error is lost; an observer must not throw.
         }
     });
 }

@@ -15,7 +15,7 @@ int LineAt(std::string_view text, std::size_t position) {
     return 1 + static_cast<int>(std::count(text.begin(), text.begin() + position, '\n'));
 }
 
-// Characters from the line's start, counted from 1. What stands before `position` is valid UTF-8.
+// Characters from the line's start, counted from 1. The text before `position` is valid UTF-8.
 int ColumnAt(std::string_view text, std::size_t position) {
     const std::size_t lineEnd = text.substr(0, position).rfind('\n');
     const std::string_view before =
@@ -86,7 +86,7 @@ Diagnostics CheckConfig(const std::string& path, std::string_view content) {
         document.parse<0>(text.data());
     } catch (const rapidxml::parse_error& error) {
         // Parsing shifts the text in place but leaves what it has not come to where it is.
-        // What is missing at the end belongs behind the last thing that is there.
+        // What is missing at the end belongs after the last character that is there.
         const auto position = std::min(static_cast<std::size_t>(error.where<char>() - text.data()),
                                        content.substr(0, text.size()).find_last_not_of(" \t\r\n") + 1);
         return {{.path = path,

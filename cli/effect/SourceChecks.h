@@ -12,8 +12,8 @@ namespace quillon::cli {
 // XML that the engine will not parse, with the line where the parser stops.
 Diagnostics CheckConfig(const std::string& path, std::string_view content);
 
-// Bytes that are no UTF-8, and zero bytes, behind which the engine sees nothing. The script heap refuses the whole
-// program for the former, and names a line before the true one.
+// Bytes that are not UTF-8, and zero bytes, where the text ends for the engine. The script heap refuses the whole
+// program for the former, and reports a line before the true one.
 Diagnostics CheckScriptEncoding(const std::string& path, std::string_view content);
 
 }  // namespace quillon::cli

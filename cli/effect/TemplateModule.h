@@ -13,9 +13,9 @@ namespace quillon::cli {
 inline constexpr const char* kEffectTemplate = "quillon_module";
 inline constexpr const char* kPluginTemplate = "quillon_frei0r";
 
-// Writes the effect as a module for the system that the output's name says, see ModuleKind.h: a copy of the effect
-// module without an effect, from lib beside the tool's bin, with the package inside, and the description, if
-// one is given. The same files give the same bytes on every system. Throws EffectFault for files that cannot become a
+// Writes the effect as a module for the system that the ending of its name means, see ModuleKind.h: a copy of the
+// effect module without an effect, from lib beside the tool's bin, with the package inside, and the description, if one
+// is given. The same files give the same bytes on every system. Throws EffectFault for files that cannot become a
 // package, and a Fault, which ends with `remedy`, when the module cannot be made.
 void WriteEffectModule(const std::filesystem::path& output, const EffectSource& source, const std::string& remedy,
                        std::span<const std::byte> description = {}, const char* templateName = kEffectTemplate);

@@ -9,7 +9,7 @@
 
 namespace quillon::cli {
 
-// The modules of each system, told apart by the ends of their names.
+// The modules of each system, distinguished by the endings of their names.
 struct ModuleKind {
     const char* ending;
     const char* system;

@@ -32,7 +32,7 @@ bool AEQuillon2::init(void* module, void*) {
     BlobReader::Load(module);
     config = std::make_unique<ConfigDocument>();
     if (!started) {
-        // Stored before it is created: a lock on what could not be created answers false.
+        // Stored before it is created: a lock on a context that could not be created fails.
         gl = std::make_unique<OpenGLContext>();
         if (gl->create() != 0) return false;
     }
@@ -79,7 +79,7 @@ SequenceHandle* AEQuillon2::createSequence() {
 void AEQuillon2::destroySequence(SequenceHandle* handle) {
     if (!handle) return;
     Context& context = Context::Instance();
-    // A slot of an earlier life of the script may be somebody else's by now.
+    // A slot from before a restart of the script may belong to another instance now.
     if (handle->generation == context.generation) context.DeleteSequence(handle->slot);
     if (selected == handle) selected = nullptr;
     delete handle;

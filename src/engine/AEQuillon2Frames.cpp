@@ -15,7 +15,7 @@ namespace quillon {
 namespace {
 
 // Frames of the process since its last buffer swap, whichever instance drew them. The hidden surface swaps on every
-// fifth and never else.
+// fifth and at no other time.
 std::uint32_t swapCounter = 0;
 constexpr std::uint32_t kFramesWithoutSwap = 4;
 

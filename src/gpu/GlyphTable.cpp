@@ -11,7 +11,7 @@ constexpr unsigned kFirstCode = 32;
 constexpr std::size_t kGlyphs = 95;
 constexpr std::size_t kBands = 8;
 
-// The font as it looks: bands of twelve characters, parted by a blank column. The baseline is below the ninth row.
+// The font as it looks: bands of twelve characters, separated by a blank column. The baseline is below the ninth row.
 // clang-format off
 constexpr std::string_view kSheet[kBands * Glyph::kHeight] = {
     // codes 32 to 43

@@ -16,7 +16,7 @@ constexpr int kLineHeight = 16;
 constexpr int kLeftMargin = 5;
 constexpr int kBaseline = 4;
 
-// A display list a code. Codes above these call lists that nobody made, which draws nothing.
+// One display list for each code. Codes above these call lists that do not exist, which draws nothing.
 constexpr int kLists = 128;
 GLuint firstList = 0;
 

@@ -39,8 +39,8 @@ bool DriverHolds(const PixelLayout& layout) {
     return accepted != 0;
 }
 
-// Errors of earlier calls, which scripts can provoke, say nothing about the next one. Some systems answer with an error
-// for ever while no context is current.
+// Errors of earlier calls, which scripts can provoke, say nothing about the next one. Some systems report an error
+// at every call while no context is current.
 void ForgetGLErrors() {
     for (int i = 0; i < 16 && glGetError() != GL_NO_ERROR; ++i) {
     }

@@ -62,7 +62,7 @@ struct PF_PointDef {
     PF_Fixed y_dephault;
 };
 
-// The entries are one text, parted by '|'; the first entry's number is 1.
+// The entries are one text, separated by '|'; the first entry's number is 1.
 struct PF_PopupDef {
     A_long value;
     A_short num_choices;

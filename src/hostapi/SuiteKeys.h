@@ -15,7 +15,7 @@
 
 namespace quillon {
 
-// A suite by what SPBasicSuite wants to hear, with the type of the table that it gives.
+// A suite by name and version, as SPBasicSuite wants them, with the type of the table that it gives.
 template <class SuiteTable>
 struct SuiteKey {
     using Table = SuiteTable;

@@ -4,7 +4,7 @@ namespace quillon {
 
 namespace {
 
-// A position in a file. Behind the end all bytes read as 0.
+// A position in a file. After the end all bytes read as 0.
 class ByteCursor {
 public:
     explicit ByteCursor(std::span<const std::byte> bytes) : file(bytes) {}

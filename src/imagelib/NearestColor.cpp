@@ -134,7 +134,7 @@ void NearestColor::find(const FourPixels& colors, std::uint32_t entries[4]) {
             return;
         }
         if (all & kShort) {
-            // Which of the four are single is left to no branch: it would be guessed wrong too often.
+            // No branch decides which of the four are single: the processor would predict it wrong too often.
             ForLanes<4>([&](auto i) {
                 const std::size_t block = FirstBlockOf(cells[i]);
                 const __m128 four = Distances(colors, i)(blocks[block]);

@@ -6,8 +6,8 @@
 
 namespace quillon {
 
-// The system's one way to files. A name goes to the package once that is open (package mode), and to the disk, as it
-// stands, until then (disk mode); nothing falls back from one to the other. No locks: callers run under the effect's
+// The system's one way to files. A name goes to the package once that is open (package mode), and to the disk,
+// unchanged, until then (disk mode); nothing falls back from one to the other. No locks: callers run under the effect's
 // entry mutex. Running out of memory throws.
 
 // The whole file; empty when it is absent, empty or damaged.

@@ -11,7 +11,7 @@
 
 namespace quillon {
 
-// What a module carries behind its ELF image, where the system's loader does not look:
+// What a module carries after its ELF image, where the system's loader does not look:
 //
 //     ELF image | listing, m bytes | m, kListingMark | package, n bytes | n, kModuleTrailerMark
 //

@@ -47,7 +47,7 @@ void RemoveTemporaries();
 
 // From now on a signal that ends the process (an interrupt, a request to end, a crash) first removes its temporary
 // files and folders. Signals that are ignored or handled already stay as they are. For programs; a module leaves its
-// host's signals alone.
+// host's signals unchanged.
 void RemoveTemporariesAtSignals();
 
 }  // namespace quillon

@@ -60,7 +60,7 @@ bool IsIdOf(std::uint32_t id) {
     return TagOf(id) == Kind::Factory::kTag;
 }
 
-// The texture that an id stands for: a parameter's, a target's own, or the texture of that id. The null texture for any
+// The texture that an id names: a parameter's, a target's own, or the texture of that id. The null texture for any
 // other id.
 Texture& TextureOfId(std::uint32_t id);
 

@@ -14,8 +14,8 @@ namespace quillon {
 struct ParameterMaps {
     std::map<std::uint32_t, std::uint32_t> hostIndexOfParam;  // by declaration index; written at the registration
     std::map<std::uint32_t, std::uint32_t> paramOfHostIndex;  // filled by refreshParamUI, and no value passes before
-    std::array<std::uint32_t, std::size(kControlKinds)>
-        firstIndexOfKind{};                      // host index of the first control of each kind
+    // Host index of the first control of each kind.
+    std::array<std::uint32_t, std::size(kControlKinds)> firstIndexOfKind{};
     std::vector<std::uint32_t> customUiIndices;  // host indices with a color wheel; nothing adds to it
 
     static ParameterMaps& instance() {

@@ -52,8 +52,8 @@ const FaultCase kCases[] = {
      "fx/fx.js:5: error: draw: ReferenceError: identifier 'b' undefined [script]\n"},
     {"no_draw", kSetup, kCopyFragment, "fx/fx.js: error: no draw(); every effect needs one [script]\n"},
     {"entry_point_that_is_only_named", kGood + "// no preRender here\n", kCopyFragment,
-     "fx/fx.js: error: no preRender(), though its name stands in the file, so that none is supplied; define it, or do "
-     "not name it [script]\n"},
+     "fx/fx.js: error: no preRender(), and no default, because the file mentions its name; define it, or remove the "
+     "mention [script]\n"},
     {"output_beyond_the_driver", kGood + "function preRender() { QL_setOutputExtent(-1000000000, -1); }\n",
      kCopyFragment,
      "fx/fx.js: error: preRender: asks for an output of 2147483647x-1 pixels; the graphics driver takes 1 to 16384 in "

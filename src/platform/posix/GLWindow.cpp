@@ -62,7 +62,7 @@ GLWindow::OpenResult GLWindow::open(const std::wstring&, const std::wstring&, in
                                             EGL_NONE};
     const EGLint surfaceAttributes[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
 
-    // The display is the process's, not ours: it is initialized as often as anybody asks and never terminated, since
+    // The display is the process's, not ours: it is initialized any number of times and never terminated, since
     // that would end the contexts of every other module in the process.
     for (const auto getDisplay : kDisplays) {
         const EGLDisplay display = getDisplay();

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kReservedBytes = 128 * 1024;
 
-// Lowest address of the calling thread's stack; 0 when the system does not tell.
+// Lowest address of the calling thread's stack; 0 when the system does not report it.
 std::uintptr_t StackBottom() {
     pthread_attr_t attributes;
     if (pthread_getattr_np(pthread_self(), &attributes) != 0) return 0;

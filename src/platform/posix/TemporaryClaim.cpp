@@ -83,7 +83,7 @@ const bool TemporaryClaim::kBlocksRename = false;
 TemporaryClaim::TemporaryClaim(const std::filesystem::path& path) : system(std::make_unique<System>()) {
     system->entry = Register(path.c_str());
     system->file = Open(path.c_str());
-    // Without the lock when the file system has none: then no other process gets it either.
+    // Without the lock when the file system has none: then no other process can get it either.
     const bool isTaken = system->file >= 0 && flock(system->file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     // Another process may have removed it before the lock.
     struct stat status {};
