@@ -15,8 +15,8 @@
 
 namespace quillon::host {
 
-// What one selector took and must have given back when it ends. A selector entered from within another one has books
-// of its own. One thread.
+// What one selector took and must have given back when it ends. A selector entered from within another one has its own
+// ledger. One thread.
 class CallLedger {
 public:
     using Complain = std::function<void(const std::string&)>;

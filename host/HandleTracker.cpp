@@ -73,7 +73,7 @@ void HandleTracker::dispose(PF_Handle handle, std::string& fault) {
         if (block->locks != 0) fault = "a handle is disposed while locked";
         const char* const guards = block->data + block->size;
         if (!std::all_of(guards, guards + kGuardBytes, [](char byte) { return byte == kHandleGuard; }))
-            fault = "bytes behind a handle's memory are overwritten";
+            fault = "bytes after a handle's memory are overwritten";
         end(*block);
     }
 }

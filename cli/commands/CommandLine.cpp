@@ -57,7 +57,7 @@ constexpr const char* kRenderMore =
     "Controls that are not set have their default.\n"
     "\n"
     "Sequences: with --frames the output's name has a place for the frame number, #### or %04d; the names of input\n"
-    "and layers may have one, else the one picture serves all frames. Frame F stands at F / fps seconds.\n"
+    "and layers may have one, else the one picture serves all frames. Frame F is at F / fps seconds.\n"
     "\n"
     "--part and --resume split and continue it, with the same pictures, unless the effect keeps something from frame\n"
     "to frame.\n"

@@ -32,7 +32,7 @@ Parameter* UniformToWrite(std::uint32_t shaderId, const char* name) {
     return exists ? &shader->parameters[static_cast<std::size_t>(index)] : nullptr;
 }
 
-// GL's name for the texture of an id; 0 for a stranger.
+// GL's name for the texture of an id; 0 for an id of another kind.
 std::uint32_t GlTextureOf(std::uint32_t id) {
     const bool hasTexture = IsIdOf<RenderTarget>(id) || IsIdOf<Texture>(id) || IsIdOf<Parameter>(id);
     return hasTexture ? TextureOfId(id).textureName.get() : 0;
