@@ -32,7 +32,8 @@ Diagnostics FindMissingFiles(const std::filesystem::path& effect, const Files& f
                                                                       {"fx.js", Diagnostic::Kind::package}};
     Diagnostics diagnostics;
     for (const auto& [name, kind] : kRequired) {
-        if (std::ranges::any_of(files, [&](const auto& file) { return EqualIgnoringCase(file.name, name); })) continue;
+        const auto hasName = [required = name](const auto& file) { return EqualIgnoringCase(file.name, required); };
+        if (std::ranges::any_of(files, hasName)) continue;
         diagnostics.push_back(
             {.path = (effect / name).generic_string(), .text = "no such file; every effect needs one", .kind = kind});
     }

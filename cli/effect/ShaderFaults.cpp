@@ -71,7 +71,7 @@ void ExplainFault(const Shader& shader, const EffectSource& source, Diagnostics&
 
 Diagnostics ExplainShaderFaults(const EffectSource& source) {
     Diagnostics diagnostics;
-    for (const Shader* shader : Context::Instance().FaultyShaders()) ExplainFault(*shader, source, diagnostics);
+    for (const Shader* shader : Context::Instance().faultyShaders()) ExplainFault(*shader, source, diagnostics);
     return diagnostics;
 }
 

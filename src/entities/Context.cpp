@@ -69,7 +69,7 @@ void Context::Release(std::uint32_t id) {
     found->second->Erase(id);
 }
 
-std::vector<const Shader*> Context::FaultyShaders() {
+std::vector<const Shader*> Context::faultyShaders() {
     std::vector<const Shader*> faulty;
     if (auto* factory = FactoryOf<Shader>()) {
         for (const auto& [id, shader] : factory->All())
@@ -80,7 +80,7 @@ std::vector<const Shader*> Context::FaultyShaders() {
 
 std::string Context::ShaderErrors() {
     std::string errors;
-    for (const Shader* shader : FaultyShaders())
+    for (const Shader* shader : faultyShaders())
         errors += "Shader \"" + NarrowToBytes(shader->name) + "\"\n" + shader->errorText + "\n";
     return errors;
 }

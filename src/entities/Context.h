@@ -60,7 +60,7 @@ public:
     Sequence& CurrentSequence();
 
     // The shaders with a fault, in id order; each lives until it is released or the Context is cleared.
-    std::vector<const Shader*> FaultyShaders();
+    std::vector<const Shader*> faultyShaders();
     // The errors of the same shaders as one text, each under a line with the shader's name; empty when all is well.
     std::string ShaderErrors();
 

@@ -32,11 +32,11 @@ constexpr std::uint32_t TagOf(std::uint32_t id) {
 
 // The factory of one entity type. Entities live by value in the map's nodes, so that an address is valid while its
 // entity lives.
-template <class T, std::uint32_t tag>
+template <class T, std::uint32_t Tag>
 class EntityFactory : public Factory {
 public:
     using Entity = T;
-    static constexpr std::uint32_t kTag = tag;
+    static constexpr std::uint32_t kTag = Tag;
 
     std::uint32_t Allocate() override {
         const std::uint32_t id = freed.empty() ? next : *freed.begin();
@@ -79,7 +79,7 @@ public:
 private:
     std::map<std::uint32_t, T> entities;
     std::set<std::uint32_t> freed;  // ids below `next` that name nothing now
-    std::uint32_t next = tag + 1;
+    std::uint32_t next = Tag + 1;
     std::vector<T*> inOrder;  // of all entities; empty until somebody asks for a position
 };
 

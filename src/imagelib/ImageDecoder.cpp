@@ -15,8 +15,8 @@ constexpr std::uint64_t kMostPixelBytes = std::uint64_t{1} << 30;
 
 }  // namespace
 
-void DecodedImage::Free::operator()(void* pixels) const {
-    stbi_image_free(pixels);
+void DecodedImage::Free::operator()(void* block) const {
+    stbi_image_free(block);
 }
 
 DecodedImage DecodeImage(std::span<const std::byte> file) {

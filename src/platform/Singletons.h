@@ -28,8 +28,8 @@ template <class T>
 class dynamic_singleton {
 public:
     static T& instance() {
-        static const std::unique_ptr<T> object(new T);
-        return *object;
+        static const std::unique_ptr<T> kObject(new T);
+        return *kObject;
     }
 
 protected:
