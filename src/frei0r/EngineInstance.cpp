@@ -26,8 +26,8 @@ struct EngineState {
 };
 
 EngineState& State() {
-    static auto* const state = new EngineState;
-    return *state;
+    static auto* const kState = new EngineState;
+    return *kState;
 }
 
 bool Start(const std::string& plugin) {

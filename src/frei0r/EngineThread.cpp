@@ -6,9 +6,9 @@ namespace quillon::frei0r {
 
 std::shared_ptr<EngineThread> EngineThread::Shared() {
     // In a cell that is never freed: a host thread may still be inside when the process ends.
-    static auto* const shared = new std::weak_ptr<EngineThread>;
-    auto present = shared->lock();
-    if (!present) *shared = present = std::make_shared<EngineThread>();
+    static auto* const kShared = new std::weak_ptr<EngineThread>;
+    auto present = kShared->lock();
+    if (!present) *kShared = present = std::make_shared<EngineThread>();
     return present;
 }
 

@@ -86,8 +86,8 @@ static_assert(std::size(kHandlers) == PF_Cmd_SMART_RENDER + 1);
 // Held for the whole of every selector, by one thread, as often as that thread comes back in. Its memory is never
 // freed: a host thread may still be inside when the process ends. Throws where there is no memory for it yet.
 SystemMutex& entryGate() {
-    static auto* const gate = new SystemMutex;
-    return *gate;
+    static auto* const kGate = new SystemMutex;
+    return *kGate;
 }
 
 // The host's code for what was thrown. Only an int is a code by itself.

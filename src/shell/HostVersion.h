@@ -10,13 +10,14 @@ inline bool IsPremiere(const PF_InData& in) {
     return in.appl_id == kPremiereId;
 }
 
-// Major and minor number are each compared by itself: 14.0 is not "from 13.9 on". This is intended.
-inline bool IsAfterEffectsFrom13_9(const PF_InData& in) {
-    return !IsPremiere(in) && in.version.major >= 13 && in.version.minor >= 9;
+// Both numbers must be reached: 14.0 is not "from 13.9 on". This is intended.
+inline bool IsAfterEffectsFrom(const PF_InData& in, A_short major, A_short minor) {
+    return !IsPremiere(in) && in.version.major >= major && in.version.minor >= minor;
 }
 
-inline bool IsAfterEffectsBefore13_2(const PF_InData& in) {
-    return !IsPremiere(in) && in.version.major == 13 && in.version.minor < 2;
+// Only within the major version.
+inline bool IsAfterEffectsBefore(const PF_InData& in, A_short major, A_short minor) {
+    return !IsPremiere(in) && in.version.major == major && in.version.minor < minor;
 }
 
 }  // namespace quillon

@@ -7,8 +7,8 @@
 namespace quillon {
 
 Instances& Instances::instance() {
-    static auto* const all = new Instances;  // as the entry gate: host threads can still be inside at process exit
-    return *all;
+    static auto* const kAll = new Instances;  // as the entry gate: host threads can still be inside at process exit
+    return *kAll;
 }
 
 SequenceHandle* Instances::add(PF_Handle owner) {

@@ -106,7 +106,7 @@ PF_Err UserChangedParam(PF_InData& in, PF_OutData& out, PF_ParamDef** params, co
     }
     // Gives this instance its new Sequence; the others get theirs at their next selector.
     refreshParamUI(in, out, params, in.sequence_data);
-    if (!IsAfterEffectsFrom13_9(in)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
+    if (!IsAfterEffectsFrom(in, 13, 9)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
     return PF_Err_NONE;
 }
 

@@ -85,7 +85,7 @@ PF_Err SequenceResetup(PF_InData& in, PF_OutData& out) {
         block.data()->handle = Instances::instance().add(made);
         block.give(out);
     }
-    if (!IsPremiere(in) && !IsAfterEffectsFrom13_9(in)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
+    if (!IsPremiere(in) && !IsAfterEffectsFrom(in, 13, 9)) out.out_flags |= PF_OutFlag_FORCE_RERENDER;
     refreshParamUI(in, out, nullptr, made);
     return PF_Err_NONE;
 }

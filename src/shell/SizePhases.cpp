@@ -27,7 +27,7 @@ FrameExtent AskOutputExtent(PF_InData& in, SuiteCache& cache, FrameExtent input)
     const ParameterSweep sweep = readAllParameters(in, /*withLayers=*/false, cache);
 
     // The oldest hosts' size phases run the script with no GL context current.
-    const EngineTurn turn(in.sequence_data, IsAfterEffectsBefore13_2(in) ? GLUse::none : GLUse::locked);
+    const EngineTurn turn(in.sequence_data, IsAfterEffectsBefore(in, 13, 2) ? GLUse::none : GLUse::locked);
     turn.setComposition();
     sweep.apply(turn);
     FrameExtent extent = input;

@@ -19,8 +19,8 @@ namespace {
 // Held for the whole of every call that has an instance. Lives in a cell that is never freed: a host thread may still
 // be inside when the process ends.
 std::mutex& EntryGate() {
-    static auto* const gate = new std::mutex;
-    return *gate;
+    static auto* const kGate = new std::mutex;
+    return *kGate;
 }
 
 Listing ReadOwnListing() {
@@ -33,8 +33,8 @@ Listing ReadOwnListing() {
 }
 
 const Listing& OwnListing() {
-    static const Listing listing = ReadOwnListing();
-    return listing;
+    static const Listing kListing = ReadOwnListing();
+    return kListing;
 }
 
 // Runs the call under the gate; what it throws is reported, and `otherwise` is the answer.
