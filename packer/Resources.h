@@ -19,7 +19,7 @@ struct ResourceKey {
     ResourceId name;
     std::uint32_t language = 0;
 
-    auto operator<=>(const ResourceKey&) const = default;
+    auto operator<=>(const ResourceKey&) const = default;  // NOLINT(modernize-use-nullptr): compares with 0
 };
 
 struct Resource {

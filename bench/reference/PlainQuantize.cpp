@@ -168,27 +168,27 @@ struct Pass {
     }
 };
 
-Pixel32 toFloat(const Pixel32& pixel) {
+Pixel32 ToFloat(const Pixel32& pixel) {
     return pixel;
 }
 
 template <class T>
-Pixel32 toFloat(const T& pixel) {
+Pixel32 ToFloat(const T& pixel) {
     return {ImageLib::FloatFromChannel(pixel.alpha), ImageLib::FloatFromChannel(pixel.red),
             ImageLib::FloatFromChannel(pixel.green), ImageLib::FloatFromChannel(pixel.blue)};
 }
 
-void writeBack(Pixel32& pixel, const Pixel32& result) {
+void WriteBack(Pixel32& pixel, const Pixel32& result) {
     pixel = {pixel.alpha, result.red, result.green, result.blue};
 }
 
-void writeBack(Pixel15& pixel, const Pixel32& result) {
+void WriteBack(Pixel15& pixel, const Pixel32& result) {
     pixel = {ImageLib::Channel15FromFloat(ImageLib::FloatFromChannel(pixel.alpha)),
              ImageLib::Channel15FromFloat(result.red), ImageLib::Channel15FromFloat(result.green),
              ImageLib::Channel15FromFloat(result.blue)};
 }
 
-void writeBack(Pixel8& pixel, const Pixel32& result) {
+void WriteBack(Pixel8& pixel, const Pixel32& result) {
     pixel = {ImageLib::Channel8FromFloat(ImageLib::FloatFromChannel(pixel.alpha)),
              ImageLib::Channel8FromFloat(result.red), ImageLib::Channel8FromFloat(result.green),
              ImageLib::Channel8FromFloat(result.blue)};
@@ -202,7 +202,7 @@ void RunAs(const PlainQuantize& settings, std::byte* pixels) {
     for (std::size_t i = 0; i < count; ++i) {
         T pixel;
         std::memcpy(&pixel, pixels + i * sizeof(T), sizeof(T));
-        pass.image.push_back(toFloat(pixel));
+        pass.image.push_back(ToFloat(pixel));
     }
     if (settings.grayscale || settings.mode == 1)
         for (Pixel32& p : pass.image) {
@@ -213,7 +213,7 @@ void RunAs(const PlainQuantize& settings, std::byte* pixels) {
     for (std::size_t i = 0; i < count; ++i) {
         T pixel;
         std::memcpy(&pixel, pixels + i * sizeof(T), sizeof(T));
-        writeBack(pixel, pass.image[i]);
+        WriteBack(pixel, pass.image[i]);
         std::memcpy(pixels + i * sizeof(T), &pixel, sizeof(T));
     }
 }

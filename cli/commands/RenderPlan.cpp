@@ -51,7 +51,8 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
     if (!range && (options.parts != 1 || options.isResumed))
         throw WrongCommandLine("", "--part and --resume are for sequences", "say which frames with --frames");
     if (options.part > options.parts)
-        throw WrongCommandLine(fmt::format("--part {}/{}", options.part, options.parts), "there are not so many pieces");
+        throw WrongCommandLine(fmt::format("--part {}/{}", options.part, options.parts),
+                               "there are not so many pieces");
     checkHost();
     checkInput(options.input);
     bool hasRaw = IsRawPicture(options.input);

@@ -102,7 +102,7 @@ TEST(WindowsModuleTest, CarriesBothAndKeepsWhatElseItHas) {
         Bytes file;
         bool hasOthers;  // resources that must stay
         std::size_t moreSections;
-        std::string symbols = "";
+        std::string symbols{};
     } kRows[] = {
         {"resources at the end", ReadWholeFile(WindowsModule("resources")), true, 0},
         {"resources before relocations", relocations, true, 1},
