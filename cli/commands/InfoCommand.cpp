@@ -15,7 +15,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr PictureExtent kExtent = {256, 144};
+constexpr PictureExtent kRehearsedExtent = {256, 144};
 
 // What a frame at 8 bits leaves in the engine. A module that this system cannot load, or no effect host can, runs by
 // its files, as a folder does.
@@ -23,12 +23,12 @@ Json DescribeRun(EffectSource source) {
     const std::string script = source.textOf("fx.js");
     source.isModule = false;
     host::HostSettings settings;
-    settings.compWidth = static_cast<A_long>(kExtent.width);
-    settings.compHeight = static_cast<A_long>(kExtent.height);
+    settings.compWidth = static_cast<A_long>(kRehearsedExtent.width);
+    settings.compHeight = static_cast<A_long>(kRehearsedExtent.height);
     LoadedEffect effect(std::move(source), settings);
     FrameInput input;
-    input.picture = WorldOf(DrawChart(kExtent.width, kExtent.height), 8);
-    input.fullExtent = kExtent;
+    input.picture = WorldOf(DrawChart(kRehearsedExtent.width, kRehearsedExtent.height), 8);
+    input.fullExtent = kRehearsedExtent;
     effect.render(input);
     Json controls = Json::array();
     for (std::size_t i = 0; i < effect.controls().size(); ++i)
@@ -38,7 +38,7 @@ Json DescribeRun(EffectSource source) {
     return facts;
 }
 
-std::string TextOf(const Json& value) {
+std::string InfoText(const Json& value) {
     return value.is_string() ? value.get<std::string>() : value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
@@ -47,7 +47,7 @@ std::string LineOf(const Json& object) {
     std::string line;
     for (const auto& [key, value] : object.items()) {
         if (value.is_structured()) continue;
-        line += fmt::format("{}{} {}", line.empty() ? "" : ", ", key, TextOf(value));
+        line += fmt::format("{}{} {}", line.empty() ? "" : ", ", key, InfoText(value));
     }
     return line;
 }
@@ -64,7 +64,7 @@ Json ShortControls(const Json& controls) {
 void PrintFacts(const Json& facts, const std::string& indent) {
     for (const auto& [key, value] : facts.items()) {
         if (!value.is_structured()) {
-            PrintResult(fmt::format("{}{}: {}", indent, key, TextOf(value)));
+            PrintResult(fmt::format("{}{}: {}", indent, key, InfoText(value)));
             continue;
         }
         if (value.is_array()) {
