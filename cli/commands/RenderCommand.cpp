@@ -86,7 +86,7 @@ private:
         }
         for (const auto& [control, track] : keyframes.tracks()) {
             // To a millionth, so that a frame's time leads back to its number.
-            effect.set(*control, [track, rate = options.framesPerSecond](double seconds) {
+            effect.set(*control, [track = track, rate = options.framesPerSecond](double seconds) {
                 return track.at(std::round(seconds * rate * 1e6) / 1e6);
             });
         }

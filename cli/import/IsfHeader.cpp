@@ -163,7 +163,7 @@ private:
                 findings.refuse(lineOf("INPUTS"), fmt::format("input {} is no object", number), Kind::config);
                 continue;
             }
-            const std::string name = trimmed(TextOf(input, "NAME"));
+            const std::string name = Trimmed(TextOf(input, "NAME"));
             const std::string type = TextOf(input, "TYPE");
             if (name.empty() || type.empty()) {
                 findings.refuse(lineOf(name.empty() ? "INPUTS" : name),
@@ -176,7 +176,7 @@ private:
         }
     }
 
-    static std::string trimmed(const std::string& text) {
+    static std::string Trimmed(const std::string& text) {
         const std::size_t first = text.find_first_not_of(' ');
         return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') + 1 - first);
     }
@@ -231,7 +231,7 @@ private:
             if (value == input.end() || value->is_null() || type == "event") continue;
             const bool isNumber = NumberOf(input, key, 0) == NumberOf(input, key, 1) || IsTrue(input, key) ||
                                   TextOf(input, key) == "false";
-            if (count == 0 ? isNumber : numbersOf(input, key, count).has_value()) continue;
+            if (count == 0 ? isNumber : NumbersOf(input, key, count).has_value()) continue;
             findings.warn(lineOf(name),
                           fmt::format("input \"{}\": its {} is no {}, and is ignored", name, key,
                                       count == 0 ? "number" : fmt::format("list of {} numbers", count)),
@@ -281,7 +281,7 @@ private:
         for (std::size_t i = 0; i < std::max(values.size(), entries.size()); ++i) {
             const Json pair = {{"value", i < values.size() ? values[i] : Json(i)},
                                {"label", i < entries.size() ? entries[i] : Json()}};
-            addEntry(control, static_cast<int>(std::clamp(NumberOf(pair, "value", 0), -2e9, 2e9)),
+            AddEntry(control, static_cast<int>(std::clamp(NumberOf(pair, "value", 0), -2e9, 2e9)),
                      TextOf(pair, "label"));
         }
         const double first = control.values.empty() ? NumberOf(input, "MIN", 0) : control.values[0];
@@ -290,7 +290,7 @@ private:
             const double least = std::clamp(NumberOf(input, "MIN", std::min(0, value)), -2e9, 2e9);
             const double most =
                 std::min(std::clamp(NumberOf(input, "MAX", std::max(9, value)), -2e9, 2e9), least + kMostEntries - 1);
-            for (double entry = least; entry <= most; ++entry) addEntry(control, static_cast<int>(entry), "");
+            for (double entry = least; entry <= most; ++entry) AddEntry(control, static_cast<int>(entry), "");
             findings.warn(lineOf(control.name),
                           fmt::format("input \"{}\": it has no VALUES; its entries are the numbers from {} to {}",
                                       control.name, least, most),
@@ -301,14 +301,14 @@ private:
                           fmt::format("input \"{}\": its default {} is none of its VALUES; it is added to them",
                                       control.name, value),
                           Kind::config);
-            addEntry(control, value, "");
+            AddEntry(control, value, "");
         }
-        if (control.values.size() == 1) addEntry(control, value, control.entries[0]);  // hosts have no popup of one
+        if (control.values.size() == 1) AddEntry(control, value, control.entries[0]);  // hosts have no popup of one
         control.value[0] = value;
     }
 
     // Hosts part the entries at a bar, and draw a line for one that begins with a bracket and a hyphen.
-    static void addEntry(PlannedControl& control, int value, std::string label) {
+    static void AddEntry(PlannedControl& control, int value, std::string label) {
         if (label.empty()) label = std::to_string(value);
         std::ranges::replace(label, '|', '/');
         if (label.starts_with("(-")) label.insert(1, " ");
@@ -316,7 +316,7 @@ private:
         control.entries.push_back(label);
     }
 
-    static std::optional<std::vector<double>> numbersOf(const Json& input, const char* key, std::size_t count) {
+    static std::optional<std::vector<double>> NumbersOf(const Json& input, const char* key, std::size_t count) {
         const auto list = input.find(key);
         if (list == input.end() || !list->is_array() || list->size() < count) return std::nullopt;
         std::vector<double> numbers;
@@ -326,9 +326,9 @@ private:
 
     void readPoint(PlannedControl& control, const Json& input) {
         control.kind = PlannedControl::Kind::point;
-        const auto value = numbersOf(input, "DEFAULT", 2).value_or(std::vector<double>{0, 0});
-        const auto least = numbersOf(input, "MIN", 2);
-        const auto most = numbersOf(input, "MAX", 2);
+        const auto value = NumbersOf(input, "DEFAULT", 2).value_or(std::vector<double>{0, 0});
+        const auto least = NumbersOf(input, "MIN", 2);
+        const auto most = NumbersOf(input, "MAX", 2);
         const auto isBeyond = [&](double limit) {
             const auto isLarge = [limit](double number) { return std::abs(number) > limit; };
             return most ? std::ranges::any_of(*most, isLarge) : std::ranges::any_of(value, isLarge);
@@ -351,7 +351,7 @@ private:
     void readColor(PlannedControl& control, const Json& input) {
         control.kind = PlannedControl::Kind::color;
         control.value = {0, 0, 0, 1};
-        const auto value = numbersOf(input, "DEFAULT", 3);
+        const auto value = NumbersOf(input, "DEFAULT", 3);
         if (!value) return;
         std::copy_n(value->begin(), std::min<std::size_t>(value->size(), 4), control.value.begin());
     }
@@ -392,7 +392,7 @@ private:
         if (const auto found = header.find("PASSES"); found != header.end() && found->is_array())
             passes.assign(found->begin(), found->end());
         if (passes.empty()) passes.push_back(Json::object());
-        const std::map<std::string, Json> buffers = persistentBuffers(header);
+        const std::map<std::string, Json> buffers = PersistentBuffers(header);
         for (const Json& pass : passes) {
             if (!pass.is_object()) {
                 findings.refuse(lineOf("PASSES"), "a pass is no object", Kind::config);
@@ -418,7 +418,7 @@ private:
         }
     }
 
-    static std::map<std::string, Json> persistentBuffers(const Json& header) {
+    static std::map<std::string, Json> PersistentBuffers(const Json& header) {
         std::map<std::string, Json> buffers;
         const auto found = header.find("PERSISTENT_BUFFERS");
         if (found == header.end()) return buffers;

@@ -247,7 +247,7 @@ private:
         text.add(head(pass, words, dialect, shader, findings));
         text.add(common, /*isCommon=*/true);
         text.add(body);
-        text.add(ownMain(isImage, words, dialect, shader));
+        text.add(OwnMain(isImage, words, dialect, shader));
         shader.text = text.text();
         shader.originLines = text.origins();
         return shader;
@@ -302,7 +302,7 @@ private:
         return text.empty() ? text : text + "\n";
     }
 
-    static std::string ownMain(bool isImage, const std::set<std::string>& words, const DialectResult& dialect,
+    static std::string OwnMain(bool isImage, const std::set<std::string>& words, const DialectResult& dialect,
                                const PlannedShader& shader) {
         std::string text = "\nvoid main()\n{\n";
         if (words.contains("iChannelResolution")) {

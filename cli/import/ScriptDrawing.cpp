@@ -84,7 +84,7 @@ private:
         return fmt::format("place('{}', {}, {}, frame.size)", control.name, least, most);
     }
 
-    static bool isSentAsItIs(const PlannedControl& control) {
+    static bool IsSentAsItIs(const PlannedControl& control) {
         return control.uniform == control.name && control.kind != PlannedControl::Kind::popup &&
                control.kind != PlannedControl::Kind::point;
     }
@@ -110,7 +110,7 @@ private:
         }
         for (const PlannedControl& control : plan.controls) {
             if (!shader.uniforms.contains(control.uniform)) continue;
-            if (isSentAsItIs(control))
+            if (IsSentAsItIs(control))
                 line("    QL_setShaderParam(shader, controls.{});", control.name);
             else
                 line("    QL_setShaderParamVal(shader, '{}', {});", control.uniform, valueOf(control));
@@ -178,7 +178,7 @@ private:
         line("    frame = {{ time: time, size: [width, height]{} }};", frameFields());
         takePictures();
         for (const PlannedTarget& target : plan.targets) {
-            line("    pictures.{0} = {1}.{0}.front;", target.name, ownerOf(target));
+            line("    pictures.{0} = {1}.{0}.front;", target.name, OwnerOf(target));
         }
         if (isPersistent || std::ranges::any_of(plan.passes, [](const PlannedPass& p) { return !p.target.empty(); })) {
             drawPasses();
@@ -189,7 +189,7 @@ private:
         line("}}");
     }
 
-    static std::string ownerOf(const PlannedTarget& target) {
+    static std::string OwnerOf(const PlannedTarget& target) {
         return target.isPersistent ? "memory.targets" : "targets";
     }
 
@@ -224,7 +224,7 @@ private:
                 continue;
             }
             const PlannedShader& shader = plan.shaders[planned.shader];
-            line("    into({}.{}, '{}', render{}, {});", ownerOf(*plan.findTarget(planned.target)), planned.target,
+            line("    into({}.{}, '{}', render{}, {});", OwnerOf(*plan.findTarget(planned.target)), planned.target,
                  planned.target, Capitalized(shader.name), planned.index);
         }
         const PlannedPass& last = plan.passes.back();

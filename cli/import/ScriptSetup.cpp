@@ -138,7 +138,7 @@ private:
         }
     }
 
-    static std::string wrapOf(const PlannedImage& image) { return image.isTiled ? "0x2901" : "QL_GL.CLAMP_TO_EDGE"; }
+    static std::string WrapOf(const PlannedImage& image) { return image.isTiled ? "0x2901" : "QL_GL.CLAMP_TO_EDGE"; }
 
     void declareShaders() {
         for (const PlannedShader& shader : plan.shaders) line("    shaders.{0} = QL_initShader('{0}');", shader.name);
@@ -176,7 +176,7 @@ private:
                 continue;
             }
             line("    copy('{}', '{}', {});{}", image.name,
-                 image.source == PlannedImage::Source::layer ? image.name : "picture", wrapOf(image),
+                 image.source == PlannedImage::Source::layer ? image.name : "picture", WrapOf(image),
                  image.isTiled ? "  // GL's number for repeating; QL_GL.REPEAT has another" : "");
             if (image.source == PlannedImage::Source::file)
                 line("    copies.{}.picture = QL_initTexture({});", image.name, ScriptLiteral(image.fileName));

@@ -72,7 +72,7 @@ private:
 
     std::string factor(int level) {
         if (level > kDeepestLevel) return fail("it is nested too deep");
-        if (take("-")) return "-" + group(factor(level + 1));
+        if (take("-")) return "-" + Group(factor(level + 1));
         if (take("(")) return brackets("", 1, level);
         if (take("$")) return name();
         const std::string word = next();
@@ -89,7 +89,7 @@ private:
     }
 
     // A minus sign before a negative number would read as a decrement.
-    static std::string group(const std::string& script) {
+    static std::string Group(const std::string& script) {
         return script.starts_with('-') ? "(" + script + ")" : script;
     }
 

@@ -68,12 +68,12 @@ using OpenTiff = std::unique_ptr<TIFF, TiffEnd>;
 
 // The library's own words go nowhere: which file they are about is unknown there, as frames are read at once.
 OpenTiff OpenMemory(TiffMemory& memory, const char* mode) {
-    static const bool isQuiet = [] {
+    static const bool kIsQuiet = [] {
         TIFFSetWarningHandler(nullptr);
         TIFFSetErrorHandler(nullptr);
         return true;
     }();
-    static_cast<void>(isQuiet);
+    static_cast<void>(kIsQuiet);
     return OpenTiff(
         TIFFClientOpen("memory", mode, &memory, ReadBytes, WriteBytes, SeekTo, Close, SizeOf, nullptr, nullptr));
 }

@@ -2,7 +2,7 @@
 
 // What the script heap asks before every call, on the thread that calls; hence the C name. Non-zero when the native
 // stack has less than 128 KiB left, and past a CallLimit: the heap then raises a script error instead of the call.
-extern "C" int quillon_refuses_call(void);
+extern "C" int quillon_refuses_call(void);  // NOLINT(readability-redundant-declaration): duk_config.h has it too
 
 namespace quillon {
 

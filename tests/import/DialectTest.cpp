@@ -151,8 +151,8 @@ TEST_F(Dialect, KeptWordsAreGoodNames) {
         {"NAME": "input", "TYPE": "image"}, {"NAME": "function", "TYPE": "image"}],
         "PASSES": [{"TARGET": "this_", "WIDTH": "$class*4"}, {}] }*/
         void main() { gl_FragColor = IMG_THIS_PIXEL(input) * class + 0.0 * IMG_THIS_PIXEL(this_) * TIME; })");
-    expectPicture(render("default"), [](int x, int y) {
-        Color color = input(x, y);
+    ExpectPicture(render("default"), [](int x, int y) {
+        Color color = Input(x, y);
         for (float& channel : color) channel *= 0.5f;
         return color;
     });

@@ -120,7 +120,7 @@ TEST_F(Hosts, TargetsOfTheFirstVersionPersist) {
         const auto frames = renderFrames("old", 3);
         for (int i = 0; i < 3; ++i) {
             const float value = 0.2f * static_cast<float>(i + 1);
-            expectPicture(frames[static_cast<std::size_t>(i)], [value](int, int) {
+            ExpectPicture(frames[static_cast<std::size_t>(i)], [value](int, int) {
                 return Color{value, value, value, value};
             });
         }

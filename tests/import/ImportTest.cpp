@@ -5,7 +5,7 @@
 namespace quillon::test {
 
 ImportTest::ImportTest() {
-    for (const auto& [name, color] : {std::pair("in.argb", &input), std::pair("layer.argb", &layer)}) {
+    for (const auto& [name, color] : {std::pair("in.argb", &Input), std::pair("layer.argb", &Layer)}) {
         std::vector<float> samples;
         for (int y = kHeight - 1; y >= 0; --y) {
             for (int x = 0; x < kWidth; ++x) {
@@ -56,7 +56,7 @@ std::vector<std::vector<Color>> ImportTest::renderFrames(const std::string& effe
     return frames;
 }
 
-void ImportTest::expectPicture(const std::vector<Color>& picture, const Formula& expected, float tolerance) {
+void ImportTest::ExpectPicture(const std::vector<Color>& picture, const Formula& expected, float tolerance) {
     for (int y = 0; y < kHeight; ++y) {
         for (int x = 0; x < kWidth; ++x) {
             const Color& found = picture[std::size_t{kWidth} * y + x];

@@ -20,11 +20,11 @@ protected:
 
     // What is in the input "in.argb" at a pixel whose y counts from the bottom. Eighths, so that 8 bits hold none of
     // them exactly and floats all.
-    static Color input(int x, int y) {
+    static Color Input(int x, int y) {
         return {x / 8.0f, y / 8.0f, ((x + 2 * y) % 7) / 8.0f, (1 + (x + y) % 4) / 4.0f};
     }
     // The same for the layer "layer.argb".
-    static Color layer(int x, int y) { return {y / 8.0f, ((3 * x + y) % 5) / 8.0f, x / 8.0f, 1}; }
+    static Color Layer(int x, int y) { return {y / 8.0f, ((3 * x + y) % 5) / 8.0f, x / 8.0f, 1}; }
 
     ImportTest();
 
@@ -39,7 +39,7 @@ protected:
                                                  const std::string& arguments = "");
 
     using Formula = std::function<Color(int x, int y)>;
-    static void expectPicture(const std::vector<Color>& picture, const Formula& expected, float tolerance = 2e-6f);
+    static void ExpectPicture(const std::vector<Color>& picture, const Formula& expected, float tolerance = 2e-6f);
 
 private:
     std::vector<Color> read(const std::string& file);

@@ -17,8 +17,8 @@ std::string File(const std::string& inputs, const std::string& body, const std::
 }
 
 TEST_F(Isf, EachFunctionReadsWhereItSays) {
-    const Formula atPlace = [](int x, int y) { return input(x, y); };
-    const Formula right = [](int x, int y) { return input(std::min(x + 1, kWidth - 1), std::min(y + 2, kHeight - 1)); };
+    const Formula atPlace = [](int x, int y) { return Input(x, y); };
+    const Formula right = [](int x, int y) { return Input(std::min(x + 1, kWidth - 1), std::min(y + 2, kHeight - 1)); };
     const struct {
         const char* read;
         Formula expected;
@@ -43,7 +43,7 @@ TEST_F(Isf, EachFunctionReadsWhereItSays) {
                 body + "}"));
     for (std::size_t i = 0; i < std::size(kRows); ++i) {
         SCOPED_TRACE(kRows[i].read);
-        expectPicture(render("reads", "--set row=" + std::to_string(i)), kRows[i].expected);
+        ExpectPicture(render("reads", "--set row=" + std::to_string(i)), kRows[i].expected);
     }
 }
 
@@ -109,7 +109,7 @@ TEST_F(Isf, PassesDrawIntoTargetsOfTheirSizes) {
             {"TARGET": "halved", "WIDTH": "$WIDTH*$part", "HEIGHT": "max(floor($HEIGHT / 2.0), 1)", "FLOAT": true},
             {"TARGET": "bytes"}, {}])x"));
     const auto picture = render("passes");
-    expectPicture(picture, [](int x, int) {
+    ExpectPicture(picture, [](int x, int) {
         return x < 4 ? Color{0.25f, 1.25f, 2, 1.5f} : Color{102 / 255.0f, 1, 191 / 255.0f, 1};
     });
 }
@@ -127,16 +127,16 @@ TEST_F(Isf, StateGoesOnFromFrameToFrame) {
     // The last pass's target is the frame.
     import("state", "state.fs", File("", body, ", \"PASSES\": [" + targets + "]"));
     const auto frames = renderFrames("state", 3);
-    expectPicture(frames[0], [](int, int) { return Color{0.25f, 0, 0, 1}; });
-    expectPicture(frames[1], [](int, int) { return Color{0.5f, 0.04f, 1, 0.25f}; });
-    expectPicture(frames[2], [](int, int) { return Color{1, 0.04f, 2, 0.5f}; });
+    ExpectPicture(frames[0], [](int, int) { return Color{0.25f, 0, 0, 1}; });
+    ExpectPicture(frames[1], [](int, int) { return Color{0.5f, 0.04f, 1, 0.25f}; });
+    ExpectPicture(frames[2], [](int, int) { return Color{1, 0.04f, 2, 0.5f}; });
 }
 
 TEST_F(Isf, FramesAreCountedByTimeWhereNothingIsKept) {
     import("count", "count.fs", File("", "void main() { gl_FragColor = vec4(FRAMEINDEX, TIME, TIMEDELTA, DATE.w); }"));
-    expectPicture(render("count", "--time 2"), [](int, int) { return Color{50, 2, 0.04f, 2}; });
-    expectPicture(render("count", "--time 2 --set frameRate=10"), [](int, int) { return Color{20, 2, 0.1f, 2}; });
-    expectPicture(render("count"), [](int, int) { return Color{0, 0, 0, 0}; });
+    ExpectPicture(render("count", "--time 2"), [](int, int) { return Color{50, 2, 0.04f, 2}; });
+    ExpectPicture(render("count", "--time 2 --set frameRate=10"), [](int, int) { return Color{20, 2, 0.1f, 2}; });
+    ExpectPicture(render("count"), [](int, int) { return Color{0, 0, 0, 0}; });
 }
 
 TEST_F(Isf, OtherImagesAreLayersFilesOrSilence) {
@@ -160,13 +160,13 @@ TEST_F(Isf, OtherImagesAreLayersFilesOrSilence) {
         return [hasLayer](int x, int y) {
             if (x == 0) return y < 3 ? Color{1, 0, 0, 1} : Color{0, 0, 1, 1};
             if (x == 7) return Color{8, 6, 0.5f, 0.5f};
-            Color color = input(x, y);
-            for (std::size_t i = 0; i < 4; ++i) color[i] = 0.75f * color[i] + (hasLayer ? 0.25f * layer(x, y)[i] : 0);
+            Color color = Input(x, y);
+            for (std::size_t i = 0; i < 4; ++i) color[i] = 0.75f * color[i] + (hasLayer ? 0.25f * Layer(x, y)[i] : 0);
             return color;
         };
     };
-    expectPicture(render("images", "--layer endImage=layer.argb"), expected(true));
-    expectPicture(render("images"), expected(false));
+    ExpectPicture(render("images", "--layer endImage=layer.argb"), expected(true));
+    ExpectPicture(render("images"), expected(false));
 }
 
 TEST_F(Isf, TheVertexStageRunsAtTheCornersOnly) {
@@ -189,7 +189,7 @@ TEST_F(Isf, TheVertexStageRunsAtTheCornersOnly) {
         vec4 shade() { return vec4(left, steps[0], steps[1]); }
         void main() { gl_FragColor = shade(); })"));
     // Straight between the corners, where the clamped values are 0 and 0.75.
-    expectPicture(render("edge"), [](int x, int y) {
+    ExpectPicture(render("edge"), [](int x, int y) {
         return Color{0.75f * (x + 0.5f) / 8, (y + 0.5f) / 6, 1, 4 * (y + 0.5f) / 6};
     });
 
@@ -197,7 +197,7 @@ TEST_F(Isf, TheVertexStageRunsAtTheCornersOnly) {
               "void main() { isf_vertShaderInit(); gl_Position.xy = gl_Position.xy * 0.5 + vec2(0.5, 0.0); }");
     import("moved", "moved.fs",
            File("", "void main() { gl_FragColor = vec4(isf_FragNormCoord, gl_FragCoord.x, 1.0); }"));
-    expectPicture(render("moved"), [](int x, int y) {
+    ExpectPicture(render("moved"), [](int x, int y) {
         const float u = (x + 0.5f - 4) / 4, v = (y + 0.5f - 1.5f) / 3;
         return u < 0 || u > 1 || v < 0 || v > 1 ? Color{} : Color{u, v, x + 0.5f, 1};
     });

@@ -31,23 +31,23 @@ TEST_F(Pasted, UniformsAndChannelsAreFed) {
                 case 2:
                     return Color{mouse[0], mouse[1], mouse[2], 1};
                 case 3: {
-                    const Color c = input(x, y);
+                    const Color c = Input(x, y);
                     return Color{c[0] + 1, c[1] + 1, c[2] + 1, 1};
                 }
                 case 4:
-                    return layer(x, y);
+                    return Layer(x, y);
                 case 5:
-                    return Color{2000, 0, input(x, y)[2], 1};
+                    return Color{2000, 0, Input(x, y)[2], 1};
                 default: {
-                    Color c = input(x, y);
+                    Color c = Input(x, y);
                     c[3] = 1;  // the image is opaque
                     return c;
                 }
             }
         };
     };
-    expectPicture(render("uniforms", "--time 2 --layer iChannel1=layer.argb"), expected({0, 0, 0, 0}));
-    expectPicture(render("uniforms", "--time 2 --layer iChannel1=layer.argb --set iMouse=3,2"),
+    ExpectPicture(render("uniforms", "--time 2 --layer iChannel1=layer.argb"), expected({0, 0, 0, 0}));
+    ExpectPicture(render("uniforms", "--time 2 --layer iChannel1=layer.argb --set iMouse=3,2"),
                   expected({3, 4, 3, -4}));
 }
 
@@ -70,7 +70,7 @@ TEST_F(Pasted, DeclaredUniformsAndExposedConstantsAreControls) {
     const auto picture = render("sliders", "--layer other=layer.argb");
     EXPECT_EQ(picture[0], (Color{2, 4, 0.5f, 1}));
     EXPECT_EQ(picture[1], (Color{3, 0.25f, 1, 1}));
-    EXPECT_EQ(picture[2][2], layer(2, 0)[2]);
+    EXPECT_EQ(picture[2][2], Layer(2, 0)[2]);
     const auto moved = render("sliders", "--set count=6.4 --set STEPS=7 --set SCALE=0.5 --set glow=2 --set tint=0,0,0");
     EXPECT_EQ(moved[0], (Color{2, 6, 2, 1}));
     EXPECT_EQ(moved[1], (Color{7, 0.5f, 0, 1}));
@@ -108,7 +108,7 @@ TEST_F(Pasted, BuffersGoOnAndAreReadInTheirOrder) {
         SCOPED_TRACE(effect);
         const auto frames = renderFrames(effect, 3);
         for (int i = 0; i < 3; ++i)
-            expectPicture(frames[i], [i](int, int) { return Color{i + 1.0f, i + 1.0f, i + 1.0f, 1}; });
+            ExpectPicture(frames[i], [i](int, int) { return Color{i + 1.0f, i + 1.0f, i + 1.0f, 1}; });
     }
 }
 
