@@ -12,6 +12,7 @@
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/diagnostics/TextScanner.h"
 #include "cli/diagnostics/ToolError.h"
+#include "cli/effect/ControlValues.h"
 #include "cli/system/ModuleKind.h"
 #include "platform/Utf8Path.h"
 
@@ -61,6 +62,12 @@ constexpr const char* kRenderMore =
     "\n"
     "--part and --resume split and continue it, with the same pictures, unless the effect keeps something from frame\n"
     "to frame.\n"
+    "\n"
+    "Movies go in and out through the program ffmpeg. Of a movie without --frames all frames are rendered. .mov and "
+    ".webm\n"
+    "keep alpha, .mp4 is placed on --background. -o - writes frames for other programs, see --format.\n"
+    "\n"
+    "  quillon render effects/glow -i shot.mov -o shot.mp4 --key radius@0=0 --key radius@48=200~smooth\n"
     "\n"
     "Controls move with --key amount@0=0 --key amount@24=1~smooth or with a table. A key's way, linear unless it says\n"
     "hold or smooth, leads to the next key; outside of the keys the nearest one holds.\n"
@@ -201,6 +208,29 @@ void AddSequence(CLI::App& command, RenderOptions& options) {
         ->type_name("FORM");
 }
 
+void AddStreams(CLI::App& command, RenderOptions& options) {
+    const std::map<std::string, StreamForm> forms = {{"raw", StreamForm::raw}, {"y4m", StreamForm::y4m}};
+    command
+        .add_option_function<std::string>(
+            "--format", [forms, &options](const std::string& name) { options.stream = forms.at(name); },
+            "What -o - writes: raw, the bytes of .argb, or y4m, for programs that read video; default raw")
+        ->check(CLI::IsMember({"raw", "y4m"}))
+        ->type_name("FORM");
+    const auto readColor = [&options](const std::string& text) {
+        Parameter color;
+        color.uniformName = "--background";
+        color.kind = COLOR;
+        const ControlValue value = ParseControlValue(color, text);
+        options.background = {value.numbers[0], value.numbers[1], value.numbers[2]};
+    };
+    command
+        .add_option_function<std::string>("--background", readColor,
+                                          "What shows through in .mp4 and y4m, which have no alpha; default black")
+        ->type_name("COLOR");
+    command.add_option("--codec-args", options.codecArgs, "Further arguments for ffmpeg, parted by blanks")
+        ->type_name("TEXT");
+}
+
 void AddRender(CLI::App& app, Run& run) {
     auto options = std::make_shared<RenderOptions>();
     CLI::App& command = *app.add_subcommand("render", kRenderAbout);
@@ -209,7 +239,9 @@ void AddRender(CLI::App& app, Run& run) {
     AddPath(command, "-i,--input", options->input, "The picture that the effect is applied to")
         ->required()
         ->type_name("FILE");
-    AddPath(command, "-o,--output", options->output, "Where the result goes: .png, .exr, .tif or .argb")
+    AddPath(command, "-o,--output", options->output,
+            "Where the result goes: .png, .exr, .tif or .argb, a movie .mp4, .mov, .webm or .gif, or - for\n"
+            "standard output")
         ->required()
         ->type_name("FILE");
     command
@@ -225,17 +257,18 @@ void AddRender(CLI::App& app, Run& run) {
         ->type_name("NAME=FILE");
     CLI::Option* time =
         command.add_option("--time", options->timeSeconds, "The moment to render; default 0")->type_name("SECONDS");
-    CLI::Option* frames = command.add_option("--frames", options->frames, "A sequence, both ends included")
-                              ->excludes(time)
-                              ->type_name("FIRST-LAST[xSTEP]");
-    command.add_option("--fps", options->framesPerSecond, "Frames per second of the sequence; default 25")
-        ->needs(frames)
+    command.add_option("--frames", options->frames, "A sequence, both ends included")
+        ->excludes(time)
+        ->type_name("FIRST-LAST[xSTEP]");
+    command.add_option("--fps", options->framesPerSecond, "Frames per second; default: those of a movie, else 25")
+        ->excludes(time)
         ->check(CLI::Range(0.001, 100000.0))
         ->type_name("NUMBER");
     AddSize(command, "--size", options->rawWidth, options->rawHeight,
             "Extent of .argb pictures that are read, which need --depth too");
     AddStorage(command, options->storage);
     AddSequence(command, *options);
+    AddStreams(command, *options);
     AddHost(command, *options);
     command.callback([&run, options] { run = [options] { return RunRender(*options); }; });
 }
@@ -305,6 +338,32 @@ void AddPack(CLI::App& app, Run& run) {
     command.callback([&run, options] { run = [options] { return RunPack(*options); }; });
 }
 
+void AddCompare(CLI::App& app, Run& run) {
+    auto options = std::make_shared<CompareOptions>();
+    CLI::App& command = *app.add_subcommand(
+        "compare",
+        "Says how two pictures, or two sequences, differ: largest and mean difference of each channel, in units of "
+        "the\n"
+        "deeper one, and how many pixels differ. Exit status 1 when one differs by more than is allowed.");
+    AddPath(command, "A", options->first, "A picture, or a pattern for --frames")->required()->type_name("");
+    AddPath(command, "B", options->second, "The other one")->required()->type_name("");
+    command.add_option("--fail", options->limit, "A pixel fails when a channel differs by more; default 0")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("N");
+    command.add_option("--fail-percent", options->limitPercent, "How many percent of the pixels may fail; default 0")
+        ->check(CLI::Range(0.0, 100.0))
+        ->type_name("P");
+    AddPath(command, "-o,--output", options->output,
+            "Draws the difference: black where equal, the largest at full scale")
+        ->type_name("FILE");
+    command.add_option("--frames", options->frames, "The frames of patterns")->type_name("FIRST-LAST[xSTEP]");
+    AddSize(command, "--size", options->rawWidth, options->rawHeight, "Extent of .argb pictures");
+    command.add_option("--depth", options->depth, "Bits per channel of .argb pictures: 8, 16 or 32")
+        ->check(CLI::IsMember({8, 16, 32}))
+        ->type_name("BITS");
+    command.callback([&run, options] { run = [options] { return RunCompare(*options); }; });
+}
+
 void AddNew(CLI::App& app, Run& run) {
     auto options = std::make_shared<NewOptions>();
     CLI::App& command = *app.add_subcommand(
@@ -354,6 +413,7 @@ int RunCommandLine(std::vector<std::string> arguments) {
     AddCheck(app, run);
     AddPack(app, run);
     AddChart(app, run);
+    AddCompare(app, run);
     AddNew(app, run);
     try {
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/movie/FrameOutput.h"
 #include "cli/pictures/PictureFormat.h"
 #include "cli/sequence/Progress.h"
 #include "host/HostSettings.h"
@@ -23,11 +24,11 @@ struct RenderOptions {
     std::filesystem::path output;
     std::uint32_t depth = 0;  // bits per channel; 0: what the input has
     double timeSeconds = 0;
-    std::string frames;  // FIRST-LAST[xSTEP]; empty: one moment
-    double framesPerSecond = 25;
-    std::vector<std::string> values;  // NAME=VALUE
-    std::vector<std::string> layers;  // NAME=FILE
-    std::uint32_t rawWidth = 0;       // of raw inputs; 0: not given
+    std::string frames;                     // FIRST-LAST[xSTEP]; empty: one moment
+    std::optional<double> framesPerSecond;  // default: that of a movie, else 25
+    std::vector<std::string> values;        // NAME=VALUE
+    std::vector<std::string> layers;        // NAME=FILE
+    std::uint32_t rawWidth = 0;             // of raw inputs; 0: not given
     std::uint32_t rawHeight = 0;
 
     host::HostKind host = host::HostKind::afterEffects;
@@ -48,6 +49,10 @@ struct RenderOptions {
     std::uint32_t part = 1;  // of `parts` pieces of the sequence, from 1
     std::uint32_t parts = 1;
     bool isResumed = false;  // frames whose output is there are left out
+
+    std::optional<StreamForm> stream;  // of standard output; default raw
+    Background background;             // of what has no alpha
+    std::string codecArgs;             // further arguments of ffmpeg, parted by blanks
 };
 
 // `quillon render`: renders one picture or a sequence, and prints the path of each as it is written.
@@ -97,6 +102,22 @@ struct ChartOptions {
 
 // `quillon chart`: writes the tool's test picture and prints its path.
 int RunChart(const ChartOptions& options);
+
+struct CompareOptions {
+    std::filesystem::path first;
+    std::filesystem::path second;
+    std::filesystem::path output;  // of the drawn difference; empty: none
+    std::string frames;            // FIRST-LAST[xSTEP] of patterns
+    std::uint32_t rawWidth = 0;    // of .argb; 0: not given, as the next two
+    std::uint32_t rawHeight = 0;
+    std::uint32_t depth = 0;
+    double limit = 0;         // a larger difference fails a pixel
+    double limitPercent = 0;  // more failed pixels fail the picture
+};
+
+// `quillon compare`: prints how two pictures, or the pairs of two sequences, differ. 1 when one differs by more than is
+// allowed.
+int RunCompare(const CompareOptions& options);
 
 struct NewOptions {
     std::filesystem::path folder;  // of the new effect, whose name is its last part

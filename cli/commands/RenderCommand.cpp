@@ -4,16 +4,21 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <sstream>
 #include <thread>
 #include <utility>
 
 #include "cli/commands/RenderPlan.h"
+#include "cli/diagnostics/PrintLine.h"
 #include "cli/effect/LinkedEngine.h"
 #include "cli/effect/LoadedEffect.h"
 #include "cli/keyframes/Keyframes.h"
+#include "cli/movie/Movie.h"
 #include "cli/pictures/PictureFormat.h"
 #include "cli/sequence/FramePipeline.h"
 #include "package/EffectFlags.h"
+#include "platform/TemporaryPath.h"
 
 namespace quillon::cli {
 
@@ -35,10 +40,10 @@ public:
                 throw WrongCommandLine(layer.name, "is not a layer", "set it with --set");
             }
             layerControls.push_back(&control);
-            layer.pictures.requireAll(frames);
+            layer.pictures->requireAll(frames);
         }
-        plan.input.requireAll(frames);
-        bitDepth = options.depth != 0 ? options.depth : plan.input.bitDepth();
+        plan.input->requireAll(frames);
+        bitDepth = options.depth != 0 ? options.depth : plan.input->bitDepth();
         warn();
     }
 
@@ -46,32 +51,52 @@ public:
         const unsigned threads =
             options.threads != 0 ? options.threads : std::max(std::thread::hardware_concurrency(), 1u);
         UseThreads(threads > 1 ? threads : 0);
-        StorageOptions storage = options.storage;
-        storage.framesPerSecond = plan.allFrames().size() > 1 ? options.framesPerSecond : 0;
-        storage.pixelAspect = static_cast<double>(options.pixelAspect.num) / options.pixelAspect.den;
+        const std::unique_ptr<FrameOutput> output = MakeFrameOutput(outputOptions());
         Progress progress(options.progress, frames.size());
-        const PictureExtent extent = plan.input.fullExtent();
+        std::size_t done = 0;
+        announce(done);
+        const PictureExtent extent = plan.input->fullExtent();
         const std::uint64_t frameBytes = std::uint64_t{extent.width} * extent.height * bitDepth / 2;
         FramePipeline<FrameInput> pipeline(
             {.read = [this](std::int32_t frame) { return read(frame); },
              .render = [this](std::int32_t, const FrameInput& input) { return effect.render(input); },
-             .write =
-                 [&](std::int32_t frame, const host::World& picture) {
-                     WritePicture(PathOfFrame(options.output, frame), PictureOf(picture), storage);
-                 },
+             .write = [&](std::int32_t frame,
+                          const host::World& picture) { return output->encode(frame, PictureOf(picture)); },
              .report =
-                 [&](std::int32_t frame, const FrameTimes& times) {
-                     progress.report(frame, PathOfFrame(options.output, frame).string(), times);
+                 [&](std::int32_t frame, const FrameTimes& times, std::vector<std::byte> bytes) {
+                     progress.report(frame, output->add(frame, std::move(bytes)), times);
+                     announce(++done);
                  }},
             threads, FramesInFlight(frameBytes * (1 + plan.layers.size()), threads));
         pipeline.run(frames);
+        if (const std::string path = output->finish(); !path.empty()) PrintResult(path);
     }
 
 private:
-    // Of the whole sequence's first frame, which decides for all parts of it.
+    OutputOptions outputOptions() const {
+        OutputOptions output{.path = options.output,
+                             .storage = options.storage,
+                             .stream = options.stream.value_or(StreamForm::raw),
+                             .background = options.background,
+                             .movie = {.framesPerSecond = plan.framesPerSecond, .codecArgs = {}}};
+        output.storage.framesPerSecond = plan.allFrames().size() > 1 ? plan.framesPerSecond : 0;
+        output.storage.pixelAspect = static_cast<double>(options.pixelAspect.num) / options.pixelAspect.den;
+        std::istringstream words(options.codecArgs);
+        for (std::string word; words >> word;) output.movie.codecArgs.push_back(word);
+        return output;
+    }
+
+    // For an interrupt that may come.
+    void announce(std::size_t done) const {
+        if (frames.size() < 2) return;
+        const bool isFiles = !IsStandardOutput(options.output) && !IsMovieOutput(options.output);
+        SetWordsAtSignals(fmt::format("\nquillon: stopped after {} of {} frames{}\n", done, frames.size(),
+                                      isFiles ? "; the same command with --resume goes on" : ""));
+    }
+
     PictureExtent openInput() {
-        plan.input.open(plan.allFrames().front());
-        return plan.input.fullExtent();
+        plan.input->open(plan.allFrames().front());
+        return plan.input->fullExtent();
     }
 
     void setControls() {
@@ -86,7 +111,7 @@ private:
         }
         for (const auto& [control, track] : keyframes.tracks()) {
             // To a millionth, so that a frame's time leads back to its number.
-            effect.set(*control, [track = track, rate = options.framesPerSecond](double seconds) {
+            effect.set(*control, [track = track, rate = plan.framesPerSecond](double seconds) {
                 return track.at(std::round(seconds * rate * 1e6) / 1e6);
             });
         }
@@ -95,11 +120,11 @@ private:
     FrameInput read(std::int32_t frame) {
         FrameInput input;
         input.time = plan.timeOf(frame);
-        const HostPicture picture = plan.input.read(frame, bitDepth);
+        const HostPicture picture = plan.input->read(frame, bitDepth);
         input.picture = picture.world;
         input.fullExtent = picture.fullExtent;
         for (std::size_t i = 0; i < plan.layers.size(); ++i)
-            input.layers.emplace_back(layerControls[i], plan.layers[i].pictures.read(frame, bitDepth).world);
+            input.layers.emplace_back(layerControls[i], plan.layers[i].pictures->read(frame, bitDepth).world);
         return input;
     }
 

@@ -8,6 +8,8 @@
 
 #include "cli/diagnostics/ToolError.h"
 #include "cli/effect/EffectSource.h"
+#include "cli/movie/Movie.h"
+#include "cli/movie/MovieReader.h"
 #include "platform/Utf8Path.h"
 
 namespace quillon::cli {
@@ -36,36 +38,73 @@ std::optional<FrameRange> ReadRange(const RenderOptions& options) {
 }  // namespace
 
 RenderPlan::RenderPlan(const RenderOptions& renderOptions)
-    : input(renderOptions.input, {renderOptions.rawWidth, renderOptions.rawHeight, renderOptions.depth},
-            renderOptions.downsample),
-      options(renderOptions),
-      layout{options.rawWidth, options.rawHeight, options.depth},
-      range(ReadRange(options)) {
+    : options(renderOptions), layout{options.rawWidth, options.rawHeight, options.depth}, range(ReadRange(options)) {
+    checkHost();
+    checkInput(options.input);
+    takeTiming();
+    checkOutput();
+    bool hasRaw = IsRawPicture(options.input);
+    for (const std::string& text : options.values) values.push_back(SplitAssignment("--set", text));
+    const std::vector<std::int32_t> frames = framesToRender();
+    for (const std::string& text : options.layers) {
+        auto [name, file] = SplitAssignment("--layer", text);
+        checkInput(file);
+        hasRaw = hasRaw || IsRawPicture(file);
+        layers.push_back({name, sourceOf(PathFromUtf8(file), frames)});
+    }
+    if (layout.width != 0 && !hasRaw) {
+        throw WrongCommandLine("", "--size is for .argb pictures, as others know their size", "leave it out");
+    }
+    // The whole sequence's first frame decides on depth and size for all parts of it.
+    std::vector<std::int32_t> inputFrames = frames;
+    if (frames.empty() || frames.front() != allFrames().front())
+        inputFrames.insert(inputFrames.begin(), allFrames().front());
+    input = sourceOf(options.input, inputFrames);
+}
+
+// A movie knows its rate and its length.
+void RenderPlan::takeTiming() {
+    framesPerSecond = options.framesPerSecond.value_or(framesPerSecond);
+    if (!IsMovieInput(options.input)) return;
+    const MovieInfo movie = ProbeMovie(options.input);
+    framesPerSecond = options.framesPerSecond.value_or(movie.framesPerSecond);
+    if (range) return;
+    const double seconds = movie.frames / movie.framesPerSecond;
+    const auto frames = static_cast<std::int32_t>(std::lround(seconds * framesPerSecond));
+    if (frames < 1)
+        throw Fault(options.input.string(), "does not say how long it is", "say which frames with --frames");
+    range = FrameRange{0, frames - 1, 1};
+}
+
+void RenderPlan::checkOutput() const {
+    const bool isStream = IsStandardOutput(options.output), isMovie = !isStream && IsMovieOutput(options.output);
+    if (options.stream && !isStream) throw WrongCommandLine("--format", "is for -o -", "leave it out");
+    if (!isStream) RequireOutside(options.output, options.effect);
+    if (options.part > options.parts)
+        throw WrongCommandLine(fmt::format("--part {}/{}", options.part, options.parts),
+                               "there are not so many pieces");
+    if (!range && (options.parts != 1 || options.isResumed))
+        throw WrongCommandLine("", "--part and --resume are for sequences", "say which frames with --frames");
+    if ((isStream || isMovie) && options.isResumed)
+        throw WrongCommandLine("--resume", "is for sequences of pictures", "leave it out");
+    if (isMovie && !range)
+        throw WrongCommandLine(options.output.string(), "is a movie", "say which frames with --frames");
+    if (isStream || isMovie) return;
     RequireWritable(options.output);
-    RequireOutside(options.output, options.effect);
     requirePattern(options.output);
     if (range && range->first + range->step <= range->last && !FindFramePattern(options.output)) {
         throw WrongCommandLine(options.output.string(), "all frames would be written to one file",
                                "put #### or %04d into its name");
     }
-    if (!range && (options.parts != 1 || options.isResumed))
-        throw WrongCommandLine("", "--part and --resume are for sequences", "say which frames with --frames");
-    if (options.part > options.parts)
-        throw WrongCommandLine(fmt::format("--part {}/{}", options.part, options.parts),
-                               "there are not so many pieces");
-    checkHost();
-    checkInput(options.input);
-    bool hasRaw = IsRawPicture(options.input);
-    for (const std::string& text : options.values) values.push_back(SplitAssignment("--set", text));
-    for (const std::string& text : options.layers) {
-        auto [name, file] = SplitAssignment("--layer", text);
-        checkInput(file);
-        hasRaw = hasRaw || IsRawPicture(file);
-        layers.emplace_back(name, PathFromUtf8(file), layout, options.downsample);
-    }
-    if (layout.width != 0 && !hasRaw) {
-        throw WrongCommandLine("", "--size is for .argb pictures, as others know their size", "leave it out");
-    }
+}
+
+std::unique_ptr<PictureSource> RenderPlan::sourceOf(const std::filesystem::path& path,
+                                                    std::vector<std::int32_t> frames) const {
+    if (!IsMovieInput(path)) return std::make_unique<PictureSource>(path, layout, options.downsample);
+    const auto reader =
+        std::make_shared<MovieReader>(path, framesPerSecond, ProbeMovie(path).bitDepth, std::move(frames));
+    return std::make_unique<PictureSource>(path, layout, options.downsample,
+                                           [reader](std::int32_t frame) { return reader->read(frame); });
 }
 
 void RenderPlan::checkHost() const {
@@ -110,7 +149,7 @@ std::vector<std::int32_t> RenderPlan::framesToRender() const {
 }
 
 FrameTime RenderPlan::timeOf(std::int32_t frame) const {
-    return range ? TimeOfFrame(frame, options.framesPerSecond) : TimeOfSeconds(options.timeSeconds);
+    return range ? TimeOfFrame(frame, framesPerSecond) : TimeOfSeconds(options.timeSeconds);
 }
 
 host::HostSettings RenderPlan::settings(PictureExtent fullExtent) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -27,16 +27,18 @@ public:
     host::HostSettings settings(PictureExtent fullExtent) const;
 
     struct Layer {
-        Layer(std::string layerName, const std::filesystem::path& file, const RawLayout& rawLayout, std::uint32_t n)
-            : name(std::move(layerName)), pictures(file, rawLayout, n) {}
         std::string name;
-        PictureSource pictures;
+        std::unique_ptr<PictureSource> pictures;
     };
     std::vector<std::pair<std::string, std::string>> values;  // name, text
-    std::deque<Layer> layers;
-    PictureSource input;
+    std::vector<Layer> layers;
+    std::unique_ptr<PictureSource> input;
+    double framesPerSecond = 25;
 
 private:
+    void takeTiming();
+    void checkOutput() const;
+    std::unique_ptr<PictureSource> sourceOf(const std::filesystem::path& path, std::vector<std::int32_t> frames) const;
     void checkHost() const;
     void requirePattern(const std::filesystem::path& path) const;
     void checkInput(const std::filesystem::path& path) const;

@@ -26,18 +26,23 @@ Picture PictureOf(const host::World& world) {
             HostFormat(static_cast<std::uint32_t>(world.bitDepth())), ChannelOrder::argb, world.tightBytes()};
 }
 
-PictureSource::PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n)
-    : path(std::move(pathOrPattern)), isPattern(FindFramePattern(path)), layout(rawLayout), reduction(n) {}
+PictureSource::PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n,
+                             ReadFrame movieReader)
+    : path(std::move(pathOrPattern)),
+      layout(rawLayout),
+      reduction(n),
+      reader(std::move(movieReader)),
+      hasFrames(reader || FindFramePattern(path)) {}
 
 void PictureSource::open(std::int32_t frame) {
-    openedPath = PathOfFrame(path, frame);
-    opened = ReadPicture(openedPath, layout);
+    opened = load(frame);
+    openedFrame = frame;
     openedDepth = BitDepth(opened.format);
     openedExtent = {opened.width, opened.height};
 }
 
 void PictureSource::requireAll(const std::vector<std::int32_t>& frames) const {
-    if (!isPattern) return;
+    if (!hasFrames || reader) return;
     for (const std::int32_t frame : frames) {
         std::error_code error;
         const std::filesystem::path file = PathOfFrame(path, frame);
@@ -48,22 +53,25 @@ void PictureSource::requireAll(const std::vector<std::int32_t>& frames) const {
 }
 
 HostPicture PictureSource::read(std::int32_t frame, std::uint32_t depth) {
-    const std::filesystem::path file = PathOfFrame(path, frame);
-    if (isPattern) return toHost(pictureOf(file), depth);
+    if (hasFrames) return toHost(take(frame), depth);
     const std::lock_guard lock(onlyMutex);
-    if (!only.world) only = toHost(pictureOf(file), depth);
+    if (!only.world) only = toHost(take(frame), depth);
     return only;
 }
 
-Picture PictureSource::pictureOf(const std::filesystem::path& file) {
+Picture PictureSource::load(std::int32_t frame) const {
+    return reader ? reader(frame) : ReadPicture(PathOfFrame(path, frame), layout);
+}
+
+Picture PictureSource::take(std::int32_t frame) {
     {
         const std::lock_guard lock(openedMutex);
-        if (file == openedPath) {
-            openedPath.clear();
+        if (openedFrame && (openedFrame == frame || !hasFrames)) {
+            openedFrame.reset();
             return std::exchange(opened, {});
         }
     }
-    return ReadPicture(file, layout);
+    return load(frame);
 }
 
 HostPicture PictureSource::toHost(Picture picture, std::uint32_t depth) const {

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "cli/pictures/Picture.h"
@@ -29,11 +31,15 @@ struct HostPicture {
     PictureExtent fullExtent{};  // in its file
 };
 
-// The pictures of an input or a layer: a file a frame, or one file for all, which is read once.
+// The pictures of an input or a layer: a file a frame, one file for all, which is read once, or a movie.
 class PictureSource {
 public:
-    // The pictures are given at 1/n of their size.
-    PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n);
+    // Reads one frame of a movie, see read().
+    using ReadFrame = std::function<Picture(std::int32_t frame)>;
+
+    // The pictures are given at 1/n of their size. With a reader the path is for its own use.
+    PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n,
+                  ReadFrame movieReader = {});
 
     // Reads the picture of this frame, for what follows. Throws a Fault.
     void open(std::int32_t frame);
@@ -49,17 +55,19 @@ public:
 
 private:
     HostPicture toHost(Picture picture, std::uint32_t depth) const;
-    Picture pictureOf(const std::filesystem::path& file);
+    Picture load(std::int32_t frame) const;
+    Picture take(std::int32_t frame);
 
     std::filesystem::path path;
-    bool isPattern;
     RawLayout layout;
     std::uint32_t reduction;
+    ReadFrame reader;  // null: pictures in files
+    bool hasFrames;    // a picture for each; else one for all
     std::uint32_t openedDepth = 0;
     PictureExtent openedExtent;
 
     std::mutex openedMutex;
-    std::filesystem::path openedPath;
+    std::optional<std::int32_t> openedFrame;
     Picture opened;  // until it is read
 
     std::mutex onlyMutex;

@@ -27,10 +27,10 @@ struct FrameSteps {
     std::function<Input(std::int32_t frame)> read;
     // On the calling thread, in order.
     std::function<std::shared_ptr<host::World>(std::int32_t frame, const Input& input)> render;
-    // As read.
-    std::function<void(std::int32_t frame, const host::World& picture)> write;
+    // As read. What it returns goes to `report`: bytes for outputs that take frames in order.
+    std::function<std::vector<std::byte>(std::int32_t frame, const host::World& picture)> write;
     // On the calling thread, in order, after the frame is written.
-    std::function<void(std::int32_t frame, const FrameTimes& times)> report;
+    std::function<void(std::int32_t frame, const FrameTimes& times, std::vector<std::byte> bytes)> report;
 };
 
 // How many frames may be read ahead, and how many may wait to be written: one for each thread, as long as they take no
@@ -75,10 +75,14 @@ private:
         Input input;
         double milliseconds;
     };
+    struct Written {
+        std::vector<std::byte> bytes;
+        double milliseconds;
+    };
     struct Write {
         std::int32_t frame;
         FrameTimes times;
-        std::future<double> milliseconds;
+        std::future<Written> written;
     };
 
     void startRead(std::int32_t frame) {
@@ -98,26 +102,28 @@ private:
         const FrameTimes times{.read = read.milliseconds, .render = MillisecondsSince(start)};
         writes.push_back({frame, times, pool.run([this, frame, picture = std::move(picture)]() mutable {
                               const auto begin = Clock::now();
-                              steps.write(frame, *picture);
+                              Written written{steps.write(frame, *picture), 0};
                               picture.reset();
-                              return MillisecondsSince(begin);
+                              written.milliseconds = MillisecondsSince(begin);
+                              return written;
                           })});
     }
 
     bool isWritten() const {
-        return writes.front().milliseconds.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+        return writes.front().written.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     }
 
     void finishWrite() {
         Write write = std::move(writes.front());
         writes.pop_front();
         try {
-            write.times.write = write.milliseconds.get();
+            Written written = write.written.get();
+            write.times.write = written.milliseconds;
+            steps.report(write.frame, write.times, std::move(written.bytes));
         } catch (ToolError& error) {
             if (hasSeveral) RethrowForFrame(error, write.frame);
             throw;
         }
-        steps.report(write.frame, write.times);
     }
 
     const FrameSteps<Input> steps;

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string_view>
 #include <system_error>
 
 namespace quillon {
@@ -49,5 +50,8 @@ void RemoveTemporaries();
 // files and folders. Signals that are ignored or handled already stay as they are. For programs; a module leaves its
 // host's signals unchanged.
 void RemoveTemporariesAtSignals();
+
+// What such an interrupt or request to end prints on standard error, from now on: up to 255 bytes. One thread.
+void SetWordsAtSignals(std::string_view words);
 
 }  // namespace quillon

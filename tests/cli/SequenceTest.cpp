@@ -119,6 +119,38 @@ TEST_F(Sequences, MissingInputsAreNamedBeforeAnythingRenders) {
     EXPECT_EQ(result.out, "");
 }
 
+TEST_F(Sequences, AreComparedInUnitsOfTheDeeperPicture) {
+    writeSamples<std::uint8_t>("a.argb", {255, 10, 20, 30, 255, 0, 0, 0, 255, 0, 0, 0, 0, 0, 0, 0});
+    writeSamples<std::uint8_t>("b.argb", {255, 10, 24, 30, 255, 0, 1, 0, 255, 0, 0, 0, 0, 0, 0, 0});
+    writeSamples<std::uint8_t>("small.argb", {255, 10, 20, 30});
+    writeFile("a1.argb", readFile("a.argb"));
+    writeFile("a2.argb", readFile("b.argb"));
+    ASSERT_EQ(run("render fx -i small.argb --size 1x1 --depth 8 -o small.png").err, "");
+    const std::string raw = " --size 4x1 --depth 8 ";
+    struct Row {
+        std::string arguments;
+        int status;
+        const char* words;
+    };
+    const Row kRows[] = {
+        {"a.argb a.argb" + raw, 0, "a.argb a.argb: equal\n"},
+        {"a.argb b.argb" + raw, 1,
+         "2 of 4 pixels differ (50 %), in 1/255\n  largest  red 0, green 4, blue 0, alpha 0\n"},
+        {"a.argb b.argb --fail 4" + raw, 0, "mean     red 0, green 1.25, blue 0, alpha 0"},
+        {"a.argb b.argb --fail 3 --fail-percent 25" + raw, 0, ""},
+        {"a.argb b.argb --fail 3 --fail-percent 24" + raw, 1, ""},
+        {"a.argb a%d.argb --frames 1-2 -o d##.png" + raw, 1, "a.argb a2.argb: 2 of 4"},
+        {"a.argb small.png" + raw, 1, "4x1 and 1x1 pixels"},
+        {"a.argb b.argb", 2, ""},
+    };
+    for (const Row& row : kRows) {
+        const ToolRun result = run("compare " + row.arguments);
+        EXPECT_EQ(result.status, row.status) << row.arguments << result.err;
+        EXPECT_NE(result.out.find(row.words), std::string::npos) << row.arguments << ": " << result.out;
+    }
+    ASSERT_EQ(run("render fx -i d02.png -o d.argb").err, "");  // the drawn difference is a picture
+}
+
 TEST_F(Sequences, ProgressIsALineForEachFrame) {
     const ToolRun result = run(kRender + "--progress json --part 1/2");
     EXPECT_EQ(result.err.rfind(R"({"frame":0,"path":"o00.argb","milliseconds":)", 0), 0u) << result.err;

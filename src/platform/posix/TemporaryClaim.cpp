@@ -28,7 +28,7 @@ struct RemovedAtSignal {
 };
 
 // More are never claimed at once; a path that finds no place here is left for the next process to remove.
-RemovedAtSignal removedAtSignal[8];
+RemovedAtSignal removedAtSignal[64];
 
 RemovedAtSignal* Register(const char* path) {
     if (std::strlen(path) >= PATH_MAX) return nullptr;
@@ -60,9 +60,16 @@ void RemoveInHandler(const char* path) {
     rmdir(path);
 }
 
+// Two places, so that one is whole at any time.
+char wordsAtSignals[2][256];
+std::atomic<int> wordsInUse = 0;
+
 // The default action follows: the signal's handler was for one time.
 void OnSignal(int number) {
     RemoveTemporaries();
+    const char* const words = wordsAtSignals[wordsInUse];
+    if (number == SIGINT || number == SIGTERM)
+        static_cast<void>(!write(STDERR_FILENO, words, std::strlen(words)));  // there is nobody left to report to
     raise(number);
 }
 
@@ -113,6 +120,12 @@ void RemoveTemporaries() {
     for (RemovedAtSignal& entry : removedAtSignal) {
         if (entry.state == RemovedAtSignal::ready) RemoveInHandler(entry.path);
     }
+}
+
+void SetWordsAtSignals(std::string_view words) {
+    const int next = 1 - wordsInUse;
+    wordsAtSignals[next][words.copy(wordsAtSignals[next], sizeof(wordsAtSignals[next]) - 1)] = '\0';
+    wordsInUse = next;
 }
 
 void RemoveTemporariesAtSignals() {

@@ -4,6 +4,7 @@
 
 #include <mutex>
 #include <set>
+#include <string>
 #include <system_error>
 
 #include "platform/TemporaryPath.h"
@@ -17,6 +18,7 @@ namespace fs = std::filesystem;
 struct Claimed {
     std::mutex mutex;
     std::set<fs::path> paths;
+    std::string words;  // for the handler
 };
 
 // Never destroyed: the system calls the handler on a thread that outlives static objects.
@@ -33,6 +35,10 @@ HANDLE Open(const fs::path& path, DWORD shared) {
 
 BOOL WINAPI OnConsoleEvent(DWORD) {
     RemoveTemporaries();
+    const std::lock_guard lock(ClaimedPaths().mutex);
+    const std::string& words = ClaimedPaths().words;
+    DWORD written = 0;
+    WriteFile(GetStdHandle(STD_ERROR_HANDLE), words.data(), static_cast<DWORD>(words.size()), &written, nullptr);
     return FALSE;  // the default action follows
 }
 
@@ -74,6 +80,11 @@ void RemoveTemporaries() {
     const std::lock_guard lock(ClaimedPaths().mutex);
     std::error_code ignored;
     for (const fs::path& path : ClaimedPaths().paths) fs::remove_all(path, ignored);
+}
+
+void SetWordsAtSignals(std::string_view words) {
+    const std::lock_guard lock(ClaimedPaths().mutex);
+    ClaimedPaths().words = words;
 }
 
 void RemoveTemporariesAtSignals() {
