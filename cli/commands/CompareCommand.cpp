@@ -14,6 +14,10 @@ namespace {
 
 constexpr const char* kUnits[] = {"1/255", "1/65535", "1/32768", "floats"};
 
+RawLayout LayoutOf(const CompareOptions& options) {
+    return {options.rawWidth, options.rawHeight, options.depth};
+}
+
 std::string ChannelRow(const char* name, const std::array<double, 4>& values) {
     return fmt::format("  {:<8} red {:.6g}, green {:.6g}, blue {:.6g}, alpha {:.6g}", name, values[0], values[1],
                        values[2], values[3]);
@@ -21,7 +25,7 @@ std::string ChannelRow(const char* name, const std::array<double, 4>& values) {
 
 // One pair. False when it differs by more than is allowed.
 bool ComparePair(const CompareOptions& options, std::int32_t frame) {
-    const RawLayout layout{options.rawWidth, options.rawHeight, options.depth};
+    const RawLayout layout = LayoutOf(options);
     const std::filesystem::path paths[] = {PathOfFrame(options.first, frame), PathOfFrame(options.second, frame)};
     const Picture a = ReadPicture(paths[0], layout), b = ReadPicture(paths[1], layout);
     const std::string pair = fmt::format("{} {}: ", paths[0].string(), paths[1].string());
@@ -55,17 +59,13 @@ void CheckNames(const CompareOptions& options, bool hasFrames) {
     if (hasFrames && !options.output.empty() && !FindFramePattern(options.output))
         throw WrongCommandLine(options.output.string(), "all differences would be written to one file",
                                "put #### or %04d into its name");
-    const bool hasRaw = IsRawPicture(options.first) || IsRawPicture(options.second);
-    if (hasRaw && (options.rawWidth == 0 || options.depth == 0))
-        throw WrongCommandLine("", "a raw buffer has no header", "give --size and --depth");
+    for (const std::filesystem::path& path : {options.first, options.second}) RequireLayout(path, LayoutOf(options));
 }
 
 }  // namespace
 
 int RunCompare(const CompareOptions& options) {
     const auto range = ParseFrameRange(options.frames);
-    if (!options.frames.empty() && !range)
-        throw WrongCommandLine("--frames " + options.frames, "write it as FIRST-LAST or FIRST-LASTxSTEP");
     CheckNames(options, range.has_value());
     const std::vector<std::int32_t> frames = range ? range->frames() : std::vector<std::int32_t>{0};
     const auto failed = std::ranges::count_if(frames, [&](std::int32_t frame) { return !ComparePair(options, frame); });

@@ -30,7 +30,6 @@ public:
     explicit Renderer(const RenderOptions& renderOptions)
         : options(renderOptions),
           plan(options),
-          frames(plan.framesToRender()),
           source(ReadCheckedSource(options.effect)),
           effect(std::move(source), plan.settings(openInput())) {
         setControls();
@@ -40,9 +39,9 @@ public:
                 throw WrongCommandLine(layer.name, "is not a layer", "set it with --set");
             }
             layerControls.push_back(&control);
-            layer.pictures->requireAll(frames);
+            layer.pictures->requireAll(plan.frames);
         }
-        plan.input->requireAll(frames);
+        plan.input->requireAll(plan.frames);
         bitDepth = options.depth != 0 ? options.depth : plan.input->bitDepth();
         warn();
     }
@@ -52,7 +51,7 @@ public:
             options.threads != 0 ? options.threads : std::max(std::thread::hardware_concurrency(), 1u);
         UseThreads(threads > 1 ? threads : 0);
         const std::unique_ptr<FrameOutput> output = MakeFrameOutput(outputOptions());
-        Progress progress(options.progress, frames.size());
+        Progress progress(options.progress, plan.frames.size());
         std::size_t done = 0;
         announce(done);
         const PictureExtent extent = plan.input->fullExtent();
@@ -68,7 +67,7 @@ public:
                      announce(++done);
                  }},
             threads, FramesInFlight(frameBytes * (1 + plan.layers.size()), threads));
-        pipeline.run(frames);
+        pipeline.run(plan.frames);
         if (const std::string path = output->finish(); !path.empty()) PrintResult(path);
     }
 
@@ -88,9 +87,9 @@ private:
 
     // For an interrupt that may come.
     void announce(std::size_t done) const {
-        if (frames.size() < 2) return;
+        if (plan.frames.size() < 2) return;
         const bool isFiles = !IsStandardOutput(options.output) && !IsMovieOutput(options.output);
-        SetWordsAtSignals(fmt::format("\nquillon: stopped after {} of {} frames{}\n", done, frames.size(),
+        SetWordsAtSignals(fmt::format("\nquillon: stopped after {} of {} frames{}\n", done, plan.frames.size(),
                                       isFiles ? "; the same command with --resume goes on" : ""));
     }
 
@@ -151,7 +150,6 @@ private:
 
     const RenderOptions& options;
     RenderPlan plan;
-    std::vector<std::int32_t> frames;
     EffectSource source;  // until the effect takes it
     LoadedEffect effect;
     std::vector<const Control*> layerControls;  // of plan.layers

@@ -8,7 +8,6 @@
 
 #include "cli/diagnostics/ToolError.h"
 #include "cli/effect/EffectSource.h"
-#include "cli/movie/Movie.h"
 #include "cli/movie/MovieReader.h"
 #include "platform/Utf8Path.h"
 
@@ -25,32 +24,30 @@ std::pair<std::string, std::string> SplitAssignment(const char* option, const st
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
-std::optional<FrameRange> ReadRange(const RenderOptions& options) {
-    if (options.frames.empty()) return {};
-    const auto range = ParseFrameRange(options.frames);
-    if (!range) {
-        throw WrongCommandLine("--frames " + options.frames,
-                               "write it as FIRST-LAST or FIRST-LASTxSTEP, as in 1-100 or 0-48x2");
-    }
-    return range;
+std::optional<MovieInfo> ProbeIfMovie(const std::filesystem::path& path) {
+    return IsMovieInput(path) ? std::optional(ProbeMovie(path)) : std::nullopt;
 }
 
 }  // namespace
 
 RenderPlan::RenderPlan(const RenderOptions& renderOptions)
-    : options(renderOptions), layout{options.rawWidth, options.rawHeight, options.depth}, range(ReadRange(options)) {
+    : options(renderOptions),
+      layout{options.rawWidth, options.rawHeight, options.depth},
+      range(ParseFrameRange(options.frames)) {
     checkHost();
     checkInput(options.input);
-    takeTiming();
+    const std::optional<MovieInfo> movie = ProbeIfMovie(options.input);
+    takeTiming(movie);
     checkOutput();
+    frames = framesToRender();
     bool hasRaw = IsRawPicture(options.input);
     for (const std::string& text : options.values) values.push_back(SplitAssignment("--set", text));
-    const std::vector<std::int32_t> frames = framesToRender();
     for (const std::string& text : options.layers) {
         auto [name, file] = SplitAssignment("--layer", text);
         checkInput(file);
         hasRaw = hasRaw || IsRawPicture(file);
-        layers.push_back({name, sourceOf(PathFromUtf8(file), frames)});
+        const std::filesystem::path path = PathFromUtf8(file);
+        layers.push_back({name, sourceOf(path, ProbeIfMovie(path), frames)});
     }
     if (layout.width != 0 && !hasRaw) {
         throw WrongCommandLine("", "--size is for .argb pictures, as others know their size", "leave it out");
@@ -59,21 +56,17 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
     std::vector<std::int32_t> inputFrames = frames;
     if (frames.empty() || frames.front() != allFrames().front())
         inputFrames.insert(inputFrames.begin(), allFrames().front());
-    input = sourceOf(options.input, inputFrames);
+    input = sourceOf(options.input, movie, inputFrames);
 }
 
 // A movie knows its rate and its length.
-void RenderPlan::takeTiming() {
-    framesPerSecond = options.framesPerSecond.value_or(framesPerSecond);
-    if (!IsMovieInput(options.input)) return;
-    const MovieInfo movie = ProbeMovie(options.input);
-    framesPerSecond = options.framesPerSecond.value_or(movie.framesPerSecond);
-    if (range) return;
-    const double seconds = movie.frames / movie.framesPerSecond;
-    const auto frames = static_cast<std::int32_t>(std::lround(seconds * framesPerSecond));
-    if (frames < 1)
-        throw Fault(options.input.string(), "does not say how long it is", "say which frames with --frames");
-    range = FrameRange{0, frames - 1, 1};
+void RenderPlan::takeTiming(const std::optional<MovieInfo>& movie) {
+    framesPerSecond = options.framesPerSecond.value_or(movie ? movie->framesPerSecond : framesPerSecond);
+    if (!movie || range) return;
+    const double seconds = movie->frames / movie->framesPerSecond;
+    const auto count = static_cast<std::int32_t>(std::lround(seconds * framesPerSecond));
+    if (count < 1) throw Fault(options.input.string(), "does not say how long it is", "say which frames with --frames");
+    range = FrameRange{0, count - 1, 1};
 }
 
 void RenderPlan::checkOutput() const {
@@ -99,10 +92,10 @@ void RenderPlan::checkOutput() const {
 }
 
 std::unique_ptr<PictureSource> RenderPlan::sourceOf(const std::filesystem::path& path,
-                                                    std::vector<std::int32_t> frames) const {
-    if (!IsMovieInput(path)) return std::make_unique<PictureSource>(path, layout, options.downsample);
-    const auto reader =
-        std::make_shared<MovieReader>(path, framesPerSecond, ProbeMovie(path).bitDepth, std::move(frames));
+                                                    const std::optional<MovieInfo>& movie,
+                                                    std::vector<std::int32_t> wantedFrames) const {
+    if (!movie) return std::make_unique<PictureSource>(path, layout, options.downsample);
+    const auto reader = std::make_shared<MovieReader>(path, framesPerSecond, movie->bitDepth, std::move(wantedFrames));
     return std::make_unique<PictureSource>(path, layout, options.downsample,
                                            [reader](std::int32_t frame) { return reader->read(frame); });
 }
@@ -129,9 +122,7 @@ void RenderPlan::requirePattern(const std::filesystem::path& path) const {
 
 void RenderPlan::checkInput(const std::filesystem::path& path) const {
     requirePattern(path);
-    if (IsRawPicture(path) && (layout.width == 0 || layout.bitDepth == 0)) {
-        throw WrongCommandLine(path.string(), "a raw buffer has no header", "give --size and --depth");
-    }
+    RequireLayout(path, layout);
 }
 
 std::vector<std::int32_t> RenderPlan::framesToRender() const {
@@ -139,13 +130,13 @@ std::vector<std::int32_t> RenderPlan::framesToRender() const {
     const auto edge = [&](std::uint64_t piece) {
         return all.begin() + static_cast<std::ptrdiff_t>(all.size() * piece / options.parts);
     };
-    std::vector<std::int32_t> frames(edge(options.part - 1), edge(options.part));
+    std::vector<std::int32_t> left(edge(options.part - 1), edge(options.part));
     if (options.isResumed)
-        std::erase_if(frames, [&](std::int32_t frame) {
+        std::erase_if(left, [&](std::int32_t frame) {
             std::error_code error;
             return std::filesystem::is_regular_file(PathOfFrame(options.output, frame), error);
         });
-    return frames;
+    return left;
 }
 
 FrameTime RenderPlan::timeOf(std::int32_t frame) const {

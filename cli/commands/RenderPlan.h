@@ -8,12 +8,13 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/effect/FrameTime.h"
+#include "cli/movie/Movie.h"
 #include "cli/pictures/FrameRange.h"
 #include "cli/pictures/PictureSource.h"
 
 namespace quillon::cli {
 
-// Everything about the command line of `quillon render` that can be told before the effect is loaded.
+// Everything about the command line of `quillon render` that is known before the effect is loaded.
 class RenderPlan {
 public:
     // Throws WrongCommandLine.
@@ -21,7 +22,6 @@ public:
 
     // All frames of the command line; a part of them, and a run that is resumed, renders fewer.
     std::vector<std::int32_t> allFrames() const { return range ? range->frames() : std::vector<std::int32_t>{0}; }
-    std::vector<std::int32_t> framesToRender() const;
     FrameTime timeOf(std::int32_t frame) const;
     // The host, for an input of this size. The same for each part of the frames.
     host::HostSettings settings(PictureExtent fullExtent) const;
@@ -30,15 +30,18 @@ public:
         std::string name;
         std::unique_ptr<PictureSource> pictures;
     };
+    std::vector<std::int32_t> frames;                         // those to render, as their outputs were at the start
     std::vector<std::pair<std::string, std::string>> values;  // name, text
     std::vector<Layer> layers;
     std::unique_ptr<PictureSource> input;
     double framesPerSecond = 25;
 
 private:
-    void takeTiming();
+    void takeTiming(const std::optional<MovieInfo>& movie);
+    std::vector<std::int32_t> framesToRender() const;
     void checkOutput() const;
-    std::unique_ptr<PictureSource> sourceOf(const std::filesystem::path& path, std::vector<std::int32_t> frames) const;
+    std::unique_ptr<PictureSource> sourceOf(const std::filesystem::path& path, const std::optional<MovieInfo>& movie,
+                                            std::vector<std::int32_t> wantedFrames) const;
     void checkHost() const;
     void requirePattern(const std::filesystem::path& path) const;
     void checkInput(const std::filesystem::path& path) const;

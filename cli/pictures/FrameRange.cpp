@@ -35,12 +35,16 @@ std::vector<std::int32_t> FrameRange::frames() const {
     return numbers;
 }
 
-std::optional<FrameRange> ParseFrameRange(std::string_view text) {
-    const auto first = TakeNumber(text);
-    const bool hasLast = TakeText(text, "-");
-    const auto last = TakeNumber(text);
-    const auto step = TakeText(text, "x") ? TakeNumber(text) : std::optional(1);
-    if (!first || !hasLast || !last || !step || !text.empty() || *step < 1 || *last < *first) return {};
+std::optional<FrameRange> ParseFrameRange(const std::string& text) {
+    if (text.empty()) return {};
+    std::string_view rest = text;
+    const auto first = TakeNumber(rest);
+    const bool hasLast = TakeText(rest, "-");
+    const auto last = TakeNumber(rest);
+    const auto step = TakeText(rest, "x") ? TakeNumber(rest) : std::optional(1);
+    if (!first || !hasLast || !last || !step || !rest.empty() || *step < 1 || *last < *first) {
+        throw WrongCommandLine("--frames " + text, "write it as FIRST-LAST or FIRST-LASTxSTEP, as in 1-100 or 0-48x2");
+    }
     return FrameRange{*first, *last, *step};
 }
 

@@ -18,8 +18,9 @@ struct FrameRange {
     std::vector<std::int32_t> frames() const;
 };
 
-// Nothing when the text is no range, or runs backwards.
-std::optional<FrameRange> ParseFrameRange(std::string_view text);
+// The value of --frames. Nothing when the text is empty; throws WrongCommandLine for no range, or one that runs
+// backwards.
+std::optional<FrameRange> ParseFrameRange(const std::string& text);
 
 // Where a file name has its frame number: "%04d" (or "%d") or a run of two or more '#', one a digit. Folders hold no
 // pattern. Nothing without one; throws WrongCommandLine for a name with more than one.

@@ -53,6 +53,11 @@ bool IsRawPicture(const std::filesystem::path& path) {
     return LowerEnding(path) == ".argb";
 }
 
+void RequireLayout(const std::filesystem::path& path, const RawLayout& layout) {
+    if (IsRawPicture(path) && (layout.width == 0 || layout.bitDepth == 0))
+        throw WrongCommandLine(path.string(), "a raw buffer has no header", "give --size and --depth");
+}
+
 bool IsFloatPicture(const std::filesystem::path& path) {
     return LowerEnding(path) == ".exr";
 }

@@ -50,6 +50,9 @@ struct PictureFormat {
 // Whether the name is that of a raw buffer, which needs a RawLayout to be read.
 bool IsRawPicture(const std::filesystem::path& path);
 
+// Throws WrongCommandLine when the name is that of a raw buffer and the layout does not say how to read it.
+void RequireLayout(const std::filesystem::path& path, const RawLayout& layout);
+
 // Whether pictures of that name always hold floats.
 bool IsFloatPicture(const std::filesystem::path& path);
 
