@@ -108,16 +108,6 @@ Picture PlaceInFrame(Picture data, const Box2i& dataWindow, const Box2i& display
     return frame;
 }
 
-// Color without alpha is light that nothing covers, and stays.
-void Unpremultiply(Picture& picture) {
-    float* pixel = picture.row<float>(0);
-    for (std::size_t i = 0; i < std::size_t{picture.width} * picture.height; ++i, pixel += 4) {
-        const float alpha = pixel[3];
-        if (!(alpha > 0) || alpha == 1) continue;
-        for (int channel = 0; channel < 3; ++channel) pixel[channel] /= alpha;
-    }
-}
-
 void Premultiply(Picture& picture) {
     float* pixel = picture.row<float>(0);
     for (std::size_t i = 0; i < std::size_t{picture.width} * picture.height; ++i, pixel += 4) {

@@ -74,6 +74,21 @@ constexpr Conversion kConversionsFrom[] = {ConvertSamples<From, ByteSample>, Con
 constexpr const Conversion* kConversions[] = {kConversionsFrom<ByteSample>, kConversionsFrom<WordSample>,
                                               kConversionsFrom<HostWordSample>, kConversionsFrom<RealSample>};
 
+template <class Sample>
+void UnpremultiplySamples(Picture& picture, float fullScale) {
+    auto* pixel = picture.row<Sample>(0);
+    for (std::size_t i = 0; i < std::size_t{picture.width} * picture.height; ++i, pixel += 4) {
+        const auto alpha = static_cast<float>(pixel[3]) / fullScale;
+        if (!(alpha > 0) || alpha == 1) continue;
+        for (int c = 0; c < 3; ++c) {
+            const float color = static_cast<float>(pixel[c]) / alpha;
+            // Whole numbers are rounded and end at full scale.
+            pixel[c] =
+                fullScale == 1 ? static_cast<Sample>(color) : static_cast<Sample>(std::min(color + 0.5f, fullScale));
+        }
+    }
+}
+
 }  // namespace
 
 Picture Picture::Make(std::uint32_t width, std::uint32_t height, SampleFormat format, ChannelOrder order) {
@@ -109,6 +124,12 @@ Picture Convert(const Picture& picture, SampleFormat format, ChannelOrder order)
     Picture result = Picture::Make(picture.width, picture.height, format, order);
     for (std::uint32_t y = 0; y < picture.height; ++y) ConvertRow(picture, y, format, order, result.row<std::byte>(y));
     return result;
+}
+
+void Unpremultiply(Picture& picture) {
+    if (picture.format == SampleFormat::byte) UnpremultiplySamples<std::uint8_t>(picture, 255);
+    if (picture.format == SampleFormat::word) UnpremultiplySamples<std::uint16_t>(picture, 65535);
+    if (picture.format == SampleFormat::real) UnpremultiplySamples<float>(picture, 1);
 }
 
 }  // namespace quillon::cli

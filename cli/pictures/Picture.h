@@ -55,4 +55,8 @@ void ConvertRow(const Picture& picture, std::uint32_t y, SampleFormat format, Ch
 // All rows.
 Picture Convert(const Picture& picture, SampleFormat format, ChannelOrder order);
 
+// Divides colors that were multiplied by alpha, in the order rgba and a file's form; whole numbers end at full scale.
+// Color without alpha is light that nothing covers, and stays.
+void Unpremultiply(Picture& picture);
+
 }  // namespace quillon::cli

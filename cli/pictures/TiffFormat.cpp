@@ -155,21 +155,6 @@ void ReadRows(TIFF* tiff, const TiffLayout& layout, Sample opaque, Picture& pict
     }
 }
 
-template <class Sample>
-void Unpremultiply(Picture& picture, float fullScale) {
-    auto* pixel = picture.row<Sample>(0);
-    for (std::size_t i = 0; i < std::size_t{picture.width} * picture.height; ++i, pixel += 4) {
-        const auto alpha = static_cast<float>(pixel[3]) / fullScale;
-        if (!(alpha > 0) || alpha == 1) continue;
-        for (int c = 0; c < 3; ++c) {
-            const float color = static_cast<float>(pixel[c]) / alpha;
-            // Whole numbers are rounded and end at full scale.
-            pixel[c] =
-                fullScale == 1 ? static_cast<Sample>(color) : static_cast<Sample>(std::min(color + 0.5f, fullScale));
-        }
-    }
-}
-
 }  // namespace
 
 Picture ReadTiff(std::span<const std::byte> file, const RawLayout&) {
@@ -185,9 +170,7 @@ Picture ReadTiff(std::span<const std::byte> file, const RawLayout&) {
     if (layout.bits == 8) ReadRows<std::uint8_t>(tiff.get(), layout, 255, picture);
     if (layout.bits == 16) ReadRows<std::uint16_t>(tiff.get(), layout, 65535, picture);
     if (layout.bits == 32) ReadRows<float>(tiff.get(), layout, 1, picture);
-    if (layout.isPremultiplied && layout.bits == 8) Unpremultiply<std::uint8_t>(picture, 255);
-    if (layout.isPremultiplied && layout.bits == 16) Unpremultiply<std::uint16_t>(picture, 65535);
-    if (layout.isPremultiplied && layout.bits == 32) Unpremultiply<float>(picture, 1);
+    if (layout.isPremultiplied) Unpremultiply(picture);
     return picture;
 }
 
