@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
 #include "cli/effect/EffectDescription.h"
 #include "cli/effect/LinkedEngine.h"
@@ -26,9 +26,19 @@ using Json = nlohmann::ordered_json;
 constexpr const char* kStages[] = {"development", "alpha", "beta", "release"};
 constexpr const char* kPluginTypes[] = {"filter", "source", "mixer of two inputs"};
 
-// By QL_Type, the kind that the engine gives a uniform.
-constexpr std::array kUniformTypes = {"unknown", "float", "vec3", "vec4",    "sampler2D", "vec2", "sampler2D",
-                                      "unknown", "int",   "int",  "unknown", "unknown",   "float"};
+// A switch feeds an int as well as a bool.
+constexpr std::pair<UniformType, const char*> kUniformTypes[] = {
+    {UniformType::float1, "float"}, {UniformType::vec2, "vec2"}, {UniformType::vec3, "vec3"},
+    {UniformType::vec4, "vec4"},    {UniformType::int1, "int"},  {UniformType::bool1, "int"},
+};
+
+const char* UniformTypeOf(const Parameter& uniform) {
+    const ControlKind& kind = ControlKindOf(uniform.kind);
+    if (kind.scriptForm == ScriptForm::entity) return "sampler2D";
+    for (const auto& [type, name] : kUniformTypes)
+        if (type == kind.uniformType) return name;
+    return "unknown";
+}
 
 Json DescribePlugin(const frei0r::Listing& listing) {
     Json controls = Json::array();
@@ -70,12 +80,10 @@ Json DescribeExtent(const Texture& texture) {
 Json DescribeShader(const Shader& shader, const std::vector<Parameter>& declarations, const std::string& script) {
     if (!shader.isBuilt()) return {};
     Json uniforms = Json::array();
-    for (const Parameter& uniform : shader.parameters) {
-        const char* const type = kUniformTypes[uniform.kind < kUniformTypes.size() ? uniform.kind : 0];
+    for (const Parameter& uniform : shader.parameters)
         uniforms.push_back({{"name", uniform.uniformName},
-                            {"type", type},
+                            {"type", UniformTypeOf(uniform)},
                             {"fed_by", FeederOf(uniform.uniformName, declarations, script)}});
-    }
     const std::string path = NarrowToBytes(shader.path);
     return {{"name", NarrowToBytes(shader.name)},
             {"file", path.substr(path.find_last_of("\\/") + 1)},
