@@ -5,8 +5,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <sstream>
+#include <utility>
 
 #include "cli/commands/Commands.h"
 #include "cli/diagnostics/PrintLine.h"
@@ -107,6 +109,23 @@ CLI::Option* AddPair(CLI::App& command, const char* option, char separator, int 
     return command.add_option_function<std::string>(option, read, description)->type_name(form);
 }
 
+// One of some words, each for a value.
+template <class Value, class Target>
+void AddChoice(CLI::App& command, const char* option, std::initializer_list<std::pair<const char*, Value>> choices,
+               const char* form, Target& target, const std::string& description) {
+    std::map<std::string, Value> values;
+    std::vector<std::string> names;
+    for (const auto& [name, value] : choices) {
+        values.emplace(name, value);
+        names.push_back(name);
+    }
+    command
+        .add_option_function<std::string>(
+            option, [values, &target](const std::string& name) { target = values.at(name); }, description)
+        ->check(CLI::IsMember(names))
+        ->type_name(form);
+}
+
 CLI::Option* AddPath(CLI::App& command, const char* option, std::filesystem::path& path,
                      const std::string& description) {
     return command.add_option_function<std::string>(
@@ -119,29 +138,13 @@ void AddSize(CLI::App& command, const char* option, std::uint32_t& width, std::u
 }
 
 void AddHost(CLI::App& command, RenderOptions& options) {
-    const std::map<std::string, host::HostKind> hosts = {{"after-effects", host::HostKind::afterEffects},
-                                                         {"premiere", host::HostKind::premiere}};
-    const std::map<std::string, host::Route> routes = {{"smart", host::Route::smart},
-                                                       {"classic", host::Route::classic}};
-    const auto oneOf = [](const auto& choices) {
-        std::vector<std::string> names;
-        for (const auto& [name, value] : choices) names.push_back(name);
-        return CLI::IsMember(names);
-    };
-    command
-        .add_option_function<std::string>(
-            "--host", [hosts, &options](const std::string& name) { options.host = hosts.at(name); },
-            "The host that is played: after-effects or premiere; default after-effects")
-        ->check(oneOf(hosts))
-        ->type_name("HOST");
+    AddChoice<host::HostKind>(
+        command, "--host", {{"after-effects", host::HostKind::afterEffects}, {"premiere", host::HostKind::premiere}},
+        "HOST", options.host, "The host that is played: after-effects or premiere; default after-effects");
     AddPair(command, "--host-version", '.', 0, "MAJOR.MINOR", "13.9", options.hostVersionMajor,
             options.hostVersionMinor, "The version of the effect interface that it speaks; default 13.9");
-    command
-        .add_option_function<std::string>(
-            "--route", [routes, &options](const std::string& name) { options.route = routes.at(name); },
-            "How After Effects renders: smart or classic; default smart")
-        ->check(oneOf(routes))
-        ->type_name("ROUTE");
+    AddChoice<host::Route>(command, "--route", {{"classic", host::Route::classic}, {"smart", host::Route::smart}},
+                           "ROUTE", options.route, "How After Effects renders: smart or classic; default smart");
     command
         .add_option("--downsample", options.downsample,
                     "Renders at 1/N of the size, as a host's preview does: 1 to 64; default 1")
@@ -159,12 +162,8 @@ void AddStorage(CLI::App& command, StorageOptions& storage) {
                     "How hard PNG is compressed, 0 to 9: from not at all to smallest; default 1, which is fast")
         ->check(CLI::Range(0, 9))
         ->type_name("N");
-    command
-        .add_option_function<std::string>(
-            "--exr", [&storage](const std::string& type) { storage.isExrHalf = type == "half"; },
-            "What EXR stores: half, or float, which is exact; default float")
-        ->check(CLI::IsMember({"half", "float"}))
-        ->type_name("TYPE");
+    AddChoice<bool>(command, "--exr", {{"half", true}, {"float", false}}, "TYPE", storage.isExrHalf,
+                    "What EXR stores: half, or float, which is exact; default float");
     command
         .add_option(
             "--exr-compression", storage.exrCompression,
@@ -198,24 +197,16 @@ void AddSequence(CLI::App& command, RenderOptions& options) {
     AddPair(command, "--part", '/', 1, "I/N", "2/8", options.part, options.parts,
             "Renders only the I-th of N pieces of the sequence");
     command.add_flag("--resume", options.isResumed, "Leaves out the frames whose output is there already");
-    const std::map<std::string, ProgressForm> forms = {
-        {"bar", ProgressForm::bar}, {"json", ProgressForm::json}, {"none", ProgressForm::none}};
-    command
-        .add_option_function<std::string>(
-            "--progress", [forms, &options](const std::string& name) { options.progress = forms.at(name); },
-            "On standard error: bar, on a terminal only; json, a line for each frame; or none; default bar")
-        ->check(CLI::IsMember({"bar", "json", "none"}))
-        ->type_name("FORM");
+    AddChoice<ProgressForm>(
+        command, "--progress", {{"bar", ProgressForm::bar}, {"json", ProgressForm::json}, {"none", ProgressForm::none}},
+        "FORM", options.progress,
+        "On standard error: bar, on a terminal only; json, a line for each frame; or none; default bar");
 }
 
 void AddStreams(CLI::App& command, RenderOptions& options) {
-    const std::map<std::string, StreamForm> forms = {{"raw", StreamForm::raw}, {"y4m", StreamForm::y4m}};
-    command
-        .add_option_function<std::string>(
-            "--format", [forms, &options](const std::string& name) { options.stream = forms.at(name); },
-            "What -o - writes: raw, the bytes of .argb, or y4m, for programs that read video; default raw")
-        ->check(CLI::IsMember({"raw", "y4m"}))
-        ->type_name("FORM");
+    AddChoice<StreamForm>(
+        command, "--format", {{"raw", StreamForm::raw}, {"y4m", StreamForm::y4m}}, "FORM", options.stream,
+        "What -o - writes: raw, the bytes of .argb, or y4m, for programs that read video; default raw");
     const auto readColor = [&options](const std::string& text) {
         Parameter color;
         color.uniformName = "--background";
@@ -287,7 +278,7 @@ void AddChart(CLI::App& app, Run& run) {
 void AddParams(CLI::App& app, Run& run) {
     auto options = std::make_shared<ParamsOptions>();
     CLI::App& command = *app.add_subcommand(
-        "params", "Lists the effect's controls as its host has got them, in the host's order, with every field.");
+        "params", "Lists the effect's controls as its host has them, in the host's order, with every field.");
     AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
     command.add_flag("--json", options->isJson, "As a JSON array of objects, for programs");
     command.callback([&run, options] { run = [options] { return RunParams(*options); }; });
@@ -310,7 +301,7 @@ void AddCheck(CLI::App& app, Run& run) {
     auto options = std::make_shared<CheckOptions>();
     CLI::App& command = *app.add_subcommand(
         "check",
-        "Tells what is wrong with an effect, with file and line: in its files, its config.xml, its script and its\n"
+        "Reports what is wrong with an effect, with file and line: in its files, its config.xml, its script and its\n"
         "shaders, up to a frame at 8, 16 and 32 bits with its controls at their defaults.");
     AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
     command.callback([&run, options] { run = [options] { return RunCheck(*options); }; });
