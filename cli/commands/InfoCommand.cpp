@@ -52,7 +52,7 @@ std::string LineOf(const Json& object) {
     return line;
 }
 
-// What tells controls apart; `quillon params` has the rest as text.
+// The fields that distinguish controls; `quillon params` prints the others as text.
 Json ShortControls(const Json& controls) {
     Json list = Json::array();
     for (const Json& control : controls)

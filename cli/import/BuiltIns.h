@@ -16,7 +16,7 @@ struct BuiltIn {
 // Those of all formats.
 std::span<const BuiltIn> BuiltIns();
 
-// Null when the name is none.
+// Null when no built-in has that name.
 const BuiltIn* FindBuiltIn(const std::string& name);
 
 }  // namespace quillon::cli

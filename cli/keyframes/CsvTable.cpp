@@ -62,7 +62,7 @@ struct Column {
     std::optional<std::size_t> component{};
 };
 
-// By the letter behind the last dot; colors may have no alpha.
+// By the letter after the last dot; colors may have no alpha.
 std::optional<std::size_t> ComponentOf(std::uint32_t kind, std::string_view letter) {
     const std::string_view letters = kind == COLOR ? "rgba" : kind == POINT ? "xyz" : kind == POINT2D ? "xy" : "";
     const std::size_t at = letter.size() == 1 ? letters.find(letter) : std::string_view::npos;

@@ -51,7 +51,7 @@ void Keyframes::addOption(std::string_view text) {
     const auto key = SplitKey(text);
     if (!key) {
         throw WrongCommandLine(fmt::format("--key {}", text),
-                               "write it as NAME@FRAME=VALUE, with ~hold, ~linear or ~smooth behind it if you want");
+                               "write it as NAME@FRAME=VALUE, with ~hold, ~linear or ~smooth after it if you want");
     }
     add(FindControl(controls, key->name), key->frame, key->value);
 }

@@ -20,8 +20,8 @@ struct MovieOptions {
     std::vector<std::string> codecArgs;  // further arguments of ffmpeg
 };
 
-// A movie that ffmpeg encodes, under a temporary name until it is whole. One thread, which does not wait for the
-// encoder as long as that is not a few frames late.
+// A movie that ffmpeg encodes, under a temporary name until it is whole. Used by one thread, which waits for
+// the encoder only when a few frames are pending.
 class MovieWriter {
 public:
     // The output is a movie by its name.

@@ -49,13 +49,13 @@ TEST_P(SampleEffect, RendersAtEveryDepthAndSize) {
 TEST_P(SampleEffect, GivesAnInstanceItsOwnPictureWhileAnotherTakesTurns) {
     load(GetParam());
     SequenceHandle* small = addInstance();
-    const Picture alone = render(Scene(48, 32), 32);
+    const Picture single = render(Scene(48, 32), 32);
     SequenceHandle* large = addInstance();
     for (int turn = 0; turn < 3; ++turn) {
         engine.selectSequence(large);
         render(Scene(96, 80), 8);
         engine.selectSequence(small);
-        EXPECT_TRUE(SamePicture(alone, render(Scene(48, 32), 32)));
+        EXPECT_TRUE(SamePicture(single, render(Scene(48, 32), 32)));
     }
 }
 

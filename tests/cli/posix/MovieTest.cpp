@@ -104,8 +104,8 @@ TEST_F(Movies, AreWholeOrAbsent) {
         EXPECT_NE(result.status, 0) << arguments;
         EXPECT_NE(result.err.find(words), std::string::npos) << arguments << ": " << result.err;
     }
-    const ToolRun alone = run("render fx -i in.argb" + raw + "-o out.mp4 --frames 0-3", "PATH=/nowhere");
-    EXPECT_NE(alone.err.find("movies need the program ffmpeg"), std::string::npos) << alone.err;
+    const ToolRun missing = run("render fx -i in.argb" + raw + "-o out.mp4 --frames 0-3", "PATH=/nowhere");
+    EXPECT_NE(missing.err.find("movies need the program ffmpeg"), std::string::npos) << missing.err;
     const ToolRun ended = run("render fx -i in.argb" + raw +
                                   "-o out.mp4 --frames 0-99999 & while [ -z \"$(ls -a | grep quillon-temp)\" ]; do "
                                   "sleep 0.05; done; kill -TERM $!; wait $! )",

@@ -11,7 +11,7 @@
 namespace quillon::test {
 namespace {
 
-TEST(ModuleResourceTest, TellsAbsentEmptyAndPresentApart) {
+TEST(ModuleResourceTest, DistinguishesAbsentEmptyAndPresent) {
     std::string reason;
     void* const carrier = host::LoadModule(CarrierModule(), reason);
     ASSERT_TRUE(carrier) << reason;
