@@ -18,6 +18,15 @@ struct SequenceHandle {
 // Index of setLayerPixels for the effect's own input.
 inline constexpr std::uint32_t kInputLayer = 0xFFFFFFFF;
 
+// mapResult gives nothing for a frame of so many bytes or more: a shell that knows the size asks before it draws.
+inline constexpr std::uint64_t kResultBytesLimit = std::uint64_t{512} << 20;
+
+// Where the input's first column or row is in an output of another extent, whose center is the input's: what
+// setInputOrigin takes. Negative where the output is smaller. Each half is cut to whole pixels.
+constexpr std::int32_t CenteredOrigin(std::uint32_t output, std::uint32_t input) {
+    return static_cast<std::int32_t>((output >> 1) - (input >> 1));
+}
+
 // Everything that an effect's shell, or a program that plays its part, can ask of the engine. It holds no type of the
 // effect API. Which effect instance an operation means is settled by selectSequence; without a selected handle, or
 // with one that names nothing, the operations on an instance do nothing, and those with a result give null.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "engine/IPlugin.h"
+
 namespace quillon::frei0r {
 
 namespace {
@@ -11,10 +13,6 @@ static_assert(std::endian::native == std::endian::little, "a pixel's first byte 
 
 constexpr int kChannelBits = 8;
 
-std::int32_t HalfDifference(std::uint32_t larger, std::uint32_t smaller) {
-    return static_cast<std::int32_t>((larger >> 1) - (smaller >> 1));
-}
-
 }  // namespace
 
 void ToEngineOrder(std::span<const std::uint32_t> from, std::uint32_t* to) {
@@ -22,7 +20,7 @@ void ToEngineOrder(std::span<const std::uint32_t> from, std::uint32_t* to) {
 }
 
 FrameOrigin OriginIn(FrameSize output, FrameSize frame) {
-    return {HalfDifference(output.width, frame.width), HalfDifference(output.height, frame.height)};
+    return {CenteredOrigin(output.width, frame.width), CenteredOrigin(output.height, frame.height)};
 }
 
 void WriteFrame(const std::uint32_t* output, FrameSize outputSize, std::uint32_t* frame, FrameSize frameSize) {

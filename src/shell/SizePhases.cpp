@@ -47,10 +47,6 @@ std::uint32_t ScaleByAspect(std::uint32_t width, const PF_RationalScale& aspect)
     return (static_cast<std::uint32_t>(aspect.num) * width + denominator / 2 - 1) / denominator;
 }
 
-A_long HalfDifference(std::uint32_t larger, std::uint32_t smaller) {
-    return static_cast<A_long>((larger >> 1) - (smaller >> 1));
-}
-
 void FrameSetupAfterEffects(PF_InData& in, PF_OutData& out, PF_ParamDef** params, SuiteCache& cache) {
     const PF_LayerDef& layer = params[0]->u.ld;
     const FrameExtent input{static_cast<std::uint32_t>(layer.width), static_cast<std::uint32_t>(layer.height)};
@@ -60,8 +56,8 @@ void FrameSetupAfterEffects(PF_InData& in, PF_OutData& out, PF_ParamDef** params
     if (scaled != input) {
         out.width = static_cast<A_long>(scaled.width);
         out.height = static_cast<A_long>(scaled.height);
-        out.origin.h = HalfDifference(scaled.width, input.width);
-        out.origin.v = HalfDifference(scaled.height, input.height);
+        out.origin.h = CenteredOrigin(scaled.width, input.width);
+        out.origin.v = CenteredOrigin(scaled.height, input.height);
     }
     out.frame_data = nullptr;
 }
@@ -78,8 +74,8 @@ void FrameSetupPremiere(PF_InData& in, PF_OutData& out, SuiteCache& cache) {
             static_cast<std::uint32_t>(out.height) < scaled.height) {
             out.width = static_cast<A_long>(scaled.width);
             out.height = static_cast<A_long>(scaled.height);
-            out.origin.h = HalfDifference(scaled.width, scaledInput.width);
-            out.origin.v = HalfDifference(scaled.height, scaledInput.height);
+            out.origin.h = CenteredOrigin(scaled.width, scaledInput.width);
+            out.origin.v = CenteredOrigin(scaled.height, scaledInput.height);
         }
     }
     PF_Handle handle = cache.get(suites::kHandle).host_new_handle(sizeof(FrameData));
