@@ -128,8 +128,9 @@ private:
 
     void addControl(std::uint32_t index, const Parameter& declared) {
         const bool isHidden = (declared.flags & ParameterFlag::kHidden) != 0;
-        if (declared.kind == GROUP_START) groups.push_back(isHidden ? "" : CleanName(declared.label));
-        if (declared.kind == GROUP_END && !groups.empty()) groups.pop_back();
+        const HostControl shown = ControlKindOf(declared.kind).hostControl;
+        if (shown == HostControl::groupStart) groups.push_back(isHidden ? "" : CleanName(declared.label));
+        if (shown == HostControl::groupEnd && !groups.empty()) groups.pop_back();
         if (isHidden) return;
         const auto add = [&](Role role, const char* part, std::string explanation, float low = 0, float high = 1) {
             frei0r::ListedControl& control = plugin.listing.controls.emplace_back();
@@ -142,32 +143,33 @@ private:
             std::memcpy(control.declared.data(), declared.value, control.declared.size());
         };
         const float low = declared.min[0], high = declared.max[0];
-        switch (declared.kind) {
-            case FLOAT:
+        switch (shown) {
+            case HostControl::floatSlider:
                 return add(Role::number, "", RangeText(low, high), low, high);
-            case ANGLE:
+            case HostControl::angle:
                 return add(Role::angle, "", RangeText(-kMostDegrees, kMostDegrees, " degrees"), -kMostDegrees,
                            kMostDegrees);
-            case BOOL:
+            case HostControl::checkbox:
                 return add(Role::checkBox, "", "0 is off, 1 is on");
-            case POPUP:
+            case HostControl::popup:
                 return add(Role::popup, "", EntriesText(declared), 1, static_cast<float>(declared.choiceCount));
-            case COLOR:
+            case HostControl::color:
                 add(Role::color, "", "red, green and blue");
                 if (hasAlpha(declared)) add(Role::alpha, " alpha", RangeText(0, 1));
                 return;
-            case POINT2D:
+            case HostControl::point2D:
                 return add(Role::point, "", "in shares of the frame, from its top left corner");
-            case POINT:
+            case HostControl::point3D:
                 add(Role::point3D, "", "x and y, in shares of the frame, from its top left corner");
                 return add(Role::depth, " depth", RangeText(low, high, " pixels"), low, high);
-            case LAYER:
+            case HostControl::layer:
                 return addLayer(index, declared);
-            case TEXTURE:
-            case PATH:
-                return warnOf(declared, "frei0r has no such control; it is left out");
-            default:
+            case HostControl::none:
+            case HostControl::groupStart:
+            case HostControl::groupEnd:
                 return;
+            default:
+                return warnOf(declared, "frei0r has no such control; it is left out");
         }
     }
 

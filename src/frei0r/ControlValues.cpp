@@ -19,22 +19,22 @@ enum class Unit {
 
 struct RoleRow {
     ParamType type;
-    QL_Type kind;
+    HostControl control;
     Unit unit;
     int first;  // of the numbers in Parameter::value
     int count;
 };
 
 constexpr RoleRow kRoles[] = {
-    /* number   */ {ParamType::number, FLOAT, Unit::range, 0, 1},
-    /* angle    */ {ParamType::number, ANGLE, Unit::range, 0, 1},
-    /* checkBox */ {ParamType::boolean, BOOL, Unit::whole, 0, 1},
-    /* popup    */ {ParamType::number, POPUP, Unit::whole, 0, 1},
-    /* color    */ {ParamType::color, COLOR, Unit::range, 0, 3},
-    /* alpha    */ {ParamType::number, COLOR, Unit::range, 3, 1},
-    /* point    */ {ParamType::position, POINT2D, Unit::frame, 0, 2},
-    /* point3D  */ {ParamType::position, POINT, Unit::frame, 0, 2},
-    /* depth    */ {ParamType::number, POINT, Unit::range, 2, 1},
+    /* number   */ {ParamType::number, HostControl::floatSlider, Unit::range, 0, 1},
+    /* angle    */ {ParamType::number, HostControl::angle, Unit::range, 0, 1},
+    /* checkBox */ {ParamType::boolean, HostControl::checkbox, Unit::whole, 0, 1},
+    /* popup    */ {ParamType::number, HostControl::popup, Unit::whole, 0, 1},
+    /* color    */ {ParamType::color, HostControl::color, Unit::range, 0, 3},
+    /* alpha    */ {ParamType::number, HostControl::color, Unit::range, 3, 1},
+    /* point    */ {ParamType::position, HostControl::point2D, Unit::frame, 0, 2},
+    /* point3D  */ {ParamType::position, HostControl::point3D, Unit::frame, 0, 2},
+    /* depth    */ {ParamType::number, HostControl::point3D, Unit::range, 2, 1},
 };
 static_assert(std::size(kRoles) == kRoleCount);
 
@@ -61,8 +61,8 @@ ParamType TypeOf(Role role) {
     return RowOf(role).type;
 }
 
-std::uint32_t KindOf(Role role) {
-    return RowOf(role).kind;
+HostControl HostControlOf(Role role) {
+    return RowOf(role).control;
 }
 
 HostValue LoadHostValue(ParamType type, const void* record) {
@@ -97,10 +97,10 @@ void StoreHostValue(ParamType type, const HostValue& value, void* record) {
 void SetDeclaredValue(Parameter& parameter, const ListedControl& control, FrameSize frame) {
     static_assert(sizeof parameter.value == sizeof control.declared);
     std::memcpy(parameter.value, control.declared.data(), sizeof parameter.value);
-    const std::uint32_t kind = KindOf(control.role);
-    for (int i = 0; kind == COLOR && i < 4; ++i)
+    const HostControl shown = HostControlOf(control.role);
+    for (int i = 0; shown == HostControl::color && i < 4; ++i)
         parameter.setFloatAt(i, static_cast<std::uint8_t>(TruncateToInt32(parameter.floatAt(i))) / 255.0f);
-    for (int i = 0; kind == POINT2D && i < 2; ++i)
+    for (int i = 0; shown == HostControl::point2D && i < 2; ++i)
         parameter.setFloatAt(i, static_cast<float>(parameter.floatAt(i) * ExtentAt(frame, i)));
 }
 

@@ -18,9 +18,9 @@ struct FrameSize {
     std::size_t pixels() const { return std::size_t{width} * height; }
 };
 
-// How the parameters of this role travel, and the kind of control that they belong to.
+// How the parameters of this role travel, and the control of an effect that they are, or are a part of.
 ParamType TypeOf(Role role);
-std::uint32_t KindOf(Role role);
+HostControl HostControlOf(Role role);
 
 // Reads or writes the host's record of a parameter of this type.
 HostValue LoadHostValue(ParamType type, const void* record);

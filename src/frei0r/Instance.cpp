@@ -15,9 +15,6 @@ namespace {
 
 constexpr std::uint32_t kBitDepth = 8;
 constexpr std::size_t kPixelBytes = 4;
-// The engine reads back no output of so many bytes. Asked before the frame is drawn: drawing for nothing would take
-// seconds and a gigabyte.
-constexpr std::size_t kTooManyBytes = std::size_t{512} << 20;
 
 }  // namespace
 
@@ -76,7 +73,8 @@ bool Instance::renderEffect(double seconds, const std::uint32_t* first, const st
     sendValues();
     FrameSize output = size;
     engine.preRender(size.width, size.height, &output.width, &output.height);
-    if (output.pixels() >= kTooManyBytes / kPixelBytes) return refuse("preRender: the output is too large");
+    // Drawing for nothing would take seconds and a gigabyte.
+    if (output.pixels() >= kResultBytesLimit / kPixelBytes) return refuse("preRender: the output is too large");
     const FrameOrigin origin = OriginIn(output, size);
     engine.setInputOrigin(static_cast<std::uint32_t>(origin.x), static_cast<std::uint32_t>(origin.y));
 
@@ -103,7 +101,8 @@ void Instance::sendValues() {
         // The parts of one control follow each other: each adds to the value.
         if (!last || last->declaration != control.declaration) SetDeclaredValue(value, control, size);
         if (values[i]) SetHostValue(value, control, *values[i], size);
-        if (engine.parameterInfo(control.declaration)->kind == KindOf(control.role))
+        const std::uint32_t kind = engine.parameterInfo(control.declaration)->kind;
+        if (ControlKindOf(kind).hostControl == HostControlOf(control.role))
             engine.setParameterValue(control.declaration, value.value);
         last = &control;
     }
