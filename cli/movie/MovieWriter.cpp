@@ -64,7 +64,7 @@ MovieWriter::MovieWriter(std::filesystem::path output, MovieOptions movieOptions
 void MovieWriter::start(const Form& frames) {
     const MovieForm& form = FormOf(path);
     try {
-        temporary = std::make_unique<TemporaryPath>(path.parent_path(), TemporaryPath::Kind::file);
+        temporary = std::make_unique<TemporaryPath>(path.parent_path(), TemporaryPath::Kind::folder);
     } catch (const std::filesystem::filesystem_error& error) {
         throw Fault(path.string(), "cannot be written: " + error.code().message(), "choose another place with -o");
     }
@@ -86,8 +86,12 @@ void MovieWriter::start(const Form& frames) {
         arguments.insert(arguments.end(), {"-color_primaries", "bt709", "-color_trc", "bt709", "-colorspace", "bt709",
                                            "-color_range", "tv"});
     arguments.insert(arguments.end(), options.codecArgs.begin(), options.codecArgs.end());
-    arguments.insert(arguments.end(), {"-f", form.container, "file:" + temporary->path().string()});
+    arguments.insert(arguments.end(), {"-f", form.container, "file:" + encodedFile().string()});
     encoder = StartMovieProgram("ffmpeg", arguments, ChildProcess::Pipe::toChild);
+}
+
+std::filesystem::path MovieWriter::encodedFile() const {
+    return temporary->path() / "movie";
 }
 
 void MovieWriter::add(std::vector<std::byte> frame, const Form& frames) {
@@ -106,8 +110,9 @@ void MovieWriter::finish() {
     while (!pending.empty()) finishOldest();
     if (!encoder) return;
     if (encoder->wait() != 0) fail();
-    if (const std::error_code error = temporary->moveTo(path))
-        throw Fault(path.string(), "cannot be written: " + error.message(), "choose another place with -o");
+    std::error_code error;
+    std::filesystem::rename(encodedFile(), path, error);
+    if (error) throw Fault(path.string(), "cannot be written: " + error.message(), "choose another place with -o");
 }
 
 void MovieWriter::fail() {

@@ -44,11 +44,13 @@ public:
 
 private:
     void start(const Form& frames);
+    std::filesystem::path encodedFile() const;
     void finishOldest();
     [[noreturn]] void fail();
 
     const std::filesystem::path path;
     const MovieOptions options;
+    // A folder: once it is removed, an ffmpeg that outlives this process can make no file.
     std::unique_ptr<TemporaryPath> temporary;
     std::unique_ptr<ChildProcess> encoder;
     std::deque<std::future<bool>> pending;

@@ -42,11 +42,10 @@ RemovedAtSignal* Register(const char* path) {
     return nullptr;
 }
 
-// A file, or a folder of files. Only calls that a signal's handler may make: opendir() allocates.
-void RemoveInHandler(const char* path) {
-    if (unlink(path) == 0) return;
+// The files of a folder, and the folder.
+bool RemoveFolderInHandler(const char* path) {
     const int folder = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (folder < 0) return;
+    if (folder < 0) return true;
     alignas(dirent64) char records[4096];
     long bytes = 0;
     while ((bytes = syscall(SYS_getdents64, folder, records, sizeof(records))) > 0) {
@@ -57,7 +56,16 @@ void RemoveInHandler(const char* path) {
         }
     }
     close(folder);
-    rmdir(path);
+    return rmdir(path) == 0 || errno != ENOTEMPTY;
+}
+
+// A file, or a folder of files. Only calls that a signal's handler may make: opendir() allocates. Another program may
+// be about to make a file in the folder, which it can no longer when the folder is gone.
+void RemoveInHandler(const char* path) {
+    constexpr int kMostTries = 100;
+    if (unlink(path) == 0) return;
+    for (int i = 0; i < kMostTries && !RemoveFolderInHandler(path); ++i) {
+    }
 }
 
 // Two places, so that one is whole at any time.
