@@ -62,8 +62,8 @@ constexpr const char* kRenderMore =
     "Sequences: with --frames the output's name has a place for the frame number, #### or %04d; the names of input\n"
     "and layers may have one, else the one picture serves all frames. Frame F is at F / fps seconds.\n"
     "\n"
-    "--part and --resume split and continue it, with the same pictures, unless the effect keeps something from frame\n"
-    "to frame.\n"
+    "--part, --resume and -j split and continue it, with the same pictures, unless the effect keeps something from\n"
+    "frame to frame: then each process begins anew. With -j a warning says so.\n"
     "\n"
     "Movies go in and out through the program ffmpeg. Of a movie without --frames all frames are rendered. .mov and "
     ".webm\n"
@@ -194,6 +194,11 @@ void AddSequence(CLI::App& command, RenderOptions& options) {
                     "Threads that read and write pictures while others are rendered, 1 to 256; default: the cores")
         ->check(CLI::Range(1, 256))
         ->type_name("N");
+    command
+        .add_option("-j,--jobs", options.jobs,
+                    "Processes that render, each a piece of the sequence, 1 to 256; default 1")
+        ->check(CLI::Range(1, 256))
+        ->type_name("N");
     AddPair(command, "--part", '/', 1, "I/N", "2/8", options.part, options.parts,
             "Renders only the I-th of N pieces of the sequence");
     command.add_flag("--resume", options.isResumed, "Leaves out the frames whose output is there already");
@@ -222,8 +227,10 @@ void AddStreams(CLI::App& command, RenderOptions& options) {
         ->type_name("TEXT");
 }
 
-void AddRender(CLI::App& app, Run& run) {
+void AddRender(CLI::App& app, Run& run, const std::vector<std::string>& arguments,
+               const std::function<int(const RenderOptions&)>& render) {
     auto options = std::make_shared<RenderOptions>();
+    options->arguments = arguments;
     CLI::App& command = *app.add_subcommand("render", kRenderAbout);
     command.footer(kRenderMore);
     AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
@@ -261,7 +268,7 @@ void AddRender(CLI::App& app, Run& run) {
     AddSequence(command, *options);
     AddStreams(command, *options);
     AddHost(command, *options);
-    command.callback([&run, options] { run = [options] { return RunRender(*options); }; });
+    command.callback([&run, options, render] { run = [options, render] { return render(*options); }; });
 }
 
 void AddChart(CLI::App& app, Run& run) {
@@ -393,12 +400,12 @@ void AddNew(CLI::App& app, Run& run) {
 
 }  // namespace
 
-int RunCommandLine(std::vector<std::string> arguments) {
+int RunCommandLine(std::vector<std::string> arguments, const std::function<int(const RenderOptions&)>& render) {
     Run run;
     CLI::App app(fmt::format(kAbout, kOwnModuleKind.ending), "quillon");
     app.set_version_flag("--version", "quillon " QUILLON_VERSION);
     app.require_subcommand(0, 1);
-    AddRender(app, run);
+    AddRender(app, run, arguments, render);
     AddParams(app, run);
     AddInfo(app, run);
     AddCheck(app, run);
@@ -406,6 +413,7 @@ int RunCommandLine(std::vector<std::string> arguments) {
     AddChart(app, run);
     AddCompare(app, run);
     AddNew(app, run);
+    app.add_subcommand("worker")->group("")->callback([&run] { run = RunWorker; });
     try {
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off
         app.parse(std::move(arguments));

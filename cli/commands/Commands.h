@@ -48,7 +48,10 @@ struct RenderOptions {
     ProgressForm progress = ProgressForm::bar;
     std::uint32_t part = 1;  // of `parts` pieces of the sequence, from 1
     std::uint32_t parts = 1;
-    bool isResumed = false;  // frames whose output is there are left out
+    bool isResumed = false;                    // frames whose output is there are left out
+    unsigned jobs = 1;                         // processes that render
+    std::vector<std::string> arguments;        // the whole command line, for those processes
+    std::vector<std::int32_t> assignedFrames;  // in such a process: its frames, in place of what the above say
 
     std::optional<StreamForm> stream;  // of standard output; default raw
     Background background;             // of what has no alpha
@@ -57,6 +60,10 @@ struct RenderOptions {
 
 // `quillon render`: renders one picture or a sequence, and prints the path of each as it is written.
 int RunRender(const RenderOptions& options);
+
+// `quillon worker`, which other processes of this program start, see WorkerMessage.h: answers one request. "arguments"
+// are a command line.
+int RunWorker();
 
 struct ParamsOptions {
     std::filesystem::path effect;

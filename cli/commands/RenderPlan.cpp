@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 #include <system_error>
 
 #include "cli/diagnostics/ToolError.h"
 #include "cli/effect/EffectSource.h"
 #include "cli/movie/MovieReader.h"
+#include "platform/TemporaryPath.h"
 #include "platform/Utf8Path.h"
 
 namespace quillon::cli {
@@ -126,6 +128,7 @@ void RenderPlan::checkInput(const std::filesystem::path& path) const {
 }
 
 std::vector<std::int32_t> RenderPlan::framesToRender() const {
+    if (!options.assignedFrames.empty()) return options.assignedFrames;
     const std::vector<std::int32_t> all = allFrames();
     const auto edge = [&](std::uint64_t piece) {
         return all.begin() + static_cast<std::ptrdiff_t>(all.size() * piece / options.parts);
@@ -137,6 +140,30 @@ std::vector<std::int32_t> RenderPlan::framesToRender() const {
             return std::filesystem::is_regular_file(PathOfFrame(options.output, frame), error);
         });
     return left;
+}
+
+void RenderPlan::requireInputs() const {
+    for (const Layer& layer : layers) layer.pictures->requireAll(frames);
+    input->requireAll(frames);
+}
+
+OutputOptions RenderPlan::outputOptions() const {
+    OutputOptions output{.path = options.output,
+                         .storage = options.storage,
+                         .stream = options.stream.value_or(StreamForm::raw),
+                         .background = options.background,
+                         .movie = {.framesPerSecond = framesPerSecond, .codecArgs = {}}};
+    output.storage.framesPerSecond = allFrames().size() > 1 ? framesPerSecond : 0;
+    output.storage.pixelAspect = static_cast<double>(options.pixelAspect.num) / options.pixelAspect.den;
+    std::istringstream words(options.codecArgs);
+    for (std::string word; words >> word;) output.movie.codecArgs.push_back(word);
+    return output;
+}
+
+void RenderPlan::announce(std::size_t done) const {
+    if (frames.size() < 2) return;
+    SetWordsAtSignals(fmt::format("\nquillon: stopped after {} of {} frames{}\n", done, frames.size(),
+                                  IsPictureOutput(options.output) ? "; the same command with --resume goes on" : ""));
 }
 
 FrameTime RenderPlan::timeOf(std::int32_t frame) const {

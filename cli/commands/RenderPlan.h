@@ -8,6 +8,7 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/effect/FrameTime.h"
+#include "cli/movie/FrameOutput.h"
 #include "cli/movie/Movie.h"
 #include "cli/pictures/FrameRange.h"
 #include "cli/pictures/PictureSource.h"
@@ -23,6 +24,11 @@ public:
     // All frames of the command line; a part of them, and a run that is resumed, renders fewer.
     std::vector<std::int32_t> allFrames() const { return range ? range->frames() : std::vector<std::int32_t>{0}; }
     FrameTime timeOf(std::int32_t frame) const;
+    // Throws a Fault for the first file of input or layers that a frame needs and that is missing.
+    void requireInputs() const;
+    OutputOptions outputOptions() const;
+    // What an interrupt prints from now on, when so many frames are done.
+    void announce(std::size_t done) const;
     // The host, for an input of this size. The same for each part of the frames.
     host::HostSettings settings(PictureExtent fullExtent) const;
 

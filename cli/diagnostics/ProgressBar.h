@@ -15,12 +15,11 @@ public:
     ProgressBar& operator=(const ProgressBar&) = delete;
 
     void advance();
-    // Removes the line, so that something else can be printed; the next advance() brings it back.
+    // Removes the line, so that something else can be printed; show() and advance() bring it back.
     void clear();
-
-private:
     void show() const;
 
+private:
     std::size_t steps;
     std::size_t done = 0;
     bool isShown;

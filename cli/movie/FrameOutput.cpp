@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
 #include <optional>
 
 #include "cli/diagnostics/ToolError.h"
@@ -19,27 +18,27 @@ namespace quillon::cli {
 
 namespace {
 
+MovieWriter::Form FormOf(const Picture& picture) {
+    return {picture.width, picture.height, BitDepth(picture.format)};
+}
+
 class PictureFiles : public FrameOutput {
 public:
     explicit PictureFiles(const OutputOptions& outputOptions) : options(outputOptions) {}
-    std::vector<std::byte> encode(std::int32_t frame, const Picture& picture) override {
+    EncodedFrame encode(std::int32_t frame, const Picture& picture) const override {
         WritePicture(PathOfFrame(options.path, frame), picture, options.storage);
         return {};
     }
-    std::string add(std::int32_t frame, std::vector<std::byte>) override {
-        return PathOfFrame(options.path, frame).string();
-    }
+    std::string add(std::int32_t frame, EncodedFrame) override { return PathOfFrame(options.path, frame).string(); }
 
 private:
     const OutputOptions options;
 };
 
-// That all frames are like the first one that comes.
+// That all frames are like the first one.
 class OneForm {
 public:
-    void require(const Picture& picture) {
-        const MovieWriter::Form given{picture.width, picture.height, BitDepth(picture.format)};
-        const std::lock_guard lock(mutex);
+    void require(const MovieWriter::Form& given) {
         if (!form) form = given;
         if (form->width != given.width || form->height != given.height)
             throw Fault("",
@@ -47,13 +46,8 @@ public:
                                     form->width, form->height),
                         "a movie has one size; write pictures");
     }
-    MovieWriter::Form get() {
-        const std::lock_guard lock(mutex);
-        return form.value_or(MovieWriter::Form{});
-    }
 
 private:
-    std::mutex mutex;
     std::optional<MovieWriter::Form> form;
 };
 
@@ -64,24 +58,28 @@ public:
         std::signal(SIGPIPE, SIG_IGN);
 #endif
     }
-    std::vector<std::byte> encode(std::int32_t, const Picture& picture) override {
-        if (options.stream == StreamForm::raw) return WriteRaw(picture, {});
-        form.require(picture);
-        return Y4mFrame(picture, options.background);
+    EncodedFrame encode(std::int32_t, const Picture& picture) const override {
+        return {FormOf(picture),
+                options.stream == StreamForm::raw ? WriteRaw(picture, {}) : Y4mFrame(picture, options.background)};
     }
-    std::string add(std::int32_t, std::vector<std::byte> bytes) override {
-        if (isFirst && options.stream == StreamForm::y4m) {
-            const auto [width, height, bitDepth] = form.get();
-            const FrameRate rate = RateOf(options.movie.framesPerSecond);
-            const std::string header = Y4mHeader(width, height, bitDepth, rate.numerator, rate.denominator);
-            print(header.data(), header.size());
+    std::string add(std::int32_t, EncodedFrame encoded) override {
+        if (options.stream == StreamForm::y4m) {
+            form.require(encoded.form);
+            if (isFirst) printHeader(encoded.form);
+            isFirst = false;
         }
-        isFirst = false;
-        print(bytes.data(), bytes.size());
+        print(encoded.bytes.data(), encoded.bytes.size());
         return "";
     }
 
 private:
+    void printHeader(const MovieWriter::Form& frames) {
+        const FrameRate rate = RateOf(options.movie.framesPerSecond);
+        const std::string header =
+            Y4mHeader(frames.width, frames.height, frames.bitDepth, rate.numerator, rate.denominator);
+        print(header.data(), header.size());
+    }
+
     void print(const void* bytes, std::size_t size) {
         errno = 0;
         if (std::fwrite(bytes, 1, size, stdout) == size && std::fflush(stdout) == 0) return;
@@ -100,15 +98,15 @@ private:
 class Movie : public FrameOutput {
 public:
     explicit Movie(const OutputOptions& outputOptions) : options(outputOptions), writer(options.path, options.movie) {}
-    std::vector<std::byte> encode(std::int32_t, const Picture& picture) override {
-        form.require(picture);
-        if (MovieWriter::HasAlpha(options.path)) return RgbaFrame(picture);
+    EncodedFrame encode(std::int32_t, const Picture& picture) const override {
+        if (MovieWriter::HasAlpha(options.path)) return {FormOf(picture), RgbaFrame(picture)};
         Picture opaque = picture;
         PlaceOver(opaque, options.background);
-        return RgbaFrame(opaque);
+        return {FormOf(picture), RgbaFrame(opaque)};
     }
-    std::string add(std::int32_t, std::vector<std::byte> bytes) override {
-        writer.add(std::move(bytes), form.get());
+    std::string add(std::int32_t, EncodedFrame encoded) override {
+        form.require(encoded.form);
+        writer.add(std::move(encoded.bytes), encoded.form);
         return "";
     }
     std::string finish() override {
@@ -126,6 +124,10 @@ private:
 
 bool IsStandardOutput(const std::filesystem::path& path) {
     return path == "-";
+}
+
+bool IsPictureOutput(const std::filesystem::path& path) {
+    return !IsStandardOutput(path) && !IsMovieOutput(path);
 }
 
 std::unique_ptr<FrameOutput> MakeFrameOutput(const OutputOptions& options) {

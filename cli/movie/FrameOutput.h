@@ -23,18 +23,28 @@ struct OutputOptions {
 
 bool IsStandardOutput(const std::filesystem::path& path);
 
+// A frame in the form in which its output takes it; no bytes for a picture that has become a file.
+struct EncodedFrame {
+    MovieWriter::Form form;
+    std::vector<std::byte> bytes;
+};
+
 // Where finished frames go.
 class FrameOutput {
 public:
     virtual ~FrameOutput() = default;
 
-    // A picture in a host's form becomes a file, or the bytes for add(). Any thread, frames in any order.
-    virtual std::vector<std::byte> encode(std::int32_t frame, const Picture& picture) = 0;
+    // A picture in a host's form becomes a file, or what add() takes. Any thread, also of another process; frames in
+    // any order.
+    virtual EncodedFrame encode(std::int32_t frame, const Picture& picture) const = 0;
     // One thread, in order. The path that is then complete, empty for none.
-    virtual std::string add(std::int32_t frame, std::vector<std::byte> bytes) = 0;
+    virtual std::string add(std::int32_t frame, EncodedFrame encoded) = 0;
     // After the last frame, as add().
     virtual std::string finish() { return ""; }
 };
+
+// Whether frames become files, each for itself, and not parts of one output.
+bool IsPictureOutput(const std::filesystem::path& path);
 
 std::unique_ptr<FrameOutput> MakeFrameOutput(const OutputOptions& options);
 

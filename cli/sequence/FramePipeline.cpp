@@ -6,10 +6,10 @@
 
 namespace quillon::cli {
 
-std::size_t FramesInFlight(std::uint64_t frameBytes, unsigned threads) {
+std::size_t FramesInFlight(std::uint64_t frameBytes, unsigned threads, unsigned processes) {
     constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 29;
     return static_cast<std::size_t>(
-        std::clamp<std::uint64_t>(kMostBytes / std::max<std::uint64_t>(frameBytes, 1), 1, threads));
+        std::clamp<std::uint64_t>(kMostBytes / processes / std::max<std::uint64_t>(frameBytes, 1), 1, threads));
 }
 
 void RethrowForFrame(ToolError& error, std::int32_t frame) {

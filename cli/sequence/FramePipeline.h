@@ -21,21 +21,23 @@ struct FrameTimes {
 };
 
 // What is done with each frame. The next frames are read and the finished ones are written while one is rendered.
-template <class Input>
+template <class Input, class Output>
 struct FrameSteps {
     // On any thread, for several frames at once; they start in the frames' order.
     std::function<Input(std::int32_t frame)> read;
     // On the calling thread, in order.
     std::function<std::shared_ptr<host::World>(std::int32_t frame, const Input& input)> render;
-    // As read. What it returns goes to `report`: bytes for outputs that take frames in order.
-    std::function<std::vector<std::byte>(std::int32_t frame, const host::World& picture)> write;
+    // As read. What it returns goes to `report`, for outputs that take frames in order.
+    std::function<Output(std::int32_t frame, const host::World& picture)> write;
     // On the calling thread, in order, after the frame is written.
-    std::function<void(std::int32_t frame, const FrameTimes& times, std::vector<std::byte> bytes)> report;
+    std::function<void(std::int32_t frame, const FrameTimes& times, Output output)> report;
+    // On the calling thread, before each frame but the first: whether no further one is wanted.
+    std::function<bool()> isStopped = [] { return false; };
 };
 
 // How many frames may be read ahead, and how many may wait to be written: one for each thread, as long as they take no
-// more than half a GiB each way, and at least one.
-std::size_t FramesInFlight(std::uint64_t frameBytes, unsigned threads);
+// more than half a GiB each way in all processes together, and at least one.
+std::size_t FramesInFlight(std::uint64_t frameBytes, unsigned threads, unsigned processes);
 
 // The fault with the frame's number, for the first frame that fails.
 [[noreturn]] void RethrowForFrame(ToolError& error, std::int32_t frame);
@@ -45,23 +47,23 @@ inline double MillisecondsSince(std::chrono::steady_clock::time_point start) {
 }
 
 // All frames in order, see FrameSteps. The first frame that fails ends it: the frames before it are written and
-// reported, those after it are not, and its fault is thrown, with the frame's number when there are several.
-template <class Input>
+// reported, those after it are not, and its fault is thrown, with the frame's number in a sequence.
+template <class Input, class Output>
 class FramePipeline {
 public:
-    FramePipeline(FrameSteps<Input> frameSteps, unsigned threads, std::size_t mostInFlight)
-        : steps(std::move(frameSteps)), most(mostInFlight), pool(threads) {}
+    FramePipeline(FrameSteps<Input, Output> frameSteps, unsigned threads, std::size_t mostInFlight, bool isOfSequence)
+        : steps(std::move(frameSteps)), most(mostInFlight), namesFrame(isOfSequence), pool(threads) {}
 
     void run(const std::vector<std::int32_t>& frames) {
-        hasSeveral = frames.size() > 1;
         std::size_t nextRead = 0;
         for (const std::int32_t frame : frames) {
+            if (frame != frames.front() && steps.isStopped()) break;
             for (; nextRead < frames.size() && reads.size() < most; ++nextRead) startRead(frames[nextRead]);
             try {
                 render(frame);
             } catch (ToolError& error) {
                 while (!writes.empty()) finishWrite();
-                if (hasSeveral) RethrowForFrame(error, frame);
+                if (namesFrame) RethrowForFrame(error, frame);
                 throw;
             }
             while (writes.size() > most || (!writes.empty() && isWritten())) finishWrite();
@@ -76,7 +78,7 @@ private:
         double milliseconds;
     };
     struct Written {
-        std::vector<std::byte> bytes;
+        Output output;
         double milliseconds;
     };
     struct Write {
@@ -119,16 +121,16 @@ private:
         try {
             Written written = write.written.get();
             write.times.write = written.milliseconds;
-            steps.report(write.frame, write.times, std::move(written.bytes));
+            steps.report(write.frame, write.times, std::move(written.output));
         } catch (ToolError& error) {
-            if (hasSeveral) RethrowForFrame(error, write.frame);
+            if (namesFrame) RethrowForFrame(error, write.frame);
             throw;
         }
     }
 
-    const FrameSteps<Input> steps;
+    const FrameSteps<Input, Output> steps;
     const std::size_t most;
-    bool hasSeveral = false;
+    const bool namesFrame;
     std::deque<std::future<Read>> reads;
     std::deque<Write> writes;
     ThreadPool pool;  // last: its jobs use the others

@@ -10,9 +10,14 @@ namespace quillon::cli {
 Progress::Progress(ProgressForm progressForm, std::size_t frames)
     : form(progressForm), bar(form == ProgressForm::bar ? frames : 0) {}
 
-void Progress::report(std::int32_t frame, const std::string& path, const FrameTimes& times) {
+void Progress::print(const std::string& path) {
+    if (path.empty()) return;
     bar.clear();
-    if (!path.empty()) PrintResult(path);
+    PrintResult(path);
+    bar.show();
+}
+
+void Progress::count(std::int32_t frame, const std::string& path, const FrameTimes& times) {
     bar.advance();
     if (form != ProgressForm::json) return;
     const auto tenths = [](double milliseconds) { return std::round(milliseconds * 10) / 10; };

@@ -12,14 +12,16 @@ namespace quillon::cli {
 enum class ProgressForm { bar, json, none };
 
 // How far a sequence is, on standard error: a bar with frames a second and the time left, when that is a terminal, or
-// a JSON object on a line of its own for each frame: "frame", "path", "milliseconds" since the frame before was
-// written, and the frame's own "read", "render" and "write", which overlap with those of other frames.
+// a JSON object on a line of its own for each frame: "frame", "path", "milliseconds" since the last line, and the
+// frame's own "read", "render" and "write", which overlap with those of other frames.
 class Progress {
 public:
     Progress(ProgressForm progressForm, std::size_t frames);
 
-    // Prints the path as a result unless it is empty, and goes on.
-    void report(std::int32_t frame, const std::string& path, const FrameTimes& times);
+    // One more frame is done, whichever it is.
+    void count(std::int32_t frame, const std::string& path, const FrameTimes& times);
+    // Prints the path as a result unless it is empty.
+    void print(const std::string& path);
 
 private:
     ProgressForm form;

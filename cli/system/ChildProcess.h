@@ -9,12 +9,13 @@
 namespace quillon::cli {
 
 // A program that runs beside this one, found along PATH, without a shell in between. Its words for the user are kept.
-// One thread at a time.
+// One thread at a time; a second one may read() while the first writes or ends it.
 class ChildProcess {
 public:
     enum class Pipe {
-        toChild,   // to its standard input; its standard output goes nowhere
-        fromChild  // from its standard output; its standard input is empty
+        toChild,    // to its standard input; its standard output goes nowhere
+        fromChild,  // from its standard output; its standard input is empty
+        both
     };
 
     // Throws std::system_error when it cannot be started: ENOENT when there is no such program.
@@ -29,7 +30,9 @@ public:
     // Fills the bytes; returns fewer only where its output ends.
     std::size_t read(std::span<std::byte> bytes);
 
-    // Closes the pipe and waits for its end. Its exit status; -1 when a signal ended it.
+    // Asks it to end, on Windows without asking; wait() follows.
+    void end();
+    // Closes the pipes and waits for its end. Its exit status; -1 when a signal ended it.
     int wait();
     // The end of what it has printed on standard error, after wait().
     const std::string& lastWords() const;

@@ -1,4 +1,5 @@
 #include "ToolTest.h"
+#include "cli/worker/WorkerGroup.h"
 
 // Sequences: controls that move, pieces, and runs that go on.
 
@@ -110,6 +111,75 @@ TEST_F(Sequences, PiecesAndResumedRunsMakeTheSameFrames) {
     EXPECT_EQ(run(options + "--resume").out, "o00.argb\n");
     EXPECT_EQ(run(options + "--resume").out, "");
     EXPECT_EQ(shown(1), whole);
+}
+
+TEST_F(Sequences, ProcessesMakeTheSameFramesInTheSameOrder) {
+    const std::string keys = "--key amount@0=0 --key amount@12=1 ";
+    const ToolRun alone = run(kRender + keys);
+    ASSERT_EQ(alone.err, "");
+    const std::vector<float> whole = shown(1);
+    const std::string stream = run("render fx -i in.argb --size 100x1 --depth 32 -o - --frames 0-12x3 " + keys).out;
+    for (const std::string options : {"-j 2", "-j 9 --threads 2"}) {
+        for (const std::string& name : list())
+            if (name.starts_with("o")) std::filesystem::remove(pathOf(name));
+        const ToolRun split = run(kRender + keys + options + " --progress json");
+        EXPECT_EQ(split.out, alone.out) << options;
+        for (const char* frame : {"0", "3", "6", "9", "12"})
+            EXPECT_NE(split.err.find("{\"frame\":" + std::string(frame) + ",\"path\":\"o"), std::string::npos)
+                << split.err;
+        EXPECT_EQ(shown(1), whole) << options;
+        EXPECT_EQ(run("render fx -i in.argb --size 100x1 --depth 32 -o - --frames 0-12x3 " + keys + options).out,
+                  stream);
+    }
+    std::filesystem::remove(pathOf("o06.argb"));
+    EXPECT_EQ(run(kRender + keys + "-j 2 --resume").out, "o06.argb\n");
+}
+
+// What -j cannot hide: state of an effect, faults, and their exit statuses.
+TEST_F(Sequences, ProcessesReportAsOneWould) {
+    const auto drawing = [this](const std::string& name, const std::string& red) {
+        addEffect(name, {{"fx.js",
+                          "var s, n = 0;\nfunction setup() { s = QL_initShader('s', 'uniform float a; void main() "
+                          "{ gl_FragColor = vec4(a); }'); }\nfunction draw() {\n  QL_setShaderParamVal(s, 'a', " +
+                              red + ");\n  QL_renderShader(s, QL_getSequenceRT(), true);\n}\n"}});
+    };
+    drawing("counts", "++n");
+    drawing("breaks", "QL_getTime() < 4.5 / 25 ? 1 : nothing");
+    const std::string options = " -i in.argb --size 100x1 --depth 32 --frames 0-9 -j 2 -o ";
+    EXPECT_NE(
+        run("render counts" + options + "n%d.argb").err.find("counts: warning: frame 5 depends on what was rendered"),
+        std::string::npos);
+    EXPECT_NE(run("render counts" + options + "-").err.find("counts: warning: frame 1 depends"), std::string::npos);
+    const ToolRun broken = run("render breaks" + options + "b%d.argb");
+    EXPECT_EQ(broken.status, 1);
+    EXPECT_NE(broken.err.find("breaks/fx.js:4: error: draw: ReferenceError"), std::string::npos) << broken.err;
+    EXPECT_NE(broken.err.find("quillon: error: stopped at frame 5\n"), std::string::npos) << broken.err;
+    EXPECT_FALSE(exists("b5.argb"));
+    const ToolRun wrong = run("render counts --set nothing=1" + options + "c%d.argb");
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_NE(wrong.err.find("nothing: the effect has no"), std::string::npos) << wrong.err;
+}
+
+TEST_F(Sequences, AWorkerThatDoesNotAnswerIsEnded) {
+    addEffect("endless", {{"fx.js", "while (true);"}});
+    cli::WorkerGroup workers(2, ToolProgram());
+    const std::vector<std::string> arguments = {
+        "render",           pathOf("endless"), "-i", pathOf("in.argb"), "--size", "100x1", "--depth", "32", "-o",
+        pathOf("o%d.argb"), "--frames",        "0-1"};
+    ASSERT_TRUE(workers.send(1, {{{"arguments", arguments}, {"frames", {0, 1}}}}));
+    EXPECT_FALSE(workers.wait({}, std::chrono::steady_clock::now() + std::chrono::milliseconds(300)));
+    workers.kill(1);
+    const auto end = workers.wait();
+    ASSERT_TRUE(end && end->worker == 1 && !end->message);
+    EXPECT_NE(workers.endOf(1).status, 0);
+    // The other one is still there, and ends with a request that it can answer.
+    ASSERT_TRUE(workers.send(0, {{{"arguments", {"render"}}}}));
+    const auto answer = workers.wait();
+    ASSERT_TRUE(answer && answer->message);
+    EXPECT_EQ(answer->message->text.at("status"), 2);
+    EXPECT_FALSE(workers.wait(0)->message);
+    EXPECT_EQ(workers.endOf(0).status, 0);
+    EXPECT_FALSE(workers.wait());
 }
 
 TEST_F(Sequences, MissingInputsAreNamedBeforeAnythingRenders) {

@@ -10,6 +10,8 @@
 #include <system_error>
 #include <thread>
 
+#include "cli/system/posix/PipeBytes.h"
+
 namespace quillon::cli {
 
 namespace {
@@ -27,31 +29,39 @@ PipeEnds MakePipe() {
     return {ends[0], ends[1]};
 }
 
+void Close(int& end) {
+    if (end >= 0) close(end);
+    end = -1;
+}
+
 }  // namespace
 
 struct ChildProcess::System {
     pid_t id = -1;
-    int pipe = -1;
+    int toChild = -1;
+    int fromChild = -1;
     std::string words;
     std::thread listener;
-
-    void closePipe() {
-        if (pipe >= 0) close(pipe);
-        pipe = -1;
-    }
 };
 
 ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments, Pipe direction)
     : system(std::make_unique<System>()) {
     // A child that ends early is seen by what write() returns.
     std::signal(SIGPIPE, SIG_IGN);
-    const bool isToChild = direction == Pipe::toChild;
-    const PipeEnds data = MakePipe(), words = MakePipe();
+    PipeEnds input = direction != Pipe::fromChild ? MakePipe() : PipeEnds{};
+    PipeEnds output = direction != Pipe::toChild ? MakePipe() : PipeEnds{};
+    PipeEnds words = MakePipe();
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, isToChild ? data.read : data.write, isToChild ? 0 : 1);
-    posix_spawn_file_actions_addopen(&files, isToChild ? 1 : 0, "/dev/null", isToChild ? O_WRONLY : O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&files, words.write, 2);
+    const auto connect = [&files](int end, int stream, int access) {
+        if (end >= 0)
+            posix_spawn_file_actions_adddup2(&files, end, stream);
+        else
+            posix_spawn_file_actions_addopen(&files, stream, "/dev/null", access, 0);
+    };
+    connect(input.read, STDIN_FILENO, O_RDONLY);
+    connect(output.write, STDOUT_FILENO, O_WRONLY);
+    connect(words.write, STDERR_FILENO, O_WRONLY);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t defaults;
@@ -66,13 +76,16 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     const int error = posix_spawnp(&system->id, program.c_str(), &files, &attributes, texts.data(), environ);
     posix_spawn_file_actions_destroy(&files);
     posix_spawnattr_destroy(&attributes);
-    close(isToChild ? data.read : data.write);
-    close(words.write);
-    system->pipe = isToChild ? data.write : data.read;
+    Close(input.read);
+    Close(output.write);
+    Close(words.write);
+    system->toChild = input.write;
+    system->fromChild = output.read;
     if (error != 0) {
         system->id = -1;
-        close(words.read);
-        system->closePipe();
+        Close(words.read);
+        Close(system->toChild);
+        Close(system->fromChild);
         throw std::system_error(error, std::generic_category());
     }
     system->listener = std::thread([&kept = system->words, file = words.read] {
@@ -87,33 +100,25 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
 }
 
 ChildProcess::~ChildProcess() {
-    if (system->id > 0) kill(system->id, SIGTERM);
+    end();
     wait();
 }
 
 bool ChildProcess::write(std::span<const std::byte> bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(system->pipe, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
-    return true;
+    return WriteAll(system->toChild, bytes);
 }
 
 std::size_t ChildProcess::read(std::span<std::byte> bytes) {
-    std::size_t filled = 0;
-    while (filled < bytes.size()) {
-        const ssize_t count = ::read(system->pipe, bytes.data() + filled, bytes.size() - filled);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) break;
-        filled += static_cast<std::size_t>(count);
-    }
-    return filled;
+    return ReadAll(system->fromChild, bytes);
+}
+
+void ChildProcess::end() {
+    if (system->id > 0) kill(system->id, SIGTERM);
 }
 
 int ChildProcess::wait() {
-    system->closePipe();
+    Close(system->toChild);
+    Close(system->fromChild);
     if (system->id <= 0) return -1;
     int status = 0;
     while (waitpid(system->id, &status, 0) < 0 && errno == EINTR) {

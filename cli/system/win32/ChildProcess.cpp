@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <system_error>
 #include <thread>
 
+#include "cli/system/win32/PipeBytes.h"
 #include "platform/Utf8Path.h"
 
 namespace quillon::cli {
@@ -14,7 +14,6 @@ namespace quillon::cli {
 namespace {
 
 constexpr std::size_t kMostWords = 2000;
-constexpr std::size_t kMostAtOnce = std::size_t{1} << 20;
 
 // As programs take their command line apart: backslashes count only in front of a double quote.
 std::string Quoted(const std::string& argument) {
@@ -61,7 +60,8 @@ void MakePipe(Handle& read, Handle& write, Handle& kept) {
 
 struct ChildProcess::System {
     Handle process;
-    Handle pipe;
+    Handle toChild;
+    Handle fromChild;
     Handle wordsRead;
     std::string words;
     std::thread listener;
@@ -69,9 +69,9 @@ struct ChildProcess::System {
 
 ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments, Pipe direction)
     : system(std::make_unique<System>()) {
-    const bool isToChild = direction == Pipe::toChild;
-    Handle childEnd, wordsWrite;
-    isToChild ? MakePipe(childEnd, system->pipe, system->pipe) : MakePipe(system->pipe, childEnd, system->pipe);
+    Handle childInput, childOutput, wordsWrite;
+    if (direction != Pipe::fromChild) MakePipe(childInput, system->toChild, system->toChild);
+    if (direction != Pipe::toChild) MakePipe(system->fromChild, childOutput, system->fromChild);
     MakePipe(system->wordsRead, wordsWrite, system->wordsRead);
     SECURITY_ATTRIBUTES attributes = Inheritable();
     const Handle nowhere(CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
@@ -79,8 +79,8 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = isToChild ? childEnd.handle : nowhere.handle;
-    startup.hStdOutput = isToChild ? nowhere.handle : childEnd.handle;
+    startup.hStdInput = childInput.handle ? childInput.handle : nowhere.handle;
+    startup.hStdOutput = childOutput.handle ? childOutput.handle : nowhere.handle;
     startup.hStdError = wordsWrite.handle;
 
     std::string command = Quoted(program);
@@ -102,33 +102,25 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
 }
 
 ChildProcess::~ChildProcess() {
-    if (system->process.handle) TerminateProcess(system->process.handle, 1);
+    end();
     wait();
 }
 
 bool ChildProcess::write(std::span<const std::byte> bytes) {
-    while (!bytes.empty()) {
-        DWORD count = 0;
-        const auto size = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
-        if (!WriteFile(system->pipe.handle, bytes.data(), size, &count, nullptr)) return false;
-        bytes = bytes.subspan(count);
-    }
-    return true;
+    return WriteAll(system->toChild.handle, bytes);
 }
 
 std::size_t ChildProcess::read(std::span<std::byte> bytes) {
-    std::size_t filled = 0;
-    while (filled < bytes.size()) {
-        DWORD count = 0;
-        const auto size = static_cast<DWORD>(std::min(bytes.size() - filled, kMostAtOnce));
-        if (!ReadFile(system->pipe.handle, bytes.data() + filled, size, &count, nullptr) || count == 0) break;
-        filled += count;
-    }
-    return filled;
+    return ReadAll(system->fromChild.handle, bytes);
+}
+
+void ChildProcess::end() {
+    if (system->process.handle) TerminateProcess(system->process.handle, 1);
 }
 
 int ChildProcess::wait() {
-    system->pipe.close();
+    system->toChild.close();
+    system->fromChild.close();
     if (!system->process.handle) return -1;
     WaitForSingleObject(system->process.handle, INFINITE);
     DWORD status = 0;

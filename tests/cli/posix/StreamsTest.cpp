@@ -1,5 +1,7 @@
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <sstream>
 #include <utility>
 
 #include "../ToolTest.h"
@@ -89,6 +91,39 @@ TEST_F(Streams, LeaveNoTemporaryFilesWhenTheToolIsEnded) {
     }
     ASSERT_EQ(run("check copy", "TMPDIR=tmp").err, "");
     EXPECT_TRUE(leavesNothing());
+}
+
+// The shell's script finds the processes of -j as children of the one that it has started.
+TEST_F(Streams, AreWholeWhenProcessesOfARunAreEnded) {
+    const std::string render =
+        "render copy -i in.argb --size 1x1 --depth 8 -o o%d.argb --frames 0-99999 -j 2 "
+        "--progress json & tool=$!; while [ ! -e o0.argb ] || [ ! -e o50000.argb ]; do sleep 0.05; "
+        "done; set -- $(cat /proc/$tool/task/*/children); ";
+    const auto clear = [this] {
+        for (const std::string& name : list())
+            if (name.starts_with("o")) std::filesystem::remove(pathOf(name));
+    };
+    const ToolRun died = run(render + "kill -KILL $1; wait $tool )", "(");
+    EXPECT_EQ(died.status, 1);
+    EXPECT_NE(died.err.find("quillon: error: a process of -j was killed or crashed, which had frames 0 to 49999"),
+              std::string::npos)
+        << died.err.substr(0, 2000);
+    // What is printed is there, and the other process has left its piece.
+    std::istringstream printedNames(died.out);
+    for (std::string name; printedNames >> name;) EXPECT_TRUE(exists(name)) << name;
+    EXPECT_LT(std::ranges::count(died.out, '\n'), 100000);
+    for (const auto& [signal, status] : {std::pair("INT", 130), std::pair("TERM", 143)}) {
+        clear();
+        // A background process of a shell ignores interrupts unless it says otherwise, as `env` can.
+        const ToolRun ended = run(render + "kill -" + signal +
+                                      " $tool; wait $tool; status=$?; while [ -e /proc/$1 ] || "
+                                      "[ -e /proc/$2 ]; do sleep 0.02; done; exit $status )",
+                                  "( env --default-signal=INT");
+        EXPECT_EQ(ended.status, status);
+        EXPECT_NE(ended.err.find("frames; the same command with --resume goes on"), std::string::npos);
+        for (const std::string& name : list()) EXPECT_FALSE(name.starts_with(".")) << name;
+    }
+    clear();
 }
 
 }  // namespace

@@ -1,0 +1,107 @@
+#include "cli/commands/Renderer.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <thread>
+#include <utility>
+
+#include "cli/effect/LinkedEngine.h"
+#include "cli/keyframes/Keyframes.h"
+#include "package/EffectFlags.h"
+
+namespace quillon::cli {
+
+Renderer::Renderer(const RenderOptions& renderOptions)
+    : options(renderOptions),
+      plan(options),
+      source(ReadCheckedSource(options.effect)),
+      effect(std::move(source), plan.settings(openInput())) {
+    setControls();
+    for (const RenderPlan::Layer& layer : plan.layers) {
+        const Control& control = FindControl(effect.controls(), layer.name);
+        if (control.declared.kind != LAYER) {
+            throw WrongCommandLine(layer.name, "is not a layer", "set it with --set");
+        }
+        layerControls.push_back(&control);
+    }
+    plan.requireInputs();
+    bitDepth = options.depth != 0 ? options.depth : plan.input->bitDepth();
+}
+
+void Renderer::run(const Steps& steps) {
+    const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
+    const unsigned threads = options.threads != 0 ? options.threads : std::max(cores / options.jobs, 1u);
+    UseThreads(threads > 1 ? threads : 0);
+    const PictureExtent extent = plan.input->fullExtent();
+    const std::uint64_t frameBytes = std::uint64_t{extent.width} * extent.height * bitDepth / 2;
+    FramePipeline<FrameInput, EncodedFrame> pipeline(
+        {.read = [this](std::int32_t frame) { return read(frame); },
+         .render = [this](std::int32_t, const FrameInput& input) { return effect.render(input); },
+         .write = [&](std::int32_t frame,
+                      const host::World& picture) { return steps.encode(frame, PictureOf(picture)); },
+         .report = steps.report,
+         .isStopped = steps.isStopped},
+        threads, FramesInFlight(frameBytes * (1 + plan.layers.size()), threads, options.jobs),
+        plan.allFrames().size() > 1);
+    pipeline.run(plan.frames);
+}
+
+PictureExtent Renderer::openInput() {
+    plan.input->open(plan.allFrames().front());
+    return plan.input->fullExtent();
+}
+
+void Renderer::setControls() {
+    Keyframes keyframes(effect.controls());
+    for (const std::string& key : options.keys) keyframes.addOption(key);
+    for (const std::filesystem::path& table : options.keyTables) keyframes.addFile(table);
+    for (const auto& [name, text] : plan.values) {
+        const Control& control = FindControl(effect.controls(), name);
+        if (keyframes.tracks().contains(&control))
+            throw WrongCommandLine(name, "has keys and a --set", "leave one of them out");
+        effect.set(control, [value = ParseControlValue(control.declared, text)](double) { return value; });
+    }
+    for (const auto& [control, track] : keyframes.tracks()) {
+        // To a millionth, so that a frame's time leads back to its number.
+        effect.set(*control, [track = track, rate = plan.framesPerSecond](double seconds) {
+            return track.at(std::round(seconds * rate * 1e6) / 1e6);
+        });
+    }
+}
+
+FrameInput Renderer::read(std::int32_t frame) {
+    FrameInput input;
+    input.time = plan.timeOf(frame);
+    const HostPicture picture = plan.input->read(frame, bitDepth);
+    input.picture = picture.world;
+    input.fullExtent = picture.fullExtent;
+    for (std::size_t i = 0; i < plan.layers.size(); ++i)
+        input.layers.emplace_back(layerControls[i], plan.layers[i].pictures->read(frame, bitDepth).world);
+    return input;
+}
+
+Diagnostics Renderer::warnings() const {
+    Diagnostics warnings;
+    if (options.host != host::HostKind::afterEffects) return warnings;
+    const std::string config = effect.pathOf("config.xml");
+    const auto add = [&](const std::string& text) {
+        warnings.push_back({.path = config,
+                            .severity = Diagnostic::Severity::warning,
+                            .text = text,
+                            .kind = Diagnostic::Kind::config});
+    };
+    const std::uint32_t flags = LinkedEngine::Flags(), flags2 = LinkedEngine::Flags2();
+    if (options.route != host::Route::classic && (flags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
+        add(fmt::format("FLAGS2 lacks 1024, so that hosts take the classic route; {} is what it should be",
+                        kEngineOutFlags2));
+    if ((bitDepth == 16 && (flags & PF_OutFlag_DEEP_COLOR_AWARE) == 0) ||
+        (bitDepth == 32 && (flags2 & PF_OutFlag2_FLOAT_COLOR_AWARE) == 0))
+        add(fmt::format(
+            "FLAGS and FLAGS2 do not allow {} bits, which After Effects would not use; {} and {} allow all depths",
+            bitDepth, kEngineOutFlags, kEngineOutFlags2));
+    return warnings;
+}
+
+}  // namespace quillon::cli
