@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "host/HostEvent.h"
-#include "memory/LimitedMemory.h"
 #include "shell/ShellTest.h"
 
 namespace quillon::test {
@@ -31,7 +30,7 @@ TEST_F(Entry, OnlyAThrownIntIsACodeAndLocksAreLeftFree) {
         {"enum", 515, [] { throw Code::seven; }},
         {"bad_alloc", 515, [] { throw std::bad_alloc(); }},
     };
-    HostSession& session = start(IdentityScript(), {}, IdentityFiles());
+    HostSession& session = start(CopyScript(true), {}, kCopyFiles);
     HostInstance& instance = session.apply();
     const auto input = Picture(session);
     const Bytes wanted = input->tightBytes();
@@ -95,19 +94,6 @@ TEST_F(Entry, MissingRecordsAreNoWork) {
         {.cmd = PF_Cmd_SMART_RENDER, .instance = &instance},
     };
     for (const host::Selector& selector : kSelectors) EXPECT_EQ(session.send(selector).error, 0) << selector.cmd;
-}
-
-// The first entry of the process makes the gate.
-TEST(EntryMemory, RefusedAtTheFirstEntryIsACode) {
-    const auto enter = [](long allocations) {
-        allocationsLeft = allocations;
-        const PF_Err code = EntryPointFunc(PF_Cmd_UNUSED_0, nullptr, nullptr, nullptr, nullptr, nullptr);
-        allocationsLeft = -1;
-        return code;
-    };
-    EXPECT_EQ(enter(0), 515);
-    EXPECT_EQ(enter(1), 515);
-    EXPECT_EQ(enter(-1), 0);
 }
 
 TEST_F(Entry, GateStopsOtherThreadsAndLetsItsOwnBackIn) {

@@ -53,8 +53,8 @@ TEST_P(Exactness, EveryRouteReturnsEveryValue) {
         const bool isPremiere = settings.kind == HostKind::premiere;
         const bool shrinks = settings.routeInUse() == Route::classic && !isPremiere;
         HostSession& session =
-            start(IdentityScript(shrinks ? "function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }" : ""),
-                  settings, IdentityFiles());
+            start(CopyScript(true) + (shrinks ? "function preRender(w, h) { QL_setOutputExtent(w + 2, h + 1); }" : ""),
+                  settings, kCopyFiles);
         FrameRequest request{WorldOf(session, kSide, kSide, AllValues(depth))};
         if (isPremiere) request.layerWidth = request.layerHeight = kSide + 1;
         const FrameResult frame = session.renderFrame(session.apply(), request);

@@ -17,33 +17,6 @@ protected:
     static int Calls(const HostSession& session, Callback callback) { return session.records().count(callback); }
 };
 
-TEST_F(Lifecycle, BlockHoldsTwoFlagsAndTheHandleAndNothingElse) {
-    const struct {
-        HostSettings settings;
-        bool isResetup;
-        std::byte recordFrameSize, needsRestart;
-    } kCases[] = {
-        {AfterEffects(), false, std::byte{0}, std::byte{0}},
-        {AfterEffects(), true, std::byte{1}, std::byte{1}},
-        {Premiere(), false, std::byte{0}, std::byte{0}},
-        {Premiere(), true, std::byte{0}, std::byte{1}},
-    };
-    for (const auto& row : kCases) {
-        HostSession& session = start(kNoControls, row.settings);
-        HostInstance& instance = session.newInstance();
-        if (row.isResetup) instance.sequenceData = session.handles().makeWith(Bytes(3, std::byte{0xFF}));
-        EXPECT_EQ((row.isResetup ? session.sequenceResetup(instance) : session.sequenceSetup(instance)).error, 0);
-        Bytes bytes = session.handles().bytes(instance.sequenceData);
-        ASSERT_EQ(bytes.size(), 8192u);
-        EXPECT_EQ(bytes[24], row.recordFrameSize);
-        EXPECT_EQ(bytes[25], row.needsRestart);
-        EXPECT_NE(Block(instance).handle, nullptr);
-        std::fill(bytes.begin() + 24, bytes.begin() + 26, std::byte{0});
-        std::fill(bytes.begin() + 32, bytes.begin() + 40, std::byte{0});
-        EXPECT_THAT(bytes, Each(std::byte{0}));
-    }
-}
-
 TEST_F(Lifecycle, ResetupRefreshesThePanelAndAsksOldHostsForARender) {
     const struct {
         HostSettings settings;

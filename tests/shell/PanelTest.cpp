@@ -1,5 +1,6 @@
 // Names and states from the script to the host's panel, and changed controls from there.
 
+#include "host/HostEvent.h"
 #include "shell/ShellTest.h"
 
 namespace quillon::test {
@@ -139,6 +140,40 @@ TEST_F(Panel, ButtonRestartsTheScriptOfAReloadedInstance) {
             EXPECT_EQ(eval("seen"), "[4]");
             EXPECT_THAT(session.records().copies, IsEmpty());
         }
+    }
+}
+
+// The color wheel of a listed control; nothing lists one yet.
+TEST_F(Panel, WheelTakesHueAndSaturationOrAlphaFromADrag) {
+    constexpr A_long kLeft = 20, kTop = 30, kWidth = 120, kHeight = 140;  // R is 50, the center (60, 70)
+    const struct {
+        A_long x, y;
+        std::vector<int> color;  // A, R, G, B
+        PF_WindowType window = PF_Window_EFFECT;
+    } kCases[] = {
+        {60, 70, {255, 255, 255, 255}},             // the center
+        {35, 70, {255, 255, 127, 127}},             // hue 2 pi, which is 0
+        {85, 70, {255, 127, 255, 255}},             // hue pi
+        {60, 95, {255, 191, 127, 255}},             // hue 3/2 pi
+        {60, 45, {255, 191, 255, 127}},             // hue 1/2 pi
+        {10, 70, {255, 0, 255, 0}},                 // R itself is outside
+        {24, 119, {51, 0, 255, 0}},                 // below the wheel: x / width
+        {60, 70, {255, 0, 255, 0}, PF_Window_COMP}  // is not the panel
+    };
+    HostSession& session = start(ScriptOf("add(3); add(2);"));
+    HostInstance& instance = session.apply();
+    maps.customUiIndices = {1};
+    for (const auto& [x, y, wanted, window] : kCases) {
+        instance.setColor(1, {.alpha = 1, .red = 0, .green = 1, .blue = 0});
+        host::HostEvent event(PF_Event_DRAG, 1);
+        event.context.w_type = window;
+        event.extra.effect_win.area = PF_EA_CONTROL;
+        event.extra.effect_win.current_frame = {kLeft, kTop, kLeft + kWidth, kTop + kHeight};
+        event.extra.u.do_click.screen_point = {kLeft + x, kTop + y};
+        EXPECT_EQ(session.event(instance, event.extra).error, 0);
+        const PF_UnionablePixel pixel = instance.param(1).u.cd.value;
+        EXPECT_THAT((std::vector<int>{pixel.alpha, pixel.red, pixel.green, pixel.blue}), ElementsAreArray(wanted))
+            << x << ',' << y;
     }
 }
 

@@ -41,24 +41,6 @@ TEST_F(Parameters, ScaleByTheRendersSizeAndAspect) {
     }
 }
 
-// Scales without an exact value, where another order of the divisions gives another float.
-TEST_F(Parameters, ScaleInOneOrder) {
-    HostSettings settings;
-    settings.downsampleX = {3, 7};
-    settings.downsampleY = {5, 11};
-    settings.layerPixelAspect = {10, 11};
-    HostInstance& instance = start(ScriptOf("add(1, 24); add(5, 32);"), settings).apply();
-    const float par = 10.0f / 11.0f, sx = 7.0f * par / 3.0f, sy = 11.0f / 5.0f;
-    for (int i = 1; i < 60; ++i) {
-        const float value = static_cast<float>(i) * 1.7f;
-        instance.setFloat(1, value);
-        instance.param(2).u.td.x_value = i * 98765;
-        EXPECT_EQ(frame(instance), 0);
-        EXPECT_EQ(engine.parameterInfo(0)->floatAt(0), value / (sx / par) / sy) << i;
-        EXPECT_EQ(engine.parameterInfo(1)->floatAt(0), static_cast<float>(i * 98765) / 65536.0f * sx) << i;
-    }
-}
-
 TEST_F(Parameters, EachKindArrivesInItsOwnForm) {
     HostSession& session = start(ScriptOf("[2, 3, 8, 9, 12].forEach(function (k) { add(k); });"));
     HostInstance& instance = session.apply();
@@ -122,21 +104,6 @@ TEST_F(Parameters, HostsValueReturnsEveryFrameUnlessTheControlIsHidden) {
     EXPECT_THAT(session.records().paramCheckouts, Each(Field(&host::ParamCheckout::index, 1)));
 }
 
-TEST_F(Parameters, ControlDeclaredInDrawIsLookedUpAsTheInput) {
-    HostSession& session = start(ScriptOf("add(1);", "", "if (p.length < 2) add(1);"));
-    HostInstance& instance = session.apply();
-    EXPECT_EQ(frame(instance), 0);
-    EXPECT_THAT(session.records().paramCheckouts, Each(Field(&host::ParamCheckout::index, 1)));
-    EXPECT_EQ(frame(instance), 0) << "not known to the map yet";
-    EXPECT_THAT(session.records().paramCheckouts, Each(Field(&host::ParamCheckout::index, 1)));
-    EXPECT_EQ(session.updateParamsUI(instance).error, 0);
-    EXPECT_EQ(maps.hostIndexOfParam.at(1), 0u);
-    session.clearRecords();
-    EXPECT_EQ(frame(instance), 0);
-    EXPECT_THAT(session.records().paramCheckouts, testing::Contains(Field(&host::ParamCheckout::index, 0)));
-    EXPECT_THAT(maps.paramOfHostIndex, SizeIs(1));
-}
-
 TEST_F(Parameters, AfterAFailingCheckoutAllAreCheckedInAndOldValuesRender) {
     HostSession& session = start(ScriptOf("add(1); add(1); add(1);"));
     HostInstance& instance = session.apply();
@@ -160,7 +127,7 @@ TEST_F(Parameters, LayersKeepTheirLastPixels) {
         " QL_renderShader(copy, QL_getSequenceRT(), true); }";
     for (Route route : {Route::smart, Route::classic})
         for (int depth : {8, 16, 32}) {
-            HostSession& session = start(kLayer, AfterEffects(13, 9, route), IdentityFiles());
+            HostSession& session = start(kLayer, AfterEffects(13, 9, route), kCopyFiles);
             HostInstance& instance = session.apply();
             // The classic route's output is one smaller than its input: the layer is as large as the output.
             const A_long more = route == Route::classic;

@@ -111,15 +111,5 @@ TEST_F(Registration, CountsWithoutHiddenControlsAndWithUnknownKinds) {
     EXPECT_EQ(session.paramsSetup().out.num_params, 5);
 }
 
-TEST_F(Registration, KeepsTheFirstIndexOfAKindForTheProcess) {
-    start(Controls("1, 3"));
-    HostSession& session = start(Controls("3, 9, 1"));
-    EXPECT_EQ(maps.firstIndexOfKind[COLOR], 2u);
-    EXPECT_EQ(maps.firstIndexOfKind[FLOAT], 1u);
-    EXPECT_EQ(maps.firstIndexOfKind[POPUP], 2u);
-    EXPECT_EQ(session.paramsSetup().error, 0);
-    EXPECT_EQ(maps.hostIndexOfParam, (Indices{{0, 1}, {1, 2}, {2, 3}}));
-}
-
 }  // namespace
 }  // namespace quillon::test

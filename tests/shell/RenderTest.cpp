@@ -47,26 +47,10 @@ TEST_F(Render, ScriptFindsTimeOriginSizesAndComposition) {
     }
 }
 
-TEST_F(Render, RecordsTheFrameWhereTheBlockSaysSo) {
-    for (const HostSettings& settings : kHosts) {
-        HostSession& session = start(kFilling, settings, kFill);
-        HostInstance& instance = session.apply();
-        const FrameRequest request{session.newWorld(9, 8, 32)};
-        EXPECT_EQ(FrameOf(instance, request).error(), 0);
-        EXPECT_EQ(Block(instance).lastWidth, 0u);
-        Block(instance).recordFrameSize = 1;
-        const FrameResult frame = FrameOf(instance, request);
-        const bool isPremiere = settings.kind == HostKind::premiere;
-        EXPECT_EQ(Block(instance).lastWidth, static_cast<unsigned>(frame.width - isPremiere));
-        EXPECT_EQ(Block(instance).lastHeight, static_cast<unsigned>(frame.height - isPremiere));
-        EXPECT_EQ(Block(instance).lastDepth, 32u);
-    }
-}
-
 // Premiere's output is cleared and takes the frame in its middle; the frame's input starts at the source origin.
 // Channel by channel the picture is unlike anything else.
 TEST_F(Render, PremiereClearsAndCenters) {
-    HostSession& session = start(IdentityScript(), Premiere(), IdentityFiles());
+    HostSession& session = start(CopyScript(true), Premiere(), kCopyFiles);
     HostInstance& instance = session.apply();
     const auto input = Picture(session, 8, 5, 3);
     // The layer of 4 by 3 starts at (1, 1): its part of 3 by 2 is drawn.
@@ -96,19 +80,6 @@ TEST_F(Render, PremiereClearsAndCenters) {
     };
     EXPECT_EQ(FrameOf(instance, request).error(), 0);
     EXPECT_EQ(eval("QL_getSurfaceDim(QL_getSequenceTexture())"), "[5,3,8]");
-}
-
-TEST_F(Render, FailedFillIsTheResultAndTheFrameIsDrawnAllTheSame) {
-    HostSession& session = start(kFilling, Premiere(), kFill);
-    HostInstance& instance = session.apply();
-    session.faults().fail(Callback::fill, 61);
-    const FrameResult frame = FrameOf(instance, {Picture(session)});
-    EXPECT_EQ(frame.renderError, 61);
-    EXPECT_EQ(std::to_integer<int>(frame.output->row(0)[3]), 255);
-    HostInstance& bare = session.newInstance();
-    session.faults().clear();
-    session.faults().fail(Callback::copy, 62);
-    EXPECT_EQ(FrameOf(bare, {Picture(session)}).renderError, 62);
 }
 
 // Without anything mapped the input is copied. The script takes the framebuffer away in draw().
@@ -158,22 +129,6 @@ TEST_F(Render, WithoutALiveBlockTheInputIsCopiedWithoutScriptOrLock) {
     EXPECT_EQ(eval("drawn"), "1");
 }
 
-TEST_F(Render, SweepsBeforeTheLockAndLeavesTheOutputUnwrittenWithoutIt) {
-    for (const HostSettings& settings : kHosts) {
-        HostSession& session = start("function setup() { QL_initParam('p', 1, 'P'); } function draw() {}", settings);
-        HostInstance& instance = session.apply();
-        const FrameRequest request{session.newWorld(5, 3, 8)};
-        session.clearRecords();
-        const StolenLock thief;
-        const FrameResult frame = FrameOf(instance, request);
-        EXPECT_EQ(frame.renderError, 512);
-        EXPECT_EQ(session.records().count(Callback::checkoutParam), 2) << "size phase and render";
-        EXPECT_THAT(session.records().copies, IsEmpty());
-        const std::byte first = frame.output->row(0)[0];
-        EXPECT_EQ(first, settings.kind == HostKind::premiere ? std::byte{0} : World::kUnwrittenByte);
-    }
-}
-
 // The order of what the host sees.
 TEST_F(Render, AsksDepthsThenClearsThenSweepsThenTransfers) {
     using enum Callback;
@@ -203,7 +158,7 @@ TEST_F(Render, UnlikeDepthsReadAndWriteNothingTheyMayNot) {
     for (const HostSettings& settings : kHosts)
         for (int inDepth : {8, 16, 32})
             for (int outDepth : {8, 16, 32}) {
-                HostSession& session = start(IdentityScript(), settings, IdentityFiles());
+                HostSession& session = start(CopyScript(true), settings, kCopyFiles);
                 HostInstance& instance = session.apply();
                 const FrameResult frame =
                     FrameOf(instance, {.input = Picture(session, inDepth), .outputDepth = outDepth});

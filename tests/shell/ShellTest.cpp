@@ -6,15 +6,6 @@
 
 namespace quillon::test {
 
-const Files& IdentityFiles() {
-    static const Files kFiles{{"copy.frag", kCopyFragment}};
-    return kFiles;
-}
-
-std::string IdentityScript(const std::string& more) {
-    return CopyScript(/*flip=*/true) + more;
-}
-
 ShellTest::ShellTest() {
     maps = {};
 }

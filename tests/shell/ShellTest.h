@@ -45,9 +45,8 @@ using testing::SizeIs;
 // A script without a shader, for what needs no picture.
 inline const char* const kNoControls = "function setup() {} function draw() {}";
 
-// Draws the input as it is, the right way up.
-const Files& IdentityFiles();
-std::string IdentityScript(const std::string& more = {});
+// With CopyScript(true): draws the input as it is, the right way up.
+inline const Files kCopyFiles{{"copy.frag", kCopyFragment}};
 
 // The shell linked into this program, driven by a host. After each test the host must have nothing to complain of, and
 // entry gate and GL lock must be free.
