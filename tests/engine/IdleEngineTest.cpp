@@ -90,31 +90,5 @@ TEST_F(IdleEngine, KnowsNoInstanceAfterARestart) {
     EXPECT_EQ(eval("calls"), "1");
 }
 
-TEST_F(IdleEngine, StaysDownOnceShutDown) {
-    start("function setup() { QL_initParam('p', 1, 'P'); QL_initShader('none'); } function draw() {}");
-    addInstance();
-    frame(2, 2, 8);
-    engine.shutdown();
-    engine.shutdown();
-    EXPECT_TRUE(engine.isReady());
-    EXPECT_FALSE(engine.lockGL());
-    EXPECT_EQ(engine.parameterCount(), 0u);
-    EXPECT_EQ(shaderErrors(), "");
-    expectNoInstance();
-    EXPECT_EQ(engine.effectFlags(), 33554464u) << "who the effect is stays known";
-}
-
-TEST_F(IdleEngine, SelectsANewInstanceThatTheScriptSeesWithTheNextOperation) {
-    start("function setup() {}");
-    addInstance();
-    engine.setInputOrigin(5, 6);
-    SequenceHandle* const next = engine.createSequence();
-    EXPECT_EQ(eval("QL_getInputOrigin()"), "[5,6]");
-    engine.setInputOrigin(7, 8);
-    EXPECT_EQ(eval("QL_getInputOrigin()"), "[7,8]");
-    EXPECT_EQ(Context::Instance().current, next->slot);
-    engine.destroySequence(next);
-}
-
 }  // namespace
 }  // namespace quillon::test

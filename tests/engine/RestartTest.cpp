@@ -66,19 +66,44 @@ TEST_F(Restart, LeavesTheEngineReadyWhateverTheProgramIs) {
     }
 }
 
-TEST_F(Restart, EndsTheHeapBeforeTheEntitiesThatItsFinalizersReach) {
-    start(
-        "var keep = []; function guard(id) { var o = {}; Duktape.fin(o, function () { QL_getSurfaceDim(id);"
-        " QL_blitRenderTarget(id, id); QL_release(id); QL_initTexture('none'); QL_initRenderTarget(2, 2, 8); });"
-        " keep.push(o); }\n"
-        "function setup() { guard(QL_initRenderTarget(2, 2, 8)); guard(QL_initTexture('none'));"
-        " guard(QL_initShader('s', 'void main() {}')); guard(QL_initParam('l', 4, 'L')); }\nfunction draw() {}");
-    for (int round = 0; round < 3; ++round) {
-        EXPECT_TRUE(engine.restartScript());
-        EXPECT_EQ(engine.parameterCount(), 1u);
-        EXPECT_EQ(eval("QL_initRenderTarget(2, 2, 8)"), "50331650");
+class Identity : public EngineTest {
+protected:
+    std::string identity(std::uint32_t which) {
+        std::string text = "from before";
+        std::string& returned = engine.identityString(text, which);
+        EXPECT_EQ(&returned, &text);
+        return text;
     }
-    engine.shutdown();
+    std::uint32_t version() {
+        std::uint32_t word = 99;
+        EXPECT_EQ(engine.packedVersion(&word), &word);
+        return word;
+    }
+};
+
+TEST_F(Identity, IsWhatTheConfigSays) {
+    start("function setup() {}");
+    const std::pair<std::uint32_t, const char*> kTexts[] = {
+        {0, "A test"}, {1, "Test"}, {2, "TestId"}, {3, ""}, {0xFFFFFFFF, ""}};
+    for (const auto& [which, text] : kTexts) EXPECT_EQ(identity(which), text) << which;
+    EXPECT_EQ(engine.effectFlags(), 33554464u);
+    EXPECT_EQ(engine.effectFlags2(), 5120u);
+    EXPECT_EQ(version(), 0xC0000081u);
+}
+
+TEST_F(Identity, IsReadAtAStartWhileARestartReadsOnlyTheProgram) {
+    start("var who = 'first'; function setup() {}");
+    const Files other{{"fx.js", "var who = 'second'; function setup() {}"}, {"config.xml", "<FXNAME>Other</FXNAME>"}};
+    const TestEffect effect(other);
+    BlobReader::Load(effect.module());
+    EXPECT_TRUE(engine.restartScript());
+    EXPECT_EQ(eval("who"), "\"second\"");
+    EXPECT_EQ(identity(1), "Test");
+    start("var who = 'third'; function setup() {}", {other[1]});
+    EXPECT_EQ(eval("who"), "\"third\"");
+    EXPECT_EQ(identity(1), "Other");
+    addInstance();
+    EXPECT_EQ(frame(2, 2, 8).size(), 16u);
 }
 
 }  // namespace

@@ -47,19 +47,6 @@ TEST_F(ContextTest, KeepsSlotZeroForTheSystemAndReusesTheLowestFreeOne) {
     EXPECT_EQ(entities.NewSequence(), 0u) << "only its own Sequence keeps slot 0";
 }
 
-TEST_F(ContextTest, HasNoCurrentSequenceOnAFreedSlot) {
-    entities.current = entities.NewSequence();
-    entities.CurrentSequence().time = 5;
-    entities.DeleteSequence(1);
-    entities.DeleteSequence(1);
-    EXPECT_FALSE(entities.CurrentSequence().exists());
-    EXPECT_EQ(entities.CurrentSequence().time, 0.0);
-    entities.current = 99;
-    EXPECT_FALSE(entities.CurrentSequence().exists());
-    const std::uint32_t id = declare("p", FLOAT, 4);
-    EXPECT_EQ(entities.FindParameter(id).floatAt(0), 4.0f);
-}
-
 TEST_F(ContextTest, GivesANewSequenceTheValuesOfThatMoment) {
     const std::uint32_t id = declare("p", FLOAT, 1);
     EXPECT_EQ(entities.CurrentSequence().Count(), 0u) << "nothing was declared when slot 0 came to be";
@@ -74,52 +61,6 @@ TEST_F(ContextTest, GivesANewSequenceTheValuesOfThatMoment) {
     entities.FindParameter(id).setFloatAt(0, 9);
     entities.current = 0;
     EXPECT_EQ(entities.FindParameter(id).floatAt(0), 2.0f);
-}
-
-TEST_F(ContextTest, ListsDeclarationsInTheOrderOfTheirIds) {
-    const std::uint32_t first = declare("first", FLOAT, 0);
-    declare("second", POPUP, 0);
-    ASSERT_EQ(entities.Count(), 2u);
-    EXPECT_EQ(entities.At(1).uniformName, "second");
-    EXPECT_EQ(entities.At(1).choices, "0|1|2|3|4|5|6|7|8|9");
-    EXPECT_EQ(entities.At(1).choiceCount, 10u);
-    EXPECT_EQ(entities.At(1).min[0], -100.0f);
-    EXPECT_EQ(entities.At(1).max[0], 100.0f);
-    for (const std::uint32_t none : {2u, 3u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
-        EXPECT_EQ(entities.At(none).id, 0u);
-    entities.Release(first);
-    declare("third", FLOAT, 0);
-    EXPECT_EQ(entities.At(0).uniformName, "third") << "a number used again comes first again";
-}
-
-TEST_F(ContextTest, TakesARecordForDeadUntilItHasItsId) {
-    const std::uint32_t id = entities.NewParameter("p", 77, "P");
-    EXPECT_EQ(entities.FindParameter(id).id, 0u);
-    EXPECT_EQ(entities.FindParameter(id).kind, 77u);
-    entities.current = entities.NewSequence();
-    entities.FindParameter(id).id = id;
-    EXPECT_EQ(&entities.FindParameter(id), &entities.At(0)) << "a copy without an id hides nothing";
-}
-
-TEST_F(ContextTest, ClearsOnceAndAnswersAllTheSame) {
-    entities.NewTexture(2, 2, 8);
-    declare("p", FLOAT, 1);
-    entities.current = entities.NewSequence();
-    entities.Clear();
-    entities.Clear();
-    EXPECT_EQ(entities.current, 1u);
-    EXPECT_EQ(entities.Count(), 0u);
-    EXPECT_EQ(entities.At(0).id, 0u);
-    EXPECT_FALSE(entities.CurrentSequence().exists());
-    EXPECT_FALSE(entities.FindTexture(0x4000001).textureName);
-    EXPECT_EQ(entities.NewTexture(2, 2, 8), 0u);
-    entities.NewSequence();  // an instance from before there is a script
-    EXPECT_EQ(entities.NewShader("s", "void main() {}"), 0u);
-    EXPECT_EQ(entities.ShaderErrors(), "");
-    entities.Setup();
-    EXPECT_EQ(entities.current, 0u);
-    EXPECT_EQ(entities.NewSequence(), 1u) << "slot 0 is the system's again, and the only one";
-    EXPECT_EQ(entities.NewTexture(2, 2, 8), 0x4000001u);
 }
 
 TEST_F(ContextTest, GivesTheErrorsOfAllShadersInTheirOrder) {

@@ -35,43 +35,6 @@ protected:
     Texture& input() { return entities.FindTexture(sequence().texture); }
 };
 
-TEST_F(SequenceTest, KeepsTargetNameAndFramebufferOverSizesAndDepths) {
-    sequence().prepareOutput(Image(4, 3, 8), 1.5);
-    const std::uint32_t id = sequence().renderTarget;
-    const std::uint32_t texture = target().textureName.get(), framebuffer = target().framebufferName.get();
-    ASSERT_TRUE(target().isUsable());
-    EXPECT_EQ(sequence().time, 1.5);
-    EXPECT_EQ(sequence().outputWidth, 4u);
-    EXPECT_EQ(sequence().outputHeight, 3u);
-    for (const std::uint32_t bits : {32u, 16u, 8u}) {
-        target().setParameter(GL_TEXTURE_MIN_FILTER, GL_NEAREST);  // as a script leaves it
-        sequence().prepareOutput(Image(7, bits, bits), 2);
-        EXPECT_EQ(sequence().renderTarget, id);
-        EXPECT_EQ(target().textureName.get(), texture);
-        EXPECT_EQ(target().framebufferName.get(), framebuffer);
-        GLint filter = 0;
-        glBindTexture(GL_TEXTURE_2D, texture);
-        glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, &filter);
-        EXPECT_EQ(filter, GL_LINEAR) << "every frame starts with the same filters";
-        EXPECT_NE(target().mapPixels(), nullptr);
-        RenderTarget::unmapPixels();
-    }
-}
-
-TEST_F(SequenceTest, MakesAReleasedTargetAnew) {
-    sequence().prepareOutput(Image(4, 3, 8), 0);
-    const std::uint32_t id = sequence().renderTarget;
-    entities.Release(id);
-    sequence().prepareOutput(Image(5, 4, 16), 0);
-    EXPECT_EQ(sequence().renderTarget, id) << "the lowest free number is that of the one released";
-    EXPECT_TRUE(target().isUsable());
-    // One without its names is replaced too.
-    target().releaseGL();
-    sequence().prepareOutput(Image(5, 4, 16), 0);
-    EXPECT_NE(sequence().renderTarget, id);
-    EXPECT_TRUE(target().isUsable());
-}
-
 TEST_F(SequenceTest, UploadsItsInputInTheHostsRange) {
     const Bytes pixels = BytesOf<std::uint16_t>({0, 1, 16384, 32768});
     sequence().setInput(Image(1, 1, 16, pixels.data()));

@@ -71,24 +71,6 @@ TEST_F(RenderTargetTest, CutsTheViewportTowardZeroOrTakesTheWhole) {
     }
 }
 
-TEST_F(RenderTargetTest, ReadsBackInItsDepthAndCutsWhatDoesNotFit) {
-    RenderTarget target;
-    target.initTarget(2, 2, 8);
-    Fill(target, 1.0f, 0.5f, -1.0f, 2.0f);
-    EXPECT_EQ(ReadBack<std::uint8_t>(target)[0], 255);
-    EXPECT_NEAR(ReadBack<std::uint8_t>(target)[1], 128, 1);
-    target.initTarget(2, 2, 16);
-    Fill(target, 1.0f, 0.0f, -1.0f, 2.0f);
-    const auto words = ReadBack<std::uint16_t>(target);
-    EXPECT_EQ(std::vector<std::uint16_t>(words.begin(), words.begin() + 4),
-              (std::vector<std::uint16_t>{65535, 0, 0, 65535}));
-    target.initTarget(2, 2, 32);
-    Fill(target, 1.0f, 1e20f, -1.0f, 2.0f);
-    const auto floats = ReadBack<float>(target);
-    EXPECT_EQ(std::vector<float>(floats.begin(), floats.begin() + 4), (std::vector<float>{1.0f, 1e20f, -1.0f, 2.0f}));
-    EXPECT_EQ(Integer(GL_PIXEL_PACK_BUFFER_BINDING), 0);
-}
-
 TEST_F(RenderTargetTest, GivesZeroesForFifteenBitsWhichTheBufferIsTooShortFor) {
     RenderTarget target;
     target.initTarget(6, 5, 8);
@@ -138,22 +120,6 @@ TEST_F(RenderTargetTest, MapsNothingWhereTheDriverRefusesTheStorage) {
     }
     while (glGetError() != GL_NO_ERROR) {
     }
-}
-
-TEST_F(RenderTargetTest, LosesItsFramebufferToEveryNewTexture) {
-    RenderTarget target;
-    target.initTarget(4, 4, 8);
-    const std::uint32_t framebuffer = target.framebufferName.get();
-    EXPECT_TRUE(target.initTexture(2, 2, 8, true));
-    EXPECT_FALSE(target.framebufferName);
-    EXPECT_EQ(glIsFramebuffer(framebuffer), GL_FALSE);
-    EXPECT_FALSE(target.isUsable());
-    target.initTarget(2, 2, 8);
-    const std::uint32_t texture = target.textureName.get();
-    target.releaseGL();
-    EXPECT_FALSE(target.textureName);
-    EXPECT_FALSE(target.framebufferName);
-    EXPECT_EQ(glIsTexture(texture), GL_FALSE);
 }
 
 }  // namespace

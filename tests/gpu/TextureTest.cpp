@@ -247,33 +247,5 @@ TEST_F(TextureTest, ShowsThoseWhoShareTheCopyAPictureOfTheSameSize) {
     EXPECT_EQ(*held, first) << "widened rows are new ones";
 }
 
-TEST_F(TextureTest, WidensTheHostsSixteenBitsOnlyWhenAsked) {
-    const Bytes host = BytesOf<std::uint16_t>({0, 1, 16383, 16384, 16385, 16386, 32767, 32768});
-    Texture texture;
-    texture.initTexture(2, 1, 16, true);
-    texture.uploadPixels(host.data(), {2, 1, 16, 16}, true, true);
-    const std::vector<std::uint16_t> widened = {0, 2, 32766, 32768, 32768, 32770, 65532, 65534};
-    EXPECT_EQ(Storage<std::uint16_t>(GL_UNSIGNED_SHORT), widened);
-    EXPECT_EQ(ChannelsOf<std::uint16_t>(*texture.pixelCopy()), widened);
-    EXPECT_FLOAT_EQ(Storage<float>(GL_FLOAT)[7], 65534.0f / 65535.0f);
-    texture.uploadPixels(host.data(), {2, 1, 16, 16}, true, false);
-    EXPECT_EQ(Storage<std::uint16_t>(GL_UNSIGNED_SHORT), ChannelsOf<std::uint16_t>(host));
-    EXPECT_EQ(*texture.pixelCopy(), host);
-    const Bytes wrapping = BytesOf<std::uint16_t>({32769, 40000, 65535, 0});  // what no host should send
-    texture.uploadPixels(wrapping.data(), {1, 1, 16, 8}, true, true);
-    EXPECT_EQ(Storage<std::uint16_t>(GL_UNSIGNED_SHORT), (std::vector<std::uint16_t>{0, 14462, 65532, 0}));
-    texture.uploadPixels(nullptr, {1, 1, 16, 8}, true, true);
-    EXPECT_EQ(texture.pixelCopy()->size(), 8u) << "an upload without data leaves the copy";
-}
-
-TEST_F(TextureTest, TakesASurfaceWithoutPixelsAsStorage) {
-    Surface empty;
-    empty.init(4, 5, 8, true);
-    Texture texture;
-    texture.initTexture(1, 1, 8, true);
-    texture.loadFromSurface(empty, /*flip=*/true);
-    EXPECT_EQ(Level(GL_TEXTURE_HEIGHT), 5);
-}
-
 }  // namespace
 }  // namespace quillon::test
