@@ -130,17 +130,6 @@ TEST_F(ParameterApi, KeepsPrecisionEnablingAndFlagsInOneWord) {
     });
 }
 
-TEST_F(ParameterApi, CoercesFlagsBeforeTheIdIsTestedAndTheRestAfter) {
-    expectValues({
-        {"(log = [], spy = function (n) { return {valueOf: function () { log.push(n); return 0; }}; }, 0)", "0"},
-        {"QL_setParamFlags(spy('id'), spy('flags'))", "false"},
-        {"log", "[\"id\",\"flags\"]"},
-        {"(log = [], QL_setParamPrecision(spy('id'), spy('p')), QL_setParamValue(spy('id'), spy('v')),"
-         " QL_setParamMinMax(spy('id'), spy('min'), spy('max')), QL_setParamEnabled(spy('id'), spy('e')), log)",
-         "[\"id\",\"id\",\"id\",\"id\"]"},
-    });
-}
-
 TEST_F(ParameterApi, StoresAPointByElementAndAColorAsAWhole) {
     const char* const kBad = "{valueOf: function () { throw 1; }}";
     expectValues({
