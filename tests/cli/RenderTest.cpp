@@ -211,16 +211,6 @@ TEST_F(Render, WrongCommandLinesEndWithTwoAndSayWhatIsWrong) {
     }
 }
 
-TEST_F(Render, HelpAndVersionGoToStandardOutput) {
-    for (const char* arguments : {"render --help", "chart -h", "--version"}) {
-        const ToolRun result = run(arguments);
-        EXPECT_EQ(result.status, 0) << arguments;
-        EXPECT_EQ(result.err, "") << arguments;
-        EXPECT_EQ(result.out.rfind(std::string(arguments) == "--version" ? "quillon 0" : "", 0), 0u) << result.out;
-        EXPECT_FALSE(result.out.empty()) << arguments;
-    }
-}
-
 }  // namespace
 
 }  // namespace quillon::test

@@ -71,14 +71,6 @@ TEST_F(Streams, AreRefusedWhereNothingMayBeWritten) {
     EXPECT_EQ(list(), (std::vector<std::string>{"copy", "folder.argb", "full.argb", "in.argb", "kept.argb"}));
 }
 
-TEST_F(Streams, AreNotReadWithoutEnd) {
-    writeFile("large.png", "");
-    std::filesystem::resize_file(pathOf("large.png"), std::uintmax_t{5} << 30);
-    const ToolRun result = run("render copy -i large.png -o out.png");
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("large.png: has more than"), std::string::npos) << result.err;
-}
-
 TEST_F(Streams, LeaveNoTemporaryFilesWhenTheToolIsEnded) {
     addEffect("endless", {{"fx.js", "while (true);"}});
     std::filesystem::create_directory(pathOf("tmp"));
