@@ -76,6 +76,8 @@ constexpr const char* kRenderMore =
     "\n"
     "  quillon render effects/lens -i shot.####.exr -o out/lens.####.exr --frames 1-100 --fps 24 --set k1=0.3\n"
     "\n"
+    "  quillon render effects/glow -i in.png --contact-sheet glow.png --sweep radius=0,50,200 --sweep intensity=1,3\n"
+    "\n"
     "Hosts: the smart route gives the input's size, or what the effect asks for. The classic route, which Premiere "
     "Pro\n"
     "always takes, rounds as the hosts do: at full size its picture is a column and a row smaller, and Premiere Pro\n"
@@ -208,6 +210,24 @@ void AddSequence(CLI::App& command, RenderOptions& options) {
         "On standard error: bar, on a terminal only; json, a line for each frame; or none; default bar");
 }
 
+void AddLooks(CLI::App& command, RenderOptions& options) {
+    command
+        .add_option("--show", options.shown,
+                    "Writes a render target of the effect in place of its output: by the script's variable, or by its\n"
+                    "number in what quillon info lists")
+        ->type_name("TARGET");
+    command
+        .add_option(
+            "--sweep", options.sweeps,
+            "Renders one frame at each of these values, for --contact-sheet; twice for a grid; semicolons part\n"
+            "values with commas")
+        ->allow_extra_args(false)
+        ->type_name("NAME=VALUE,VALUE,...");
+    AddPath(command, "--contact-sheet", options.contactSheet,
+            "One picture of all frames, or of the values of --sweep, small and with labels; -o may be left out")
+        ->type_name("FILE");
+}
+
 void AddStreams(CLI::App& command, RenderOptions& options) {
     AddChoice<StreamForm>(
         command, "--format", {{"raw", StreamForm::raw}, {"y4m", StreamForm::y4m}}, "FORM", options.stream,
@@ -239,8 +259,7 @@ void AddRender(CLI::App& app, Run& run, const std::vector<std::string>& argument
         ->type_name("FILE");
     AddPath(command, "-o,--output", options->output,
             "Where the result goes: .png, .exr, .tif or .argb, a movie .mp4, .mov, .webm or .gif, or - for\n"
-            "standard output")
-        ->required()
+            "standard output; must be given unless there is a --contact-sheet")
         ->type_name("FILE");
     command
         .add_option("--depth", options->depth,
@@ -267,6 +286,7 @@ void AddRender(CLI::App& app, Run& run, const std::vector<std::string>& argument
     AddStorage(command, options->storage);
     AddSequence(command, *options);
     AddStreams(command, *options);
+    AddLooks(command, *options);
     AddHost(command, *options);
     command.callback([&run, options, render] { run = [options, render] { return render(*options); }; });
 }

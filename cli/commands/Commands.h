@@ -21,8 +21,8 @@ namespace quillon::cli {
 struct RenderOptions {
     std::filesystem::path effect;
     std::filesystem::path input;
-    std::filesystem::path output;
-    std::uint32_t depth = 0;  // bits per channel; 0: what the input has
+    std::filesystem::path output;  // empty: only a contact sheet
+    std::uint32_t depth = 0;       // bits per channel; 0: what the input has
     double timeSeconds = 0;
     std::string frames;                     // FIRST-LAST[xSTEP]; empty: one moment
     std::optional<double> framesPerSecond;  // default: that of a movie, else 25
@@ -52,6 +52,10 @@ struct RenderOptions {
     unsigned jobs = 1;                         // processes that render
     std::vector<std::string> arguments;        // the whole command line, for those processes
     std::vector<std::int32_t> assignedFrames;  // in such a process: its frames, in place of what the above say
+
+    std::string shown;                   // a render target in place of the output; empty: the output
+    std::vector<std::string> sweeps;     // NAME=VALUE,VALUE,...; up to two
+    std::filesystem::path contactSheet;  // empty: none
 
     std::optional<StreamForm> stream;  // of standard output; default raw
     Background background;             // of what has no alpha

@@ -10,6 +10,7 @@
 #include "cli/diagnostics/ToolError.h"
 #include "cli/effect/EffectSource.h"
 #include "cli/movie/MovieReader.h"
+#include "cli/pictures/ContactSheet.h"
 #include "platform/TemporaryPath.h"
 #include "platform/Utf8Path.h"
 
@@ -40,6 +41,7 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
     checkInput(options.input);
     const std::optional<MovieInfo> movie = ProbeIfMovie(options.input);
     takeTiming(movie);
+    checkLooks();
     checkOutput();
     frames = framesToRender();
     bool hasRaw = IsRawPicture(options.input);
@@ -71,7 +73,33 @@ void RenderPlan::takeTiming(const std::optional<MovieInfo>& movie) {
     range = FrameRange{0, count - 1, 1};
 }
 
+// What is rendered for a sheet.
+void RenderPlan::checkLooks() const {
+    if (!options.contactSheet.empty()) {
+        RequireWritable(options.contactSheet);
+        RequireOutside(options.contactSheet, options.effect);
+    }
+    if (!options.sweeps.empty()) {
+        if (options.contactSheet.empty() || !options.output.empty())
+            throw WrongCommandLine("--sweep", "is for --contact-sheet", "name a sheet, and leave -o out");
+        if (options.sweeps.size() > 2)
+            throw WrongCommandLine("--sweep", "a sheet has two directions", "give up to two");
+        if (allFrames().size() > 1)
+            throw WrongCommandLine("--sweep", "shows one frame", "choose it with --time, or --frames as in 12-12");
+    } else if (!options.contactSheet.empty() && framesToRender().size() > ContactSheet::kMostPictures) {
+        throw WrongCommandLine("--contact-sheet", fmt::format("shows at most {} frames", ContactSheet::kMostPictures),
+                               "give --frames a step, as in 0-1000x10");
+    }
+    if (!options.contactSheet.empty() && options.jobs > 1)
+        throw WrongCommandLine("--contact-sheet", "is made by one process", "leave -j out");
+}
+
 void RenderPlan::checkOutput() const {
+    if (options.output.empty()) {
+        if (options.contactSheet.empty()) throw WrongCommandLine("", "-o is missing", "say where the result goes");
+        if (options.isResumed) throw WrongCommandLine("--resume", "is for sequences of pictures", "leave it out");
+        return;
+    }
     const bool isStream = IsStandardOutput(options.output), isMovie = !isStream && IsMovieOutput(options.output);
     if (options.stream && !isStream) throw WrongCommandLine("--format", "is for -o -", "leave it out");
     if (!isStream) RequireOutside(options.output, options.effect);

@@ -46,6 +46,7 @@ private:
     void takeTiming(const std::optional<MovieInfo>& movie);
     std::vector<std::int32_t> framesToRender() const;
     void checkOutput() const;
+    void checkLooks() const;
     std::unique_ptr<PictureSource> sourceOf(const std::filesystem::path& path, const std::optional<MovieInfo>& movie,
                                             std::vector<std::int32_t> wantedFrames) const;
     void checkHost() const;

@@ -8,7 +8,9 @@
 #include <utility>
 
 #include "cli/effect/LinkedEngine.h"
+#include "cli/effect/ShownTarget.h"
 #include "cli/keyframes/Keyframes.h"
+#include "cli/pictures/ContactSheet.h"
 #include "package/EffectFlags.h"
 
 namespace quillon::cli {
@@ -16,7 +18,7 @@ namespace quillon::cli {
 Renderer::Renderer(const RenderOptions& renderOptions)
     : options(renderOptions),
       plan(options),
-      source(ReadCheckedSource(options.effect)),
+      source(sourceToRender()),
       effect(std::move(source), plan.settings(openInput())) {
     setControls();
     for (const RenderPlan::Layer& layer : plan.layers) {
@@ -30,6 +32,40 @@ Renderer::Renderer(const RenderOptions& renderOptions)
     bitDepth = options.depth != 0 ? options.depth : plan.input->bitDepth();
 }
 
+// A module is silent about its targets too, so that for these its files run as a folder does.
+EffectSource Renderer::sourceToRender() const {
+    EffectSource read = ReadCheckedSource(options.effect);
+    if (!options.shown.empty()) read.isModule = false;
+    return read;
+}
+
+std::shared_ptr<host::World> Renderer::render(const FrameInput& input) {
+    auto output = effect.render(input);
+    return options.shown.empty() ? output : ReadTarget(options.shown);
+}
+
+std::size_t Renderer::sweepSize() const {
+    std::size_t size = 1;
+    for (const Sweep& sweep : sweeps) size *= sweep.values.size();
+    return size;
+}
+
+void Renderer::runSweep(
+    const std::function<void(std::size_t place, const Picture& picture, const std::string& label)>& add) {
+    const FrameInput input = read(plan.frames.front());
+    for (std::size_t place = 0; place < sweepSize(); ++place) {
+        std::string label;
+        for (std::size_t i = 0; i < sweeps.size(); ++i) {
+            const auto& [control, values] = sweeps[i];
+            const std::size_t columns = sweeps.size() - 1 == i ? 1 : sweepColumns();
+            const auto& [text, value] = values[place / columns % values.size()];
+            effect.set(*control, [chosen = value](double) { return chosen; });
+            label += fmt::format("{}{} {}", i != 0 ? "  " : "", control->declared.uniformName, text);
+        }
+        add(place, PictureOf(*render(input)), label);
+    }
+}
+
 void Renderer::run(const Steps& steps) {
     const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
     const unsigned threads = options.threads != 0 ? options.threads : std::max(cores / options.jobs, 1u);
@@ -38,7 +74,7 @@ void Renderer::run(const Steps& steps) {
     const std::uint64_t frameBytes = std::uint64_t{extent.width} * extent.height * bitDepth / 2;
     FramePipeline<FrameInput, EncodedFrame> pipeline(
         {.read = [this](std::int32_t frame) { return read(frame); },
-         .render = [this](std::int32_t, const FrameInput& input) { return effect.render(input); },
+         .render = [this](std::int32_t, const FrameInput& input) { return render(input); },
          .write = [&](std::int32_t frame,
                       const host::World& picture) { return steps.encode(frame, PictureOf(picture)); },
          .report = steps.report,
@@ -63,6 +99,17 @@ void Renderer::setControls() {
             throw WrongCommandLine(name, "has keys and a --set", "leave one of them out");
         effect.set(control, [value = ParseControlValue(control.declared, text)](double) { return value; });
     }
+    for (const std::string& text : options.sweeps) {
+        sweeps.push_back(ParseSweep(effect.controls(), text));
+        const Control* const control = sweeps.back().control;
+        const auto isSet = [&](const auto& value) { return &FindControl(effect.controls(), value.first) == control; };
+        if (keyframes.tracks().contains(control) || std::ranges::any_of(plan.values, isSet) ||
+            (sweeps.size() > 1 && sweeps.front().control == control))
+            throw WrongCommandLine(control->declared.uniformName, "has a sweep and another value", "keep one of them");
+    }
+    if (sweepSize() > ContactSheet::kMostPictures)
+        throw WrongCommandLine("--sweep",
+                               fmt::format("a sheet shows at most {} pictures", ContactSheet::kMostPictures));
     for (const auto& [control, track] : keyframes.tracks()) {
         // To a millionth, so that a frame's time leads back to its number.
         effect.set(*control, [track = track, rate = plan.framesPerSecond](double seconds) {

@@ -5,6 +5,7 @@
 
 #include "cli/commands/RenderPlan.h"
 #include "cli/effect/LoadedEffect.h"
+#include "cli/keyframes/Sweep.h"
 #include "cli/movie/FrameOutput.h"
 #include "cli/sequence/FramePipeline.h"
 
@@ -29,7 +30,14 @@ public:
     // All frames of the plan. Throws a ToolError for the first one that fails.
     void run(const Steps& steps);
 
+    // The values of --sweep, row by row, with the frame at each. `add` gets a picture in a host's form.
+    std::size_t sweepSize() const;
+    std::size_t sweepColumns() const { return sweeps.size() > 1 ? sweeps[1].values.size() : 0; }
+    void runSweep(const std::function<void(std::size_t place, const Picture& picture, const std::string& label)>& add);
+
 private:
+    std::shared_ptr<host::World> render(const FrameInput& input);
+    EffectSource sourceToRender() const;
     PictureExtent openInput();
     void setControls();
     FrameInput read(std::int32_t frame);
@@ -39,6 +47,7 @@ private:
     EffectSource source;  // until the effect takes it
     LoadedEffect effect;
     std::vector<const Control*> layerControls;  // of plan.layers
+    std::vector<Sweep> sweeps;
     std::uint32_t bitDepth = 0;
 };
 

@@ -7,6 +7,7 @@
 
 #include "cli/effect/EffectDescription.h"
 #include "cli/effect/LinkedEngine.h"
+#include "cli/effect/ShownTarget.h"
 #include "cli/effect/TemplateModule.h"
 #include "cli/system/ModuleKind.h"
 #include "entities/Context.h"
@@ -77,6 +78,17 @@ Json DescribeExtent(const Texture& texture) {
     return {{"width", texture.width}, {"height", texture.height}, {"bits", texture.bitDepth}};
 }
 
+// By the number and the variable that --show takes.
+Json DescribeTargets() {
+    Json list = Json::array();
+    for (const ListedTarget& target : ListTargets()) {
+        Json facts = {{"index", list.size() + 1}, {"variable", target.variable}};
+        facts.update(DescribeExtent(Context::Instance().FindRenderTarget(target.id)));
+        list.push_back(std::move(facts));
+    }
+    return list;
+}
+
 Json DescribeShader(const Shader& shader, const std::vector<Parameter>& declarations, const std::string& script) {
     if (!shader.isBuilt()) return {};
     Json uniforms = Json::array();
@@ -128,7 +140,7 @@ Json DescribeEngine(const std::string& script) {
     return {
         {"shaders", DescribeAll(&Context::FindShader,
                                 [&](const Shader& shader) { return DescribeShader(shader, declarations, script); })},
-        {"targets", DescribeAll(&Context::FindRenderTarget, DescribeExtent)},
+        {"targets", DescribeTargets()},
         {"textures", DescribeAll(&Context::FindTexture, DescribeExtent)}};
 }
 

@@ -22,6 +22,12 @@ MovieWriter::Form FormOf(const Picture& picture) {
     return {picture.width, picture.height, BitDepth(picture.format)};
 }
 
+class Nowhere : public FrameOutput {
+public:
+    EncodedFrame encode(std::int32_t, const Picture&) const override { return {}; }
+    std::string add(std::int32_t, EncodedFrame) override { return ""; }
+};
+
 class PictureFiles : public FrameOutput {
 public:
     explicit PictureFiles(const OutputOptions& outputOptions) : options(outputOptions) {}
@@ -127,10 +133,11 @@ bool IsStandardOutput(const std::filesystem::path& path) {
 }
 
 bool IsPictureOutput(const std::filesystem::path& path) {
-    return !IsStandardOutput(path) && !IsMovieOutput(path);
+    return !path.empty() && !IsStandardOutput(path) && !IsMovieOutput(path);
 }
 
 std::unique_ptr<FrameOutput> MakeFrameOutput(const OutputOptions& options) {
+    if (options.path.empty()) return std::make_unique<Nowhere>();
     if (IsStandardOutput(options.path)) return std::make_unique<Stream>(options);
     if (IsMovieOutput(options.path)) return std::make_unique<Movie>(options);
     return std::make_unique<PictureFiles>(options);

@@ -14,7 +14,7 @@ namespace quillon::cli {
 enum class StreamForm { raw, y4m };
 
 struct OutputOptions {
-    std::filesystem::path path;  // of a picture, a pattern or a movie; "-": standard output
+    std::filesystem::path path;  // of a picture, a pattern or a movie; "-": standard output; empty: nowhere
     StorageOptions storage;
     StreamForm stream = StreamForm::raw;
     Background background;  // of what has no alpha

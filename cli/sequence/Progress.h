@@ -20,6 +20,8 @@ public:
 
     // One more frame is done, whichever it is.
     void count(std::int32_t frame, const std::string& path, const FrameTimes& times);
+    // Removes the bar, which print() and count() bring back.
+    void clear() { bar.clear(); }
     // Prints the path as a result unless it is empty.
     void print(const std::string& path);
 

@@ -160,6 +160,87 @@ TEST_F(Sequences, ProcessesReportAsOneWould) {
     EXPECT_NE(wrong.err.find("nothing: the effect has no"), std::string::npos) << wrong.err;
 }
 
+TEST_F(Sequences, RenderTargetsAreShownByVariableOrNumber) {
+    addEffect("rooms",
+              {{"fx.js",
+                "var s, rooms, box = {};\n"
+                "function setup() {\n"
+                "  s = QL_initShader('s', 'uniform float a; void main() { gl_FragColor = vec4(a, gl_FragCoord.y, 0.0, "
+                "1.0); }');\n"
+                "  rooms = [QL_initRenderTarget(1, 2, 16), QL_initRenderTarget(2, 3, 32)];\n"
+                "  box.small = QL_initRenderTarget(1, 1, 8);\n}\n"
+                "function draw() {\n"
+                "  [rooms[0], rooms[1], box.small, QL_getSequenceRT()].forEach(function (target, i) {\n"
+                "    QL_setShaderParamVal(s, 'a', (i + 1) / 4); QL_renderShader(s, target, true); });\n}\n"}});
+    ASSERT_EQ(run("pack rooms -o " + Module("rooms")).status, 0);
+    const std::string render = " -i in.argb --size 100x1 --depth 32 -o shown.argb --show ";
+    for (const std::string& effect : {std::string("rooms"), Module("rooms")}) {
+        ASSERT_EQ(run("render " + effect + render + "\"rooms[1]\"").err, "") << effect;
+        // Alpha, red, green, blue; the row at GL's bottom is last.
+        const std::vector<float> kPixels = {1, 0.5f, 2.5f, 0, 1, 0.5f, 2.5f, 0, 1, 0.5f, 1.5f, 0,
+                                            1, 0.5f, 1.5f, 0, 1, 0.5f, 0.5f, 0, 1, 0.5f, 0.5f, 0};
+        EXPECT_EQ(readSamples<float>("shown.argb"), kPixels) << effect;
+    }
+    ASSERT_EQ(run("render rooms" + render + "\"rooms[0]\"").err, "");
+    EXPECT_EQ(readSamples<std::uint16_t>("shown.argb"),
+              (std::vector<std::uint16_t>{32768, 8192, 32768, 0, 32768, 8192, 16384, 0}));
+    const std::string listed = run("info rooms").out;
+    for (const std::string variable : {"rooms[0]", "rooms[1]", "box.small"}) {
+        const std::size_t end = listed.find(", variable " + variable);
+        ASSERT_NE(end, std::string::npos) << listed;
+        const std::string number =
+            listed.substr(listed.rfind("index ", end) + 6, end - listed.rfind("index ", end) - 6);
+        ASSERT_EQ(run("render rooms" + render + number).err, "");
+        const std::string byNumber = readFile("shown.argb");
+        ASSERT_EQ(run("render rooms" + render + '"' + variable + '"').err, "");
+        EXPECT_EQ(readFile("shown.argb"), byNumber) << variable;
+    }
+    const ToolRun wrong = run("render rooms" + render + "room");
+    EXPECT_EQ(wrong.status, 2);
+    EXPECT_NE(wrong.err.find("box.small"), std::string::npos) << wrong.err;
+}
+
+TEST_F(Sequences, AreSeenOnSheets) {
+    // The middle of a small picture, alpha, red, green, blue, and whether there is text below it.
+    const auto cell = [this](std::uint32_t sheetWidth, std::uint32_t column, std::uint32_t row) {
+        const std::vector<std::uint8_t> bytes = readSamples<std::uint8_t>("sheet.argb");
+        // Pictures of 100x1 with 24 rows of text, 8 pixels apart.
+        const std::uint32_t left = 8 + 108 * column, top = 8 + 33 * row;
+        const auto at = [&](std::uint32_t x, std::uint32_t y) { return &bytes.at((y * sheetWidth + x) * 4); };
+        bool hasText = false;
+        for (std::uint32_t y = top + 1; y < top + 25; ++y)
+            for (std::uint32_t x = left; x < left + 100; ++x) hasText = hasText || at(x, y)[1] == 255;
+        const std::uint8_t* const middle = at(left + 50, top);
+        return std::vector<int>{middle[0], middle[1], middle[2], middle[3], hasText};
+    };
+    const std::string render = "render fx -i in.argb --size 100x1 --depth 32 --contact-sheet sheet.argb ";
+    ASSERT_EQ(run(render + "--sweep amount=0.2,1,0.4 --sweep \"center=0,0;10,0\"").err, "");
+    EXPECT_EQ(readFile("sheet.argb").size(), 4u * (8 + 2 * 108) * (8 + 3 * 33));
+    EXPECT_EQ(cell(224, 0, 0), (std::vector<int>{255, 51, 0, 0, 1}));
+    EXPECT_EQ(cell(224, 1, 1), (std::vector<int>{255, 255, 255, 0, 1}));
+    EXPECT_EQ(cell(224, 0, 2), (std::vector<int>{255, 102, 0, 0, 1}));
+    const ToolRun frames = run(render + "--frames 0-20x10 --key amount@0=0 --key amount@20=1 -o o##.argb");
+    EXPECT_EQ(frames.out, "o00.argb\no10.argb\no20.argb\nsheet.argb\n");
+    EXPECT_EQ(cell(224, 1, 0), (std::vector<int>{255, 128, 0, 0, 1}));
+    EXPECT_EQ(cell(224, 0, 1), (std::vector<int>{255, 255, 0, 0, 1}));
+
+    const std::pair<const char*, const char*> kRows[] = {
+        {"--sweep amount=1,much", "amount: \"much\" is not a value for it"},
+        {"--sweep amount=1,2 --set amount=1", "amount: has a sweep and another value"},
+        {"--sweep amount=1,2 --sweep amount=3", "amount: has a sweep and another value"},
+        {"--sweep amount=1,2 --frames 0-1", "--sweep: shows one frame"},
+        {"--sweep amount=1,2 -o o.argb", "--sweep: is for --contact-sheet"},
+        {"--frames 0-999", "--contact-sheet: shows at most 400 frames"},
+        {"--frames 0-9 -j 2", "--contact-sheet: is made by one process"},
+    };
+    for (const auto& [options, words] : kRows) {
+        const ToolRun result = run(render + options);
+        EXPECT_EQ(result.status, 2) << options;
+        EXPECT_NE(result.err.find(words), std::string::npos) << options << ": " << result.err;
+    }
+    EXPECT_NE(run("render fx -i in.argb --size 100x1 --depth 32").err.find("-o is missing"), std::string::npos);
+}
+
 TEST_F(Sequences, AWorkerThatDoesNotAnswerIsEnded) {
     addEffect("endless", {{"fx.js", "while (true);"}});
     cli::WorkerGroup workers(2, ToolProgram());

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/World.h"
+
+namespace quillon::cli {
+
+// A render target of the engine that is linked into the tool.
+struct ListedTarget {
+    std::uint32_t id = 0;
+    std::string variable;  // of the script, as "trail", "atlas.light" or "rooms[1]"; empty when none holds it
+};
+
+// All that are live, in the order in which they were made as long as none was released. An instance's output is among
+// them.
+std::vector<ListedTarget> ListTargets();
+
+// What was last drawn into a target, which goes by its variable or its number in the list, from 1: the row that is last
+// in an output that comes out upright is last. Targets of 15 bits give 16. Throws WrongCommandLine, with the list, for
+// one that is not there, and a Fault when it cannot be read.
+std::shared_ptr<host::World> ReadTarget(const std::string& name);
+
+}  // namespace quillon::cli
