@@ -21,9 +21,21 @@ std::string OwnFile() {
     return FileAt(reinterpret_cast<const void*>(&OwnModuleFile));
 }
 
-// The beginnings of the file names of ffmpeg's library, and of its programs when they are linked with it statically.
-constexpr std::string_view kMillisecondHosts[] = {"libavfilter", "ffmpeg", "ffplay", "ffprobe"};
+// ffmpeg's library counts milliseconds. It exports this function, whatever its file is called. A program that is linked
+// with it statically exports nothing: ffmpeg's own ones are known by the beginnings of their names.
+constexpr char kFunctionOfLibrary[] = "avfilter_version";
+constexpr std::string_view kPrograms[] = {"ffmpeg", "ffplay", "ffprobe"};
 constexpr double kMillisecondsPerSecond = 1000;
+
+bool HasFunction(const std::string& file, const char* function) {
+    void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (!handle) return false;
+    // Libraries that the file needs are searched too.
+    const void* const found = dlsym(handle, function);
+    const bool isOwn = found && FileAt(found) == file;
+    dlclose(handle);
+    return isOwn;
+}
 
 }  // namespace
 
@@ -36,10 +48,11 @@ void* KeepOwnModuleLoaded() {
 }
 
 double HostTimeOfASecond(const void* hostCode) {
-    const std::string name = std::filesystem::path(FileAt(hostCode)).filename().string();
-    const bool isMilliseconds = std::ranges::any_of(
-        kMillisecondHosts, [&name](std::string_view beginning) { return name.starts_with(beginning); });
-    return isMilliseconds ? kMillisecondsPerSecond : 1;
+    const std::string file = FileAt(hostCode);
+    const std::string name = std::filesystem::path(file).filename().string();
+    const bool isProgram =
+        std::ranges::any_of(kPrograms, [&name](std::string_view beginning) { return name.starts_with(beginning); });
+    return isProgram || HasFunction(file, kFunctionOfLibrary) ? kMillisecondsPerSecond : 1;
 }
 
 }  // namespace quillon::frei0r
