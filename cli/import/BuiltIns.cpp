@@ -5,13 +5,12 @@ namespace quillon::cli {
 namespace {
 
 // The days of both formats' dates are the same; only the month counts from 1 or from 0.
-constexpr BuiltIn kBuiltIns[] = {
-    {"TIME", "float", "frame.time", false},
-    {"TIMEDELTA", "float", "frame.delta", true},
-    {"FRAMEINDEX", "int", "frame.index", true},
-    {"DATE", "vec4", "[2000, 1, 1, frame.time % 86400]", false},
-    {"PASSINDEX", "int", "index", false},
-    {"RENDERSIZE", "vec2", "[width, height]", false},
+constexpr BuiltIn kOfIsf[] = {
+    {"TIME", "float", "frame.time", false},     {"TIMEDELTA", "float", "frame.delta", true},
+    {"FRAMEINDEX", "int", "frame.index", true}, {"DATE", "vec4", "[2000, 1, 1, frame.time % 86400]", false},
+    {"PASSINDEX", "int", "index", false},       {"RENDERSIZE", "vec2", "[width, height]", false},
+};
+constexpr BuiltIn kOfPasted[] = {
     {"iTime", "float", "frame.time", false},
     {"iGlobalTime", "float", "frame.time", false},
     {"iTimeDelta", "float", "frame.delta", true},
@@ -24,12 +23,13 @@ constexpr BuiltIn kBuiltIns[] = {
 
 }  // namespace
 
-std::span<const BuiltIn> BuiltIns() {
-    return kBuiltIns;
+std::span<const BuiltIn> BuiltIns(ShaderFormat format) {
+    if (format == ShaderFormat::isf) return kOfIsf;
+    return kOfPasted;
 }
 
-const BuiltIn* FindBuiltIn(const std::string& name) {
-    for (const BuiltIn& builtIn : kBuiltIns) {
+const BuiltIn* FindBuiltIn(const std::string& name, ShaderFormat format) {
+    for (const BuiltIn& builtIn : BuiltIns(format)) {
         if (name == builtIn.name) return &builtIn;
     }
     return nullptr;

@@ -5,6 +5,8 @@
 
 namespace quillon::cli {
 
+enum class ShaderFormat { isf, pasted };
+
 // What a shader file expects the host to fill in, and what the script hands over for it.
 struct BuiltIn {
     const char* name;
@@ -13,10 +15,10 @@ struct BuiltIn {
     bool needsFrames;   // counts frames: the script must know how fast they follow
 };
 
-// Those of all formats.
-std::span<const BuiltIn> BuiltIns();
+// In a file of another format the same names are its author's.
+std::span<const BuiltIn> BuiltIns(ShaderFormat format);
 
-// Null when no built-in has that name.
-const BuiltIn* FindBuiltIn(const std::string& name);
+// Null when no built-in of the format has that name.
+const BuiltIn* FindBuiltIn(const std::string& name, ShaderFormat format);
 
 }  // namespace quillon::cli

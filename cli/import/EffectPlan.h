@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/import/BuiltIns.h"
+
 namespace quillon::cli {
 
 // What a shader file asks of an effect, free of the file's format. From this the effect's folder is written.
@@ -77,6 +79,7 @@ struct PlannedPass {
 };
 
 struct EffectPlan {
+    ShaderFormat format = ShaderFormat::isf;
     std::string name;        // of the effect, as people read it
     std::string about{};     // what it does
     std::string credit{};    // who made it

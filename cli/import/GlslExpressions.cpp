@@ -349,6 +349,11 @@ GlslWalk::Node GlslWalk::call(std::size_t namePlace) {
         token(namePlace).text = "mixWhere";
         wanted.insert("mixWhere");
     }
+    if ((name == "texture" || name == "textureLod") && types.size() > 1 && types[1] == FloatOfSize(3))
+        findings.refuse(token(namePlace).line,
+                        name +
+                            " at three numbers: there are no cube maps and no volumes; read a flat picture, at "
+                            "longitude and latitude for example");
     const BuiltInCall builtIn = CallBuiltIn(name, types);
     if (builtIn.needsFloats) {
         for (Node& value : values) convert(value, FloatOfSize(1));

@@ -126,7 +126,7 @@ private:
                             Kind::config);
             return false;
         }
-        if (FindBuiltIn(name) || name.starts_with("isf_")) {
+        if (FindBuiltIn(name, ShaderFormat::isf) || name.starts_with("isf_")) {
             findings.refuse(lineOf(name), fmt::format("{} \"{}\": ISF itself has this name; rename it", what, name),
                             Kind::config);
             return false;

@@ -66,7 +66,7 @@ private:
             const auto isNamed = [&](const auto& picture) { return picture.name == uniform.name; };
             const auto renamed = file.renamed.find(uniform.name);
             const std::string& name = renamed == file.renamed.end() ? uniform.name : renamed->second;
-            if (file.uniforms.contains(name) || FindBuiltIn(name) || renamed != file.renamed.end() ||
+            if (file.uniforms.contains(name) || FindBuiltIn(name, ShaderFormat::isf) || renamed != file.renamed.end() ||
                 std::ranges::any_of(file.plan.images, isNamed) || std::ranges::any_of(file.plan.targets, isNamed))
                 continue;
             const auto place = std::ranges::find(before, uniform.name, &GlslToken::source);
@@ -104,7 +104,8 @@ private:
             options.globals[varying.name] = type;
         }
         for (const std::string& word : words) {
-            if (const BuiltIn* builtIn = FindBuiltIn(word)) options.globals[word] = *TypeNamed(builtIn->type);
+            if (const BuiltIn* builtIn = FindBuiltIn(word, ShaderFormat::isf))
+                options.globals[word] = *TypeNamed(builtIn->type);
         }
         for (const Varying& uniform : unfed)
             options.globals[uniform.name] = TypeNamed(uniform.type).value_or(GlslType{});
@@ -125,7 +126,7 @@ private:
             if (words.contains(control.uniform)) declare(file.uniforms.at(control.uniform), control.uniform, text);
         }
         for (const std::string& word : words) {
-            if (const BuiltIn* builtIn = FindBuiltIn(word)) declare(builtIn->type, word, text);
+            if (const BuiltIn* builtIn = FindBuiltIn(word, ShaderFormat::isf)) declare(builtIn->type, word, text);
         }
         for (const Varying& uniform : unfed)
             text += fmt::format("uniform {} {}{};\n", uniform.type, uniform.name, uniform.array);

@@ -57,7 +57,7 @@ public:
 
     void run() {
         EffectPlan& plan = effect.plan;
-        plan = {.name = request.name, .about = sources.about, .credit = sources.credit};
+        plan = {.format = ShaderFormat::pasted, .name = request.name, .about = sources.about, .credit = sources.credit};
         ImportFindings whole(request.from.generic_string());
         for (const std::string& fault : sources.faults) whole.refuse(0, fault);
         for (const std::string& warning : sources.warnings) whole.warn(0, warning);
@@ -232,7 +232,8 @@ private:
             if (control.uniform != control.name) options.globals[control.name] = {GlslType::Base::integer};
         }
         for (const std::string& word : words) {
-            if (const BuiltIn* builtIn = FindBuiltIn(word)) options.globals[word] = *TypeNamed(builtIn->type);
+            if (const BuiltIn* builtIn = FindBuiltIn(word, ShaderFormat::pasted))
+                options.globals[word] = *TypeNamed(builtIn->type);
         }
         options.globals["iMouse"] = FloatOfSize(4);
         options.own = FunctionsOf(common);
@@ -269,7 +270,7 @@ private:
                 text += fmt::format("#define {} int(floor({} + 0.5))\n", control.name, control.uniform);
         }
         for (const std::string& word : words) {
-            if (const BuiltIn* builtIn = FindBuiltIn(word)) declare(builtIn->type, word);
+            if (const BuiltIn* builtIn = FindBuiltIn(word, ShaderFormat::pasted)) declare(builtIn->type, word);
         }
         if (words.contains("iMouse")) declare("vec4", "iMouse");
         if (words.contains("iChannelResolution")) {

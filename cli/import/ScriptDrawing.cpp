@@ -94,7 +94,7 @@ private:
         line("");
         line("function render{}(target, width, height{}) {{", Capitalized(shader.name), needsIndex ? ", index" : "");
         line("    var shader = shaders.{};", shader.name);
-        for (const BuiltIn& builtIn : BuiltIns()) {
+        for (const BuiltIn& builtIn : BuiltIns(plan.format)) {
             if (shader.uniforms.contains(builtIn.name))
                 line("    QL_setShaderParamVal(shader, '{}', {});", builtIn.name, builtIn.value);
         }

@@ -7,7 +7,7 @@
 namespace quillon::cli {
 
 ScriptPart::ScriptPart(const EffectPlan& effectPlan) : plan(effectPlan), isPersistent(plan.isPersistent()) {
-    for (const BuiltIn& builtIn : BuiltIns())
+    for (const BuiltIn& builtIn : BuiltIns(plan.format))
         countsFrames = countsFrames || (builtIn.needsFrames && plan.uses(builtIn.name));
     needsRate = countsFrames && !isPersistent;
 }

@@ -145,12 +145,13 @@ TEST_F(Dialect, WhatCannotBeCarriedOverIsRefusedWithItsLine) {
     EXPECT_EQ(run("new x --from missing.fs").status, 1);
 }
 
-// Names that scripts or shaders keep for themselves are names like any other.
+// Names that scripts, shaders or other formats keep for themselves are names like any other.
 TEST_F(Dialect, KeptWordsAreGoodNames) {
     import("default", "new.fs", R"(/*{ "INPUTS": [{"NAME": "class", "TYPE": "float", "DEFAULT": 0.5},
         {"NAME": "input", "TYPE": "image"}, {"NAME": "function", "TYPE": "image"}],
         "PASSES": [{"TARGET": "this_", "WIDTH": "$class*4"}, {}] }*/
-        void main() { gl_FragColor = IMG_THIS_PIXEL(input) * class + 0.0 * IMG_THIS_PIXEL(this_) * TIME; })");
+        float iTime = class * 1.0;
+        void main() { gl_FragColor = IMG_THIS_PIXEL(input) * iTime + 0.0 * IMG_THIS_PIXEL(this_) * TIME; })");
     ExpectPicture(render("default"), [](int x, int y) {
         Color color = Input(x, y);
         for (float& channel : color) channel *= 0.5f;

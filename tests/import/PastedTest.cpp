@@ -12,9 +12,11 @@ using Pasted = ImportTest;
 // The text adds to its color before it has written it, and counts on 0.
 TEST_F(Pasted, UniformsAndChannelsAreFed) {
     import("uniforms", "uniforms.glsl", R"(
+        #define TIME iTime
+        const float RENDERSIZE = 1.0;
         void mainImage(out vec4 color, in vec2 at) {
             color += texture(iChannel0, at / iResolution.xy);
-            if (at.x < 1.0) color = vec4(at, iTime, iFrame);
+            if (at.x < 1.0) color = vec4(at, TIME * RENDERSIZE, iFrame);
             else if (at.x < 2.0) color = vec4(iChannelResolution[0].xy, iChannelResolution[2].z, iTimeDelta);
             else if (at.x < 3.0) color = iMouse;
             else if (at.x < 4.0) color += 1.0;
@@ -125,6 +127,8 @@ TEST_F(Pasted, RefusalsAndWrongCommandLines) {
          "x.glsl:1: error: uniform mat2 m: no control"},
         {"void mainImage(out vec4 c, vec2 p) { c = texture(iChannel0, p); }", "--channel image:0=b", 1,
          "give its text with"},
+        {"void mainImage(out vec4 c, vec2 p) {\n c = texture(iChannel0, vec3(p, 1)); }", "", 1,
+         "x.glsl:2: error: texture at three numbers: there are no cube maps"},
         {"void mainImage(out vec4 c, vec2 p) {}", "--channel image:9=a", 2, "write it as PASS:N=SOURCE"},
         {"void mainImage(out vec4 c, vec2 p) {}", "--channel c:0=a", 2, "there is no such pass"},
         {"void mainImage(out vec4 c, vec2 p) {}", "--expose NAME", 1, "there is no line \"#define NAME NUMBER\""},
