@@ -147,6 +147,7 @@ void TakeChannelLines(PastedPass& pass, const ImportRequest& request) {
                 if (line.find("WrapMode") < quote) pass.tiled[channel] = value == "Repeat" || value == "repeat";
             } else {
                 if (value.starts_with("file://")) value.erase(0, 7);
+                std::ranges::replace(value, '\\', '/');  // as files from Windows have it
                 std::string source =
                     value == "self" || value == "keyboard" || value == "picture" ? value : BufferNamed(value);
                 for (const auto& [buffer, path] : request.buffers) {

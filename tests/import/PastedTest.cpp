@@ -133,8 +133,8 @@ TEST_F(Pasted, RefusalsAndWrongCommandLines) {
         {"void mainImage(out vec4 c, vec2 p) {}", "--channel c:0=a", 2, "there is no such pass"},
         {"void mainImage(out vec4 c, vec2 p) {}", "--expose NAME", 1, "there is no line \"#define NAME NUMBER\""},
         {"void mainImage(out vec4 c, vec2 p) {\n c = no; }", "", 1, "x.glsl:2: error: "},
-        {"#iChannel0 \"no.png\"\nvoid mainImage(out vec4 c, vec2 p) { c = texture(iChannel0, p); }", "", 1,
-         "no file \"no.png\""},
+        {"#iChannel0 \"file://pictures\\no.png\"\nvoid mainImage(out vec4 c, vec2 p) { c = texture(iChannel0, p); }",
+         "", 1, "no file \"pictures/no.png\""},
         {R"({"Shader": {"renderpass": [{"type": "buffer", "name": "Buffer A", "code": "void mainImage(out vec4 c, vec2 p) {}"}]}})",
          "", 1, "it has no image pass"},
     };
