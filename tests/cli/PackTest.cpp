@@ -68,7 +68,7 @@ TEST_F(Pack, NamesOutsideAsciiArePassedThrough) {
     EXPECT_EQ(run("render \"" + name + input + "1.argb\"").err.rfind(name + "/" + name + ".frag: error: ", 0), 0u);
 }
 
-TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
+TEST_F(Pack, RefusesWhatCannotBecomeAModuleOrWouldBecomePartOfOne) {
     struct Row {
         Files files;
         const char* arguments;
@@ -81,6 +81,10 @@ TEST_F(Pack, RefusesWhatCannotBecomeAModule) {
 #endif
         {{{"fx.js", ""}}, "pack fx -o a.dll", "quillon: error: a.dll: modules end in .so for Linux and in .aex", 2},
         {{{"fx.js", ""}}, "pack fx -o fx/a.so", "quillon: error: fx/a.so: is in the effect's folder", 2},
+        {{{"fx.js", ""}},
+         "render fx -i a.png -o fx/b##.png --frames 1-2",
+         "quillon: error: fx/b##.png: is in the effect's",
+         2},
         {{{"fx.js", ""}}, "pack fx/fx.js -o a.so", "quillon: error: fx/fx.js: is not a folder"},
     };
     for (const Row& row : kRows) {

@@ -1,3 +1,5 @@
+#include <thread>
+
 #include "entities/Context.h"
 #include "support/EngineTest.h"
 #include "support/Pixels.h"
@@ -143,6 +145,28 @@ TEST_F(FrameOperations, ShareALayersPixelsButNameThemToOneInstance) {
     upload(1);
     EXPECT_EQ(engine.parameterInfo(1)->wordValue(), Context::Instance().FindTexture(0x4000002).textureName.get());
     EXPECT_EQ(eval("QL_getSurfaceDim(67108866)"), "[3,2,16]");
+}
+
+// Panels are updated without a context.
+TEST_F(FrameOperations, CopyAnUploadForAScriptThatAsksWhileThePanelIsUpdated) {
+    start(
+        "var copy; function setup() {}\n"
+        "function updateUIFlags() { copy = QL_textureToSurface(QL_getSequenceTexture()); }\n"
+        "function draw() { if (copy) QL_surfaceCopyTo(copy, QL_getSequenceRT(), false); }");
+    addInstance();
+    const Bytes picture = DistinctPicture(3, 2, 8);
+    frame(3, 2, 8, picture);
+    engine.updateUIFlags();
+    EXPECT_EQ(frame(3, 2, 8), picture);
+}
+
+// A host may start an effect on a thread that it ends. What the system keeps for that thread, as a window, ends with
+// it.
+TEST_F(FrameOperations, OutliveTheThreadThatStartedTheEngine) {
+    std::thread([this] { start(CopyScript(false), {{"copy.frag", kCopyFragment}}); }).join();
+    addInstance();
+    const Bytes picture = DistinctPicture(3, 2, 8);
+    for (int turn = 0; turn < 2; ++turn) EXPECT_EQ(frame(3, 2, 8, picture), picture);
 }
 
 }  // namespace

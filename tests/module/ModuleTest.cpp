@@ -4,6 +4,7 @@
 
 #include "host/HostSession.h"
 #include "packer/ModuleWriter.h"
+#include "packer/WholeFile.h"
 #include "support/BuiltFiles.h"
 #include "support/EngineTest.h"
 #include "support/Pixels.h"
@@ -65,6 +66,15 @@ TEST_F(Module, TwoEffectsInOneProcessShareNothing) {
     EXPECT_EQ(Render(b, input), ReversedRows(input, 3));
     second.remove(b);
 }
+
+#ifdef NDEBUG  // other builds keep their symbols for debuggers
+TEST_F(Module, LeavesOutTheTableOfItsSymbols) {
+    const std::vector<std::byte> file = ReadWholeFile(TemplateModule());
+    const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+    EXPECT_NE(text.find("EntryPointFunc"), text.npos);
+    EXPECT_EQ(text.find("duk_push_string"), text.npos);
+}
+#endif
 
 using ModuleDeathTest = Module;
 
