@@ -16,9 +16,7 @@ void Sequence::prepareOutput(const FrameImage& image, double frameTime) {
         renderTarget = owner->NewRenderTarget(image.width, image.height, image.bits);
         return;
     }
-    // Anew for every frame, in the same size too: the texture keeps its name and the framebuffer its attachment.
-    const PixelLayout layout{image.width, image.height, image.bits, static_cast<std::int64_t>(image.stride)};
-    target.uploadPixels(nullptr, layout, /*argbOrdered=*/true, /*expand15=*/true);
+    target.startFrame({image.width, image.height, image.bits, static_cast<std::int64_t>(image.stride)});
 }
 
 void Sequence::setInput(const FrameImage& image) {

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "imagelib/UnitWords.h"
 #include "platform/Truncation.h"
 
 namespace quillon {
@@ -16,17 +17,23 @@ constexpr GLuint kPackBuffer = 4863;
 
 // Makes the bound pack buffer hold `bytes`. A buffer of that size is kept from frame to frame, since the driver pays
 // for fresh memory page by page. Where the read-back does not fill what the depth promises, the rest is zero.
-void SizePackBuffer(std::uint32_t bytes, std::uint32_t bitDepth) {
+void SizePackBuffer(std::uint64_t bytes, std::uint32_t bitDepth) {
+    const auto size = static_cast<GLsizeiptr>(bytes);
     const bool isFilled = bitDepth == 8 || bitDepth == 16 || bitDepth == 32;
     if (!isFilled) {
         const std::vector<std::byte> zeros(bytes);
-        glBufferData(GL_PIXEL_PACK_BUFFER, bytes, zeros.data(), GL_STREAM_READ);
+        glBufferData(GL_PIXEL_PACK_BUFFER, size, zeros.data(), GL_STREAM_READ);
         return;
     }
-    GLint present = 0;
+    GLint present = 0;  // cut for the largest
     glGetBufferParameteriv(GL_PIXEL_PACK_BUFFER, GL_BUFFER_SIZE, &present);
-    if (static_cast<std::uint32_t>(present) != bytes)
-        glBufferData(GL_PIXEL_PACK_BUFFER, bytes, nullptr, GL_STREAM_READ);
+    if (present != size) glBufferData(GL_PIXEL_PACK_BUFFER, size, nullptr, GL_STREAM_READ);
+}
+
+// The bound framebuffer, to transparent black.
+void Clear() {
+    glClearColor(0, 0, 0, 0);
+    glClear(GL_COLOR_BUFFER_BIT);
 }
 
 }  // namespace
@@ -44,10 +51,21 @@ bool RenderTarget::initTarget(std::uint32_t columns, std::uint32_t rows, std::ui
     framebufferName.reset(fresh);
     glBindFramebuffer(GL_FRAMEBUFFER, framebufferName.get());
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, textureName.get(), 0);
-    glClearColor(0, 0, 0, 0);
-    glClear(GL_COLOR_BUFFER_BIT);
+    Clear();
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     return isUsable();
+}
+
+void RenderTarget::startFrame(const PixelLayout& layout) {
+    if (!hasStorageFor(layout)) {
+        uploadPixels(nullptr, layout, /*argbOrdered=*/true, /*expand15=*/false);
+        return;
+    }
+    describe(layout, /*argbOrdered=*/true);
+    // An earlier frame's pixels must not show where the script draws none. A driver drops the clearing of what is drawn
+    // over at once.
+    glBindFramebuffer(GL_FRAMEBUFFER, framebufferName.get());
+    Clear();
 }
 
 void RenderTarget::bindTarget(const Viewport& viewport) {
@@ -79,12 +97,16 @@ const void* RenderTarget::mapPixels() {
     // GL would read nothing, and an earlier frame is still in the buffer.
     if (!storageExists()) return nullptr;
 
+    // Words are made here of the floats that the storage has: drivers take several times as long for it.
+    const bool makesWords = bitDepth == 16;
     glBindBuffer(GL_PIXEL_PACK_BUFFER, kPackBuffer);
-    SizePackBuffer(bytes, bitDepth);
+    SizePackBuffer(makesWords ? pixels * sizeof(float[4]) : bytes, bitDepth);
     glReadBuffer(GL_COLOR_ATTACHMENT0);
-    glReadPixels(0, 0, static_cast<GLsizei>(width), static_cast<GLsizei>(height), GL_RGBA, GLChannelType(bitDepth),
-                 nullptr);
-    return glMapBuffer(GL_PIXEL_PACK_BUFFER, GL_READ_ONLY);
+    glReadPixels(0, 0, static_cast<GLsizei>(width), static_cast<GLsizei>(height), GL_RGBA,
+                 makesWords ? GL_FLOAT : GLChannelType(bitDepth), nullptr);
+    void* const mapped = glMapBuffer(GL_PIXEL_PACK_BUFFER, makesWords ? GL_READ_WRITE : GL_READ_ONLY);
+    if (makesWords && mapped) WordsFromUnits(static_cast<std::byte*>(mapped), pixels * 4);
+    return mapped;
 }
 
 void RenderTarget::unmapPixels() {

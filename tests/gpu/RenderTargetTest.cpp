@@ -1,6 +1,7 @@
 #include "gpu/RenderTarget.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "support/GLTest.h"
@@ -68,6 +69,43 @@ TEST_F(RenderTargetTest, CutsTheViewportTowardZeroOrTakesTheWhole) {
         target.bindTarget({0, 0, std::abs(wild), std::abs(wild)});
     }
     while (glGetError() != GL_NO_ERROR) {
+    }
+}
+
+// Channels in the middle between two words, just beside it, and what is no channel.
+TEST_F(RenderTargetTest, RoundsWordsAsTheDriverDoes) {
+    constexpr std::uint32_t kSide = 259;
+    std::vector<float> channels = {kNaN, -kNaN, 2, -1, -0.0f, 1e-40f, std::numeric_limits<float>::infinity(), 1};
+    for (std::uint32_t i = 0; channels.size() < kSide * kSide * 4; ++i) {
+        const float middle = (static_cast<float>(i / 3 % 65536) + 0.5f) / 65535.0f;
+        channels.push_back(std::nextafter(middle, static_cast<float>(i % 3)));
+    }
+    RenderTarget target;
+    target.initTarget(kSide, kSide, 16);
+    glBindTexture(GL_TEXTURE_2D, target.textureName.get());
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, kSide, kSide, GL_RGBA, GL_FLOAT, channels.data());
+    const std::vector<std::uint16_t> words = ReadBack<std::uint16_t>(target);
+    std::vector<std::uint16_t> ofDriver(channels.size());
+    target.bindTarget({});
+    glReadPixels(0, 0, kSide, kSide, GL_RGBA, GL_UNSIGNED_SHORT, ofDriver.data());
+    EXPECT_TRUE(words == ofDriver);
+}
+
+// The same size for frame after frame, with or without a picture.
+TEST_F(RenderTargetTest, ShowsNothingOfAnEarlierFrame) {
+    RenderTarget target;
+    for (const std::uint32_t bits : {8u, 32u}) {
+        target.initTarget(3, 2, bits);
+        const std::uint32_t name = target.textureName.get();
+        Fill(target, 1, 1, 1, 1);
+        target.startFrame({3, 2, bits, 0});
+        EXPECT_EQ(target.textureName.get(), name);
+        EXPECT_EQ(target.rowBytes, 0);
+        if (bits == 8)
+            EXPECT_EQ(ReadBack<std::uint8_t>(target), std::vector<std::uint8_t>(24));
+        else
+            EXPECT_EQ(ReadBack<float>(target), std::vector<float>(24));
     }
 }
 
