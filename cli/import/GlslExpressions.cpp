@@ -65,26 +65,6 @@ bool IsWholeNumber(const std::string& number) {
 
 }  // namespace
 
-void GlslWalk::makeFloat(Node& node) {
-    if (node.isNumber)
-        token(node.number).text += ".0";
-    else
-        wrap(node, FloatOfSize(node.type.size).spelled() + "(", ")");
-    node.isNumber = false;
-    node.type = FloatOfSize(node.type.size);
-}
-
-void GlslWalk::convert(Node& node, const GlslType& wantedType) {
-    if (wantedType.isFloat() && node.type.isInt()) makeFloat(node);
-}
-
-void GlslWalk::callInstead(const std::string& helper, const Node& left, std::size_t operatorPlace, const Node& right) {
-    wrap(left, helper + "(", "");
-    token(operatorPlace).text = ",";
-    wrap(right, "", ")");
-    wanted.insert(helper);
-}
-
 GlslWalk::Node GlslWalk::expression() {
     Node node = assignment();
     while (take(",")) {
@@ -106,7 +86,9 @@ GlslWalk::Node GlslWalk::assignment() {
     if (inner && inner->helper) {
         token(place).text = "= " + std::string(inner->helper) + "(" + textOf(left) + ",";
         wrap(right, "", ")");
-        wanted.insert(inner->helper);
+        want(inner->helper, left, right);
+    } else if (left.type.isArray && left.type.length > 0 && mark == "=") {
+        pairElements(left, "=", right, ", ");
     } else {
         convert(right, left.type);
     }
@@ -149,6 +131,8 @@ GlslWalk::Node GlslWalk::combine(Node left, std::size_t place, Node right, int l
         node.isConstant = false;
         return node;
     }
+    if (const std::string mark = row.mark; left.type.isArray && left.type.length > 0 && (mark == "==" || mark == "!="))
+        pairElements(left, mark, right, mark == "==" ? " && " : " || ");
     if (level >= kFirstComparison) {
         convert(left, right.type);
         convert(right, left.type);
@@ -405,13 +389,6 @@ GlslWalk::Node GlslWalk::macroNode(Macro& macro) {
     } catch (const Stop&) {  // no expression: it has no type
     }
     return macro.node;
-}
-
-const GlslWalk::Symbol* GlslWalk::find(const std::string& name) const {
-    for (auto scope = scopes.rbegin(); scope != scopes.rend(); ++scope) {
-        if (const auto found = scope->find(name); found != scope->end()) return &found->second;
-    }
-    return nullptr;
 }
 
 }  // namespace quillon::cli

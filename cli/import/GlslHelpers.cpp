@@ -1,5 +1,7 @@
 #include "cli/import/GlslHelpers.h"
 
+#include <fmt/format.h>
+
 #include <functional>
 #include <vector>
 
@@ -10,22 +12,30 @@ namespace {
 // TYPE is replaced by each type of `over` in turn, BOOLS by the type of as many truth values.
 struct Helper {
     const char* name;
-    const char* over;  // "" once, "f" for float to vec4, "i" for int to ivec4, "v" for vec2 to vec4
+    const char* over;  // "" once, "f" for float to vec4, "i" for ivec2 to ivec4, part by part
     const char* text;
     const char* calls = "";  // another helper
 };
 
-// For the bits of whole numbers from 0 on: two's complement has no form in floats.
+// Bits are those of two's complement: numbers below 0 are halved downward.
 constexpr Helper kHelpers[] = {
-    {"remainder", "i", "TYPE remainder(TYPE a, TYPE b) { return a - b * (a / b); }"},
+    {"remainder", "", "int remainder(int a, int b) { return a - b * (a / b); }"},
+    {"remainderOfVectors", "i", "", "remainder"},
     {"shiftLeft", "", "int shiftLeft(int a, int n) { for (int i = 0; i < 32; ++i) if (i < n) a *= 2; return a; }"},
-    {"shiftRight", "", "int shiftRight(int a, int n) { for (int i = 0; i < 32; ++i) if (i < n) a /= 2; return a; }"},
+    {"shiftRight", "",
+     "int shiftRight(int a, int n) { for (int i = 0; i < 32; ++i) if (i < n) a = a < 0 ? -((1 - a) / 2) "
+     ": a / 2; return a; }"},
+    {"shiftLeftOfVectors", "i", "", "shiftLeft"},
+    {"shiftRightOfVectors", "i", "", "shiftRight"},
     {"bitAnd", "",
-     "int bitAnd(int a, int b) { int sum = 0; int bit = 1; for (int i = 0; i < 31; ++i) { int c = a / 2; int d = b / "
-     "2; "
-     "if (a - c * 2 + b - d * 2 == 2) sum += bit; a = c; b = d; bit *= 2; } return sum; }"},
+     "int bitAnd(int a, int b) { int sum = 0; int bit = 1; for (int i = 0; i < 31; ++i) { int c = a < 0 ? -((1 - a) / "
+     "2) : a / 2; int d = b < 0 ? -((1 - b) / 2) : b / 2; if (a - c * 2 + b - d * 2 == 2) sum += bit; a = c; b = d; "
+     "bit *= 2; } return a + b == -2 ? sum - 2147483647 - 1 : sum; }"},
+    {"bitAndOfVectors", "i", "", "bitAnd"},
     {"bitOr", "", "int bitOr(int a, int b) { return a + b - bitAnd(a, b); }", "bitAnd"},
+    {"bitOrOfVectors", "i", "", "bitOr"},
     {"bitXor", "", "int bitXor(int a, int b) { return a + b - 2 * bitAnd(a, b); }", "bitAnd"},
+    {"bitXorOfVectors", "i", "", "bitXor"},
     {"toMat2", "",
      "mat2 toMat2(mat3 m) { return mat2(m[0].xy, m[1].xy); }\n"
      "mat2 toMat2(mat4 m) { return mat2(m[0].xy, m[1].xy); }"},
@@ -105,11 +115,24 @@ void ReplaceAll(std::string& text, const std::string& word, const std::string& b
         text.replace(at, word.size(), by);
 }
 
+// The helper for whole numbers, for vectors of them.
+std::string OfVectors(const std::string& helper) {
+    std::string lines;
+    std::string parts = fmt::format("{}(a.x, b.x)", helper);
+    for (const char part : {'y', 'z', 'w'}) {
+        parts += fmt::format(", {}(a.{}, b.{})", helper, part, part);
+        const std::string type = fmt::format("ivec{}", part == 'w' ? 4 : part - 'x' + 1);
+        lines += fmt::format("{0} {1}({0} a, {0} b) {{ return {0}({2}); }}\n", type, helper, parts);
+        lines += fmt::format("{0} {1}({0} a, int b) {{ return {1}(a, {0}(b)); }}\n", type, helper);
+    }
+    return lines;
+}
+
 std::string TextOf(const Helper& helper) {
     const std::string over = helper.over;
-    const std::vector<std::string> types = over == "f"   ? std::vector<std::string>{"float", "vec2", "vec3", "vec4"}
-                                           : over == "i" ? std::vector<std::string>{"int", "ivec2", "ivec3", "ivec4"}
-                                                         : std::vector<std::string>{""};
+    if (over == "i") return OfVectors(helper.calls);
+    const std::vector<std::string> types =
+        over == "f" ? std::vector<std::string>{"float", "vec2", "vec3", "vec4"} : std::vector<std::string>{""};
     std::string lines;
     for (const std::string& type : types) {
         std::string text = helper.text;

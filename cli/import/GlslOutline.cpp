@@ -19,6 +19,12 @@ std::vector<Varying> TakeDeclarations(GlslTokens& tokens, std::initializer_list<
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         const GlslToken& token = tokens[i];
         if (!token.isSignificant() || token.isDirective) continue;
+        if (depth == 0 && isStart && token.source == "layout") {
+            const std::size_t close = ClosingBracket(tokens, NextSignificant(tokens, i + 1));
+            for (; i <= close && i < tokens.size(); ++i) tokens[i].text.clear();
+            --i;
+            continue;
+        }
         if (IsOneOf(token.source, {"{", "("})) ++depth;
         if (IsOneOf(token.source, {"}", ")"})) --depth;
         const bool isDeclaration = depth == 0 && isStart && IsOneOf(token.source, firstWords);
@@ -42,7 +48,7 @@ std::vector<Varying> TakeDeclarations(GlslTokens& tokens, std::initializer_list<
         if (at >= words.size()) continue;
         const std::string type = words[at++];
         while (at < words.size()) {
-            Varying varying{.type = type, .name = words[at++]};
+            Varying varying{.type = type, .name = words[at++], .isOut = words[0] == "out"};
             while (at < words.size() && words[at] != ",") varying.array += words[at++];
             ++at;
             declared.push_back(varying);

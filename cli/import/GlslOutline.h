@@ -8,11 +8,12 @@
 
 namespace quillon::cli {
 
-// A variable that is handed from the vertex stage to the fragments.
+// A variable that is handed from the vertex stage to the fragments, or out of these.
 struct Varying {
     std::string type;
     std::string name;
     std::string array{};  // "[3]", or empty
+    bool isOut = false;
 };
 
 // Names of the functions that the text defines or declares.

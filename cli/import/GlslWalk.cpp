@@ -1,5 +1,7 @@
 #include "cli/import/GlslWalk.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace quillon::cli {
@@ -95,6 +97,50 @@ std::string GlslWalk::textOf(const Node& node) const {
 void GlslWalk::wrap(const Node& node, const std::string& before, const std::string& after) {
     token(node.first).text.insert(0, before);
     token(node.last).text += after;
+}
+
+void GlslWalk::makeFloat(Node& node) {
+    if (node.isNumber)
+        token(node.number).text += ".0";
+    else
+        wrap(node, FloatOfSize(node.type.size).spelled() + "(", ")");
+    node.isNumber = false;
+    node.type = FloatOfSize(node.type.size);
+}
+
+void GlslWalk::convert(Node& node, const GlslType& wantedType) {
+    if (wantedType.isFloat() && node.type.isInt()) makeFloat(node);
+}
+
+void GlslWalk::callInstead(const std::string& helper, const Node& left, std::size_t operatorPlace, const Node& right) {
+    wrap(left, helper + "(", "");
+    token(operatorPlace).text = ",";
+    wrap(right, "", ")");
+    want(helper, left, right);
+}
+
+void GlslWalk::want(const std::string& helper, const Node& left, const Node& right) {
+    wanted.insert(helper);
+    const auto isOne = [](const GlslType& type) { return type.isKnown() && type.size == 1; };
+    if (!isOne(left.type) || !isOne(right.type)) wanted.insert(helper + "OfVectors");
+}
+
+// Elements of two arrays, each pair with the mark between, as one expression.
+void GlslWalk::pairElements(const Node& left, const std::string& mark, const Node& right,
+                            const std::string& separator) {
+    const std::string one = textOf(left), other = textOf(right);
+    std::string text;
+    for (int i = 0; i < left.type.length; ++i)
+        text += fmt::format("{}{}[{}] {} {}[{}]", i > 0 ? separator : "", one, i, mark, other, i);
+    clear(left.first, right.last);
+    token(left.first).text = "(" + text + ")";
+}
+
+const GlslWalk::Symbol* GlslWalk::find(const std::string& name) const {
+    for (auto scope = scopes.rbegin(); scope != scopes.rend(); ++scope) {
+        if (const auto found = scope->find(name); found != scope->end()) return &found->second;
+    }
+    return nullptr;
 }
 
 // Goes to the end of the statement that is not understood, or in front of the bracket that ends its block.

@@ -72,6 +72,8 @@ private:
     bool take(std::string_view source);
     void expect(std::string_view source);
     int lineHere() const;
+    void want(const std::string& helper, const Node& left, const Node& right);
+    void pairElements(const Node& left, const std::string& mark, const Node& right, const std::string& separator);
     void clear(std::size_t firstPlace, std::size_t lastPlace);
     std::string textOf(const Node& node) const;
     void wrap(const Node& node, const std::string& before, const std::string& after);

@@ -31,12 +31,13 @@ public:
         fragment = ReadTokens(file.body, file.bodyLine);
         SettleVersions(fragment);
         varyings = TakeVaryings(fragment);
+        takeColor();
         takeUniforms();
         for (const auto& [name, uniform] : file.renamed) Rename(fragment, name, uniform);
         words = WordsOf(fragment);
         if (!vertex.text.empty()) readVertexStage();
         const DialectResult dialect = translate();
-        const bool needsMain = !dialect.starters.empty() || !stage.vertexMain.empty();
+        const bool needsMain = !dialect.starters.empty() || !stage.vertexMain.empty() || !color.empty();
         if (!FunctionsOf(fragment).contains("main")) findings.refuse(0, "no main(): the file has nothing to draw");
         const std::string inner = UnusedName(words, "shadeFragment");
         if (needsMain) Rename(fragment, "main", inner);
@@ -59,6 +60,17 @@ public:
     }
 
 private:
+    // Newer GLSL gives the color in a variable of the file's own.
+    void takeColor() {
+        for (const Varying& varying : varyings) {
+            if (!varying.isOut) continue;
+            if (!color.empty() || varying.type != "vec4" || !varying.array.empty())
+                findings.refuse(0, fmt::format("out {} {}: a shader has one color as its result, a vec4", varying.type,
+                                               varying.name));
+            color = varying.name;
+        }
+    }
+
     // The file's own declarations of what is declared for it go. What nobody feeds stays, and is 0.
     void takeUniforms() {
         const GlslTokens before = fragment;
@@ -89,6 +101,10 @@ private:
             vertex.findings->refuse(0, "no main(): the vertex shader has nothing to do");
             return;
         }
+        if (stage.movesCorners)
+            vertex.findings->warn(std::ranges::find(stage.tokens, "vertexPosition", &GlslToken::source)->line,
+                                  "gl_Position: the corner at the top right follows from the other three; a shader "
+                                  "that moves each on its own is not carried over");
         const std::set<std::string> stageWords = WordsOf(stage.tokens);
         words.insert(stageWords.begin(), stageWords.end());
     }
@@ -168,7 +184,9 @@ private:
                                 stage.place);
         else if (!stage.vertexMain.empty())
             text += fmt::format("    {}();\n", stage.place);
-        return text + fmt::format("    {}();\n}}\n", inner);
+        text += fmt::format("    {}();\n", inner);
+        if (!color.empty()) text += fmt::format("    gl_FragColor = {};\n", color);
+        return text + "}\n";
     }
 
     const IsfFile& file;
@@ -177,6 +195,7 @@ private:
     PlannedShader shader;
     GlslTokens fragment;
     std::vector<Varying> varyings;
+    std::string color;           // the file's own variable of the result; empty: gl_FragColor
     std::vector<Varying> unfed;  // uniforms that the file declares and nobody knows
     std::set<std::string> words;
     VertexStage stage;

@@ -188,6 +188,12 @@ private:
         expose(body);
         if (FunctionsOf(body).contains("mainCubemap") || FunctionsOf(body).contains("mainSound"))
             findings.refuse(0, "mainCubemap and mainSound: effects draw flat pictures; give the text with mainImage");
+        for (const GlslToken& token : body) {
+            if (token.source == "iChannel" || (token.source.starts_with("iCh") && token.source.size() == 4))
+                findings.refuse(token.line, token.source +
+                                                ": write iChannel0 to iChannel3 for the channels, and "
+                                                "iChannelResolution for their sizes");
+        }
         if (!OpenColor(body) && !OpenColor(common)) findings.refuse(0, "no mainImage(): the text has nothing to draw");
         PlannedShader shader = write(pass, common, body, findings, commonFindings);
         const bool isImage = pass.name == "image";

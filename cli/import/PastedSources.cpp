@@ -131,6 +131,9 @@ private:
     std::map<std::string, std::string> buffers;  // by the id of their output
 };
 
+// What a channel can read, beside a picture file.
+constexpr std::string_view kSources[] = {"a", "b", "c", "d", "picture", "layer", "self", "keyboard", "music", "none"};
+
 // Lines that editors add: #iChannel0 "path", #iChannel0::WrapMode "Repeat". They are blanked out.
 void TakeChannelLines(PastedPass& pass, const ImportRequest& request) {
     std::size_t begin = 0;
@@ -149,7 +152,7 @@ void TakeChannelLines(PastedPass& pass, const ImportRequest& request) {
                 if (value.starts_with("file://")) value.erase(0, 7);
                 std::ranges::replace(value, '\\', '/');  // as files from Windows have it
                 std::string source =
-                    value == "self" || value == "keyboard" || value == "picture" ? value : BufferNamed(value);
+                    std::ranges::find(kSources, value) != std::end(kSources) ? value : BufferNamed(value);
                 for (const auto& [buffer, path] : request.buffers) {
                     if (path.filename() == std::filesystem::path(value).filename()) source = buffer;
                 }
@@ -177,7 +180,6 @@ void ApplyChannel(PastedSources& sources, const std::string& option) {
     if (const std::string buffer = BufferNamed(name); !buffer.empty()) name = buffer;
     std::string source = option.substr(equals + 1);
     if (const std::string buffer = BufferNamed(source); !buffer.empty()) source = buffer;
-    constexpr const char* kSources[] = {"a", "b", "c", "d", "picture", "layer", "self", "keyboard", "music", "none"};
     if (std::ranges::find(kSources, source) == std::end(kSources)) throw wrong("its source is unknown");
     for (PastedPass& pass : sources.passes) {
         if (pass.name != name) continue;

@@ -19,7 +19,11 @@ const Row kConstructs[] = {
     {"c = vec4(half3(3), twice(2), 1 < 2.5 ? 1 : 0.5, clamp(7, 0.0, 4));", {3, 4, 1, 4}},
     {"int i = 17; c = vec4(i % 5, i & 9, i | 6, i ^ 3);", {2, 1, 23, 18}},
     {"int i = 3; i <<= 4; int k = 200 >> 3; i %= 32; c = vec4(i, k, ~i, 5 << 1);", {16, 25, -17, 10}},
-    {"ivec2 v = ivec2(7, 8) % ivec2(4, 3); c = vec4(v, v.x % 2, 1);", {3, 2, 1, 1}},
+    {"int i = 23; i &= ~2; c = vec4(i, -7 & -4, -7 | 2, -7 ^ 12);", {21, -8, -5, -11}},
+    {"ivec2 v = ivec2(7, 8) % ivec2(4, 3); c = vec4(v, (ivec2(7, 8) % 4).x, (ivec2(5, -6) >> 1 & 3).y);", {3, 2, 3, 1}},
+    {"float a[2] = float[2](1.0, 2.0); float b[2]; b = a; bool e = a == b; b[1] = 5.0; c = vec4(b[0], b[1], e, a != "
+     "b);",
+     {1, 5, 1, 1}},
     {"float a[3] = float[3](1.0, 2, 3.5); float b[] = float[](4.0, 5.0); c = vec4(a[2], b[1], a.length(), b.length());",
      {3.5f, 5, 3, 2}},
     {"vec2 p[2] = {vec2(1.0, 2.0), vec2(3.0)}; float[2] q; q[1] = 6.0; c = vec4(p[0], p[1].x, q[1]);", {1, 2, 3, 6}},
@@ -78,12 +82,13 @@ TEST_F(Dialect, NewerConstructsComputeTheSame) {
     std::string body = kBefore;
     for (std::size_t i = 0; i < std::size(kConstructs); ++i)
         body += "void row" + std::to_string(i) + "(out vec4 c) { " + kConstructs[i].statements + " }\n";
-    body += "void main() {\n    int row = int(gl_FragCoord.x) + 8 * int(gl_FragCoord.y);\n    vec4 c = vec4(0.0);\n";
+    body +=
+        "layout(location = 0) out vec4 result;\nvoid main() {\n    int row = int(gl_FragCoord.x) + 8 * "
+        "int(gl_FragCoord.y);\n    vec4 c = vec4(0.0);\n";
     for (std::size_t i = 0; i < std::size(kConstructs); ++i)
         body += "    if (row == " + std::to_string(i) + ") row" + std::to_string(i) + "(c);\n";
-    import(
-        "rows", "rows.fs",
-        "/*{\"INPUTS\": [{\"NAME\": \"inputImage\", \"TYPE\": \"image\"}]}*/\n" + body + "    gl_FragColor = c;\n}\n");
+    import("rows", "rows.fs",
+           "/*{\"INPUTS\": [{\"NAME\": \"inputImage\", \"TYPE\": \"image\"}]}*/\n" + body + "    result = c;\n}\n");
     const auto picture = render("rows");
     for (std::size_t i = 0; i < std::size(kConstructs); ++i) {
         for (std::size_t k = 0; k < 4; ++k)

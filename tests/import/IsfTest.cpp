@@ -195,8 +195,10 @@ TEST_F(Isf, TheVertexStageRunsAtTheCornersOnly) {
 
     writeFile("moved.vs",
               "void main() { isf_vertShaderInit(); gl_Position.xy = gl_Position.xy * 0.5 + vec2(0.5, 0.0); }");
-    import("moved", "moved.fs",
-           File("", "void main() { gl_FragColor = vec4(isf_FragNormCoord, gl_FragCoord.x, 1.0); }"));
+    EXPECT_NE(import("moved", "moved.fs",
+                     File("", "void main() { gl_FragColor = vec4(isf_FragNormCoord, gl_FragCoord.x, 1.0); }"))
+                  .find("moved.vs:1: warning: gl_Position: the corner at the top right"),
+              std::string::npos);
     ExpectPicture(render("moved"), [](int x, int y) {
         const float u = (x + 0.5f - 4) / 4, v = (y + 0.5f - 1.5f) / 3;
         return u < 0 || u > 1 || v < 0 || v > 1 ? Color{} : Color{u, v, x + 0.5f, 1};
