@@ -1,6 +1,7 @@
 #include "packer/EffectFolder.h"
 
 #include <algorithm>
+#include <string_view>
 #include <system_error>
 
 #include "packer/FileError.h"
@@ -11,6 +12,13 @@ namespace quillon {
 namespace {
 
 namespace fs = std::filesystem;
+
+// For the author's editor. They say nothing of the effect.
+constexpr std::string_view kEditorFiles[] = {"jsconfig.json", "quillon.d.ts"};
+
+bool IsLeftOut(const std::string& name) {
+    return name.starts_with('.') || std::ranges::count(kEditorFiles, name) != 0;
+}
 
 // Whether the file that a link leads to is one of `folder`, which is canonical.
 bool LeadsInto(const fs::path& folder, const fs::path& link) {
@@ -41,7 +49,7 @@ std::vector<FolderEntry> ListEffectFolder(const fs::path& folder) {
         const fs::path canonical = fs::canonical(folder);
         for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
             const std::string name = entry.path().filename().string();
-            if (name.starts_with('.')) continue;
+            if (IsLeftOut(name)) continue;
             entries.push_back({entry.path(), name, SizeOf(canonical, entry)});
             bytes += entries.back().bytes;
         }

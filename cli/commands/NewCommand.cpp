@@ -4,6 +4,7 @@
 #include <span>
 #include <stdexcept>
 
+#include "cli/commands/EditorFiles.h"
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/effect/EffectSource.h"
 #include "cli/effect/HostRun.h"
@@ -50,6 +51,8 @@ void WriteFolder(const std::filesystem::path& folder, const std::vector<PackageF
     try {
         TemporaryPath temporary(folder.parent_path(), TemporaryPath::Kind::folder);
         for (const PackageFile& file : files) WriteWholeFile(temporary.path() / file.name, file.bytes);
+        for (const EditorFile& file : kEditorFiles)
+            WriteWholeFile(temporary.path() / file.name, std::as_bytes(std::span(file.content)));
         if (const std::error_code error = temporary.moveTo(folder))
             throw Fault(folder.string(), "cannot be made: " + error.message());
     } catch (const std::filesystem::filesystem_error& error) {

@@ -24,9 +24,10 @@ void Write(const fs::path& path, const std::string& content) {
     std::ofstream(path, std::ios::binary) << content;
 }
 
-TEST(EffectFolderTest, GivesItsFilesSortedWithoutTheHiddenOnes) {
+TEST(EffectFolderTest, GivesItsFilesSortedWithoutHiddenOnesAndThoseOfEditors) {
     const TemporaryFolder folder;
-    for (const char* name : {"fx.js", "b.frag", "Z.png", ".hidden", "a.frag", "\xC3\xA9.png"})
+    for (const char* name :
+         {"fx.js", "b.frag", "Z.png", ".hidden", "quillon.d.ts", "jsconfig.json", "a.frag", "\xC3\xA9.png"})
         Write(folder.path() / PathFromUtf8(name), std::string("of ") + name + '\0');
     fs::create_directory(folder.path() / ".git");
     Write(folder.path() / "empty", "");

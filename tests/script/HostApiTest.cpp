@@ -1,7 +1,12 @@
 #include <cstdio>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
 
 #include "platform/FailFast.h"
 #include "script/Scripting.h"
+#include "support/BuiltFiles.h"
 #include "support/EndOfProcess.h"
 #include "support/EngineTest.h"
 
@@ -27,6 +32,57 @@ TEST_F(HostApi, IsAllThatScriptsGetAsOrdinaryProperties) {
          "false"},
         {"delete this.QL_initTexture && typeof QL_initTexture", "\"undefined\""},
     });
+}
+
+std::string TextOf(const char* file) {
+    std::ostringstream text;
+    text << std::ifstream(SourceFolder() / file).rdbuf();
+    return text.str();
+}
+
+// Each match of the pattern's first group in the text, in order, with the number of parameters that its second group
+// declares.
+std::map<std::string, long> Declared(const std::string& text, const char* pattern) {
+    const std::regex declaration(pattern), parameter(R"(\w+\??\s*(,|:|$))");
+    std::map<std::string, long> found;
+    for (std::sregex_iterator match(text.begin(), text.end(), declaration), none; match != none; ++match) {
+        std::string parameters = (*match)[2];
+        parameters = std::regex_replace(parameters, std::regex(R"(:[^,]*)"), ":");
+        found[(*match)[1]] = std::distance(std::sregex_iterator(parameters.begin(), parameters.end(), parameter), none);
+    }
+    return found;
+}
+
+// The page and the editors' declarations have every function of the engine, with as many parameters, and no other.
+TEST_F(HostApi, IsWhatThePageAndTheDeclarationsSay) {
+    const std::string declarations = TextOf("share/quillon.d.ts");
+    const auto declared = Declared(declarations, R"(declare function (QL_\w+)\(([^)]*)\))");
+    std::string names, lengths;
+    for (const auto& [name, parameters] : declared) {
+        names += (names.empty() ? "\"" : ",\"") + name + "\"";
+        lengths += (lengths.empty() ? "" : ",") + std::to_string(parameters);
+    }
+    EXPECT_EQ(eval("Object.keys(this).filter(function (n) { return typeof this[n] === 'function' && /^QL_/.test(n); },"
+                   " this).sort()"),
+              "[" + names + "]");
+    // Functions that count their arguments themselves have a length of 0.
+    EXPECT_EQ(eval("[" + names + "].map(function (n, i) { return this[n].length || [" + lengths + "][i]; }, this)"),
+              "[" + lengths + "]");
+    std::string heads;
+    const std::string text = TextOf("docs/script-api.md");
+    for (std::size_t at = 0; (at = text.find("\n### ", at)) != text.npos; ++at)
+        heads += text.substr(at + 1, text.find('\n', at + 1) - at);
+    EXPECT_EQ(Declared(heads, R"((QL_\w+)\(([^)]*)\))"), declared);
+
+    for (const char* table : {"QL_Type", "QL_ParamFlags", "QL_GL"}) {
+        const std::size_t start = declarations.find(std::string("declare const ") + table);
+        const std::string body = declarations.substr(start, declarations.find("};", start) - start);
+        std::string members;
+        const std::regex member(R"((\w+): number;)");
+        for (std::sregex_iterator match(body.begin(), body.end(), member), none; match != none; ++match)
+            members += (members.empty() ? "\"" : ",\"") + (*match)[1].str() + "\"";
+        EXPECT_EQ(eval(std::string("Object.keys(") + table + ")"), "[" + members + "]");
+    }
 }
 
 TEST_F(HostApi, NamesNumbers) {
