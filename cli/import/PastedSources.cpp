@@ -121,8 +121,18 @@ private:
             source = "music";
         else
             source = kind;
-        if (const auto sampler = input.find("sampler"); sampler != input.end() && sampler->is_object())
-            pass.tiled[channel] = TextOf(*sampler, "wrap") == "repeat" && kind == "texture";
+        const auto sampler = input.find("sampler");
+        if (sampler == input.end() || !sampler->is_object() || kind == "keyboard" || source == "music") return;
+        const bool isTexture = kind == "texture";
+        const bool isTiled = TextOf(*sampler, "wrap") == "repeat";
+        pass.tiled[channel] = isTiled && isTexture;
+        const auto warn = [&](bool isLost, const char* what) {
+            if (isLost) sources.warnings.push_back(fmt::format("{}: iChannel{} {}", pass.name, channel, what));
+        };
+        warn(TextOf(*sampler, "filter") == "nearest",
+             "asks for the nearest pixel; pictures are filtered, so read with texelFetch()");
+        warn(isTiled && !isTexture, "asks for a picture that repeats; its edges go on instead, so read at fract()");
+        warn(isTexture && TextOf(*sampler, "vflip") == "false", "asks for a picture upside down; turn the layer over");
     }
 
     const Json& shader;

@@ -100,11 +100,14 @@ TEST_F(Pasted, BuffersGoOnAndAreReadInTheirOrder) {
         {"type": "common", "name": "Common", "code": "vec4 step(vec4 v) { return v * -0.25; }"},
         {"type": "buffer", "name": "Buffer B", "outputs": [{"channel": 0, "id": "258"}], "code": ")" +
                                 kBufferB + R"(",
-         "inputs": [{"channel": 0, "type": "buffer", "id": "257"}]},
+         "inputs": [{"channel": 0, "type": "buffer", "id": "257", "sampler": {"filter": "nearest", "wrap": "repeat"}}]},
         {"type": "buffer", "name": "Buffer A", "outputs": [{"channel": 0, "id": "257"}], "code": ")" +
                                 kBufferA + R"(",
          "inputs": [{"channel": 0, "type": "buffer", "id": "257"}]}]}])";
-    import("project", "project.json", project);
+    const std::string warnings = import("project", "project.json", project);
+    for (const char* words :
+         {"b: iChannel0 asks for the nearest pixel", "b: iChannel0 asks for a picture that repeats"})
+        EXPECT_NE(warnings.find(words), std::string::npos) << warnings;
     EXPECT_NE(readFile("project/config.xml").find("Counts. By Ann"), std::string::npos);
     for (const char* effect : {"buffers", "project"}) {
         SCOPED_TRACE(effect);
