@@ -101,16 +101,47 @@ bool ParseChoice(const Parameter& control, std::string_view text, ControlValue& 
     return chosen != 0;
 }
 
+void SetFloat(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value, std::uint32_t) {
+    instance.setFloat(index, value.numbers[0]);
+}
+
+void SetAngle(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value, std::uint32_t) {
+    instance.setAngle(index, value.numbers[0]);
+}
+
+void SetPoint(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value, std::uint32_t) {
+    instance.setPoint3D(index, value.numbers[0], value.numbers[1], value.numbers[2]);
+}
+
+void SetPoint2D(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value,
+                std::uint32_t downsample) {
+    instance.setPoint(index, double{value.numbers[0]} / downsample, double{value.numbers[1]} / downsample);
+}
+
+void SetColor(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value, std::uint32_t) {
+    const auto& [red, green, blue, alpha] = value.numbers;
+    instance.setColor(index, {.alpha = alpha, .red = red, .green = green, .blue = blue});
+}
+
+void SetCheckbox(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value, std::uint32_t) {
+    instance.setCheckbox(index, value.integer != 0);
+}
+
+void SetPopup(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value, std::uint32_t) {
+    instance.setPopup(index, value.integer);
+}
+
 struct ValueForm {
     HostControl control;
     bool (*parse)(const Parameter& control, std::string_view text, ControlValue& value);
+    void (*set)(host::HostInstance& instance, PF_ParamIndex index, const ControlValue& value, std::uint32_t downsample);
 };
 
 constexpr ValueForm kValueForms[] = {
-    {HostControl::floatSlider, ParseOneNumber}, {HostControl::angle, ParseOneNumber},
-    {HostControl::point3D, ParsePoint},         {HostControl::point2D, ParsePoint2D},
-    {HostControl::color, ParseColor},           {HostControl::checkbox, ParseSwitch},
-    {HostControl::popup, ParseChoice},
+    {HostControl::floatSlider, ParseOneNumber, SetFloat}, {HostControl::angle, ParseOneNumber, SetAngle},
+    {HostControl::point3D, ParsePoint, SetPoint},         {HostControl::point2D, ParsePoint2D, SetPoint2D},
+    {HostControl::color, ParseColor, SetColor},           {HostControl::checkbox, ParseSwitch, SetCheckbox},
+    {HostControl::popup, ParseChoice, SetPopup},
 };
 
 }  // namespace
@@ -131,6 +162,13 @@ ControlValue ParseControlValue(const Parameter& control, std::string_view text) 
     }
     throw WrongCommandLine(control.uniformName, "groups, paths and textures have no value that can be set",
                            "leave it out");
+}
+
+void SetControl(host::HostInstance& instance, const Control& control, const ControlValue& value,
+                std::uint32_t downsample) {
+    for (const ValueForm& form : kValueForms)
+        if (form.control == ControlKindOf(control.declared.kind).hostControl)
+            form.set(instance, control.index, value, downsample);
 }
 
 }  // namespace quillon::cli

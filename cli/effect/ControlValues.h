@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "cli/effect/Controls.h"
+#include "host/HostInstance.h"
 #include "parameter/Parameter.h"
 
 namespace quillon::cli {
@@ -16,5 +18,10 @@ struct ControlValue {
 // The value that a text means for a control, by its kind; the forms are those that `quillon render --help` lists.
 // Throws WrongCommandLine for any other text, and for a kind that has no value.
 ControlValue ParseControlValue(const Parameter& control, std::string_view text);
+
+// Sets a control of the instance; one that has no value stays. The host counts positions in pixels of the picture at
+// 1/downsample of its size.
+void SetControl(host::HostInstance& instance, const Control& control, const ControlValue& value,
+                std::uint32_t downsample);
 
 }  // namespace quillon::cli

@@ -5,10 +5,22 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "cli/effect/HostValues.h"
 #include "cli/effect/LinkedEngine.h"
 
 namespace quillon::cli {
+
+namespace {
+
+// Puts a 2D position at its default: a host keeps that as a share of the picture's extent, of which the effect has
+// registered 16 bits in the upper half of a number that would be pixels in a live value.
+void SetDefaultPosition(host::HostInstance& instance, const Control& control, std::uint32_t width,
+                        std::uint32_t height) {
+    const PF_PointDef& point = instance.param(control.index).u.td;
+    const auto share = [](PF_Fixed registered) { return static_cast<std::uint32_t>(registered) / 4294967296.0; };
+    instance.setPoint(control.index, share(point.x_dephault) * width, share(point.y_dephault) * height);
+}
+
+}  // namespace
 
 LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSettings)
     : source(std::move(effect)),

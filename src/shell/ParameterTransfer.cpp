@@ -1,27 +1,12 @@
 #include "shell/ParameterTransfer.h"
 
-#include <cstring>
 #include <optional>
 
 #include "shell/ParameterMaps.h"
-#include "shell/Worlds.h"
 
 namespace quillon {
 
 namespace {
-
-// How the render's sizes relate to full resolution.
-struct RenderScale {
-    explicit RenderScale(const PF_InData& in)
-        : par(static_cast<float>(in.pixel_aspect_ratio.num) / static_cast<float>(in.pixel_aspect_ratio.den)),
-          sx(static_cast<float>(in.downsample_x.den) * par / static_cast<float>(in.downsample_x.num)),
-          sy(static_cast<float>(in.downsample_y.den) / static_cast<float>(in.downsample_y.num)) {}
-    float par, sx, sy;
-};
-
-float FromFixed(PF_Fixed number) {
-    return static_cast<float>(number) * 1.52587890625e-5f;
-}
 
 std::optional<TargetControl> TargetOf(const EngineTurn& turn, std::uint32_t hostIndex) {
     const auto& known = ParameterMaps::instance().paramOfHostIndex;
@@ -51,73 +36,17 @@ std::vector<SweptControl> ListSweptControls(PF_InData& in, bool withLayers) {
     return controls;
 }
 
-LayerPixels PixelsOfLayer(PF_InData& in, PF_LayerDef& layer) {
-    if (!layer.data) return {};
-    const WorldPixels found = PixelsOf(in, layer);
-    return LayerPixels(found, layer, found.bitDepth);
-}
-
 }  // namespace
 
 ControlValue::ControlValue(PF_InData& in, PF_ParamDef& def, const TargetControl& target, SuiteCache& cache)
     : declarationIndex(target.declarationIndex) {
-    const RenderScale scale(in);
-    switch (def.param_type) {
-        case PF_Param_LAYER:
-            layer = PixelsOfLayer(in, def.u.ld);
-            break;
-        case PF_Param_ANGLE:
-            setFloat(0, FromFixed(def.u.ad.value));
-            break;
-        case PF_Param_CHECKBOX:
-            setInt(def.u.bd.value);
-            break;
-        case PF_Param_POPUP:
-            setInt(def.u.pd.value);
-            break;
-        case PF_Param_COLOR: {
-            PF_PixelFloat color{};
-            cache.get(suites::kColorParam).PF_GetFloatingPointColorFromColorDef(in.effect_ref, &def, &color);
-            setFloat(0, color.red);
-            setFloat(1, color.green);
-            setFloat(2, color.blue);
-            setFloat(3, color.alpha);
-            break;
-        }
-        case PF_Param_POINT: {
-            const bool isScaled = (target.flags & ParameterFlag::kRemoveScale) != 0;
-            setFloat(0, FromFixed(def.u.td.x_value) * (isScaled ? scale.sx : 1.0f));
-            setFloat(1, FromFixed(def.u.td.y_value) * (isScaled ? scale.sy : 1.0f));
-            break;
-        }
-        case PF_Param_FLOAT_SLIDER: {
-            auto number = static_cast<float>(def.u.fs_d.value);
-            if (target.flags & ParameterFlag::kScaleByWidth) number /= scale.sx / scale.par;
-            if (target.flags & ParameterFlag::kScaleByHeight) number /= scale.sy;
-            setFloat(0, number);
-            break;
-        }
-        case PF_Param_POINT_3D:
-            setFloat(0, static_cast<float>(def.u.point3d_d.x_value));
-            setFloat(1, static_cast<float>(def.u.point3d_d.y_value));
-            setFloat(2, static_cast<float>(def.u.point3d_d.z_value));
-            break;
-        default:
-            break;
-    }
-}
-
-void ControlValue::setFloat(std::size_t index, float number) {
-    std::memcpy(&words[index], &number, sizeof number);
-}
-
-void ControlValue::setInt(std::int32_t number) {
-    std::memcpy(words.data(), &number, sizeof number);
+    if (const HostControlType* const type = FindHostControl(def.param_type))
+        type->read({in, def, target.flags, cache}, value);
 }
 
 void ControlValue::apply(const EngineTurn& turn) const {
-    if (layer && turn.hasGL()) layer.upload(turn, declarationIndex);
-    turn->setParameterValue(declarationIndex, words.data());
+    if (value.layer && turn.hasGL()) value.layer.upload(turn, declarationIndex);
+    turn->setParameterValue(declarationIndex, value.words.data());
 }
 
 CheckedOutControls::~CheckedOutControls() noexcept(false) {

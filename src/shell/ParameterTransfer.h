@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -8,7 +7,7 @@
 #include "hostapi/HostApi.h"
 #include "shell/EngineTurn.h"
 #include "shell/HostCleanup.h"
-#include "shell/InputTransfer.h"
+#include "shell/HostControls.h"
 #include "shell/Suites.h"
 
 namespace quillon {
@@ -24,23 +23,18 @@ struct TargetControl {
 // The host's value of one control in the engine's form.
 class ControlValue {
 public:
-    // Asks the host for a color's channels and a layer's pixels. Throws the int 516 without "PF ColorParamSuite" for a
-    // color, and the int 13 without "PF Pixel Data Suite" for a layer.
+    // Reads a control that is checked out; throws as HostControlType::read does.
     ControlValue(PF_InData& in, PF_ParamDef& def, const TargetControl& target, SuiteCache& cache);
 
     // True for a layer with pixels. They are the host's memory: apply() comes before the layer is checked in.
-    bool hasPixels() const { return static_cast<bool>(layer); }
+    bool hasPixels() const { return static_cast<bool>(value.layer); }
 
     // Carries the value into the turn's instance, and a layer's pixels into its texture if the turn has the GL lock.
     void apply(const EngineTurn& turn) const;
 
 private:
-    void setFloat(std::size_t index, float number);
-    void setInt(std::int32_t number);
-
     std::uint32_t declarationIndex;
-    std::array<std::uint32_t, 4> words{};
-    LayerPixels layer;
+    EngineValue value;
 };
 
 // Controls that are checked out of the host. The destructor checks in what is left, and passes on what the host throws.
@@ -51,9 +45,10 @@ public:
     CheckedOutControls(const CheckedOutControls&) = delete;
     CheckedOutControls& operator=(const CheckedOutControls&) = delete;
 
+    // Room for so many, so that add() cannot fail.
     void reserve(std::size_t count) { defs.reserve(count); }
-    void add(const PF_ParamDef& def) { defs.push_back(def); }
-    void checkInLast();
+    void add(const PF_ParamDef& def) { defs.push_back(def); }  // one that was checked out, or whose checkout failed
+    void checkInLast();                                        // of those added; there must be one
 
 private:
     PF_InData& in;
