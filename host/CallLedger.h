@@ -21,21 +21,22 @@ class CallLedger {
 public:
     using Complain = std::function<void(const std::string&)>;
 
+    // What the effect does with suites, handles and controls, as it happens.
     void suiteAcquired(const std::string& name, std::int32_t version) { ++suites[{name, version}]; }
     // False when it isn't held in this version.
     bool suiteReleased(const std::string& name, std::int32_t version);
     bool holdsSuite(const std::string& name) const;
-
     void handleMade(PF_Handle handle) { made.push_back(handle); }
     void handleLocked(PF_Handle handle) { ++locks[handle]; }
     void handleUnlocked(PF_Handle handle) { --locks[handle]; }
     void handleDisposed(PF_Handle handle) { locks.erase(handle); }
-
     void paramCheckedOut(PF_Err error) { error == PF_Err_NONE ? ++checkouts : ++failedCheckouts; }
     void paramCheckedIn() { ++checkins; }
 
+    // A world whose guards are looked at when the selector ends.
     void worldShown(std::shared_ptr<const World> world);
 
+    // Keeps an object for the effect and gives the reference that the effect gets.
     void* objectMade(std::unique_ptr<HostObject> object);
     // Null when this selector does not have it, or when it is of another kind; a null kind fits all.
     HostObject* object(const void* reference, const char* kind) const;

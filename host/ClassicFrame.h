@@ -18,7 +18,7 @@ public:
     // All phases. The render is left out when the size phase fails; the setdown comes in any case.
     FrameResult walk();
 
-    Answer setup();
+    Answer setup();  // FRAME_SETUP; its answer is also in the members below
     // Makes the output in the size that setup() left, or returns why that is not possible.
     const char* makeOutput();
     Answer render();

@@ -8,8 +8,9 @@
 
 namespace quillon::host {
 
-// What an effect draws into a panel.
+// What an effect draws into a panel, in pixels.
 
+// A part of a path.
 struct Arc {
     DRAWBOT_PointF32 center;
     float radius;
@@ -17,6 +18,7 @@ struct Arc {
     float sweep;
 };
 
+// A picture as the effect handed it over.
 struct DrawnImage {
     int width = 0;
     int height = 0;

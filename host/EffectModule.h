@@ -6,6 +6,7 @@
 
 namespace quillon::host {
 
+// What a module exports: a selector with the host's records, answered by an error code or 0.
 using EntryPoint = PF_Err (*)(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
                               void* extra);
 
@@ -21,7 +22,7 @@ public:
     explicit EffectModule(EntryPoint linkedEntry, void* moduleHandle = nullptr)
         : entryPoint(linkedEntry), module(moduleHandle) {}
 
-    EntryPoint entry() const { return entryPoint; }
+    EntryPoint entry() const { return entryPoint; }  // never null
 
     // The loader's handle, by which an effect finds its own resources.
     void* handle() const { return module; }

@@ -19,12 +19,13 @@ class Faults {
 public:
     static constexpr PF_Err kAnyError = PF_Err_BAD_CALLBACK_PARAM;
 
-    void fail(Callback callback, PF_Err error = kAnyError);
+    void fail(Callback callback, PF_Err error = kAnyError);  // every call
     // The nth call from now on, the next being 1, and no other.
     void failNth(Callback callback, int nth, PF_Err error = kAnyError);
     // Only calls with this key, see Callback.
     void failKey(Callback callback, std::int64_t key, PF_Err error = kAnyError);
 
+    // The suite is not to be had in any version.
     void refuseSuite(const std::string& name);
     // The suite is to be had in this version and no other.
     void offerOnly(const std::string& name, std::int32_t version);
@@ -33,7 +34,7 @@ public:
     // PF_InData's pica_basicP is null.
     void withoutBasicSuite();
 
-    void clear();
+    void clear();  // ends all orders
 
     // For the host: what this call is to answer at once; 0 to go on. Counts the call.
     PF_Err strike(Callback callback, std::int64_t key);

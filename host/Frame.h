@@ -29,6 +29,7 @@ struct FrameRequest {
     std::optional<A_long> layerWidth{};
     std::optional<A_long> layerHeight{};
 
+    // Of the output, in bits a channel.
     int depth() const { return outputDepth != 0 ? outputDepth : input ? input->bitDepth() : 8; }
 };
 
@@ -47,6 +48,7 @@ struct FrameResult {
     A_long height = 0;
     PF_Point origin{};
 
+    // The first of the three.
     PF_Err error() const { return sizeError ? sizeError : renderError ? renderError : setdownError; }
 };
 

@@ -21,6 +21,7 @@ public:
     PF_Handle make(std::size_t bytes);
     PF_Handle makeWith(std::span<const std::byte> bytes);
 
+    // As the effect asks for it; lock gives the memory, null for a handle that is not alive.
     void* lock(PF_Handle handle, std::string& fault);
     void unlock(PF_Handle handle, std::string& fault);
     void dispose(PF_Handle handle, std::string& fault);
@@ -28,10 +29,11 @@ public:
     // The host's own end of a handle: nothing happens when it is disposed already.
     void disposeIfAlive(PF_Handle handle);
 
+    // What the host knows of a handle: 0 or nothing for one that is not alive.
     bool isAlive(PF_Handle handle) const;
-    int lockCount(PF_Handle handle) const;  // 0 when it is not alive
+    int lockCount(PF_Handle handle) const;
     std::size_t size(PF_Handle handle) const;
-    std::vector<std::byte> bytes(PF_Handle handle) const;  // empty when it is not alive
+    std::vector<std::byte> bytes(PF_Handle handle) const;
     std::size_t aliveCount() const;
 
 private:

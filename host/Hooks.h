@@ -12,6 +12,7 @@ namespace quillon::host {
 class HostInstance;
 class World;
 
+// One call of a callback.
 struct CallbackEvent {
     Callback callback;
     std::int64_t key;        // see Callback

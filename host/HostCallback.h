@@ -73,12 +73,13 @@ enum class Callback {
 };
 inline constexpr int kCallbackCount = static_cast<int>(Callback::addArc) + 1;
 
+// What is known of a callback.
 struct CallbackInfo {
     Callback callback;
     const char* name;   // as the host's interface has it
     const char* suite;  // the suite that it belongs to and that must be held when it is called; null: none
 };
 
-const CallbackInfo& InfoOf(Callback callback);
+const CallbackInfo& InfoOf(Callback callback);  // its row
 
 }  // namespace quillon::host

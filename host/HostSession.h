@@ -69,6 +69,7 @@ public:
     // Any selector, with the books kept but nothing taken over from what it leaves.
     Answer send(const Selector& selector);
 
+    // The parts of the host. Faults and hooks may change at any time outside of a selector.
     const HostSettings& settings() const { return chosenSettings; }
     Faults& faults() { return plannedFaults; }
     Hooks& hooks() { return testHooks; }
@@ -78,6 +79,7 @@ public:
     // The controls that the effect has added, host index 1 first. Texts are the session's own copies.
     const std::vector<PF_ParamDef>& parameters() const { return addedParameters; }
 
+    // What the effect has asked, and what it has done wrong, in words; both grow until they are cleared.
     const Records& records() const { return keptRecords; }
     void clearRecords();
     std::vector<std::string> violations() const;

@@ -6,8 +6,8 @@
 
 namespace quillon::host {
 
+// Which host is played, and by which selectors it renders a frame.
 enum class HostKind { afterEffects, premiere };
-
 enum class Route {
     smart,    // SMART_PRE_RENDER, SMART_RENDER; After Effects only, and only for an effect that supports it
     classic,  // FRAME_SETUP, RENDER, FRAME_SETDOWN

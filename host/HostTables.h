@@ -20,6 +20,7 @@ void* LockHandle(PF_Handle handle);
 void UnlockHandle(PF_Handle handle);
 void DisposeHandle(PF_Handle handle);
 
+// A suite and the hosts that have it, with one table for all its versions.
 struct SuiteOffer {
     const char* name;
     std::int32_t lowestVersion;
@@ -29,6 +30,7 @@ struct SuiteOffer {
     const void* table;
 };
 
+// All suites by family; a name is in one of them.
 std::span<const SuiteOffer> EffectSuites();
 std::span<const SuiteOffer> AegpProjectSuites();
 std::span<const SuiteOffer> AegpRenderSuites();

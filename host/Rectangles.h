@@ -7,21 +7,20 @@
 
 namespace quillon::host {
 
+// Rectangles in pixels, right and bottom exclusive. An intersection that is empty is all zero; an empty rectangle is
+// inside every other.
 inline bool IsEmpty(const PF_LRect& rect) {
     return rect.left >= rect.right || rect.top >= rect.bottom;
 }
-
 inline PF_LRect Intersection(const PF_LRect& a, const PF_LRect& b) {
     const PF_LRect both{std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
                         std::min(a.bottom, b.bottom)};
     return IsEmpty(both) ? PF_LRect{} : both;
 }
-
 inline bool IsInside(const PF_LRect& inner, const PF_LRect& outer) {
     return IsEmpty(inner) || (inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
                               inner.bottom <= outer.bottom);
 }
-
 inline PF_LRect Offset(const PF_LRect& rect, A_long x, A_long y) {
     return {rect.left + x, rect.top + y, rect.right + x, rect.bottom + y};
 }

@@ -42,7 +42,8 @@ public:
     // Checks the ledger and reports to the session what is wrong.
     void close(const PF_InData& in);
 
-    PF_ProgPtr effectRef() const;
+    PF_ProgPtr effectRef() const;  // what the host calls the instance, or itself where there is none
+    // Reports to the session what the effect does wrong, with the selector's name in front.
     void violation(const std::string& text) const;
 
     // How many bytes may be written here, the closing zero included, as far as the host knows: it knows the message.
@@ -78,6 +79,7 @@ public:
     // False for a callback outside of any selector, which has no session.
     bool isInCall() const { return call != nullptr; }
 
+    // The call that it belongs to; only where isInCall().
     SelectorCall* operator->() const { return call; }
     SelectorCall& operator*() const { return *call; }
 
@@ -89,6 +91,7 @@ private:
     PF_Err answer = PF_Err_NONE;
 };
 
+// As the effect API spells it, without its prefix; "unknown selector" for a number that has no name.
 const char* SelectorName(PF_Cmd cmd);
 
 }  // namespace quillon::host

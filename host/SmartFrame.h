@@ -38,7 +38,7 @@ public:
     // All phases; the render is left out when the size phase fails.
     FrameResult walk();
 
-    Answer preRender();
+    Answer preRender();  // SMART_PRE_RENDER, over `input` and `answer` below
     // Makes the output of the size phase's result rectangle, or returns why that is not possible.
     const char* makeOutput();
     // As makeOutput() has prepared it; without an output the effect gets none.
@@ -48,7 +48,7 @@ public:
     PF_PreRenderInput input{};
     PF_PreRenderOutput answer{};
 
-    std::shared_ptr<World> output() const { return worlds.output; }
+    std::shared_ptr<World> output() const { return worlds.output; }  // null before makeOutput()
 
 private:
     void checkRectangles() const;

@@ -18,11 +18,13 @@ class World {
 public:
     static constexpr std::byte kUnwrittenByte{0xA5};
 
+    // Extents in pixels, 0 or more; 8, 16 or 32 bits. Throws std::invalid_argument for anything else.
     World(A_long width, A_long height, int bitDepth, int rowPaddingPixels = 3);
     ~World();
     World(const World&) = delete;
     World& operator=(const World&) = delete;
 
+    // In pixels, in bits a channel, and in bytes; rowBytes is the distance between rows.
     A_long width() const { return widthPixels; }
     A_long height() const { return heightPixels; }
     int bitDepth() const { return depth; }
@@ -44,12 +46,14 @@ public:
     // As an effect gets it. Valid until the world ends.
     PF_EffectWorld record() const;
 
+    // Whether all guard bytes are as they were made.
     bool areGuardsIntact() const;
 
     // The depth of the living world with these pixels; 0 when no world has them. An effect hands copies of records
     // around, so a world is known only by its pixels.
     static int DepthOf(const void* pixels);
 
+    // What a world of this kind takes with its guards.
     static std::size_t BytesNeeded(A_long width, A_long height, int bitDepth, int rowPaddingPixels);
 
     PF_RationalScale pixelAspect{1, 1};

@@ -5,10 +5,10 @@
 
 namespace quillon::pe {
 
-// Where fields are in the headers of a 64-bit Windows image: from its signature "PE\0\0" on, which the 32 bits at
-// kHeaderPosition in the file lead to, and from the start of a section's header.
+// Where the headers of a 64-bit Windows image begin, with its signature "PE\0\0": 32 bits at this place in the file.
 inline constexpr std::size_t kHeaderPosition = 0x3C;
 
+// Where the headers' fields are, from that signature on. 32 bits, unless it is said otherwise.
 inline constexpr std::size_t kMachine = 4;          // 16 bits
 inline constexpr std::size_t kSectionCount = 6;     // 16 bits
 inline constexpr std::size_t kSymbolPosition = 12;  // in the file
@@ -24,10 +24,12 @@ inline constexpr std::size_t kChecksum = 88;
 inline constexpr std::size_t kDirectoryCount = 132;
 inline constexpr std::size_t kDirectories = 136;  // 8 bytes each: address, size
 
+// Numbers of directories.
 inline constexpr std::size_t kResourceDirectory = 2;
 inline constexpr std::size_t kCertificateDirectory = 4;  // its address is a position in the file
 inline constexpr std::size_t kKnownDirectories = 16;
 
+// The size of a section's header, and where its fields are.
 inline constexpr std::size_t kSectionHeaderBytes = 40;
 inline constexpr std::size_t kSectionImageBytes = 8;  // after the name, 8 bytes
 inline constexpr std::size_t kSectionAddress = 12;
@@ -35,6 +37,7 @@ inline constexpr std::size_t kSectionFileBytes = 16;
 inline constexpr std::size_t kSectionPosition = 20;
 inline constexpr std::size_t kSectionFlags = 36;
 
+// Bits of kSectionFlags.
 inline constexpr std::uint32_t kInitializedData = 0x40;
 inline constexpr std::uint32_t kReadable = 0x40000000;
 inline constexpr std::size_t kMostSections = 96;  // that the system loads

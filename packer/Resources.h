@@ -14,6 +14,7 @@ namespace quillon {
 // units first, then the numbers. The system looks texts up in upper case, so that is how they are stored.
 using ResourceId = std::variant<std::u16string, std::uint32_t>;
 
+// Under what a resource is found; `language` is Windows' number.
 struct ResourceKey {
     ResourceId type;
     ResourceId name;
@@ -22,6 +23,7 @@ struct ResourceKey {
     auto operator<=>(const ResourceKey&) const = default;  // NOLINT(modernize-use-nullptr): compares with 0
 };
 
+// Its content.
 struct Resource {
     std::span<const std::byte> bytes;  // not owned
     std::uint32_t codePage = 0;

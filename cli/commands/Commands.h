@@ -18,6 +18,7 @@
 
 namespace quillon::cli {
 
+// What to render, as which host, and where to.
 struct RenderOptions {
     std::filesystem::path effect;
     std::filesystem::path input;
@@ -69,6 +70,7 @@ int RunRender(const RenderOptions& options);
 // are a command line.
 int RunWorker();
 
+// Whose controls to print.
 struct ParamsOptions {
     std::filesystem::path effect;
     bool isJson = false;
@@ -77,6 +79,7 @@ struct ParamsOptions {
 // `quillon params`: prints the effect's controls as its host sees them.
 int RunParams(const ParamsOptions& options);
 
+// What to look into.
 struct InfoOptions {
     std::filesystem::path effect;
     std::string rewritten;  // name of a shader's file; empty: the whole effect
@@ -86,6 +89,7 @@ struct InfoOptions {
 // `quillon info`: prints what an effect or any module is and holds, or one of its shaders as the driver gets it.
 int RunInfo(const InfoOptions& options);
 
+// What to check.
 struct CheckOptions {
     std::filesystem::path effect;
 };
@@ -94,6 +98,7 @@ struct CheckOptions {
 // is wrong.
 int RunCheck(const CheckOptions& options);
 
+// What to pack, and where to.
 struct PackOptions {
     std::filesystem::path folder;
     std::filesystem::path output;
@@ -105,6 +110,7 @@ struct PackOptions {
 // that are probably not a part of the effect.
 int RunPack(const PackOptions& options);
 
+// The picture to write, with its size in pixels.
 struct ChartOptions {
     std::filesystem::path output;
     std::uint32_t width = 960;
@@ -114,6 +120,7 @@ struct ChartOptions {
 // `quillon chart`: writes the tool's test picture and prints its path.
 int RunChart(const ChartOptions& options);
 
+// Two pictures, patterns or movies.
 struct CompareOptions {
     std::filesystem::path first;
     std::filesystem::path second;
@@ -130,6 +137,7 @@ struct CompareOptions {
 // allowed.
 int RunCompare(const CompareOptions& options);
 
+// The effect to make, and the shader files that it is made from.
 struct NewOptions {
     std::filesystem::path folder;  // of the new effect, whose name is its last part
     std::filesystem::path from;

@@ -14,7 +14,7 @@ public:
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    void advance();
+    void advance();  // by one step
     // Removes the line, so that something else can be printed; show() and advance() bring it back.
     void clear();
     void show() const;

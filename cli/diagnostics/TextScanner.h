@@ -6,8 +6,9 @@
 
 namespace quillon::cli {
 
-// Each takes something from the front of the text, or gives its negative and leaves the text as it is.
+// The first three take something from the front of the text, or give their negative and leave it as it is.
 
+// This text, letter by letter.
 bool TakeText(std::string_view& text, std::string_view expected);
 // A run of one to nine decimal digits; a longer run counts as no number.
 std::optional<int> TakeNumber(std::string_view& text);
@@ -18,7 +19,7 @@ void TakeBlanks(std::string_view& text);
 // Whether the word occurs in the text with no letter, digit or underscore on either side.
 bool HoldsWord(std::string_view text, std::string_view word);
 
-bool IsWordCharacter(char c);
+bool IsWordCharacter(char c);  // a letter or digit of ASCII, or an underscore
 
 // With the letters A to Z made small; all other bytes stay.
 std::string InLowerCase(std::string text);

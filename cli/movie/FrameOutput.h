@@ -11,8 +11,10 @@
 
 namespace quillon::cli {
 
+// How frames go to standard output, see StreamFormats.h.
 enum class StreamForm { raw, y4m };
 
+// Where frames go, and in which form.
 struct OutputOptions {
     std::filesystem::path path;  // of a picture, a pattern or a movie; "-": standard output; empty: nowhere
     StorageOptions storage;
@@ -21,7 +23,7 @@ struct OutputOptions {
     MovieOptions movie;
 };
 
-bool IsStandardOutput(const std::filesystem::path& path);
+bool IsStandardOutput(const std::filesystem::path& path);  // "-"
 
 // A frame in the form in which its output takes it; no bytes for a picture that has become a file.
 struct EncodedFrame {
@@ -46,6 +48,7 @@ public:
 // Whether frames become files, each for itself, and not parts of one output.
 bool IsPictureOutput(const std::filesystem::path& path);
 
+// The one that the path asks for.
 std::unique_ptr<FrameOutput> MakeFrameOutput(const OutputOptions& options);
 
 }  // namespace quillon::cli

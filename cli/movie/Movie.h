@@ -14,6 +14,7 @@ namespace quillon::cli {
 bool IsMovieInput(const std::filesystem::path& path);
 bool IsMovieOutput(const std::filesystem::path& path);
 
+// What is known of a movie before its frames are read.
 struct MovieInfo {
     double framesPerSecond = 25;  // of a movie with a varying rate the mean
     std::int32_t frames = 0;      // 0: not known

@@ -15,6 +15,7 @@
 
 namespace quillon::cli {
 
+// How a movie is encoded.
 struct MovieOptions {
     double framesPerSecond = 25;
     std::vector<std::string> codecArgs;  // further arguments of ffmpeg

@@ -12,8 +12,10 @@ class OpenGLContext;
 // The one implementation of IPlugin, and the one engine of the process.
 class AEQuillon2 final : public IPlugin {
 public:
+    // Made at the first call; it does not start the engine.
     static AEQuillon2& instance();
 
+    // The operations of IPlugin, described there.
     bool init(void* module, void* unused) override;
     bool restartScript() override;
     void shutdown() override;

@@ -14,7 +14,7 @@ public:
     EngineLock(const EngineLock&) = delete;
     EngineLock& operator=(const EngineLock&) = delete;
 
-    bool isHeld() const { return held; }
+    bool isHeld() const { return held; }  // false too when it was not wanted
 
 private:
     IPlugin& engine;
@@ -31,7 +31,7 @@ public:
     MappedResult(const MappedResult&) = delete;
     MappedResult& operator=(const MappedResult&) = delete;
 
-    const void* get() const { return pixels; }
+    const void* get() const { return pixels; }  // null: the frame counts as not rendered
 
 private:
     IPlugin& engine;

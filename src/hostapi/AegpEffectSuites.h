@@ -7,6 +7,7 @@
 inline constexpr char kAEGPPFInterfaceSuite[] = "AEGP PF Interface Suite";
 inline constexpr A_long kAEGPPFInterfaceSuiteVersion1 = 1;
 
+// An effect's layer, and a reference to the effect that lives until it is disposed.
 struct AEGP_PFInterfaceSuite1 {
     A_Err (*AEGP_GetEffectLayer)(PF_ProgPtr effect_ref, AEGP_LayerH* out);
     A_Err (*AEGP_GetNewEffectForEffect)(AEGP_PluginID plugin, PF_ProgPtr effect_ref, AEGP_EffectRefH* out);
@@ -31,6 +32,7 @@ struct AEGP_UtilitySuite3 {
 inline constexpr char kAEGPEffectSuite[] = "AEGP Effect Suite";
 inline constexpr A_long kAEGPEffectSuiteVersion3 = 3;
 
+// Ends such a reference.
 struct AEGP_EffectSuite3 {
     void* AEGP_GetLayerNumEffects;
     void* AEGP_GetLayerEffectByIndex;

@@ -21,6 +21,7 @@ struct AEGP_LayerSuite5 {
 inline constexpr char kAEGPCompSuite[] = "AEGP Comp Suite";
 inline constexpr A_long kAEGPCompSuiteVersion4 = 9;
 
+// From a composition to the project's item, which has the extent and the pixel aspect.
 struct AEGP_CompSuite4 {
     void* AEGP_GetCompFromItem;
     A_Err (*AEGP_GetItemFromComp)(AEGP_CompH comp, AEGP_ItemH* out);

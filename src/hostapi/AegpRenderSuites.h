@@ -17,6 +17,7 @@ struct AEGP_LayerRenderOptionsSuite1 {
     A_Err (*AEGP_SetTime)(AEGP_LayerRenderOptionsH options, A_Time time);
 };
 
+// Asked while a frame renders; `refcon` is whatever was given along.
 typedef A_Err (*AEGP_RenderSuiteCheckForCancel)(void* refcon, A_Boolean* cancel);
 
 inline constexpr char kAEGPRenderSuite[] = "AEGP Render Suite";
@@ -38,6 +39,7 @@ struct AEGP_RenderSuite4 {
 inline constexpr char kAEGPWorldSuite[] = "AEGP World Suite";
 inline constexpr A_long kAEGPWorldSuiteVersion3 = 3;
 
+// From a rendered frame's world to the record that effects know.
 struct AEGP_WorldSuite3 {
     void* AEGP_New;
     void* AEGP_Dispose;

@@ -39,18 +39,22 @@ struct PF_SpecVersion {
     A_short minor;
 };
 
+// value / scale seconds.
 struct A_Time {
     A_long value;
     A_u_long scale;
 };
 
+// num / den.
 struct A_Ratio {
     A_long num;
     A_u_long den;
 };
 
+// Which rows of an interlaced frame are meant.
 enum : A_long { PF_Field_FRAME = 0, PF_Field_UPPER = 1, PF_Field_LOWER = 2 };
 
+// What the user has chosen for the layer.
 enum : A_long { PF_Quality_DRAWING_AUDIO = -1, PF_Quality_LO = 0, PF_Quality_HI = 1 };
 
 enum : A_long {

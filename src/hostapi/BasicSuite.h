@@ -6,6 +6,7 @@
 
 typedef std::int32_t SPErr;
 
+// Where all suites come from. A suite is released as often as it was acquired, under the same name and version.
 struct SPBasicSuite {
     SPErr (*AcquireSuite)(const char* name, std::int32_t version, const void** suite);
     SPErr (*ReleaseSuite)(const char* name, std::int32_t version);

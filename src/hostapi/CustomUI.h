@@ -16,6 +16,7 @@ enum : A_long {
     PF_CustomEFlag_PREVIEW = 8
 };
 
+// What register_ui takes: which windows send events, and how large the custom areas are.
 struct PF_CustomUIInfo {
     A_long reserved;
     A_long events;  // PF_CustomEFlag_

@@ -8,6 +8,7 @@
 inline constexpr char kDRAWBOT_DrawSuite[] = "DRAWBOT Draw Suite";
 inline constexpr A_long kDRAWBOT_DrawSuite_Version1 = 1;
 
+// What belongs to a drawing reference.
 struct DRAWBOT_DrawbotSuite1 {
     SPErr (*GetSupplier)(DRAWBOT_DrawRef draw, DRAWBOT_SupplierRef* out);
     SPErr (*GetSurface)(DRAWBOT_DrawRef draw, DRAWBOT_SurfaceRef* out);
@@ -16,6 +17,7 @@ struct DRAWBOT_DrawbotSuite1 {
 inline constexpr char kDRAWBOT_SupplierSuite[] = "DRAWBOT Supplier Suite";
 inline constexpr A_long kDRAWBOT_SupplierSuite_Version1 = 1;
 
+// Makes what is drawn with; each object is released by ReleaseObject.
 struct DRAWBOT_SupplierSuite1 {
     SPErr (*NewPen)(DRAWBOT_SupplierRef supplier, const DRAWBOT_ColorRGBA* color, float size, DRAWBOT_PenRef* out);
     SPErr (*NewBrush)(DRAWBOT_SupplierRef supplier, const DRAWBOT_ColorRGBA* color, DRAWBOT_BrushRef* out);
@@ -54,6 +56,7 @@ struct DRAWBOT_SurfaceSuite2 {
 inline constexpr char kDRAWBOT_PathSuite[] = "DRAWBOT Path Suite";
 inline constexpr A_long kDRAWBOT_PathSuite_Version1 = 1;
 
+// Adds to a path, in pixels of the surface.
 struct DRAWBOT_PathSuite1 {
     SPErr (*MoveTo)(DRAWBOT_PathRef path, float x, float y);
     SPErr (*LineTo)(DRAWBOT_PathRef path, float x, float y);

@@ -23,6 +23,7 @@ typedef DRAWBOT_BrushOpaque* DRAWBOT_BrushRef;
 typedef DRAWBOT_PathOpaque* DRAWBOT_PathRef;
 typedef DRAWBOT_ImageOpaque* DRAWBOT_ImageRef;
 
+// Each from 0 to 1, straight.
 struct DRAWBOT_ColorRGBA {
     float red;
     float green;
@@ -30,6 +31,7 @@ struct DRAWBOT_ColorRGBA {
     float alpha;
 };
 
+// In pixels of the surface, like rectangles.
 struct DRAWBOT_PointF32 {
     float x;
     float y;
@@ -54,4 +56,5 @@ enum DRAWBOT_PixelLayout : A_long {
     kDRAWBOT_PixelLayout_32BGRA_Premul = 7
 };
 
+// What counts as inside of a path that crosses itself.
 enum DRAWBOT_FillType : A_long { kDRAWBOT_FillType_EvenOdd = 0, kDRAWBOT_FillType_Winding = 1 };

@@ -11,6 +11,7 @@
 inline constexpr char kPFHandleSuite[] = "PF Handle Suite";
 inline constexpr A_long kPFHandleSuiteVersion1 = 2;
 
+// The host's memory: null when there is none left. A handle's bytes stay in place while it is locked.
 struct PF_HandleSuite1 {
     PF_Handle (*host_new_handle)(A_HandleSize size);
     void* (*host_lock_handle)(PF_Handle handle);
@@ -31,6 +32,7 @@ struct PF_ParamUtilsSuite3 {
 inline constexpr char kPFEffectUISuite[] = "PF Effect UI Suite";
 inline constexpr A_long kPFEffectUISuiteVersion1 = 1;
 
+// The button beside the effect's name, which opens options.
 struct PF_EffectUISuite1 {
     PF_Err (*PF_SetOptionsButtonName)(PF_ProgPtr effect_ref, const A_char* nameZ);
 };
@@ -38,6 +40,7 @@ struct PF_EffectUISuite1 {
 inline constexpr char kPFColorParamSuite[] = "PF ColorParamSuite";
 inline constexpr A_long kPFColorParamSuiteVersion1 = 1;
 
+// A color control as floats, also above 1, which its own 8 bits cannot hold.
 struct PF_ColorParamSuite1 {
     PF_Err (*PF_GetFloatingPointColorFromColorDef)(PF_ProgPtr effect_ref, const PF_ParamDef* def, PF_PixelFloat* out);
 };
@@ -55,6 +58,7 @@ struct PF_PixelDataSuite1 {
 inline constexpr char kPFWorldSuite[] = "PF World Suite";
 inline constexpr A_long kPFWorldSuiteVersion2 = 2;
 
+// The depth of a world.
 struct PF_WorldSuite2 {
     void* PF_NewWorld;
     void* PF_DisposeWorld;
@@ -64,6 +68,7 @@ struct PF_WorldSuite2 {
 inline constexpr char kPFEffectCustomUISuite[] = "PF Effect Custom UI Suite";
 inline constexpr A_long kPFEffectCustomUISuiteVersion1 = 1;
 
+// Where a panel is drawn during a draw event.
 struct PF_EffectCustomUISuite1 {
     PF_Err (*PF_GetDrawingReference)(const PF_ContextH context, DRAWBOT_DrawRef* out);
 };

@@ -5,6 +5,7 @@
 // Enumerators, here as in the vendor's headers: `throw PF_Err_BAD_CALLBACK_PARAM` throws no int. Throw `int{...}` where
 // a handler for int is to get it.
 
+// What callbacks give and selectors answer; 0 is success.
 enum : PF_Err {
     PF_Err_NONE = 0,
     PF_Err_OUT_OF_MEMORY = 4,
@@ -16,6 +17,7 @@ enum : PF_Err {
     PF_Interrupt_CANCEL = 517
 };
 
+// The same, of the suites for extensions.
 enum : A_Err {
     A_Err_NONE = 0,
     A_Err_GENERIC = 1,

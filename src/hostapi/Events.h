@@ -50,6 +50,7 @@ enum : A_long { PF_EA_NONE = 0, PF_EA_PARAM_TITLE = 1, PF_EA_CONTROL = 2 };
 
 enum : A_long { PF_Cursor_EYEDROPPER = 8 };  // the number is certain, the name is not
 
+// The window in which an event happens.
 struct PF_Context {
     A_u_long magic;
     PF_WindowType w_type;
@@ -61,6 +62,7 @@ struct PF_Context {
 };
 typedef PF_Context** PF_ContextH;
 
+// A click or drag, in pixels of the window. continue_refcon comes back with the next drag.
 struct PF_DoClickEventInfo {
     A_u_long when;
     PF_Point screen_point;
@@ -71,11 +73,13 @@ struct PF_DoClickEventInfo {
     PF_Boolean last_time;
 };
 
+// What is to be drawn anew.
 struct PF_DrawEventInfo {
     PF_UnionableRect update_rect;
     A_long depth;
 };
 
+// A key, and where the mouse was.
 struct PF_KeyDownEvent {
     A_u_long when;
     PF_Point screen_point;
@@ -83,12 +87,14 @@ struct PF_KeyDownEvent {
     PF_Modifiers modifiers;
 };
 
+// Which cursor is to be shown there.
 struct PF_AdjustCursorEventInfo {
     PF_Point screen_point;
     PF_Modifiers modifiers;
     PF_CursorType set_cursor;
 };
 
+// By the event's type.
 union PF_EventUnion {
     PF_DoClickEventInfo do_click;
     PF_DrawEventInfo draw;
@@ -105,6 +111,7 @@ struct PF_EffectWindowInfo {
     A_long horiz_offset;
 };
 
+// What a window offers during an event. Nothing here is used.
 struct PF_EventCallbacks {
     void* refcon;
     void* layer_to_comp;
@@ -117,6 +124,7 @@ struct PF_EventCallbacks {
     void* info_draw_text;
 };
 
+// The record of a PF_Cmd_EVENT.
 struct PF_EventExtra {
     PF_ContextH contextH;
     PF_EventType e_type;
@@ -127,6 +135,7 @@ struct PF_EventExtra {
     PF_EventOutFlags evt_out_flags;
 };
 
+// The record of a PF_Cmd_USER_CHANGED_PARAM: the host index of the control.
 struct PF_UserChangedParamExtra {
     PF_ParamIndex param_index;
 };

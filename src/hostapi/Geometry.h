@@ -2,6 +2,7 @@
 
 #include "hostapi/BaseTypes.h"
 
+// In pixels; right and bottom are exclusive.
 struct PF_LRect {
     A_long left;
     A_long top;
@@ -17,11 +18,13 @@ struct PF_Point {
     A_long v;
 };
 
+// In units of 1/65536 pixel.
 struct PF_FixedPoint {
     PF_Fixed x;
     PF_Fixed y;
 };
 
+// num / den.
 struct PF_RationalScale {
     A_long num;
     A_u_long den;

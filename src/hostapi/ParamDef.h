@@ -25,6 +25,7 @@ union PF_ParamDefUnion {
 // The field for the control's name; the vendor's headers spell it by this macro as well.
 #define PF_DEF_NAME name
 
+// A control: how it is registered, and its value. The kind decides which member of the union holds.
 struct PF_ParamDef {
     union {
         A_long id;                    // when the control is added

@@ -6,6 +6,7 @@
 
 // What each kind of control holds: the members of PF_ParamDefUnion but for the layer.
 
+// An integer.
 struct PF_SliderDef {
     A_long value;
     A_char value_str[32];
@@ -17,6 +18,7 @@ struct PF_SliderDef {
     A_long dephault;
 };
 
+// A number in units of 1/65536.
 struct PF_FixedSliderDef {
     PF_Fixed value;
     A_char value_str[32];
@@ -38,6 +40,7 @@ struct PF_AngleDef {
     PF_Fixed valid_max;
 };
 
+// 1 or 0, with a text beside the box.
 struct PF_CheckBoxDef {
     A_long value;
     PF_Boolean dephault;
@@ -48,11 +51,13 @@ struct PF_CheckBoxDef {
     } u;
 };
 
+// 8 bits a channel.
 struct PF_ColorDef {
     PF_UnionablePixel value;
     PF_UnionablePixel dephault;
 };
 
+// Pixels in units of 1/65536. A default is given in another form, see the shell.
 struct PF_PointDef {
     PF_Fixed x_value;
     PF_Fixed y_value;
@@ -72,6 +77,7 @@ struct PF_PopupDef {
     } u;
 };
 
+// A number, with the range that can be typed and the range of the slider.
 struct PF_FloatSliderDef {
     A_FpLong value;
     A_FpLong phase;
@@ -89,6 +95,7 @@ struct PF_FloatSliderDef {
     A_FpShort exponent;
 };
 
+// Data of the effect's own making.
 struct PF_ArbitraryDef {
     A_short id;
     A_short pad;
@@ -99,12 +106,14 @@ struct PF_ArbitraryDef {
 
 typedef A_u_long PF_PathID;
 
+// The number of one of the layer's masks.
 struct PF_PathDef {
     PF_PathID path_id;
     A_long reserved0;
     A_long dephault;
 };
 
+// No value; the text on the button.
 struct PF_ButtonDef {
     A_long value;
     union {
@@ -112,6 +121,7 @@ struct PF_ButtonDef {
     } u;
 };
 
+// Pixels.
 struct PF_Point3DDef {
     A_FpLong x_value;
     A_FpLong y_value;

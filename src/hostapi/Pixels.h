@@ -4,6 +4,7 @@
 
 // In memory a pixel is A, R, G, B at every depth.
 
+// 8 bits a channel.
 struct PF_Pixel {
     A_u_char alpha;
     A_u_char red;
@@ -21,6 +22,7 @@ struct PF_Pixel16 {
     A_u_short blue;
 };
 
+// Floats, nominally 0 to 1.
 struct PF_PixelFloat {
     A_FpShort alpha;
     A_FpShort red;

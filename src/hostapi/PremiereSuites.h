@@ -21,6 +21,7 @@ struct prRect {
 inline constexpr char kPFPixelFormatSuite[] = "PF Pixel Format Suite";
 inline constexpr A_long kPFPixelFormatSuiteVersion1 = 1;
 
+// The formats in which an effect takes worlds, and the format of one.
 struct PF_PixelFormatSuite1 {
     PF_Err (*AddSupportedPixelFormat)(PF_ProgPtr effect_ref, PrPixelFormat format);
     PF_Err (*ClearSupportedPixelFormats)(PF_ProgPtr effect_ref);

@@ -4,6 +4,7 @@
 
 // The records of the smart route's two selectors.
 
+// Which part of a layer is wanted, in the layer's coordinates.
 struct PF_RenderRequest {
     PF_LRect rect;
     PF_Field field;
@@ -39,6 +40,7 @@ typedef A_short PF_RenderOutputFlags;
 
 enum : A_long { PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS = 1, PF_RenderOutputFlag_GPU_RENDER_POSSIBLE = 2 };
 
+// Called by the host once the frame is over.
 typedef void (*PF_DeletePreRenderDataFunc)(void* pre_render_data);
 
 // `flags` may be 32 bits wide at offset 36: whoever fills the record clears bytes 32 to 39 before writing it. The
@@ -61,12 +63,14 @@ struct PF_PreRenderCallbacks {
     void* GuidMixInPtr;
 };
 
+// The record of a PF_Cmd_SMART_PRE_RENDER.
 struct PF_PreRenderExtra {
     PF_PreRenderInput* input;
     PF_PreRenderOutput* output;
     PF_PreRenderCallbacks* cb;
 };
 
+// What was settled in the size phase.
 struct PF_SmartRenderInput {
     PF_RenderRequest output_request;
     A_short bitdepth;
@@ -76,12 +80,14 @@ struct PF_SmartRenderInput {
     A_u_long device_index;
 };
 
+// Pixels of a layer by its checkout id, which are checked in again, and the world to write..
 struct PF_SmartRenderCallbacks {
     PF_Err (*checkout_layer_pixels)(PF_ProgPtr effect_ref, A_long checkout_idL, PF_EffectWorld** pixels);
     PF_Err (*checkin_layer_pixels)(PF_ProgPtr effect_ref, A_long checkout_idL);
     PF_Err (*checkout_output)(PF_ProgPtr effect_ref, PF_EffectWorld** output);
 };
 
+// The record of a PF_Cmd_SMART_RENDER.
 struct PF_SmartRenderExtra {
     PF_SmartRenderInput* input;
     PF_SmartRenderCallbacks* cb;

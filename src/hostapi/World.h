@@ -11,6 +11,7 @@ enum : A_long { PF_WorldFlag_DEEP = 1, PF_WorldFlag_WRITEABLE = 2 };
 
 enum : A_long { PF_LayerDefault_MYSELF = -1, PF_LayerDefault_NONE = 0 };
 
+// `data` points at pixels of the world's depth, which its suites give; a null `data` has no pixels.
 struct PF_LayerDef {
     void* reserved0;
     void* reserved1;

@@ -21,6 +21,7 @@ class BandDiffusion {
 public:
     static constexpr std::uint32_t kRows = 4;
 
+    // All four outlive it. `entries` are the chooser's entries in the form of the picture's pixels.
     BandDiffusion(const Picture<T>& reduced, const DitherKernel& kernel, Chooser& chosen, PackedColors<T> entries)
         : picture(reduced),
           chooser(chosen),
@@ -39,6 +40,7 @@ public:
             if (origin + distance < kernel.width) ownWeights[distance - 1] = kernel.weight(0, origin + distance);
     }
 
+    // Reduces the whole picture in place. Once.
     void run() {
         for (std::uint32_t y = 0; y < picture.height; y += kRows) {
             if (y > 0) carryErrors();

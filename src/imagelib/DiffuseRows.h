@@ -15,6 +15,7 @@ namespace quillon::ImageLib {
 template <class T, class Chooser>
 class RowDiffusion {
 public:
+    // All four outlive it. `entries` are the chooser's entries in the form of the picture's pixels.
     RowDiffusion(const Picture<T>& reduced, const DitherKernel& weights, Chooser& chosen, PackedColors<T> entries)
         : picture(reduced),
           kernel(weights),
@@ -28,6 +29,7 @@ public:
             if (origin + distance < kernel.width) ownWeights[distance - 1] = kernel.weight(0, origin + distance);
     }
 
+    // Reduces the whole picture in place. Once.
     void run(bool serpentine) {
         for (std::uint32_t y = 0; y < picture.height; ++y) {
             unpack(y);

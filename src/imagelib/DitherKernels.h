@@ -15,11 +15,13 @@ struct DitherKernel {
     int divisor;
     int cells[kMaxHeight][kMaxWidth];  // over the divisor; the origin is the first cell of row 0 that is not 0
 
+    // The column of the pixel itself in row 0.
     constexpr int origin() const {
         int column = 0;
         while (cells[0][column] == 0) ++column;
         return column;
     }
+    // The share of the error that a cell takes, 0 to 1.
     constexpr float weight(int row, int column) const {
         return static_cast<float>(cells[row][column]) / static_cast<float>(divisor);
     }

@@ -19,6 +19,7 @@ inline __m128 Broadcast(__m128 v) {
     return _mm_shuffle_ps(v, v, _MM_SHUFFLE(Lane, Lane, Lane, Lane));
 }
 
+// Lane by lane.
 inline __m128 Squared(__m128 v) {
     return v * v;
 }

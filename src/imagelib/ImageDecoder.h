@@ -18,7 +18,7 @@ struct DecodedImage {
     std::uint32_t bitDepth = 0;          // 8, or 32 for a Radiance HDR file: floats, not clamped
     std::unique_ptr<void, Free> pixels;  // null when the bytes are no picture that can be read
 
-    explicit operator bool() const { return pixels != nullptr; }
+    explicit operator bool() const { return pixels != nullptr; }  // whether there is a picture
 };
 
 // Decodes JPEG, PNG, BMP, GIF, PSD, Radiance HDR or TGA from memory. Bytes of another form, damaged ones, and those

@@ -30,6 +30,7 @@ public:
     // each, and 32 KiB.
     NearestColor(std::span<const Pixel32> palette, std::uint64_t pixels, Range expected);
 
+    // The numbers of the nearest entries to four colors and to one, A, R, G, B. May make cells: one thread at a time.
     void find(const FourPixels& colors, std::uint32_t entries[4]);
     std::uint32_t find(__m128 argb);
 

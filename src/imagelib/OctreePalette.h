@@ -18,6 +18,7 @@ class OctreePalette {
 public:
     OctreePalette();
 
+    // One pixel of the picture.
     void add(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
         Node& leaf = nodes[leafOf(red, green, blue)];
         leaf.red += red;

@@ -17,15 +17,18 @@ class Picture {
 public:
     using Access = PixelAccess<T>;
 
+    // A view: the surface outlives it. With `grayscale` every color comes as its gray, of equal red, green and blue.
     Picture(const Surface<T>& surface, bool grayscale)
         : width(surface.width), height(surface.height), toGray(grayscale), view(surface) {}
 
+    // The first pixel of a row, from the top; no bound is checked.
     std::byte* row(std::uint32_t y) const { return reinterpret_cast<std::byte*>(view.row(y)); }
 
+    // Four pixels as floats: those next to each other from `pixels` on, or those at four places.
     FourPixels load(const std::byte* pixels) const { return grayed(Access::Load(pixels)); }
+    FourPixels gather(const std::byte* const pixels[4]) const { return grayed(Access::Gather(pixels)); }
     // Pixels of 8 bits in a vector.
     FourPixels expand(__m128i words) const { return grayed(Access::Expand(words)); }
-    FourPixels gather(const std::byte* const pixels[4]) const { return grayed(Access::Gather(pixels)); }
 
     // Calls `work(pixels, x, count)` for a row, four pixels at a time. The last ones of a row whose width is no
     // multiple of four come as a copy of four, which is brought back afterwards; `count` of them are real.

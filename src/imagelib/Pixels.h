@@ -4,19 +4,18 @@
 
 namespace quillon::ImageLib {
 
-// Pixels in the host's channel order: alpha first in memory, then red, green, blue. "Lane" numbers count from alpha.
+// Pixels of 8, 16 and 32 bits a channel, in the host's order: alpha first in memory, then red, green, blue. "Lane"
+// numbers count from alpha.
 struct Pixel8 {
     using Channel = std::uint8_t;
     static constexpr std::uint32_t kBitDepth = 8;
     Channel alpha, red, green, blue;  // 0 to 255
 };
-
 struct Pixel15 {
     using Channel = std::uint16_t;
     static constexpr std::uint32_t kBitDepth = 16;
     Channel alpha, red, green, blue;  // 0 to 32768
 };
-
 struct Pixel32 {
     using Channel = float;
     static constexpr std::uint32_t kBitDepth = 32;

@@ -19,8 +19,10 @@ public:
     // Whether a palette is one of these.
     static bool Holds(std::span<const Pixel32> palette);
 
+    // Takes a copy of a palette that Holds().
     explicit ShortPalette(std::span<const Pixel32> palette);
 
+    // The numbers of the nearest entries to four colors and to one, A, R, G, B.
     void find(const FourPixels& colors, std::uint32_t entries[4]) const;
     std::uint32_t find(__m128 argb) const;
 

@@ -8,6 +8,7 @@
 
 namespace quillon::ImageLib {
 
+// What surfaces of all pixel types have in common: they can be ended, and not copied.
 class SurfaceBase {
 public:
     virtual ~SurfaceBase() = default;
@@ -41,6 +42,7 @@ public:
         if (ownsPixels) std::free(pixels);
     }
 
+    // The first pixel of a row, from the top; no bound is checked.
     T* row(std::uint32_t y) const { return reinterpret_cast<T*>(reinterpret_cast<char*>(pixels) + y * rowBytes); }
 
     std::uint32_t width;

@@ -10,6 +10,7 @@ class ConfigDocument;
 struct EffectVersion {
     std::uint32_t word = 0;
 
+    // The fields, each shifted down.
     std::uint32_t major() const { return word & 0x3F; }
     std::uint32_t minor() const { return (word >> 6) & 0xFF; }
     std::uint32_t build() const { return (word >> 14) & 0xFFFF; }

@@ -9,6 +9,7 @@ namespace quillon {
 struct KeySchedule {
     std::uint32_t key = 0x7E3A91C5;
 
+    // To the key of the word after this one.
     void advance(std::uint32_t plainWord) { key = (key + plainWord) * plainWord; }
 };
 

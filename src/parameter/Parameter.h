@@ -42,8 +42,8 @@ public:
     std::string choices;        // entries of a POPUP, separated by "|"
     std::uint32_t choiceCount = 0;
 
-    float floatAt(int index) const { return load<float>(index); }
-    std::int32_t intValue() const { return load<std::int32_t>(0); }
+    float floatAt(int index) const { return load<float>(index); }    // `value` as floats, 0 to 3; nothing is converted
+    std::int32_t intValue() const { return load<std::int32_t>(0); }  // its first four bytes, like the next
     std::uint32_t wordValue() const { return load<std::uint32_t>(0); }
     void setFloatAt(int index, float number) { store(index, number); }
     void setIntValue(std::int32_t number) { store(0, number); }

@@ -17,7 +17,7 @@ public:
     ParametersHolder(const ParametersHolder&) = delete;
     ParametersHolder& operator=(const ParametersHolder&) = delete;
 
-    virtual std::uint32_t Count();
+    virtual std::uint32_t Count();  // of the parameters that At() gives
     // The parameter at this position in declaration order.
     virtual Parameter& At(std::uint32_t index);
 

@@ -9,6 +9,7 @@
 
 namespace quillon {
 
+// An open file, which the handle's end closes.
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };

@@ -22,8 +22,8 @@ inline constexpr ModuleMark kModuleTrailerMark = {'Q', 'u', 'i', 'l', 'l', 'o', 
 inline constexpr ModuleMark kListingMark = {'Q', 'u', 'i', 'l', 'l', 'o', 'n', 'L', 'I', 'S', 'T', '1'};
 inline constexpr std::size_t kModuleTrailerBytes = 4 + kModuleTrailerMark.size();
 
+// As it is in the file, and one for a piece of so many bytes.
 using ModuleTrailer = std::array<std::byte, kModuleTrailerBytes>;
-
 inline ModuleTrailer MakeModuleTrailer(std::uint32_t bytes, const ModuleMark& mark = kModuleTrailerMark) {
     ModuleTrailer trailer;
     StoreLittle(trailer, 0, bytes);

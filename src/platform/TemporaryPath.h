@@ -22,7 +22,7 @@ public:
     TemporaryPath(const TemporaryPath&) = delete;
     TemporaryPath& operator=(const TemporaryPath&) = delete;
 
-    const std::filesystem::path& path() const { return name; }
+    const std::filesystem::path& path() const { return name; }  // the place that it was made in, and its new name
 
     // Removes it before the object's end. False when something in it cannot be removed yet, such as a loaded module on
     // Windows.

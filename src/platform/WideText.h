@@ -9,7 +9,6 @@ namespace quillon {
 // and the other way round, in every locale, so that no name changes on the way.
 
 // One character for each byte.
-
 std::wstring WidenBytes(std::string_view bytes);
 
 // One byte for each character; a character above 255 has no byte and becomes '?'.

@@ -5,6 +5,7 @@
 
 namespace quillon {
 
+// Whether a turn needs the GL lock.
 enum class GLUse { none, locked };
 
 // A stretch of work with the engine on one instance, without a host call in it.
@@ -21,7 +22,7 @@ public:
     EngineTurn(const EngineTurn&) = delete;
     EngineTurn& operator=(const EngineTurn&) = delete;
 
-    bool hasGL() const { return lock.isHeld(); }
+    bool hasGL() const { return lock.isHeld(); }  // the GL lock is held, and stays held until the turn ends
     // The live instance's block; null without one.
     SequenceData* block() const { return live; }
     IPlugin& operator*() const { return engine; }

@@ -4,6 +4,7 @@
 
 namespace quillon {
 
+// What becomes of a host's event.
 enum class EventVerdict {
     ignored,  // for somebody else: the event stays as it is
     handled,  // for the effect, with nothing to do

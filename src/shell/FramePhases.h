@@ -8,6 +8,7 @@
 
 namespace quillon {
 
+// The size of a picture in pixels.
 struct FrameExtent {
     std::uint32_t width;
     std::uint32_t height;

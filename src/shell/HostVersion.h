@@ -6,6 +6,7 @@ namespace quillon {
 
 // Which host is calling.
 
+// Premiere Pro; any other host counts as After Effects.
 inline bool IsPremiere(const PF_InData& in) {
     return in.appl_id == kPremiereId;
 }

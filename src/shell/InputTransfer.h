@@ -23,7 +23,7 @@ public:
     LayerPixels(LayerPixels&&) = default;
     LayerPixels& operator=(LayerPixels&&) = default;
 
-    explicit operator bool() const { return pixels != nullptr; }
+    explicit operator bool() const { return pixels != nullptr; }  // whether there are pixels to upload
 
     // Into the layer of this declaration index, or kInputLayer. Needs the GL lock.
     void upload(const EngineTurn& turn, std::uint32_t index) const;

@@ -18,6 +18,7 @@ public:
     // A new instance, which becomes the selected one. `owner` is the block that will hold its handle.
     SequenceHandle* add(PF_Handle owner);
 
+    // Whether this module has made the handle and not ended it. A host's bytes may name anything.
     bool contains(SequenceHandle* handle) const { return entries.contains(handle); }
 
     // Selects a listed instance. After a restart of the script it first gets a new Sequence, with the declared values.

@@ -47,7 +47,7 @@ public:
 
     // Room for so many, so that add() cannot fail.
     void reserve(std::size_t count) { defs.reserve(count); }
-    void add(const PF_ParamDef& def) { defs.push_back(def); }  // one that was checked out, or whose checkout failed
+    void add(const PF_ParamDef& def) { defs.push_back(def); }  // also one whose checkout failed or was left out
     void checkInLast();                                        // of those added; there must be one
 
 private:

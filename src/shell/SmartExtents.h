@@ -6,6 +6,7 @@ namespace quillon {
 
 // The rectangles of the smart route's size phase.
 
+// Width and height; an inverted rectangle counts in 32 bits, without a sign.
 FrameExtent ExtentOf(const PF_LRect& rect);
 
 // The smallest rectangle around both. An empty one is left out of account.

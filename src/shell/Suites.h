@@ -21,6 +21,7 @@ public:
     SuiteCache(const SuiteCache&) = delete;
     SuiteCache& operator=(const SuiteCache&) = delete;
 
+    // Valid until the cache ends. Throws the int 516, see above.
     template <class Table>
     const Table& get(const SuiteKey<Table>& key) {
         return *static_cast<const Table*>(acquire(key.name, key.version));
@@ -64,6 +65,7 @@ public:
     SuiteHold& operator=(const SuiteHold&) = delete;
 
     explicit operator bool() const { return table != nullptr; }
+    // Only while it is not false.
     const Table* operator->() const { return table; }
 
 private:

@@ -5,6 +5,7 @@
 
 namespace quillon {
 
+// Each channel from 0 to 1.
 struct WheelColor {
     float red, green, blue;
 };
@@ -16,12 +17,14 @@ public:
     // The process's one image, drawn anew when another size is asked for; a side of 0 takes what is there.
     static const WheelImage& OfSize(int width, int height);
 
+    // Rows are tight, the top one first.
     int width() const { return columns; }
     int height() const { return rows; }
     const std::uint32_t* pixels() const { return image.data(); }
     // 0 outside of the picture.
     std::uint32_t pixelAt(int x, int y) const;
 
+    // The disc, in pixels from the picture's top left corner.
     float centerX() const { return static_cast<float>(columns) / 2; }
     float centerY() const { return static_cast<float>(rows) / 2; }
     float radius() const;
