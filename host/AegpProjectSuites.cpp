@@ -12,67 +12,67 @@ namespace {
 char layerPlace, compPlace, itemPlace;
 
 PF_Err EffectLayer(PF_ProgPtr effectRef, AEGP_LayerH* out) {
-    const CallbackScope visit(effectRef, Callback::effectLayer);
-    if (!visit) return visit.error();
-    if (!out) return visit.refuse("the effect's layer is asked for into nowhere");
+    const CallbackScope scope(effectRef, Callback::effectLayer);
+    if (!scope) return scope.error();
+    if (!out) return scope.refuse("the effect's layer is asked for into nowhere");
     *out = reinterpret_cast<AEGP_LayerH>(&layerPlace);
     return PF_Err_NONE;
 }
 
 PF_Err NewEffect(AEGP_PluginID plugin, PF_ProgPtr effectRef, AEGP_EffectRefH* out) {
-    const CallbackScope visit(effectRef, Callback::newEffect, plugin);
-    if (!visit) return visit.error();
-    if (plugin != kPluginId || !out) return visit.refuse("an effect reference is asked for by an unknown plug-in id");
-    *out = MakeReference<AEGP_EffectRefH>(*visit, {.kind = kObjectEffect});
+    const CallbackScope scope(effectRef, Callback::newEffect, plugin);
+    if (!scope) return scope.error();
+    if (plugin != kPluginId || !out) return scope.refuse("an effect reference is asked for by an unknown plug-in id");
+    *out = MakeReference<AEGP_EffectRefH>(*scope, {.kind = kObjectEffect});
     return PF_Err_NONE;
 }
 
 A_Err ParentComp(AEGP_LayerH layer, AEGP_CompH* out) {
-    const CallbackScope visit(Callback::parentComp);
-    if (!visit) return visit.error();
-    if (static_cast<void*>(layer) != &layerPlace || !out) return visit.refuse("an unknown layer is passed");
+    const CallbackScope scope(Callback::parentComp);
+    if (!scope) return scope.error();
+    if (static_cast<void*>(layer) != &layerPlace || !out) return scope.refuse("an unknown layer is passed");
     *out = reinterpret_cast<AEGP_CompH>(&compPlace);
     return PF_Err_NONE;
 }
 
 A_Err CompItem(AEGP_CompH comp, AEGP_ItemH* out) {
-    const CallbackScope visit(Callback::compItem);
-    if (!visit) return visit.error();
-    if (static_cast<void*>(comp) != &compPlace || !out) return visit.refuse("an unknown composition is passed");
+    const CallbackScope scope(Callback::compItem);
+    if (!scope) return scope.error();
+    if (static_cast<void*>(comp) != &compPlace || !out) return scope.refuse("an unknown composition is passed");
     *out = reinterpret_cast<AEGP_ItemH>(&itemPlace);
     return PF_Err_NONE;
 }
 
 A_Err ItemDimensions(AEGP_ItemH item, A_long* width, A_long* height) {
-    const CallbackScope visit(Callback::itemDimensions);
-    if (!visit) return visit.error();
-    if (static_cast<void*>(item) != &itemPlace || !width || !height) return visit.refuse("an unknown item is passed");
-    *width = visit->session.settings().compWidth;
-    *height = visit->session.settings().compHeight;
+    const CallbackScope scope(Callback::itemDimensions);
+    if (!scope) return scope.error();
+    if (static_cast<void*>(item) != &itemPlace || !width || !height) return scope.refuse("an unknown item is passed");
+    *width = scope->session.settings().compWidth;
+    *height = scope->session.settings().compHeight;
     return PF_Err_NONE;
 }
 
 A_Err ItemAspect(AEGP_ItemH item, A_Ratio* out) {
-    const CallbackScope visit(Callback::itemAspect);
-    if (!visit) return visit.error();
-    if (static_cast<void*>(item) != &itemPlace || !out) return visit.refuse("an unknown item is passed");
-    const PF_RationalScale& aspect = visit->session.settings().compPixelAspect;
+    const CallbackScope scope(Callback::itemAspect);
+    if (!scope) return scope.error();
+    if (static_cast<void*>(item) != &itemPlace || !out) return scope.refuse("an unknown item is passed");
+    const PF_RationalScale& aspect = scope->session.settings().compPixelAspect;
     *out = {aspect.num, aspect.den};
     return PF_Err_NONE;
 }
 
 A_Err RegisterAegp(AEGP_GlobalRefcon, const A_char* name, AEGP_PluginID* out) {
-    const CallbackScope visit(Callback::registerAegp, 0, name ? name : "");
-    if (!visit) return visit.error();
-    if (!name || !out) return visit.refuse("a registration without a name or a place for the id");
-    visit->session.record([&](Records& records) { records.aegpNames.emplace_back(name); });
+    const CallbackScope scope(Callback::registerAegp, 0, name ? name : "");
+    if (!scope) return scope.error();
+    if (!name || !out) return scope.refuse("a registration without a name or a place for the id");
+    scope->session.record([&](Records& records) { records.aegpNames.emplace_back(name); });
     *out = kPluginId;
     return PF_Err_NONE;
 }
 
 A_Err DisposeEffect(AEGP_EffectRefH effect) {
-    const CallbackScope visit(Callback::disposeEffect);
-    return visit.isInCall() ? GiveBack(visit, effect, kObjectEffect) : visit.error();
+    const CallbackScope scope(Callback::disposeEffect);
+    return scope.isInCall() ? GiveBack(scope, effect, kObjectEffect) : scope.error();
 }
 
 }  // namespace

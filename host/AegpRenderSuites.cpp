@@ -9,23 +9,23 @@ namespace quillon::host {
 namespace {
 
 A_Err NewOptions(AEGP_PluginID plugin, AEGP_EffectRefH effect, AEGP_LayerRenderOptionsH* out) {
-    const CallbackScope visit(Callback::newRenderOptions, plugin);
-    if (!visit) return visit.error();
-    if (plugin != kPluginId || !out) return visit.refuse("render options are asked for by an unknown plug-in id");
-    if (!ObjectOf(visit, effect, kObjectEffect)) return PF_Err_BAD_CALLBACK_PARAM;
-    *out = MakeReference<AEGP_LayerRenderOptionsH>(*visit, {.kind = kObjectRenderOptions});
+    const CallbackScope scope(Callback::newRenderOptions, plugin);
+    if (!scope) return scope.error();
+    if (plugin != kPluginId || !out) return scope.refuse("render options are asked for by an unknown plug-in id");
+    if (!ObjectOf(scope, effect, kObjectEffect)) return PF_Err_BAD_CALLBACK_PARAM;
+    *out = MakeReference<AEGP_LayerRenderOptionsH>(*scope, {.kind = kObjectRenderOptions});
     return PF_Err_NONE;
 }
 
 A_Err DisposeOptions(AEGP_LayerRenderOptionsH options) {
-    const CallbackScope visit(Callback::disposeRenderOptions);
-    return visit.isInCall() ? GiveBack(visit, options, kObjectRenderOptions) : visit.error();
+    const CallbackScope scope(Callback::disposeRenderOptions);
+    return scope.isInCall() ? GiveBack(scope, options, kObjectRenderOptions) : scope.error();
 }
 
 A_Err SetTime(AEGP_LayerRenderOptionsH options, A_Time time) {
-    const CallbackScope visit(Callback::setRenderTime, time.value);
-    if (!visit) return visit.error();
-    HostObject* const object = ObjectOf(visit, options, kObjectRenderOptions);
+    const CallbackScope scope(Callback::setRenderTime, time.value);
+    if (!scope) return scope.error();
+    HostObject* const object = ObjectOf(scope, options, kObjectRenderOptions);
     if (!object) return PF_Err_BAD_CALLBACK_PARAM;
     object->time = time;
     return PF_Err_NONE;
@@ -40,38 +40,38 @@ std::shared_ptr<World> UpstreamFrame(const SelectorCall& call, A_Time time) {
 // Without a frame there: an error and no receipt.
 A_Err RenderLayerFrame(AEGP_LayerRenderOptionsH options, A_Boolean, AEGP_RenderSuiteCheckForCancel, AEGP_CancelRefcon,
                        AEGP_FrameReceiptH* out) {
-    const CallbackScope visit(Callback::renderLayerFrame);
-    if (!visit) return visit.error();
-    const HostObject* const object = ObjectOf(visit, options, kObjectRenderOptions);
+    const CallbackScope scope(Callback::renderLayerFrame);
+    if (!scope) return scope.error();
+    const HostObject* const object = ObjectOf(scope, options, kObjectRenderOptions);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
-    visit->session.record([&](Records& records) { records.upstreamTimes.push_back(object->time); });
-    std::shared_ptr<World> world = UpstreamFrame(*visit, object->time);
+    scope->session.record([&](Records& records) { records.upstreamTimes.push_back(object->time); });
+    std::shared_ptr<World> world = UpstreamFrame(*scope, object->time);
     if (!world) return A_Err_GENERIC;
-    visit->books.worldShown(world);
-    *out = MakeReference<AEGP_FrameReceiptH>(*visit,
+    scope->ledger.worldShown(world);
+    *out = MakeReference<AEGP_FrameReceiptH>(*scope,
                                              {.kind = kObjectReceipt, .time = object->time, .world = std::move(world)});
     return PF_Err_NONE;
 }
 
 A_Err CheckinFrame(AEGP_FrameReceiptH receipt) {
-    const CallbackScope visit(Callback::checkinFrame);
-    return visit.isInCall() ? GiveBack(visit, receipt, kObjectReceipt) : visit.error();
+    const CallbackScope scope(Callback::checkinFrame);
+    return scope.isInCall() ? GiveBack(scope, receipt, kObjectReceipt) : scope.error();
 }
 
 // A receipt's world goes by the receipt's own address, and so ends with it.
 A_Err ReceiptWorld(AEGP_FrameReceiptH receipt, AEGP_WorldH* out) {
-    const CallbackScope visit(Callback::receiptWorld);
-    if (!visit) return visit.error();
-    HostObject* const object = ObjectOf(visit, receipt, kObjectReceipt);
+    const CallbackScope scope(Callback::receiptWorld);
+    if (!scope) return scope.error();
+    HostObject* const object = ObjectOf(scope, receipt, kObjectReceipt);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
     *out = reinterpret_cast<AEGP_WorldH>(object);
     return PF_Err_NONE;
 }
 
 A_Err FillOutWorld(AEGP_WorldH world, PF_EffectWorld* out) {
-    const CallbackScope visit(Callback::fillOutWorld);
-    if (!visit) return visit.error();
-    const HostObject* const object = ObjectOf(visit, world, kObjectReceipt);
+    const CallbackScope scope(Callback::fillOutWorld);
+    if (!scope) return scope.error();
+    const HostObject* const object = ObjectOf(scope, world, kObjectReceipt);
     if (!object || !out) return PF_Err_BAD_CALLBACK_PARAM;
     *out = object->world->record();
     return PF_Err_NONE;

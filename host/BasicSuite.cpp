@@ -30,25 +30,25 @@ bool IsOffered(const SuiteOffer& offer, std::int32_t version, const Faults& faul
 
 SPErr AcquireSuite(const char* name, std::int32_t version, const void** suite) {
     const std::string text = name ? name : "";
-    const CallbackScope visit(Callback::acquireSuite, version, text);
-    if (!visit) return visit.error();
-    if (!suite) return visit.refuse("a suite is acquired into nowhere");
-    HostSession& session = visit->session;
+    const CallbackScope scope(Callback::acquireSuite, version, text);
+    if (!scope) return scope.error();
+    if (!suite) return scope.refuse("a suite is acquired into nowhere");
+    HostSession& session = scope->session;
     const SuiteOffer* const offer = FindOffer(text, session.settings().kind == HostKind::premiere);
     if (!offer || !IsOffered(*offer, version, session.faults())) return kSuiteNotFound;
     *suite = session.faults().isNull(text) ? nullptr : offer->table;
-    if (*suite) visit->books.suiteAcquired(text, version);
+    if (*suite) scope->ledger.suiteAcquired(text, version);
     return PF_Err_NONE;
 }
 
 SPErr ReleaseSuite(const char* name, std::int32_t version) {
     const std::string text = name ? name : "";
-    const CallbackScope visit(Callback::releaseSuite, version, text);
-    if (!visit.isInCall()) return visit.error();
-    if (!visit->books.suiteReleased(text, version))
-        return visit.refuse("suite \"" + text + "\" " + std::to_string(version) +
+    const CallbackScope scope(Callback::releaseSuite, version, text);
+    if (!scope.isInCall()) return scope.error();
+    if (!scope->ledger.suiteReleased(text, version))
+        return scope.refuse("suite \"" + text + "\" " + std::to_string(version) +
                             " is released but not held in this version");
-    return visit.error();
+    return scope.error();
 }
 
 }  // namespace

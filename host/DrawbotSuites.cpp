@@ -16,9 +16,9 @@ bool IsPlace(Reference reference, const char& place) {
 }
 
 template <class Reference>
-SPErr GivePlace(const CallbackScope& visit, bool isKnown, char& place, Reference* out) {
-    if (!visit) return visit.error();
-    if (!isKnown || !out) return visit.refuse("a drawing reference is invalid");
+SPErr GivePlace(const CallbackScope& scope, bool isKnown, char& place, Reference* out) {
+    if (!scope) return scope.error();
+    if (!isKnown || !out) return scope.refuse("a drawing reference is invalid");
     *out = reinterpret_cast<Reference>(&place);
     return PF_Err_NONE;
 }
@@ -36,11 +36,11 @@ SPErr DrawSurface(DRAWBOT_DrawRef draw, DRAWBOT_SurfaceRef* out) {
 }
 
 template <class Reference>
-SPErr Make(const CallbackScope& visit, DRAWBOT_SupplierRef supplier, const char* kind, Drawing drawing,
+SPErr Make(const CallbackScope& scope, DRAWBOT_SupplierRef supplier, const char* kind, Drawing drawing,
            Reference* out) {
-    if (!visit) return visit.error();
-    if (!IsPlace(supplier, supplierPlace) || !out) return visit.refuse("an unknown supplier is asked");
-    *out = MakeReference<Reference>(*visit, {.kind = kind, .drawing = std::move(drawing)});
+    if (!scope) return scope.error();
+    if (!IsPlace(supplier, supplierPlace) || !out) return scope.refuse("an unknown supplier is asked");
+    *out = MakeReference<Reference>(*scope, {.kind = kind, .drawing = std::move(drawing)});
     return PF_Err_NONE;
 }
 
@@ -56,14 +56,14 @@ SPErr NewBrush(DRAWBOT_SupplierRef supplier, const DRAWBOT_ColorRGBA* color, DRA
 
 SPErr NewImage(DRAWBOT_SupplierRef supplier, int width, int height, int rowBytes, DRAWBOT_PixelLayout layout,
                const void* data, DRAWBOT_ImageRef* out) {
-    const CallbackScope visit(Callback::newImage);
-    if (visit && (!data || width < 0 || height < 0 || rowBytes < 0)) return visit.refuse("an image without pixels");
+    const CallbackScope scope(Callback::newImage);
+    if (scope && (!data || width < 0 || height < 0 || rowBytes < 0)) return scope.refuse("an image without pixels");
     Drawing drawing{.image = {width, height, rowBytes, layout, {}}};
-    if (visit) {
+    if (scope) {
         const auto* const bytes = static_cast<const std::byte*>(data);
         drawing.image.bytes.assign(bytes, bytes + static_cast<std::ptrdiff_t>(rowBytes) * height);
     }
-    return Make(visit, supplier, kObjectImage, std::move(drawing), out);
+    return Make(scope, supplier, kObjectImage, std::move(drawing), out);
 }
 
 SPErr NewPath(DRAWBOT_SupplierRef supplier, DRAWBOT_PathRef* out) {
@@ -71,16 +71,16 @@ SPErr NewPath(DRAWBOT_SupplierRef supplier, DRAWBOT_PathRef* out) {
 }
 
 SPErr ReleaseObject(DRAWBOT_ObjectRef reference) {
-    const CallbackScope visit(Callback::releaseObject);
-    if (!visit.isInCall()) return visit.error();
-    if (!visit->books.objectGivenBack(reference)) return visit.refuse("what is no object is released");
-    return visit.error();
+    const CallbackScope scope(Callback::releaseObject);
+    if (!scope.isInCall()) return scope.error();
+    if (!scope->ledger.objectGivenBack(reference)) return scope.refuse("what is no object is released");
+    return scope.error();
 }
 
 // Adds one drawing with what the objects hold. Null objects are left out.
-SPErr Draw(const CallbackScope& visit, DRAWBOT_SurfaceRef surface, Drawing drawing, const HostObject* tool,
+SPErr Draw(const CallbackScope& scope, DRAWBOT_SurfaceRef surface, Drawing drawing, const HostObject* tool,
            const HostObject* path) {
-    if (!IsPlace(surface, surfacePlace)) return visit.refuse("an unknown surface is drawn on");
+    if (!IsPlace(surface, surfacePlace)) return scope.refuse("an unknown surface is drawn on");
     if (tool) {
         drawing.color = tool->drawing.color;
         drawing.penSize = tool->drawing.penSize;
@@ -90,24 +90,24 @@ SPErr Draw(const CallbackScope& visit, DRAWBOT_SurfaceRef surface, Drawing drawi
         drawing.path = path->drawing.path;
         drawing.arcs = path->drawing.arcs;
     }
-    visit->session.record([&](Records& records) { records.drawings.push_back(std::move(drawing)); });
+    scope->session.record([&](Records& records) { records.drawings.push_back(std::move(drawing)); });
     return PF_Err_NONE;
 }
 
 SPErr PaintRect(DRAWBOT_SurfaceRef surface, const DRAWBOT_ColorRGBA* color, const DRAWBOT_RectF32* rect) {
-    const CallbackScope visit(Callback::paintRect);
-    if (!visit) return visit.error();
-    if (!color || !rect) return visit.refuse("a rectangle without color or place");
-    return Draw(visit, surface, {.call = Callback::paintRect, .color = *color, .rect = *rect}, nullptr, nullptr);
+    const CallbackScope scope(Callback::paintRect);
+    if (!scope) return scope.error();
+    if (!color || !rect) return scope.refuse("a rectangle without color or place");
+    return Draw(scope, surface, {.call = Callback::paintRect, .color = *color, .rect = *rect}, nullptr, nullptr);
 }
 
 SPErr DrawPath(Callback which, DRAWBOT_SurfaceRef surface, const void* tool, const char* kind, DRAWBOT_PathRef path) {
-    const CallbackScope visit(which);
-    if (!visit) return visit.error();
-    const HostObject* const toolObject = ObjectOf(visit, tool, kind);
-    const HostObject* const pathObject = ObjectOf(visit, path, kObjectPath);
+    const CallbackScope scope(which);
+    if (!scope) return scope.error();
+    const HostObject* const toolObject = ObjectOf(scope, tool, kind);
+    const HostObject* const pathObject = ObjectOf(scope, path, kObjectPath);
     if (!toolObject || !pathObject) return PF_Err_BAD_CALLBACK_PARAM;
-    return Draw(visit, surface, {.call = which}, toolObject, pathObject);
+    return Draw(scope, surface, {.call = which}, toolObject, pathObject);
 }
 
 SPErr FillPath(DRAWBOT_SurfaceRef surface, DRAWBOT_BrushRef brush, DRAWBOT_PathRef path, DRAWBOT_FillType) {
@@ -119,18 +119,18 @@ SPErr StrokePath(DRAWBOT_SurfaceRef surface, DRAWBOT_PenRef pen, DRAWBOT_PathRef
 }
 
 SPErr DrawImage(DRAWBOT_SurfaceRef surface, DRAWBOT_ImageRef image, const DRAWBOT_PointF32* origin, float alpha) {
-    const CallbackScope visit(Callback::drawImage);
-    if (!visit) return visit.error();
-    const HostObject* const object = ObjectOf(visit, image, kObjectImage);
+    const CallbackScope scope(Callback::drawImage);
+    if (!scope) return scope.error();
+    const HostObject* const object = ObjectOf(scope, image, kObjectImage);
     if (!object || !origin) return PF_Err_BAD_CALLBACK_PARAM;
-    return Draw(visit, surface, {.call = Callback::drawImage, .imageOrigin = *origin, .imageAlpha = alpha}, object,
+    return Draw(scope, surface, {.call = Callback::drawImage, .imageOrigin = *origin, .imageAlpha = alpha}, object,
                 nullptr);
 }
 
 SPErr AddPoint(Callback which, DRAWBOT_PathRef path, float x, float y) {
-    const CallbackScope visit(which);
-    if (!visit) return visit.error();
-    HostObject* const object = ObjectOf(visit, path, kObjectPath);
+    const CallbackScope scope(which);
+    if (!scope) return scope.error();
+    HostObject* const object = ObjectOf(scope, path, kObjectPath);
     if (!object) return PF_Err_BAD_CALLBACK_PARAM;
     object->drawing.path.push_back({x, y});
     return PF_Err_NONE;
@@ -144,9 +144,9 @@ SPErr LineTo(DRAWBOT_PathRef path, float x, float y) {
 }
 
 SPErr AddArc(DRAWBOT_PathRef path, const DRAWBOT_PointF32* center, float radius, float startAngle, float sweep) {
-    const CallbackScope visit(Callback::addArc);
-    if (!visit) return visit.error();
-    HostObject* const object = ObjectOf(visit, path, kObjectPath);
+    const CallbackScope scope(Callback::addArc);
+    if (!scope) return scope.error();
+    HostObject* const object = ObjectOf(scope, path, kObjectPath);
     if (!object || !center) return PF_Err_BAD_CALLBACK_PARAM;
     object->drawing.arcs.push_back({*center, radius, startAngle, sweep});
     return PF_Err_NONE;

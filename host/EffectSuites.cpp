@@ -10,13 +10,13 @@ namespace quillon::host {
 namespace {
 
 PF_Err UpdateParamUi(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDef* def) {
-    const CallbackScope visit(effectRef, Callback::updateParamUI, index);
-    if (!visit.isInCall()) return visit.error();
-    if (!def) return visit.refuse("PF_UpdateParamUI gets no control");
-    HostInstance* const instance = visit->selector.instance;
-    PF_Err error = visit.error();
+    const CallbackScope scope(effectRef, Callback::updateParamUI, index);
+    if (!scope.isInCall()) return scope.error();
+    if (!def) return scope.refuse("PF_UpdateParamUI gets no control");
+    HostInstance* const instance = scope->selector.instance;
+    PF_Err error = scope.error();
     if (error == PF_Err_NONE && (!instance || !instance->hasParam(index))) error = PF_Err_INVALID_INDEX;
-    visit->session.record([&](Records& records) { records.paramUIUpdates.push_back({index, *def, error}); });
+    scope->session.record([&](Records& records) { records.paramUIUpdates.push_back({index, *def, error}); });
     if (error != PF_Err_NONE) return error;
     // Only its look: hosts take no value from here.
     PF_ParamDef& own = instance->param(index);
@@ -27,34 +27,34 @@ PF_Err UpdateParamUi(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDe
 }
 
 PF_Err SetOptionsButtonName(PF_ProgPtr effectRef, const A_char* name) {
-    const CallbackScope visit(effectRef, Callback::setOptionsButtonName, 0, name ? name : "");
-    if (!visit) return visit.error();
-    if (!name) return visit.refuse("PF_SetOptionsButtonName gets no name");
-    visit->session.record([&](Records& records) { records.optionsButtonNames.emplace_back(name); });
+    const CallbackScope scope(effectRef, Callback::setOptionsButtonName, 0, name ? name : "");
+    if (!scope) return scope.error();
+    if (!name) return scope.refuse("PF_SetOptionsButtonName gets no name");
+    scope->session.record([&](Records& records) { records.optionsButtonNames.emplace_back(name); });
     return PF_Err_NONE;
 }
 
 PF_Err FloatingPointColor(PF_ProgPtr effectRef, const PF_ParamDef* def, PF_PixelFloat* out) {
     const PF_ParamIndex index = def ? def->unused : 0;
-    const CallbackScope visit(effectRef, Callback::floatingPointColor, index);
-    if (!visit) return visit.error();
-    const HostInstance* const instance = visit->selector.instance;
+    const CallbackScope scope(effectRef, Callback::floatingPointColor, index);
+    if (!scope) return scope.error();
+    const HostInstance* const instance = scope->selector.instance;
     if (!out || !instance || !instance->hasParam(index) || def->param_type != PF_Param_COLOR)
-        return visit.refuse("a color is asked of what is no COLOR control of this instance");
+        return scope.refuse("a color is asked of what is no COLOR control of this instance");
     *out = instance->color(index);
     return PF_Err_NONE;
 }
 
 template <class Pixel>
 PF_Err PixelData(Callback which, int depth, const PF_EffectWorld* world, PF_PixelPtr pixels, Pixel** out) {
-    const CallbackScope visit(which);
-    if (!visit) return visit.error();
-    if (!world || !out) return visit.refuse("pixels are asked of no world");
+    const CallbackScope scope(which);
+    if (!scope) return scope.error();
+    if (!world || !out) return scope.refuse("pixels are asked of no world");
     *out = nullptr;
     const PF_PixelPtr asked = pixels ? pixels : world->data;
     if (!asked) return PF_Err_NONE;
     const int depthThere = World::DepthOf(asked);
-    if (depthThere == 0) return visit.refuse("pixels are asked of a world that no host made");
+    if (depthThere == 0) return scope.refuse("pixels are asked of a world that no host made");
     if (depthThere == depth) *out = reinterpret_cast<Pixel*>(asked);
     return PF_Err_NONE;
 }
@@ -73,9 +73,9 @@ PF_Err PixelDataFloat(PF_EffectWorld* world, PF_PixelPtr pixels, PF_PixelFloat**
 
 // A layer without pixels has no format: an error, and `out` stays.
 PF_Err WorldFormat(const PF_EffectWorld* world, PF_PixelFormat* out) {
-    const CallbackScope visit(Callback::worldFormat);
-    if (!visit) return visit.error();
-    if (!world || !out) return visit.refuse("the format of no world is asked for");
+    const CallbackScope scope(Callback::worldFormat);
+    if (!scope) return scope.error();
+    if (!world || !out) return scope.refuse("the format of no world is asked for");
     const int depth = World::DepthOf(world->data);
     if (depth == 0) return PF_Err_BAD_CALLBACK_PARAM;
     *out = depth == 8 ? PF_PixelFormat_ARGB32 : depth == 16 ? PF_PixelFormat_ARGB64 : PF_PixelFormat_ARGB128;

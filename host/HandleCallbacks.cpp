@@ -7,48 +7,48 @@ namespace quillon::host {
 
 namespace {
 
-void Complain(const CallbackScope& visit, const std::string& fault) {
-    if (!fault.empty()) visit->violation(fault);
+void Complain(const CallbackScope& scope, const std::string& fault) {
+    if (!fault.empty()) scope->violation(fault);
 }
 
 }  // namespace
 
 PF_Handle NewHandle(A_HandleSize size) {
-    const CallbackScope visit(Callback::newHandle, static_cast<std::int64_t>(size));
+    const CallbackScope scope(Callback::newHandle, static_cast<std::int64_t>(size));
     // Far beyond what an effect keeps: a size that went wrong.
     constexpr A_HandleSize kLargest = A_HandleSize{1} << 30;
-    if (!visit || size > kLargest) return nullptr;
-    const PF_Handle handle = visit->session.handles().make(size);
-    visit->books.handleMade(handle);
+    if (!scope || size > kLargest) return nullptr;
+    const PF_Handle handle = scope->session.handles().make(size);
+    scope->ledger.handleMade(handle);
     return handle;
 }
 
 void* LockHandle(PF_Handle handle) {
-    const CallbackScope visit(Callback::lockHandle);
-    if (!visit) return nullptr;
+    const CallbackScope scope(Callback::lockHandle);
+    if (!scope) return nullptr;
     std::string fault;
-    void* const memory = visit->session.handles().lock(handle, fault);
-    if (memory) visit->books.handleLocked(handle);
-    Complain(visit, fault);
+    void* const memory = scope->session.handles().lock(handle, fault);
+    if (memory) scope->ledger.handleLocked(handle);
+    Complain(scope, fault);
     return memory;
 }
 
 void UnlockHandle(PF_Handle handle) {
-    const CallbackScope visit(Callback::unlockHandle);
-    if (!visit.isInCall()) return;
+    const CallbackScope scope(Callback::unlockHandle);
+    if (!scope.isInCall()) return;
     std::string fault;
-    visit->session.handles().unlock(handle, fault);
-    if (fault.empty()) visit->books.handleUnlocked(handle);
-    Complain(visit, fault);
+    scope->session.handles().unlock(handle, fault);
+    if (fault.empty()) scope->ledger.handleUnlocked(handle);
+    Complain(scope, fault);
 }
 
 void DisposeHandle(PF_Handle handle) {
-    const CallbackScope visit(Callback::disposeHandle);
-    if (!visit.isInCall()) return;
+    const CallbackScope scope(Callback::disposeHandle);
+    if (!scope.isInCall()) return;
     std::string fault;
-    visit->session.handles().dispose(handle, fault);
-    visit->books.handleDisposed(handle);
-    Complain(visit, fault);
+    scope->session.handles().dispose(handle, fault);
+    scope->ledger.handleDisposed(handle);
+    Complain(scope, fault);
 }
 
 }  // namespace quillon::host

@@ -27,7 +27,7 @@ struct Answer {
     PF_OutData out{};
 };
 
-// A host with one effect loaded. Everything that the effect does is held against the books at the end of each
+// A host with one effect loaded. Everything that the effect does is held against the ledger at the end of each
 // selector; violations() reports what is wrong, and nothing stops.
 //
 // Several threads may send selectors at once, each for different instances. Settings, faults and hooks are set, and
@@ -66,7 +66,7 @@ public:
     // Not sent to an effect that has not set PF_OutFlag_SEND_UPDATE_PARAMS_UI: error 0 then.
     Answer updateParamsUI(HostInstance& instance);
     Answer event(HostInstance& instance, PF_EventExtra& extra);
-    // Any selector, with the books kept but nothing taken over from what it leaves.
+    // Any selector, with the ledger kept but nothing taken over from what it leaves.
     Answer send(const Selector& selector);
 
     // The parts of the host. Faults and hooks may change at any time outside of a selector.

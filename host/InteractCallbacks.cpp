@@ -9,43 +9,43 @@ namespace {
 
 PF_Err CheckoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_long timeStep, A_u_long timeScale,
                      PF_ParamDef* param) {
-    const CallbackScope visit(effectRef, Callback::checkoutParam, index);
-    PF_Err error = visit.error();
-    if (error == PF_Err_NONE && !param) error = visit.refuse("checkout_param gets no place for the control");
-    if (error == PF_Err_NONE && !visit->serveParam(index, *param)) error = PF_Err_INVALID_INDEX;
-    if (!visit.isInCall()) return error;
-    const auto& valueAt = visit->session.hooks().valueAt;
-    if (error == PF_Err_NONE && valueAt && visit->selector.instance)
-        valueAt(*visit->selector.instance, index, time, timeScale, *param);
-    visit->books.paramCheckedOut(error);
-    visit->session.record([&](Records& records) {
+    const CallbackScope scope(effectRef, Callback::checkoutParam, index);
+    PF_Err error = scope.error();
+    if (error == PF_Err_NONE && !param) error = scope.refuse("checkout_param gets no place for the control");
+    if (error == PF_Err_NONE && !scope->serveParam(index, *param)) error = PF_Err_INVALID_INDEX;
+    if (!scope.isInCall()) return error;
+    const auto& valueAt = scope->session.hooks().valueAt;
+    if (error == PF_Err_NONE && valueAt && scope->selector.instance)
+        valueAt(*scope->selector.instance, index, time, timeScale, *param);
+    scope->ledger.paramCheckedOut(error);
+    scope->session.record([&](Records& records) {
         records.paramCheckouts.push_back({index, time, timeStep, timeScale, error});
     });
     return error;
 }
 
 PF_Err CheckinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
-    const CallbackScope visit(effectRef, Callback::checkinParam);
-    if (visit.isInCall()) visit->books.paramCheckedIn();
-    if (visit && !param) return visit.refuse("checkin_param gets no control");
-    return visit.error();
+    const CallbackScope scope(effectRef, Callback::checkinParam);
+    if (scope.isInCall()) scope->ledger.paramCheckedIn();
+    if (scope && !param) return scope.refuse("checkin_param gets no control");
+    return scope.error();
 }
 
 PF_Err AddParam(PF_ProgPtr effectRef, PF_ParamIndex index, PF_ParamDef* def) {
     SelectorCall* const call = SelectorCall::Current();
-    const CallbackScope visit(effectRef, Callback::addParam, call ? std::ssize(call->session.parameters()) + 1 : 0);
-    if (!visit) return visit.error();
-    if (visit->selector.cmd != PF_Cmd_PARAMS_SETUP) return visit.refuse("add_param outside of PARAMS_SETUP");
-    if (index != -1 || !def) return visit.refuse("add_param takes -1 and a control");
-    visit->session.addParameter(*def);
+    const CallbackScope scope(effectRef, Callback::addParam, call ? std::ssize(call->session.parameters()) + 1 : 0);
+    if (!scope) return scope.error();
+    if (scope->selector.cmd != PF_Cmd_PARAMS_SETUP) return scope.refuse("add_param outside of PARAMS_SETUP");
+    if (index != -1 || !def) return scope.refuse("add_param takes -1 and a control");
+    scope->session.addParameter(*def);
     return PF_Err_NONE;
 }
 
 PF_Err RegisterUi(PF_ProgPtr effectRef, PF_CustomUIInfo* info) {
-    const CallbackScope visit(effectRef, Callback::registerUI, info ? info->events : 0);
-    if (!visit) return visit.error();
-    if (!info) return visit.refuse("register_ui gets nothing to register");
-    visit->session.record([&](Records& records) { records.registeredUIs.push_back(*info); });
+    const CallbackScope scope(effectRef, Callback::registerUI, info ? info->events : 0);
+    if (!scope) return scope.error();
+    if (!info) return scope.refuse("register_ui gets nothing to register");
+    scope->session.record([&](Records& records) { records.registeredUIs.push_back(*info); });
     return PF_Err_NONE;
 }
 

@@ -10,23 +10,23 @@ namespace {
 constexpr PrTimelineID kTimeline = 815;
 
 PF_Err AddPixelFormat(PF_ProgPtr effectRef, PrPixelFormat format) {
-    const CallbackScope visit(effectRef, Callback::addPixelFormat, format);
-    if (!visit) return visit.error();
-    visit->session.record([&](Records& records) { records.pixelFormats.push_back(format); });
+    const CallbackScope scope(effectRef, Callback::addPixelFormat, format);
+    if (!scope) return scope.error();
+    scope->session.record([&](Records& records) { records.pixelFormats.push_back(format); });
     return PF_Err_NONE;
 }
 
 PF_Err ClearPixelFormats(PF_ProgPtr effectRef) {
-    const CallbackScope visit(effectRef, Callback::clearPixelFormats);
-    if (!visit) return visit.error();
-    visit->session.record([&](Records& records) { records.pixelFormats.clear(); });
+    const CallbackScope scope(effectRef, Callback::clearPixelFormats);
+    if (!scope) return scope.error();
+    scope->session.record([&](Records& records) { records.pixelFormats.clear(); });
     return PF_Err_NONE;
 }
 
 PF_Err PremiereFormat(PF_EffectWorld* world, PrPixelFormat* out) {
-    const CallbackScope visit(Callback::premiereFormat);
-    if (!visit) return visit.error();
-    if (!world || !out) return visit.refuse("the format of no world is asked for");
+    const CallbackScope scope(Callback::premiereFormat);
+    if (!scope) return scope.error();
+    if (!world || !out) return scope.refuse("the format of no world is asked for");
     const int depth = World::DepthOf(world->data);
     if (depth == 0) return PF_Err_BAD_CALLBACK_PARAM;
     *out = depth == 8    ? PrPixelFormat_ARGB_4444_8u
@@ -36,20 +36,20 @@ PF_Err PremiereFormat(PF_EffectWorld* world, PrPixelFormat* out) {
 }
 
 PF_Err ContainingTimeline(PF_ProgPtr effectRef, PrTimelineID* out) {
-    const CallbackScope visit(effectRef, Callback::containingTimeline);
-    if (!visit) return visit.error();
-    if (!out) return visit.refuse("the timeline is asked for into nowhere");
+    const CallbackScope scope(effectRef, Callback::containingTimeline);
+    if (!scope) return scope.error();
+    if (!out) return scope.refuse("the timeline is asked for into nowhere");
     *out = kTimeline;
     return PF_Err_NONE;
 }
 
 prSuiteError FrameRect(PrTimelineID timeline, prRect* out) {
-    const CallbackScope visit(Callback::frameRect);
-    if (!visit) return visit.error();
-    if (timeline != kTimeline || !out) return visit.refuse("the frame of an unknown timeline is asked for");
+    const CallbackScope scope(Callback::frameRect);
+    if (!scope) return scope.error();
+    if (timeline != kTimeline || !out) return scope.refuse("the frame of an unknown timeline is asked for");
     // Not at 0, so that a size read from only one edge is seen.
     constexpr csSDK_int32 kLeft = 7, kTop = 5;
-    const HostSettings& settings = visit->session.settings();
+    const HostSettings& settings = scope->session.settings();
     out->left = kLeft;
     out->top = kTop;
     out->right = kLeft + settings.compWidth;
@@ -58,11 +58,11 @@ prSuiteError FrameRect(PrTimelineID timeline, prRect* out) {
 }
 
 prSuiteError SequenceAspect(PrTimelineID timeline, csSDK_uint32* num, csSDK_uint32* den) {
-    const CallbackScope visit(Callback::sequenceAspect);
-    if (!visit) return visit.error();
-    if (timeline != kTimeline || !num || !den) return visit.refuse("the aspect of an unknown timeline is asked for");
-    *num = static_cast<csSDK_uint32>(visit->session.settings().compPixelAspect.num);
-    *den = visit->session.settings().compPixelAspect.den;
+    const CallbackScope scope(Callback::sequenceAspect);
+    if (!scope) return scope.error();
+    if (timeline != kTimeline || !num || !den) return scope.refuse("the aspect of an unknown timeline is asked for");
+    *num = static_cast<csSDK_uint32>(scope->session.settings().compPixelAspect.num);
+    *den = scope->session.settings().compPixelAspect.den;
     return PF_Err_NONE;
 }
 

@@ -99,18 +99,18 @@ bool SelectorCall::serveParam(PF_ParamIndex index, PF_ParamDef& def) {
     HostInstance* const instance = selector.instance;
     if (index == 0) {
         def = session.inputParam(selector.frame);
-        if (selector.frame) books.worldShown(selector.frame->input);
+        if (selector.frame) ledger.worldShown(selector.frame->input);
         return true;
     }
     if (!instance || !instance->hasParam(index)) return false;
     def = instance->param(index);
-    books.worldShown(instance->layer(index));
+    ledger.worldShown(instance->layer(index));
     return true;
 }
 
 void SelectorCall::close(const PF_InData& in) {
-    books.worldShown(selector.output);
-    books.close(session.handles(), [this](const std::string& text) { violation(text); });
+    ledger.worldShown(selector.output);
+    ledger.close(session.handles(), [this](const std::string& text) { violation(text); });
     checkHandles(in);
     checkMessage();
     if (const int strays = strayCallbacks.exchange(0))
@@ -119,7 +119,7 @@ void SelectorCall::close(const PF_InData& in) {
 
 void SelectorCall::checkHandles(const PF_InData& in) const {
     HandleTracker& handles = session.handles();
-    for (PF_Handle lost : books.lostHandles(handles, HandedOver(selector.cmd, out)))
+    for (PF_Handle lost : ledger.lostHandles(handles, HandedOver(selector.cmd, out)))
         if (!session.isLossAllowed())
             violation("a handle of " + std::to_string(handles.size(lost)) +
                       " bytes is lost: neither disposed nor given to the host");
@@ -155,7 +155,7 @@ CallbackScope::CallbackScope(Callback which, std::int64_t key, const std::string
         records.trace.push_back({instance ? instance->number : 0, call->selector.cmd, which, key, text});
     });
     const CallbackInfo& info = InfoOf(which);
-    if (info.suite && !call->books.holdsSuite(info.suite))
+    if (info.suite && !call->ledger.holdsSuite(info.suite))
         call->violation(std::string(info.name) + " is called without its suite");
     const auto hook = session.hooks().at.find(which);
     if (hook != session.hooks().at.end()) hook->second({which, key, instance});

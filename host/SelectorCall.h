@@ -54,7 +54,7 @@ public:
 
     HostSession& session;
     const Selector& selector;
-    CallLedger books;
+    CallLedger ledger;
 
 private:
     void checkMessage() const;

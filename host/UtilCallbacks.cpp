@@ -26,7 +26,7 @@ std::byte* PixelAt(const PF_EffectWorld& world, A_long x, A_long y, std::size_t 
 }
 
 // Copies what both rectangles have, from their top left corners on; nothing is scaled.
-PF_Err CopyPixels(const CallbackScope& visit, const PF_EffectWorld& source, const PF_EffectWorld& destination,
+PF_Err CopyPixels(const CallbackScope& scope, const PF_EffectWorld& source, const PF_EffectWorld& destination,
                   const PF_Rect* sourceRect, const PF_Rect* destinationRect) {
     const int depth = World::DepthOf(source.data);
     // A host has no conversion here: unlike depths are an error, as is a layer without pixels.
@@ -36,7 +36,7 @@ PF_Err CopyPixels(const CallbackScope& visit, const PF_EffectWorld& source, cons
     const A_long width = std::min(from.right - from.left, to.right - to.left);
     const A_long height = std::min(from.bottom - from.top, to.bottom - to.top);
     const auto pixelBytes = static_cast<std::size_t>(depth) / 2;
-    if (&source == &destination) return visit.refuse("copy of a world into itself");
+    if (&source == &destination) return scope.refuse("copy of a world into itself");
     for (A_long y = 0; y < height; ++y)
         std::memmove(PixelAt(destination, to.left, to.top + y, pixelBytes),
                      PixelAt(source, from.left, from.top + y, pixelBytes),
@@ -46,11 +46,11 @@ PF_Err CopyPixels(const CallbackScope& visit, const PF_EffectWorld& source, cons
 
 PF_Err Copy(PF_ProgPtr effectRef, PF_EffectWorld* source, PF_EffectWorld* destination, PF_Rect* sourceRect,
             PF_Rect* destinationRect) {
-    const CallbackScope visit(effectRef, Callback::copy);
-    if (!visit.isInCall()) return visit.error();
-    if (!source || !destination) return visit.refuse("copy gets no world");
-    const PF_Err error = visit ? CopyPixels(visit, *source, *destination, sourceRect, destinationRect) : visit.error();
-    visit->session.record([&](Records& records) {
+    const CallbackScope scope(effectRef, Callback::copy);
+    if (!scope.isInCall()) return scope.error();
+    if (!source || !destination) return scope.refuse("copy gets no world");
+    const PF_Err error = scope ? CopyPixels(scope, *source, *destination, sourceRect, destinationRect) : scope.error();
+    scope->session.record([&](Records& records) {
         records.copies.push_back({*source, *destination, !sourceRect && !destinationRect, error});
     });
     return error;
@@ -70,13 +70,13 @@ std::size_t PixelBytesOf(const PF_Pixel& color, int depth, std::byte (&bytes)[16
 }
 
 PF_Err Fill(PF_ProgPtr effectRef, const PF_Pixel* color, const PF_Rect* rect, PF_EffectWorld* world) {
-    const CallbackScope visit(effectRef, Callback::fill);
-    if (!visit.isInCall()) return visit.error();
-    if (!world) return visit.refuse("fill gets no world");
+    const CallbackScope scope(effectRef, Callback::fill);
+    if (!scope.isInCall()) return scope.error();
+    if (!world) return scope.refuse("fill gets no world");
     const PF_Pixel used = color ? *color : PF_Pixel{255, 0, 0, 0};
     const int depth = World::DepthOf(world->data);
-    const PF_Err error = visit && depth == 0 ? PF_Err{PF_Err_BAD_CALLBACK_PARAM} : visit.error();
-    visit->session.record([&](Records& records) { records.fills.push_back({used, *world, !rect, error}); });
+    const PF_Err error = scope && depth == 0 ? PF_Err{PF_Err_BAD_CALLBACK_PARAM} : scope.error();
+    scope->session.record([&](Records& records) { records.fills.push_back({used, *world, !rect, error}); });
     if (error != PF_Err_NONE) return error;
     std::byte pixel[16];
     const std::size_t pixelBytes = PixelBytesOf(used, depth, pixel);
@@ -88,10 +88,10 @@ PF_Err Fill(PF_ProgPtr effectRef, const PF_Pixel* color, const PF_Rect* rect, PF
 }
 
 PF_Err PlatformData(PF_ProgPtr effectRef, PF_PlatDataID which, void* data) {
-    const CallbackScope visit(effectRef, Callback::platformData, which);
-    if (!visit) return visit.error();
+    const CallbackScope scope(effectRef, Callback::platformData, which);
+    if (!scope) return scope.error();
     if (which != PF_PlatData_RES_DLLINSTANCE || !data) return PF_Err_BAD_CALLBACK_PARAM;
-    *static_cast<void**>(data) = visit->session.moduleHandle();
+    *static_cast<void**>(data) = scope->session.moduleHandle();
     return PF_Err_NONE;
 }
 

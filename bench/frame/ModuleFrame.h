@@ -16,7 +16,7 @@ public:
     ~ModuleFrame();
 
     // Renders one frame and gives the milliseconds that were spent inside the entry point, over both phases. What the
-    // host does between the calls, making worlds and keeping its books, does not count.
+    // host does between the calls, making worlds and keeping its ledger, does not count.
     double render(const FrameSize& size, const std::byte* input, std::byte* output);
 
 private:

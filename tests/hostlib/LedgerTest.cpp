@@ -120,7 +120,7 @@ constexpr Misdeed kMisdeeds[] = {
     {"an exception", "an exception left", [](const Given&) -> PF_Err { throw 5; }},
 };
 
-TEST(Books, ReportEachMisdeedOnce) {
+TEST(Ledger, ReportsEachMisdeedOnce) {
     HostSession session{EffectModule(FakeEntry)};
     HostInstance& instance = session.newInstance();
     for (const auto& [name, reported, deed] : kMisdeeds) {
@@ -143,7 +143,7 @@ TEST(Books, ReportEachMisdeedOnce) {
                                                   "the host"));
 }
 
-TEST(Books, AreKeptApartForAnEntryFromACallback) {
+TEST(Ledger, IsKeptApartForAnEntryFromACallback) {
     HostSession session{EffectModule(FakeEntry)};
     session.hooks().at[Callback::abort] = [&](const CallbackEvent&) { session.about(); };
     Act() = [](const Given& given) -> PF_Err {
