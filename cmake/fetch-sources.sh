@@ -11,7 +11,7 @@ wanted=(
     "duktape     src/duktape.c       duktape/duktape.c"  # compiled by us with a check of the native stack
     "duktape     src/duktape.h       duktape/duktape.h"
     "duktape     src/duk_config.h    duktape/duk_config.h"
-    "r-cran-zip  src/miniz.c         miniz/miniz.c"      # has no package of its own
+    "r-cran-zip  src/miniz.c         miniz/miniz.c"      # has no package
     "r-cran-zip  src/miniz.h         miniz/miniz.h"
 )
 if [ "${1:-}" = windows ]; then

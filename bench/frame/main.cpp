@@ -132,7 +132,7 @@ bool Measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
 
 int main() {
     using namespace quillon;
-    // The engine of this program takes only the package from the module, which has an engine of its own.
+    // The engine of this program takes only the package from the module, which has its own engine.
     const std::filesystem::path file = QUILLON_IDENTITY;
     std::string reason;
     void* const package = host::LoadModule(file, reason);

@@ -12,7 +12,7 @@ namespace quillon::cli {
 // A frame as it came out of the effect.
 struct HostFrame {
     host::FrameResult result;
-    bool isInput = false;  // the effect had no frame of its own and handed its input on
+    bool isInput = false;  // the effect rendered no frame and handed its input on
 };
 
 // One effect in a host, with one instance of it: what happens to an artist's effect from its start to its frames.

@@ -15,8 +15,7 @@ struct ListedTarget {
     std::string variable;  // of the script, as "trail", "atlas.light" or "rooms[1]"; empty when none holds it
 };
 
-// All that are live, in the order in which they were made as long as none was released. An instance's output is among
-// them.
+// All that are live, in the order in which they were made unless one was released. An instance's output is one of them.
 std::vector<ListedTarget> ListTargets();
 
 // What was last drawn into a target, which goes by its variable or its number in the list, from 1: the row that is last

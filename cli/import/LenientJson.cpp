@@ -8,7 +8,7 @@ namespace quillon::cli {
 
 namespace {
 
-// A bracket or number needs a line of its own to nest: files nest less than ten deep.
+// A bracket or number needs its own line to nest: files nest less than ten deep.
 constexpr int kDeepestLevel = 64;
 
 void BlankOut(std::string& text, std::size_t begin, std::size_t end) {

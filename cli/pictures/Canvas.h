@@ -18,7 +18,7 @@ struct Box {
     Box inset(float by) const { return {left + by, top + by, right - by, bottom - by}; }
 };
 
-// How much of a pixel lies inside an edge that is `distance` pixels away from its middle, inside being negative.
+// How much of a pixel is inside of an edge that is `distance` pixels away from its middle, inside being negative.
 inline float Coverage(float distance) {
     return std::fmin(1.0f, std::fmax(0.0f, 0.5f - distance));
 }
@@ -28,7 +28,7 @@ class Canvas {
 public:
     Canvas(std::uint32_t width, std::uint32_t height);
 
-    // Calls `paint(x, y, color)` with the middle of each pixel that the box touches and that lies on the canvas;
+    // Calls `paint(x, y, color)` with the middle of each pixel that the box touches and that is on the canvas;
     // `color` is what is there, and what it returns is mixed in as far as the box covers the pixel.
     template <class Paint>
     void fill(const Box& box, Paint paint) {

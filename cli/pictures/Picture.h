@@ -48,7 +48,7 @@ std::uint32_t BitDepth(SampleFormat format);
 SampleFormat HostFormat(std::uint32_t bitDepth);
 
 // One row in another form, into memory for as many pixels. Full scale goes to full scale and values are rounded to the
-// nearest, halves upwards; formats with an end of scale cut what lies outside, NaN to 0. The same format keeps every
+// nearest, halves upwards; formats with an end of scale cut what is outside, NaN to 0. The same format keeps every
 // channel as it is.
 void ConvertRow(const Picture& picture, std::uint32_t y, SampleFormat format, ChannelOrder order, std::byte* row);
 

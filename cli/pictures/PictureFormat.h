@@ -56,7 +56,7 @@ void RequireLayout(const std::filesystem::path& path, const RawLayout& layout);
 // Whether pictures of that name always hold floats.
 bool IsFloatPicture(const std::filesystem::path& path);
 
-// Reads a picture of any format. What it is, is told by its content; a raw buffer by its name. Throws a Fault.
+// Reads a picture of any format. Its content decides which; a raw buffer is known by its name. Throws a Fault.
 Picture ReadPicture(const std::filesystem::path& path, const RawLayout& layout = {});
 
 // Throws WrongCommandLine unless pictures can be written under such a name.
@@ -69,7 +69,7 @@ void WritePicture(const std::filesystem::path& path, const Picture& picture, con
 // How many threads a picture's encoding may take besides the calling one, where its format can use them.
 void UseThreads(unsigned threads);
 
-// The formats, each in a file of its own.
+// The formats, a file for each.
 Picture ReadPng(std::span<const std::byte> file, const RawLayout&);
 std::vector<std::byte> WritePng(const Picture& picture, const StorageOptions& options);
 Picture ReadExr(std::span<const std::byte> file, const RawLayout&);

@@ -35,8 +35,8 @@ struct FrameSteps {
     std::function<bool()> isStopped = [] { return false; };
 };
 
-// How many frames may be read ahead, and how many may wait to be written: one for each thread, as long as they take no
-// more than half a GiB each way in all processes together, and at least one.
+// How many frames may be read ahead, and how many may wait to be written: one for each thread, fewer where they
+// would take more than half a GiB each way in all processes together, and at least one.
 std::size_t FramesInFlight(std::uint64_t frameBytes, unsigned threads, unsigned processes);
 
 // The fault with the frame's number, for the first frame that fails.

@@ -12,7 +12,7 @@ namespace quillon::cli {
 enum class ProgressForm { bar, json, none };
 
 // How far a sequence is, on standard error: a bar with frames a second and the time left, when that is a terminal, or
-// a JSON object on a line of its own for each frame: "frame", "path", "milliseconds" since the last line, and the
+// a line with a JSON object for each frame: "frame", "path", "milliseconds" since the last line, and the
 // frame's own "read", "render" and "write", which overlap with those of other frames.
 class Progress {
 public:

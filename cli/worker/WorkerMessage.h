@@ -10,7 +10,7 @@
 #include "cli/diagnostics/Diagnostic.h"
 
 // A worker is a process of this program, started as `quillon worker`, that does for another one what may crash, hang or
-// use a core of its own. Both sides exchange messages over the worker's standard input and output:
+// use its own core. Both sides exchange messages over the worker's standard input and output:
 //
 //   8 bytes   size of the text       little-endian
 //   8 bytes   size of the bytes      little-endian

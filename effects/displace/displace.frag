@@ -1,4 +1,4 @@
-// The picture with its pixels moved by the map; fx.js tells the rule. Positions are in pixels from the top left corner.
+// The picture with its pixels moved by the map; fx.js says the rule. Positions are in pixels from the top left corner.
 
 uniform sampler2D picture;
 uniform sampler2D map;

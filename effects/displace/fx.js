@@ -13,7 +13,7 @@ function amount(name, label, flags) {
     QL_setParamMinMax(controls[name], -1000, 1000);
     QL_setParamValue(controls[name], 40);
     QL_setParamFlags(controls[name], flags);
-    QL_setParamPrecision(controls[name], 1);  // behind the flags, which hold it too
+    QL_setParamPrecision(controls[name], 1);  // after the flags, which hold it too
 }
 
 function popup(name, label, choices, value) {
@@ -58,7 +58,7 @@ function draw() {
     QL_setShaderParamVal(displace, "pictureSize", [size[0], size[1]]);
     QL_setShaderParamVal(displace, "mapSize", [mapSize[0], mapSize[1]]);
     QL_setShaderParamVal(displace, "neutral", neutral(mapSize[2]));
-    // Not by its id: the layer's texture is shared by all instances, and only its value tells that this one has none.
+    // Not by its id: the layer's texture is shared by all instances, and only its value says that this one has none.
     QL_setShaderParam(displace, controls.map);
     ["placement", "channelX", "channelY", "amountX", "amountY", "edge"].forEach(function (name) {
         QL_setShaderParam(displace, controls[name]);

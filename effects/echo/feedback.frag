@@ -7,7 +7,7 @@ uniform vec2 center;
 uniform float aspect;       // width of a pixel, in heights
 uniform vec2 back;          // cosine and sine of the turn, over the zoom
 uniform float strength;     // of the trail; 0 when there is none, and then nothing of it is read
-uniform int mode;           // 1 behind the picture, 2 in front, 3 the brighter of both
+uniform int mode;           // 1 below the picture, 2 above it, 3 the brighter of both
 
 const float MOST = 1e30;
 const float STEPS = 512.0;  // positions are rounded to this part of a pixel, so that whole pixels stay whole

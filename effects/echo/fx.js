@@ -2,7 +2,7 @@
 // zoomed a little further.
 //
 // Between two frames that picture is kept on the CPU. Script variables are shared by all instances of the effect, so
-// there is one memory an instance, told apart by its output target: no two instances have the same.
+// there is one memory an instance, known by its output target: no two instances have the same.
 //
 // A frame that comes right after the one before goes on from what that one left. The same moment once more (a control
 // was moved) starts again from what it started from the last time, so each memory keeps two pictures. Anything else
@@ -53,7 +53,7 @@ function takeMemory(output) {
     return null;
 }
 
-// The memory as it stands before a frame: `start` and `startTime` are what to go on from, or `start` is 0.
+// The memory as it is before a frame: `start` and `startTime` are what to go on from, or `start` is 0.
 function recall(output, width, height, bits, time) {
     var old = takeMemory(output);
     var now = { output: output, width: width, height: height, bits: bits, time: time, start: 0, startTime: time, end: 0 };

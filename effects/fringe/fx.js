@@ -1,4 +1,4 @@
-// Fringe. Red and blue reach the picture at slightly different sizes, as behind a simple lens, and the corners are darker.
+// Fringe. Red and blue reach the picture at slightly different sizes, as through a simple lens, and the corners are darker.
 
 var controls = {};
 var fringe;

@@ -16,7 +16,7 @@ vec3 smallerPixel(vec2 index)
     return texture2D(glow, (glowRegion.xy + index + 0.5) / atlasSize).rgb;
 }
 
-// At twice the size each pixel lies a quarter of a smaller one beside that one's middle.
+// At twice the size each pixel is a quarter of a smaller one away from that one's middle.
 vec3 enlarged(vec2 index)
 {
     vec2 near = floor(0.5 * index);

@@ -23,7 +23,7 @@ function slider(name, label, value, min, max, flags, precision) {
     QL_setParamMinMax(id, min, max);
     QL_setParamValue(id, value);
     QL_setParamFlags(id, flags);
-    QL_setParamPrecision(id, precision);  // behind the flags, which hold it too
+    QL_setParamPrecision(id, precision);  // after the flags, which hold it too
     controls[name] = id;
 }
 
@@ -45,7 +45,7 @@ function setup() {
     combine = QL_initShader("combine");
 }
 
-// The levels of a picture of this size: where each lies in the atlas.
+// The levels of a picture of this size: where each is in the atlas.
 function levelsFor(width, height) {
     var levels = [];
     var y = 0;

@@ -1,4 +1,4 @@
-// The picture through the lens; fx.js tells the model. Positions are in pixels from the top left corner.
+// The picture through the lens; fx.js says the model. Positions are in pixels from the top left corner.
 
 uniform sampler2D picture;
 uniform vec2 pictureSize;

@@ -1,4 +1,4 @@
-// Finds the stone that a pixel lies in and takes the mean of 8 by 8 places of it.
+// Finds the stone that has a pixel, and takes the mean of 8 by 8 places of it.
 
 uniform sampler2D picture;
 uniform vec2 pictureSize;

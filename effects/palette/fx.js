@@ -75,7 +75,7 @@ function slider(name, label, value, min, max, flags, precision) {
     QL_setParamMinMax(controls[name], min, max);
     QL_setParamValue(controls[name], value);
     QL_setParamFlags(controls[name], flags);
-    QL_setParamPrecision(controls[name], precision);  // behind the flags, which hold it too
+    QL_setParamPrecision(controls[name], precision);  // after the flags, which hold it too
 }
 
 function checkbox(name, label) {

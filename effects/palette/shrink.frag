@@ -12,7 +12,7 @@ const int LARGEST = 65;     // pixels a side that a block can touch
 void main()
 {
     vec2 index = floor(gl_TexCoord[0].st * smallSize);
-    // The pixels whose middle lies in the block; a block beyond the border's last pixel takes that one.
+    // The pixels whose middle is in the block; a block beyond the border's last pixel takes that one.
     vec2 first = min(ceil(index * block - 0.5), pictureSize - 1.0);
     vec2 end = min(max(ceil((index + 1.0) * block - 0.5), first + 1.0), pictureSize);
 

@@ -139,12 +139,12 @@ std::optional<Listing> ReadListingOf(const std::filesystem::path& module) {
     if (!ReadBeforeEnd(file, 0, trailer)) return std::nullopt;
     const auto packageBytes = BytesBefore(trailer, fileBytes);
     if (!packageBytes) return std::nullopt;
-    const std::uint64_t behind = *packageBytes + kModuleTrailerBytes;
-    if (!ReadBeforeEnd(file, behind, trailer)) return std::nullopt;
-    const auto listingBytes = BytesBefore(trailer, fileBytes - behind, kListingMark);
+    const std::uint64_t packagePiece = *packageBytes + kModuleTrailerBytes;
+    if (!ReadBeforeEnd(file, packagePiece, trailer)) return std::nullopt;
+    const auto listingBytes = BytesBefore(trailer, fileBytes - packagePiece, kListingMark);
     if (!listingBytes) return std::nullopt;
     std::vector<std::byte> bytes(*listingBytes);
-    if (!ReadBeforeEnd(file, behind + kModuleTrailerBytes, bytes)) return std::nullopt;
+    if (!ReadBeforeEnd(file, packagePiece + kModuleTrailerBytes, bytes)) return std::nullopt;
     return ReadListing(bytes);
 }
 

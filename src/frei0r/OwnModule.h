@@ -8,7 +8,7 @@ namespace quillon::frei0r {
 std::filesystem::path OwnModuleFile();
 
 // The loader's handle of the module, which from now on stays loaded to the end of the process, whatever its host
-// unloads: a GL driver that has started leaves threads and per-thread data behind that outlive the last instance.
+// unloads: a GL driver that has started leaves threads and per-thread data that outlive the last instance.
 // Null when the loader does not know its own module any more.
 void* KeepOwnModuleLoaded();
 

@@ -9,7 +9,7 @@
 
 namespace quillon::ImageLib {
 
-// Error diffusion from left to right, four rows at once: each lags behind the one above it by `skew` pixels, more than
+// Error diffusion from left to right, four rows at once: each is `skew` pixels later than the one above it, more than
 // the kernel reaches ahead, so that every pixel finds the errors of its neighbors and adds them in the order of a
 // single scan.
 //

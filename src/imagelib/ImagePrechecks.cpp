@@ -103,14 +103,14 @@ bool RadianceIsCutShort(std::span<const std::byte> file, std::uint32_t width, st
         if (!isPacked) return cursor.left() < flatBytes;
         cursor.skip(4);
         // Four channels, one after the other: runs of one value (its count above 128) and stretches of single ones.
-        for (std::uint64_t told = 0; told < std::uint64_t{4} * width;) {
+        for (std::uint64_t described = 0; described < std::uint64_t{4} * width;) {
             if (cursor.atEnd()) return true;
             const unsigned count = cursor.next();
             const bool isRun = count > 128;
             const unsigned stored = isRun ? 1 : count;
             if (cursor.left() < stored) return true;
             cursor.skip(stored);
-            told += isRun ? count - 128 : count;
+            described += isRun ? count - 128 : count;
         }
     }
     return false;

@@ -20,8 +20,8 @@ constexpr auto& kWord32 = LoadLittle<std::uint32_t>;
 std::optional<std::size_t> FindEndRecord(std::span<const std::byte> data) {
     if (data.size() < kEndBytes) return std::nullopt;
     const std::size_t last = data.size() - kEndBytes;
-    for (std::size_t behind = 0; behind <= std::min(last, kLongestComment); ++behind)
-        if (kWord32(data, last - behind) == kEndSignature) return last - behind;
+    for (std::size_t after = 0; after <= std::min(last, kLongestComment); ++after)
+        if (kWord32(data, last - after) == kEndSignature) return last - after;
     return std::nullopt;
 }
 

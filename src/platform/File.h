@@ -21,7 +21,7 @@ FileHandle OpenFileForReading(const std::wstring& name);
 // The file's length in bytes, negative when it has none. The next read is at the file's start.
 std::int64_t FileLength(std::FILE* file);
 
-// Whether the system hides the file by an attribute of its own, as Windows can.
+// Whether the system hides the file by an attribute, as Windows can.
 bool IsHiddenFile(const std::filesystem::path& path);
 
 // Waits until the content of a closed file is on the disk, so that it survives a loss of power. Gives the reason when

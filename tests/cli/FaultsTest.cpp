@@ -26,7 +26,7 @@ struct FaultCase {
 };
 
 const FaultCase kCases[] = {
-    {"config_with_a_broken_tag_behind_changed_text", kGood, kCopyFragment,
+    {"config_with_a_broken_tag_after_changed_text", kGood, kCopyFragment,
      "fx/config.xml:3: error: not XML as effects need it: expected > [config]\n",
      "<A>&lt;&lt;</A>\n\n<B /C>\n<D></D>\n"},
     {"config_as_utf16", kGood, kCopyFragment,
@@ -66,7 +66,7 @@ const FaultCase kCases[] = {
      "fx: error: the frame of 1x1 at 8 bits was not rendered: the script released its target, or the graphics driver "
      "gave no pixels; look at draw(), or render it smaller [render]\n"},
     {"empty_shader_file", kGood, "", "fx/copy.frag: error: the file is empty [shader]\n"},
-    {"shader_line_behind_added_lines", kGood,
+    {"shader_line_after_added_lines", kGood,
      "uniform sampler2D sInput0;\nvoid main() {\n  vec4 c = texture2D(sInput0, gl_TexCoord[0].st);\n"
      "  gl_FragColor = b;\n}\n",
      "fx/copy.frag:4: error: `b' undeclared [shader]\n"},

@@ -47,7 +47,7 @@ TEST_F(ModuleWriterTest, PutsThePackageAfterTheImageInPlaceOfAnOlderOne) {
     EXPECT_EQ(ContentOf(output), std::string("imagenew\x03\0\0\0QuillonBLOB1", 24));
     write(output, output, "");
     EXPECT_EQ(ContentOf(output), std::string("image\0\0\0\0QuillonBLOB1", 21));
-    write(folder.path() / std::string(255, 'n'), image, "a name as long as the file system allows");
+    write(folder.path() / std::string(255, 'n'), image, "the longest name that the file system allows");
     EXPECT_EQ(filesLeft(), 3);
 }
 
