@@ -27,8 +27,29 @@ void EngineThread::run(const std::function<void()>& call) {
     std::unique_lock lock(mutex);
     pending = &call;
     changed.notify_all();
-    changed.wait(lock, [this] { return !pending; });
+    while (pending) {
+        changed.wait(lock, [this] { return !pending || pieces.areLeft(); });
+        doPieces(lock);
+    }
     if (fault) std::rethrow_exception(std::exchange(fault, nullptr));
+}
+
+void EngineThread::share(std::uint32_t count, const std::function<void(std::uint32_t)>& piece) {
+    std::unique_lock lock(mutex);
+    pieces = {&piece, 0, count, count};
+    if (count > 1) changed.notify_all();
+    doPieces(lock);
+    changed.wait(lock, [this] { return pieces.unfinished == 0; });
+}
+
+void EngineThread::doPieces(std::unique_lock<std::mutex>& lock) {
+    while (pieces.areLeft()) {
+        const std::uint32_t taken = pieces.next++;
+        lock.unlock();
+        (*pieces.piece)(taken);
+        lock.lock();
+        if (--pieces.unfinished == 0) changed.notify_all();
+    }
 }
 
 void EngineThread::work() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -26,12 +27,29 @@ public:
     // Runs the call there and returns when it is done. Throws what the call throws. One caller at a time.
     void run(const std::function<void()>& call);
 
+    // For a call that runs there: does each of the pieces 0 to count - 1 once, with the help of the thread that waits
+    // in run(), and returns when all are done. A piece must not throw.
+    void share(std::uint32_t count, const std::function<void(std::uint32_t)>& piece);
+
 private:
+    // What is left to do of the pieces that are shared.
+    struct Pieces {
+        const std::function<void(std::uint32_t)>* piece = nullptr;
+        std::uint32_t next = 0;
+        std::uint32_t count = 0;
+        std::uint32_t unfinished = 0;
+
+        bool areLeft() const { return next < count; }
+    };
+
     void work();
+    // Takes pieces until none is left. Others may still work on theirs then.
+    void doPieces(std::unique_lock<std::mutex>& lock);
 
     std::mutex mutex;
     std::condition_variable changed;
     const std::function<void()>* pending = nullptr;  // until it is done
+    Pieces pieces;
     std::exception_ptr fault;
     bool isEnding = false;
     std::thread thread;  // last: it uses the others

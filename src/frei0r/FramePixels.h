@@ -21,8 +21,15 @@ struct FrameOrigin {
 };
 FrameOrigin OriginIn(FrameSize output, FrameSize frame);
 
-// Fills the host's frame, tight rows from the top, with the engine's output, tight rows from the bottom: the part of it
-// that the input had. Where the output is smaller, the rest is transparent black.
-void WriteFrame(const std::uint32_t* output, FrameSize outputSize, std::uint32_t* frame, FrameSize frameSize);
+// Rows of a frame from the top: the first one, and the one after the last.
+struct RowRange {
+    std::uint32_t first = 0;
+    std::uint32_t end = 0;
+};
+
+// Fills these rows of the host's frame, tight rows from the top, with the engine's output, tight rows from the bottom:
+// the part of it that the input had. Where the output is smaller, the rest is transparent black.
+void WriteFrame(const std::uint32_t* output, FrameSize outputSize, std::uint32_t* frame, FrameSize frameSize,
+                RowRange rows);
 
 }  // namespace quillon::frei0r

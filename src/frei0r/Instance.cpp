@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::uint32_t kBitDepth = 8;
 constexpr std::size_t kPixelBytes = 4;
+// Smaller pieces are converted before another thread is awake.
+constexpr std::uint32_t kPixelsOfAPiece = 1 << 18;
 
 }  // namespace
 
@@ -88,8 +90,17 @@ bool Instance::renderEffect(double seconds, const std::uint32_t* first, const st
     if (const std::string errors = TakeScriptErrors(); !errors.empty()) return refuse("fx.js: " + errors);
     const MappedResult mapped(engine);
     if (!mapped.get()) return refuse("the graphics driver gave no pixels");
-    WriteFrame(static_cast<const std::uint32_t*>(mapped.get()), output, out, size);
+    const auto* const pixels = static_cast<const std::uint32_t*>(mapped.get());
+    shareRows([&](RowRange rows) { WriteFrame(pixels, output, out, size, rows); });
     return true;
+}
+
+void Instance::shareRows(const std::function<void(RowRange)>& convert) const {
+    const std::uint32_t rows = std::max(1u, kPixelsOfAPiece / size.width);
+    thread->share((size.height - 1) / rows + 1, [&](std::uint32_t piece) {
+        const std::uint32_t first = piece * rows;
+        convert({first, first + std::min(rows, size.height - first)});
+    });
 }
 
 void Instance::sendValues() {
@@ -111,7 +122,11 @@ void Instance::sendValues() {
 void Instance::upload(std::uint32_t layer, const std::uint32_t* pixels) {
     pixelsOfEngine.resize(size.pixels());
     if (pixels)
-        ToEngineOrder({pixels, size.pixels()}, pixelsOfEngine.data());
+        shareRows([&](RowRange rows) {
+            const std::size_t start = std::size_t{rows.first} * size.width;
+            const std::size_t count = std::size_t{rows.end - rows.first} * size.width;
+            ToEngineOrder({pixels + start, count}, pixelsOfEngine.data() + start);
+        });
     else
         std::ranges::fill(pixelsOfEngine, 0);
     AEQuillon2::instance().setLayerPixels(layer, pixelsOfEngine.data(), size.width, size.height, kBitDepth,

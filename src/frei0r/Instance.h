@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 #include "frei0r/ControlValues.h"
 #include "frei0r/EngineInstance.h"
 #include "frei0r/EngineThread.h"
+#include "frei0r/FramePixels.h"
 #include "frei0r/Listing.h"
 
 namespace quillon::frei0r {
@@ -34,6 +36,8 @@ private:
     const ListedControl* controlAt(int index) const;
     bool renderEffect(double seconds, const std::uint32_t* first, const std::uint32_t* second, std::uint32_t* out);
     void sendValues();
+    // Converts all rows of a frame, in pieces that this thread and the host's waiting one take in turn.
+    void shareRows(const std::function<void(RowRange)>& convert) const;
     void upload(std::uint32_t layer, const std::uint32_t* pixels);
     // Reports why there is no frame. Always false.
     bool refuse(const std::string& why) const;

@@ -116,7 +116,8 @@ TEST(FramePixels, AnOutputOfAnotherSizeIsCroppedOrCenteredAsHostsDo) {
             for (std::uint32_t x = 0; x < row.output.width; ++x)  // alpha first, the bottom row first
                 output[y * row.output.width + x] = ((row.output.height - y) * 16 + x + 1) << 8;
         Pixels frame(row.frame.pixels(), 0xDDDDDDDD);
-        WriteFrame(output.data(), row.output, frame.data(), row.frame);
+        WriteFrame(output.data(), row.output, frame.data(), row.frame, {1, row.frame.height});
+        WriteFrame(output.data(), row.output, frame.data(), row.frame, {0, 1});
         EXPECT_EQ(frame, row.expected) << row.output.width << "x" << row.output.height;
     }
 }

@@ -47,13 +47,20 @@ long ResidentKilobytes() {
     return kilobytes;
 }
 
+// Two plug-ins in one process keep apart: the second one turns the picture over.
 TEST(Plugin, HandsPixelsThroughTheEffectToTheByte) {
     const PluginFile file(EffectOf(CopyScript(/*flip=*/true)));
+    const PluginFile otherFile(EffectOf(CopyScript(/*flip=*/false)));
     Plugin plugin(file.path());
-    for (const auto& [width, height] : {std::pair{1u, 1u}, {5u, 3u}, {641u, 359u}}) {
+    Plugin other(otherFile.path());
+    void* const kept = other.construct(1, 2);
+    EXPECT_EQ(other.update(kept, 2, {1, 2}), (Pixels{2, 1}));
+    for (const auto& [width, height] : {std::pair{1u, 1u}, {5u, 3u}, {641u, 359u}, {1921u, 1081u}}) {
         const Pixels picture = SomePixels(std::size_t{width} * height);
         EXPECT_EQ(plugin.frame(width, height, picture), picture) << width;
+        EXPECT_EQ(other.update(kept, 2, {3, 4}), (Pixels{4, 3}));
     }
+    other.destruct(kept);
 }
 
 // The input comes back, transparent black where there is none, and the process lives.
