@@ -19,7 +19,9 @@ namespace quillon::test {
 // The same reads are watched on the other system.
 class GuardedBytes : public std::vector<std::byte> {
 public:
-    explicit GuardedBytes(std::span<const std::byte> bytes) : vector(bytes.begin(), bytes.end()) {}
+    explicit GuardedBytes(std::span<const std::byte> bytes) : vector(bytes.begin(), bytes.end()) {
+        reserve(1);  // no bytes have an address too
+    }
 };
 
 #else
