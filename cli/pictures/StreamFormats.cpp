@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <string_view>
 
 namespace quillon::cli {
@@ -27,15 +26,16 @@ void PlaceSamplesOver(Picture& picture, const Background& background, float full
     }
 }
 
-// Y', Cb and Cr planes, one after the other.
+// Appends Y', Cb and Cr planes, one after the other.
 template <class Sample>
-std::vector<std::byte> Planes(const Picture& rgba, float fullScale) {
+void AppendPlanes(std::vector<std::byte>& bytes, const Picture& rgba, float fullScale) {
     constexpr float kRed = 0.2126f, kGreen = 0.7152f, kBlue = 0.0722f;
     // At 8 bits luma is 16 to 235 and chroma 16 to 240; at 16 bits 256 times as much.
     const float unit = fullScale == 255 ? 1 : 256;
     const std::size_t pixels = std::size_t{rgba.width} * rgba.height;
-    std::vector<std::byte> bytes(3 * pixels * sizeof(Sample));
-    auto* const luma = reinterpret_cast<Sample*>(bytes.data());
+    const std::size_t start = bytes.size();  // even: the marker of a frame has six letters
+    bytes.resize(start + 3 * pixels * sizeof(Sample));
+    auto* const luma = reinterpret_cast<Sample*>(bytes.data() + start);
     const auto* pixel = rgba.row<Sample>(0);
     const auto rounded = [](float value) { return static_cast<Sample>(value + 0.5f); };
     for (std::size_t i = 0; i < pixels; ++i, pixel += 4) {
@@ -45,7 +45,6 @@ std::vector<std::byte> Planes(const Picture& rgba, float fullScale) {
         luma[i + pixels] = rounded(unit * (128 + 224 * (blue - y) / (2 * (1 - kBlue))));
         luma[i + 2 * pixels] = rounded(unit * (128 + 224 * (red - y) / (2 * (1 - kRed))));
     }
-    return bytes;
 }
 
 }  // namespace
@@ -72,11 +71,11 @@ std::vector<std::byte> Y4mFrame(const Picture& picture, const Background& backgr
     PlaceOver(opaque, background);
     const bool isByte = picture.format == SampleFormat::byte;
     const Picture rgba = Convert(opaque, isByte ? SampleFormat::byte : SampleFormat::word, ChannelOrder::rgba);
-    const std::vector<std::byte> planes = isByte ? Planes<std::uint8_t>(rgba, 255) : Planes<std::uint16_t>(rgba, 65535);
     constexpr std::string_view kMarker = "FRAME\n";
-    std::vector<std::byte> frame(kMarker.size() + planes.size());
-    std::memcpy(frame.data(), kMarker.data(), kMarker.size());
-    std::ranges::copy(planes, frame.begin() + kMarker.size());
+    std::vector<std::byte> frame;
+    frame.reserve(kMarker.size() + 3 * SampleBytes(rgba.format) * rgba.width * rgba.height);
+    for (const char c : kMarker) frame.push_back(static_cast<std::byte>(c));
+    isByte ? AppendPlanes<std::uint8_t>(frame, rgba, 255) : AppendPlanes<std::uint16_t>(frame, rgba, 65535);
     return frame;
 }
 
