@@ -151,7 +151,7 @@ void RenderPlan::requirePattern(const std::filesystem::path& path) const {
 }
 
 void RenderPlan::checkInput(const std::filesystem::path& path) const {
-    requirePattern(path);
+    if (!IsMovieInput(path)) requirePattern(path);
     RequireLayout(path, layout);
 }
 

@@ -88,6 +88,60 @@ TEST_F(Movies, KeepColorsRateAndLength) {
               "quillon: error: deep.mov: ends before frame 10\nquillon: error: stopped at frame 10\n");
 }
 
+struct InputRow {
+    const char* arguments;  // of ffmpeg, to make it of 20 frames of 32x16 at 10 a second, frame N at 10 N of 255
+    const char* file;
+    const char* options;
+    int frames;
+    std::size_t width;
+    std::vector<std::pair<int, int>> grays;  // frame, gray
+};
+
+TEST_F(Movies, AreReadByTheirTimeAndTurnedUpright) {
+    addCopyEffect();
+    const auto ffmpeg = [this](const std::string& arguments) {
+        const std::string command = "cd '" + pathOf("") + "' && ffmpeg -v error " + arguments;
+        return std::system(command.c_str());
+    };
+    ASSERT_EQ(ffmpeg("-f lavfi -i color=black:s=32x16:r=10:d=2,format=gray,geq=lum=N*10 -c:v ffv1 plain.mkv"), 0);
+    const InputRow kRows[] = {
+        {"-vf \"select='lt(n,3)+between(n,8,9)+gte(n,15)'\" -vsync vfr -c:v ffv1",
+         "varies.mkv",
+         "--fps 10",
+         20,
+         32,
+         {{2, 20}, {7, 20}, {8, 80}, {14, 90}, {19, 190}}},
+        {"-pix_fmt yuv420p -c:v libx264 -qp 0", "turned.mp4", "", 20, 16, {{5, 50}}},
+        {"-map_metadata:s -1 -c:v ffv1 -f matroska - | cat >", "unknown.mkv", "--frames 3-4", 2, 32, {{3, 30}, {4, 40}}},
+        {"-c:v ffv1", "pl%d##.mkv", "--downsample 3", 20, 11, {{7, 70}}},
+    };
+    std::filesystem::create_directory(pathOf("a%d#b##"));
+    for (const InputRow& row : kRows) {
+        const std::string file = row.file;
+        const std::string turned = file == "turned.mp4" ? "turned_.mp4" : file;
+        ASSERT_EQ(ffmpeg("-i plain.mkv " + std::string(row.arguments) + " '" + turned + "'"), 0) << file;
+        // The flag is written when the stream is copied.
+        if (turned != file) {
+            ASSERT_EQ(ffmpeg("-i turned_.mp4 -c copy -metadata:s:v rotate=90 turned.mp4"), 0);
+        }
+        const std::string output = "a%d#b##/" + std::to_string(&row - kRows);
+        const ToolRun result =
+            run("render copy -i '" + file + "' --depth 8 -o '" + output + ".%d.argb' " + row.options);
+        EXPECT_EQ(result.err, "") << file;
+        EXPECT_EQ(std::ranges::count(result.out, '\n'), row.frames) << file;
+        for (const auto& [frame, gray] : row.grays) {
+            const auto pixels = readSamples<std::uint8_t>(output + "." + std::to_string(frame) + ".argb");
+            const std::size_t height = row.width == 16 ? 32 : row.width == 11 ? 6 : 16;
+            ASSERT_EQ(pixels.size(), 4 * row.width * height) << file;
+            EXPECT_NEAR(pixels[1], gray, 3) << file << " frame " << frame;
+        }
+    }
+    EXPECT_EQ(run("render copy -i unknown.mkv -o o.mp4").err,
+              "quillon: error: unknown.mkv: does not say how long it is; say which frames with --frames\n");
+    EXPECT_EQ(run("render copy -i plain.mkv -o deep.mp4 --depth 32 --downsample 3").err, "");
+    EXPECT_EQ(probe("deep.mp4", "width,height,pix_fmt"), "12,6,yuv420p\n");
+}
+
 TEST_F(Movies, AreWholeOrAbsent) {
     writeFile("no.mp4", "no movie");
     const std::pair<std::string, const char*> kRows[] = {
@@ -104,6 +158,13 @@ TEST_F(Movies, AreWholeOrAbsent) {
         EXPECT_NE(result.status, 0) << arguments;
         EXPECT_NE(result.err.find(words), std::string::npos) << arguments << ": " << result.err;
     }
+    // A full disk, which ffmpeg meets in the middle of a movie: a larger file than the effect's module is too large.
+    const ToolRun full =
+        run("chart -o chart.png --size 640x360; '" + tool + "' render fx -i chart.png -o out.mov --frames 0-199 )",
+            "( ulimit -f 8192;");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_NE(full.err.find("out.mov: ffmpeg cannot write it: "), std::string::npos) << full.err;
+    std::filesystem::remove(pathOf("chart.png"));
     const ToolRun missing = run("render fx -i in.argb" + raw + "-o out.mp4 --frames 0-3", "PATH=/nowhere");
     EXPECT_NE(missing.err.find("movies need the program ffmpeg"), std::string::npos) << missing.err;
     const ToolRun ended = run("render fx -i in.argb" + raw +
