@@ -26,6 +26,9 @@ private:
     std::unique_ptr<System> system;
 };
 
+// From now on no thread makes a temporary path, and all that were made are claimed: for a process that ends.
+void StopMakingTemporaries();
+
 // Removes a temporary file or folder, with all in it, if it is the calling user's and no process claims it.
 void RemoveIfUnclaimed(const std::filesystem::path& path);
 

@@ -1,6 +1,8 @@
 #include "platform/TemporaryPath.h"
 
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <fstream>
 #include <mutex>
@@ -8,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "platform/TemporaryClaim.h"
 
@@ -63,10 +66,34 @@ void Make(const fs::path& path, TemporaryPath::Kind kind) {
         throw fs::filesystem_error("temporary folder", path, error);
 }
 
+std::atomic<int> makersAtWork = 0;
+std::atomic<bool> isEnding = false;
+
+// A thread makes a temporary path and claims it. While the process ends, no thread comes past the constructor.
+class Maker {
+public:
+    Maker() {
+        while (++makersAtWork, isEnding) {
+            --makersAtWork;
+            std::this_thread::sleep_for(std::chrono::seconds(1));
+        }
+    }
+    ~Maker() { --makersAtWork; }
+    Maker(const Maker&) = delete;
+    Maker& operator=(const Maker&) = delete;
+};
+
 }  // namespace
+
+// Bounded, as a signal's handler may have interrupted the very thread that is at it.
+void StopMakingTemporaries() {
+    isEnding = true;
+    for (int i = 0; i < 100 && makersAtWork != 0; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
 
 TemporaryPath::TemporaryPath(const fs::path& place, Kind kind) {
     RemoveLeftovers(place.empty() ? fs::path(".") : place);
+    const Maker maker;
     do {
         name = place / NewName();
         Make(name, kind);

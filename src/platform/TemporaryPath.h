@@ -43,7 +43,8 @@ public:
     TemporaryFolder() : TemporaryPath(std::filesystem::temp_directory_path(), Kind::privateFolder) {}
 };
 
-// Removes the temporary files and folders of this process at once, for those who end it without a return to main().
+// Removes the temporary files and folders of this process at once, for those who end it without a return to main(). No
+// thread can make one afterwards.
 void RemoveTemporaries();
 
 // From now on a signal that ends the process (an interrupt, a request to end, a crash) first removes its temporary

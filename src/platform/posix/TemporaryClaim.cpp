@@ -125,6 +125,7 @@ void RemoveIfUnclaimed(const std::filesystem::path& path) {
 }
 
 void RemoveTemporaries() {
+    StopMakingTemporaries();
     for (RemovedAtSignal& entry : removedAtSignal) {
         if (entry.state == RemovedAtSignal::ready) RemoveInHandler(entry.path);
     }

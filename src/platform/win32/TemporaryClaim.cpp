@@ -77,6 +77,7 @@ void RemoveIfUnclaimed(const fs::path& path) {
 
 // A module that is loaded stays, for the next process to remove.
 void RemoveTemporaries() {
+    StopMakingTemporaries();
     const std::lock_guard lock(ClaimedPaths().mutex);
     std::error_code ignored;
     for (const fs::path& path : ClaimedPaths().paths) fs::remove_all(path, ignored);
