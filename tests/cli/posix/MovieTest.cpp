@@ -112,7 +112,12 @@ TEST_F(Movies, AreReadByTheirTimeAndTurnedUpright) {
          32,
          {{2, 20}, {7, 20}, {8, 80}, {14, 90}, {19, 190}}},
         {"-pix_fmt yuv420p -c:v libx264 -qp 0", "turned.mp4", "", 20, 16, {{5, 50}}},
-        {"-map_metadata:s -1 -c:v ffv1 -f matroska - | cat >", "unknown.mkv", "--frames 3-4", 2, 32, {{3, 30}, {4, 40}}},
+        {"-map_metadata:s -1 -c:v ffv1 -f matroska - | cat >",
+         "unknown.mkv",
+         "--frames 3-4",
+         2,
+         32,
+         {{3, 30}, {4, 40}}},
         {"-c:v ffv1", "pl%d##.mkv", "--downsample 3", 20, 11, {{7, 70}}},
     };
     std::filesystem::create_directory(pathOf("a%d#b##"));
