@@ -16,7 +16,9 @@ void Sequence::prepareOutput(const FrameImage& image, double frameTime) {
         renderTarget = owner->NewRenderTarget(image.width, image.height, image.bits);
         return;
     }
-    target.startFrame({image.width, image.height, image.bits, static_cast<std::int64_t>(image.stride)});
+    // Anew for every frame, in the same size too: the texture keeps its name and the framebuffer its attachment.
+    const PixelLayout layout{image.width, image.height, image.bits, static_cast<std::int64_t>(image.stride)};
+    target.uploadPixels(nullptr, layout, /*argbOrdered=*/true, /*expand15=*/true);
 }
 
 void Sequence::setInput(const FrameImage& image) {

@@ -30,12 +30,6 @@ void SizePackBuffer(std::uint64_t bytes, std::uint32_t bitDepth) {
     if (present != size) glBufferData(GL_PIXEL_PACK_BUFFER, size, nullptr, GL_STREAM_READ);
 }
 
-// The bound framebuffer, to transparent black.
-void Clear() {
-    glClearColor(0, 0, 0, 0);
-    glClear(GL_COLOR_BUFFER_BIT);
-}
-
 }  // namespace
 
 void RenderTarget::releaseGL() {
@@ -51,21 +45,10 @@ bool RenderTarget::initTarget(std::uint32_t columns, std::uint32_t rows, std::ui
     framebufferName.reset(fresh);
     glBindFramebuffer(GL_FRAMEBUFFER, framebufferName.get());
     glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, textureName.get(), 0);
-    Clear();
+    glClearColor(0, 0, 0, 0);
+    glClear(GL_COLOR_BUFFER_BIT);
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     return isUsable();
-}
-
-void RenderTarget::startFrame(const PixelLayout& layout) {
-    if (!hasStorageFor(layout)) {
-        uploadPixels(nullptr, layout, /*argbOrdered=*/true, /*expand15=*/false);
-        return;
-    }
-    describe(layout, /*argbOrdered=*/true);
-    // An earlier frame's pixels must not show where the script draws none. A driver drops the clearing of what is drawn
-    // over at once.
-    glBindFramebuffer(GL_FRAMEBUFFER, framebufferName.get());
-    Clear();
 }
 
 void RenderTarget::bindTarget(const Viewport& viewport) {

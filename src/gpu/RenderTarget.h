@@ -28,11 +28,6 @@ public:
     // finds the framebuffer complete is not asked.
     virtual bool initTarget(std::uint32_t columns, std::uint32_t rows, std::uint32_t bits);
 
-    // Starts a frame in a usable target: storage of this size and depth that is transparent black, or undefined where
-    // it had another size or depth before. Texture and framebuffer keep their names. Filters, wrapping and fields are
-    // as after an upload without data.
-    void startFrame(const PixelLayout& layout);
-
     // Both GL names exist. Every caller of the operations below tests this first.
     bool isUsable() const { return framebufferName && textureName; }
 

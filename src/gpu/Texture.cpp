@@ -48,13 +48,18 @@ void ForgetGLErrors() {
 
 }  // namespace
 
-Texture::Storage Texture::StorageFor(const PixelLayout& layout) {
-    return {layout.width, layout.height, InternalFormat(layout.bitDepth)};
-}
-
-bool Texture::Respecify(const PixelLayout& layout, const std::byte* pixels) {
+bool Texture::Respecify(const PixelLayout& layout, const std::vector<std::byte>* rows) {
     ForgetGLErrors();
     if (DriverHolds(layout)) {
+        const std::byte* pixels = rows ? rows->data() : nullptr;
+        // A row length that disagrees with the rows makes GL read on after them: it finds zeros there.
+        std::vector<std::byte> longer;
+        if (rows && BytesReadByGL(layout) > rows->size()) {
+            longer.reserve(BytesReadByGL(layout));
+            longer = *rows;
+            longer.resize(BytesReadByGL(layout));
+            pixels = longer.data();
+        }
         SpecifyStorage(GL_TEXTURE_2D, layout, pixels);
         // Memory for a large picture can be missing after all.
         if (glGetError() == GL_NO_ERROR) return true;
@@ -62,25 +67,6 @@ bool Texture::Respecify(const PixelLayout& layout, const std::byte* pixels) {
     // The driver still has the storage of before, of another size: no pass may show that picture as this one.
     glTexImage2D(GL_TEXTURE_2D, 0, InternalFormat(layout.bitDepth), 0, 0, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
     return false;
-}
-
-void Texture::store(const PixelLayout& layout, const std::vector<std::byte>* rows) {
-    glPixelStorei(GL_UNPACK_ROW_LENGTH, UnpackRowLength(layout));
-    const std::byte* pixels = rows ? rows->data() : nullptr;
-    // A row length that disagrees with the rows makes GL read on after them: it finds zeros there.
-    std::vector<std::byte> longer;
-    if (rows && BytesReadByGL(layout) > rows->size()) {
-        longer.reserve(BytesReadByGL(layout));
-        longer = *rows;
-        longer.resize(BytesReadByGL(layout));
-        pixels = longer.data();
-    }
-    // New storage is new memory, for which a driver pays page by page: storage of the same form serves again.
-    if (pixels && hasStorageFor(layout))
-        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, static_cast<GLsizei>(layout.width), static_cast<GLsizei>(layout.height),
-                        GL_RGBA, GLChannelType(layout.bitDepth), pixels);
-    else
-        storage = Respecify(layout, pixels) ? StorageFor(layout) : Storage{};
 }
 
 void Texture::keepCopy(const std::byte* source, const PixelLayout& layout, bool widen) {
@@ -105,24 +91,23 @@ bool Texture::initTexture(std::uint32_t columns, std::uint32_t rows, std::uint32
 
 void Texture::releaseGL() {
     textureName.reset();
-    storage = {};
+    hasStorage = false;
 }
 
 void Texture::uploadPixels(const void* source, const PixelLayout& given, bool argbOrdered, bool expand15) {
     const PixelLayout layout = source ? KeptLayout(given) : given;
     if (source) keepCopy(static_cast<const std::byte*>(source), given, given.bitDepth == 16 && expand15);
 
-    describe(layout, argbOrdered);
-    store(layout, source ? copy.get() : nullptr);
-}
-
-void Texture::describe(const PixelLayout& layout, bool argbOrdered) {
     glBindTexture(GL_TEXTURE_2D, textureName.get());
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, UnpackRowLength(layout));
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
     glTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_SWIZZLE_RGBA, argbOrdered ? kHostOrder : kRgbaOrder);
+
+    hasStorage = Respecify(layout, source ? copy.get() : nullptr);
+
     isArgbOrdered = argbOrdered;
     width = layout.width;
     height = layout.height;

@@ -38,11 +38,10 @@ public:
     // Deletes the GL texture; the CPU copy stays.
     virtual void releaseGL();
 
-    // Fills the storage from `source`, or leaves its contents undefined when that is null. The storage is made anew
-    // unless the driver has one of this size and format and `source` fills it. Also resets filters to linear and
-    // wrapping to repeat. With `expand15`, 16-bit data is taken as the host's, 0 to 32768, and widened; all other data
-    // goes up as it is. Reads the rows with their padding, but no byte after the pixels of the row that is last in
-    // memory; keeps no pointer. `source` may be this texture's own copy, if it is whole.
+    // Specifies the storage anew and fills it from `source`, or leaves its contents undefined when that is null. Also
+    // resets filters to linear and wrapping to repeat. With `expand15`, 16-bit data is taken as the host's, 0 to 32768,
+    // and widened; all other data goes up as it is. Reads the rows with their padding, but no byte after the pixels of
+    // the row that is last in memory; keeps no pointer. `source` may be this texture's own copy, if it is whole.
     void uploadPixels(const void* source, const PixelLayout& layout, bool argbOrdered, bool expand15);
 
     // Decodes a file of the package into the texture. 1, or 0 when it is missing or no picture; the texture then has
@@ -63,7 +62,7 @@ public:
     const PixelBuffer& pixelCopy() const { return copy; }
 
     // Whether the driver took the storage that the fields describe.
-    bool storageExists() const { return storage.format != 0; }
+    bool storageExists() const { return hasStorage; }
 
     std::string name;  // of the file it came from
     GLTextureName textureName;
@@ -73,33 +72,15 @@ public:
     std::int64_t rowBytes = 0;   // of the last upload; 0 after initTexture
     bool isArgbOrdered = false;  // false: the data is R, G, B, A and swizzled
 
-protected:
-    // Whether GL's storage has this size and a format that serves this depth.
-    bool hasStorageFor(const PixelLayout& layout) const { return storage == StorageFor(layout); }
-    // Binds the texture, resets filters, wrapping and channel order, and takes the layout into the fields.
-    void describe(const PixelLayout& layout, bool argbOrdered);
-
 private:
-    // What the driver has for the texture; a format of 0 is no storage.
-    struct Storage {
-        std::uint32_t width = 0;
-        std::uint32_t height = 0;
-        std::int32_t format = 0;
-        bool operator==(const Storage&) const = default;
-    };
-    static Storage StorageFor(const PixelLayout& layout);
-
     // Makes `copy` that of this memory.
     void keepCopy(const std::byte* source, const PixelLayout& layout, bool widen);
-    // Puts the rows into the bound texture's storage, which is made anew where it has another form, and where there are
-    // no rows.
-    void store(const PixelLayout& layout, const std::vector<std::byte>* rows);
-    // Gives the bound texture new storage, filled unless `pixels` is null. False, and no storage at all, when the
-    // driver refuses.
-    static bool Respecify(const PixelLayout& layout, const std::byte* pixels);
+    // Gives the bound texture new storage, filled with the rows unless there are none. False, and no storage at all,
+    // when the driver refuses.
+    static bool Respecify(const PixelLayout& layout, const std::vector<std::byte>* rows);
 
     PixelBuffer copy;
-    Storage storage;
+    bool hasStorage = false;
 };
 
 }  // namespace quillon

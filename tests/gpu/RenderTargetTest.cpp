@@ -92,23 +92,6 @@ TEST_F(RenderTargetTest, RoundsWordsAsTheDriverDoes) {
     EXPECT_TRUE(words == ofDriver);
 }
 
-// The same size for frame after frame, with or without a picture.
-TEST_F(RenderTargetTest, ShowsNothingOfAnEarlierFrame) {
-    RenderTarget target;
-    for (const std::uint32_t bits : {8u, 32u}) {
-        target.initTarget(3, 2, bits);
-        const std::uint32_t name = target.textureName.get();
-        Fill(target, 1, 1, 1, 1);
-        target.startFrame({3, 2, bits, 0});
-        EXPECT_EQ(target.textureName.get(), name);
-        EXPECT_EQ(target.rowBytes, 0);
-        if (bits == 8)
-            EXPECT_EQ(ReadBack<std::uint8_t>(target), std::vector<std::uint8_t>(24));
-        else
-            EXPECT_EQ(ReadBack<float>(target), std::vector<float>(24));
-    }
-}
-
 TEST_F(RenderTargetTest, GivesZeroesForFifteenBitsWhichTheBufferIsTooShortFor) {
     RenderTarget target;
     target.initTarget(6, 5, 8);
