@@ -115,15 +115,15 @@ TEST_F(Sequences, PiecesAndResumedRunsMakeTheSameFrames) {
 
 TEST_F(Sequences, ProcessesMakeTheSameFramesInTheSameOrder) {
     const std::string keys = "--key amount@0=0 --key amount@12=1 ";
-    const ToolRun alone = run(kRender + keys);
-    ASSERT_EQ(alone.err, "");
+    const ToolRun single = run(kRender + keys);
+    ASSERT_EQ(single.err, "");
     const std::vector<float> whole = shown(1);
     const std::string stream = run("render fx -i in.argb --size 100x1 --depth 32 -o - --frames 0-12x3 " + keys).out;
     for (const std::string options : {"-j 2", "-j 9 --threads 2"}) {
         for (const std::string& name : list())
             if (name.starts_with("o")) std::filesystem::remove(pathOf(name));
         const ToolRun split = run(kRender + keys + options + " --progress json");
-        EXPECT_EQ(split.out, alone.out) << options;
+        EXPECT_EQ(split.out, single.out) << options;
         for (const char* frame : {"0", "3", "6", "9", "12"})
             EXPECT_NE(split.err.find("{\"frame\":" + std::string(frame) + ",\"path\":\"o"), std::string::npos)
                 << split.err;
