@@ -18,6 +18,7 @@ struct Diagnostic {
     std::string text = {};    // what is wrong
     std::string remedy = {};  // what the user can do; empty when the text says it, or when nothing is known
     Kind kind = Kind::script;
+    std::string rule = {};  // its row in the table of rules, see Rules.h; empty for `tool`
 
     bool operator==(const Diagnostic&) const = default;
 };

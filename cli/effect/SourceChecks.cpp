@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <rapidxml/rapidxml.hpp>
 
+#include "cli/diagnostics/Rules.h"
 #include "package/XmlNesting.h"
 
 namespace quillon::cli {
@@ -47,18 +48,14 @@ std::size_t SequenceLength(std::string_view text) {
     return 0;
 }
 
-Diagnostics CheckEncoding(const std::string& path, std::string_view content, Diagnostic::Kind kind) {
+Diagnostics CheckEncoding(const std::string& path, std::string_view content, const char* rule) {
     for (std::size_t i = 0; i < content.size();) {
         const std::size_t length = SequenceLength(content.substr(i));
         if (length == 0) {
             const unsigned byte = static_cast<unsigned char>(content[i]);
             return {
-                {.path = path,
-                 .line = LineAt(content, i),
-                 .column = ColumnAt(content, i),
-                 .text = fmt::format("byte 0x{:02X} {}", byte, byte == 0 ? "ends the text here" : "is not UTF-8 text"),
-                 .remedy = "save the file as UTF-8",
-                 .kind = kind}};
+                Found(rule, path, LineAt(content, i), ColumnAt(content, i),
+                      fmt::format("byte 0x{:02X} {}", byte, byte == 0 ? "ends the text here" : "is not UTF-8 text"))};
         }
         i += length;
     }
@@ -74,12 +71,11 @@ bool LooksLikeUtf16(std::string_view content) {
 }  // namespace
 
 Diagnostics CheckConfig(const std::string& path, std::string_view content) {
-    if (LooksLikeUtf16(content)) return CheckEncoding(path, content, Diagnostic::Kind::config);
+    if (LooksLikeUtf16(content)) return CheckEncoding(path, content, "config/not-utf8");
     std::string text(content.substr(0, content.find('\0')));
     if (XmlNestsDeeperThan(text, kDeepestXmlLevel)) {
-        return {{.path = path,
-                 .text = fmt::format("elements are nested more than {} deep; effects need one level", kDeepestXmlLevel),
-                 .kind = Diagnostic::Kind::config}};
+        return {Found("config/not-xml", path, 0, 0,
+                      fmt::format("elements are nested more than {} deep; effects need one level", kDeepestXmlLevel))};
     }
     rapidxml::xml_document<char> document;
     try {
@@ -89,16 +85,14 @@ Diagnostics CheckConfig(const std::string& path, std::string_view content) {
         // What is missing at the end belongs after the last character that is there.
         const auto position = std::min(static_cast<std::size_t>(error.where<char>() - text.data()),
                                        content.substr(0, text.size()).find_last_not_of(" \t\r\n") + 1);
-        return {{.path = path,
-                 .line = LineAt(content, position),
-                 .text = fmt::format("not XML as effects need it: {}", error.what()),
-                 .kind = Diagnostic::Kind::config}};
+        return {Found("config/not-xml", path, LineAt(content, position), 0,
+                      fmt::format("not XML as effects need it: {}", error.what()))};
     }
     return {};
 }
 
 Diagnostics CheckScriptEncoding(const std::string& path, std::string_view content) {
-    return CheckEncoding(path, content, Diagnostic::Kind::script);
+    return CheckEncoding(path, content, "script/not-utf8");
 }
 
 }  // namespace quillon::cli

@@ -43,7 +43,7 @@ Json JsonOf(const Diagnostics& diagnostics) {
     Json list = Json::array();
     for (const Diagnostic& diagnostic : diagnostics)
         list.push_back({diagnostic.path, diagnostic.line, diagnostic.column, static_cast<int>(diagnostic.severity),
-                        diagnostic.text, diagnostic.remedy, static_cast<int>(diagnostic.kind)});
+                        diagnostic.text, diagnostic.remedy, static_cast<int>(diagnostic.kind), diagnostic.rule});
     return list;
 }
 
@@ -56,7 +56,8 @@ Diagnostics DiagnosticsOf(const Json& json) {
                                .severity = static_cast<Diagnostic::Severity>(entry.at(3).get<int>()),
                                .text = entry.at(4),
                                .remedy = entry.at(5),
-                               .kind = static_cast<Diagnostic::Kind>(entry.at(6).get<int>())});
+                               .kind = static_cast<Diagnostic::Kind>(entry.at(6).get<int>()),
+                               .rule = entry.at(7)});
     return diagnostics;
 }
 

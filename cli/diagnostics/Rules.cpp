@@ -1,0 +1,56 @@
+#include "cli/diagnostics/Rules.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace quillon::cli {
+
+namespace {
+
+using enum Diagnostic::Severity;
+
+constexpr Rule kRules[] = {
+    {"config/not-utf8", 1, error, "save the file as UTF-8"},
+    {"config/not-xml", 1, error, ""},
+    {"package/missing-file", 1, error, ""},
+    {"script/not-utf8", 1, error, "save the file as UTF-8"},
+};
+static_assert(std::ranges::is_sorted(kRules, {}, &Rule::name));
+
+Diagnostic::Kind KindOf(std::string_view rule) {
+    constexpr std::pair<std::string_view, Diagnostic::Kind> kKinds[] = {
+        {"config/", Diagnostic::Kind::config}, {"package/", Diagnostic::Kind::package},
+        {"render/", Diagnostic::Kind::render}, {"script/", Diagnostic::Kind::script},
+        {"shader/", Diagnostic::Kind::shader},
+    };
+    for (const auto& [prefix, kind] : kKinds)
+        if (rule.starts_with(prefix)) return kind;
+    throw std::logic_error("internal error: a rule of no kind: " + std::string(rule));
+}
+
+}  // namespace
+
+std::span<const Rule> Rules() {
+    return kRules;
+}
+
+const Rule* FindRule(std::string_view name) {
+    const auto found = std::ranges::lower_bound(kRules, name, {}, &Rule::name);
+    return found != std::end(kRules) && found->name == name ? found : nullptr;
+}
+
+Diagnostic Found(std::string_view rule, std::string path, int line, int column, std::string text, std::string remedy) {
+    const Rule* const row = FindRule(rule);
+    if (!row) throw std::logic_error("internal error: no rule is named " + std::string(rule));
+    return {.path = std::move(path),
+            .line = line,
+            .column = column,
+            .severity = row->severity,
+            .text = std::move(text),
+            .remedy = remedy.empty() ? row->remedy : std::move(remedy),
+            .kind = KindOf(rule),
+            .rule = std::string(rule)};
+}
+
+}  // namespace quillon::cli
