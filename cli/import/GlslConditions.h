@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/import/GlslTokens.h"
+#include "cli/glsl/GlslTokens.h"
 
 namespace quillon::cli {
 

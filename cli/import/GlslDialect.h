@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/GlslReads.h"
-#include "cli/import/GlslTokens.h"
 #include "cli/import/GlslTypes.h"
 #include "cli/import/ImportFindings.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/import/GlslTokens.h"
+#include "cli/glsl/GlslTokens.h"
 
 namespace quillon::cli {
 

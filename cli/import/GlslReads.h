@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-#include "cli/import/GlslTokens.h"
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/ImportFindings.h"
 
 namespace quillon::cli {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/import/GlslTokens.h"
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/GlslTypes.h"
 #include "cli/import/ImportFindings.h"
 

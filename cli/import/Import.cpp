@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/ConfigWriter.h"
-#include "cli/import/GlslTokens.h"
 #include "cli/import/IsfHeader.h"
 #include "cli/import/IsfShader.h"
 #include "cli/import/PastedFragment.h"

@@ -7,9 +7,9 @@
 #include <functional>
 #include <set>
 
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/BuiltIns.h"
 #include "cli/import/ControlNames.h"
-#include "cli/import/GlslTokens.h"
 #include "cli/import/IsfInputs.h"
 #include "cli/import/LenientJson.h"
 #include "cli/import/SizeExpression.h"

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/ControlNames.h"
 #include "cli/import/EffectPlan.h"
-#include "cli/import/GlslTokens.h"
 #include "cli/import/ImportFindings.h"
 
 namespace quillon::cli {

@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "cli/import/GlslTokens.h"
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/SourceText.h"
 
 namespace quillon::cli {

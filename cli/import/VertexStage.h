@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/glsl/GlslTokens.h"
 #include "cli/import/GlslOutline.h"
-#include "cli/import/GlslTokens.h"
 
 namespace quillon::cli {
 

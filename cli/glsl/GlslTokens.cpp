@@ -1,4 +1,4 @@
-#include "cli/import/GlslTokens.h"
+#include "cli/glsl/GlslTokens.h"
 
 #include <algorithm>
 #include <array>
