@@ -11,6 +11,7 @@
 #include "cli/commands/Commands.h"
 #include "cli/commands/OptionForms.h"
 #include "cli/commands/RenderCommandLine.h"
+#include "cli/commands/WrongWords.h"
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/diagnostics/ToolError.h"
 #include "cli/system/ModuleKind.h"
@@ -192,9 +193,7 @@ int RunCommandLine(std::vector<std::string> arguments, const std::function<int(c
             PrintResult(words);
             return 0;
         }
-        const auto commands = app.get_subcommands();
-        const std::string command = commands.empty() ? "" : commands.front()->get_name() + " ";
-        throw WrongCommandLine("", error.what(), "see quillon " + command + "--help");
+        throw WrongWords(app, error);
     }
     if (!run) throw WrongCommandLine("", "no command", "name one of those that quillon --help lists");
     return run();
