@@ -43,11 +43,11 @@ duk_ret_t GetInputOrigin(duk_context* ctx) {
 }
 
 constexpr Native kHostNatives[] = {
-    {"QL_getTime", Guarded<GetTime>, 0},
-    {"QL_release", Guarded<Release>, 1},
-    {"QL_setOutputExtent", Guarded<SetOutputExtent>, 2},
-    {"QL_getContextExtent", Guarded<GetContextExtent>, 0},
-    {"QL_getInputOrigin", Guarded<GetInputOrigin>, 0},
+    {"QL_getTime", Guarded<GetTime>, 0, 0},
+    {"QL_release", Guarded<Release>, 1, 1},
+    {"QL_setOutputExtent", Guarded<SetOutputExtent>, 2, 2},
+    {"QL_getContextExtent", Guarded<GetContextExtent>, 0, 0},
+    {"QL_getInputOrigin", Guarded<GetInputOrigin>, 0, 0},
 };
 
 }  // namespace

@@ -15,7 +15,11 @@ namespace quillon {
 struct Native {
     const char* name;
     duk_c_function call;
-    duk_idx_t arity;  // or DUK_VARARGS
+    int leastArguments;            // without which a call cannot do its work
+    int mostArguments;             // that are read
+    bool countsArguments = false;  // it behaves in another way when some are missing than when they are undefined
+
+    duk_idx_t arity() const { return countsArguments ? DUK_VARARGS : mostArguments; }
 };
 
 // The tables of the API, one a family, in the order in which they are bound.

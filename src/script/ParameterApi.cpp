@@ -167,11 +167,11 @@ duk_ret_t GetParamFlags(duk_context* ctx) {
 }
 
 constexpr Native kParameterNatives[] = {
-    {"QL_initParam", Guarded<InitParam>, DUK_VARARGS},   {"QL_getParamValue", Guarded<GetParamValue>, 1},
-    {"QL_setParamValue", Guarded<SetParamValue>, 2},     {"QL_setParamMinMax", Guarded<SetParamMinMax>, 3},
-    {"QL_setParamChoices", Guarded<SetParamChoices>, 2}, {"QL_setParamPrecision", Guarded<SetParamPrecision>, 2},
-    {"QL_setParamEnabled", Guarded<SetParamEnabled>, 2}, {"QL_setParamFlags", Guarded<SetParamFlags>, 2},
-    {"QL_getParamFlags", Guarded<GetParamFlags>, 1},
+    {"QL_initParam", Guarded<InitParam>, 2, 3, true},       {"QL_getParamValue", Guarded<GetParamValue>, 1, 1},
+    {"QL_setParamValue", Guarded<SetParamValue>, 2, 2},     {"QL_setParamMinMax", Guarded<SetParamMinMax>, 3, 3},
+    {"QL_setParamChoices", Guarded<SetParamChoices>, 2, 2}, {"QL_setParamPrecision", Guarded<SetParamPrecision>, 2, 2},
+    {"QL_setParamEnabled", Guarded<SetParamEnabled>, 2, 2}, {"QL_setParamFlags", Guarded<SetParamFlags>, 2, 2},
+    {"QL_getParamFlags", Guarded<GetParamFlags>, 1, 1},
 };
 
 }  // namespace

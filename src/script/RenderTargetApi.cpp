@@ -52,9 +52,11 @@ duk_ret_t GetSequenceTexture(duk_context* ctx) {
 }
 
 constexpr Native kRenderTargetNatives[] = {
-    {"QL_initRenderTarget", Guarded<InitRenderTarget>, 3},     {"QL_blitRenderTarget", Guarded<BlitRenderTarget>, 4},
-    {"QL_getSurfaceDim", Guarded<GetSurfaceDim>, 1},           {"QL_getSequenceRT", Guarded<GetSequenceRT>, 0},
-    {"QL_getSequenceTexture", Guarded<GetSequenceTexture>, 0},
+    {"QL_initRenderTarget", Guarded<InitRenderTarget>, 3, 3},
+    {"QL_blitRenderTarget", Guarded<BlitRenderTarget>, 2, 4},
+    {"QL_getSurfaceDim", Guarded<GetSurfaceDim>, 1, 1},
+    {"QL_getSequenceRT", Guarded<GetSequenceRT>, 0, 0},
+    {"QL_getSequenceTexture", Guarded<GetSequenceTexture>, 0, 0},
 };
 
 }  // namespace

@@ -26,7 +26,7 @@ Scripting::ErrorObserver errorObserver = nullptr;
 void Bind(duk_context* ctx, std::span<const Native> natives) {
     for (const Native& native : natives) {
         duk_push_global_object(ctx);
-        duk_push_c_function(ctx, native.call, native.arity);
+        duk_push_c_function(ctx, native.call, native.arity());
         duk_put_prop_string(ctx, -2, native.name);
         duk_pop(ctx);
     }

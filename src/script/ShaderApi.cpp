@@ -156,9 +156,9 @@ duk_ret_t GetShaderError(duk_context* ctx) {
 }
 
 constexpr Native kShaderNatives[] = {
-    {"QL_initShader", Guarded<InitShader>, DUK_VARARGS},       {"QL_setShaderParam", Guarded<SetShaderParam>, 2},
-    {"QL_getShaderParamType", Guarded<GetShaderParamType>, 2}, {"QL_renderShader", Guarded<RenderShader>, 4},
-    {"QL_setShaderParamVal", Guarded<SetShaderParamVal>, 3},   {"QL_getShaderError", Guarded<GetShaderError>, 1},
+    {"QL_initShader", Guarded<InitShader>, 1, 2, true},           {"QL_setShaderParam", Guarded<SetShaderParam>, 2, 2},
+    {"QL_getShaderParamType", Guarded<GetShaderParamType>, 2, 2}, {"QL_renderShader", Guarded<RenderShader>, 2, 4},
+    {"QL_setShaderParamVal", Guarded<SetShaderParamVal>, 3, 3},   {"QL_getShaderError", Guarded<GetShaderError>, 1, 1},
 };
 
 }  // namespace

@@ -21,21 +21,17 @@ constexpr OptionalEntry kOptionalEntries[] = {
     {"updateUIFlags", "function updateUIFlags() {};"},
 };
 
-void ReplaceFirst(std::string& text, std::string_view word, std::string_view replacement) {
-    const std::size_t hit = text.find(word);
-    if (hit != std::string::npos) text.replace(hit, word.size(), replacement);
-}
-
-// A replacement and the text around it must not be able to form the word again.
-void ReplaceAll(std::string& text, std::string_view word, std::string_view replacement) {
-    std::string replaced;
+// A meaning and the text around it must not be able to form the shorthand again.
+void Expand(std::string& text, const Shorthand& shorthand) {
+    std::string expanded;
     std::size_t copied = 0;
-    for (std::size_t hit = text.find(word); hit != std::string::npos; hit = text.find(word, copied)) {
-        replaced.append(text, copied, hit - copied).append(replacement);
-        copied = hit + word.size();
+    for (std::size_t hit = text.find(shorthand.written); hit != std::string::npos;
+         hit = shorthand.isOnce ? std::string::npos : text.find(shorthand.written, copied)) {
+        expanded.append(text, copied, hit - copied).append(shorthand.meaning);
+        copied = hit + shorthand.written.size();
     }
-    replaced.append(text, copied);
-    text = std::move(replaced);
+    expanded.append(text, copied);
+    text = std::move(expanded);
 }
 
 }  // namespace
@@ -43,8 +39,7 @@ void ReplaceAll(std::string& text, std::string_view word, std::string_view repla
 std::string PrepareScriptSource(const std::string& script) {
     std::string text = Prelude();
     text.append(script).append("\nsetup();\n");
-    ReplaceFirst(text, "import Q;", " ");
-    ReplaceAll(text, "Q.L.", "QL_");
+    for (const Shorthand& shorthand : kShorthands) Expand(text, shorthand);
     // After the call of setup(), and still in time for it: all functions of a text exist before its first line runs.
     for (const OptionalEntry& entry : kOptionalEntries) {
         if (text.find(entry.name) == std::string::npos) text.append(entry.definition);

@@ -93,9 +93,9 @@ duk_ret_t SurfaceCopyTo(duk_context* ctx) {
 }
 
 constexpr Native kSurfaceNatives[] = {
-    {"QL_initSurface", Guarded<InitSurface>, DUK_VARARGS}, {"QL_textureToSurface", Guarded<TextureToSurface>, 1},
-    {"QL_surfaceToTexture", Guarded<SurfaceToTexture>, 1}, {"QL_surfaceQuantize", Guarded<SurfaceQuantize>, 6},
-    {"QL_surfaceCopyTo", Guarded<SurfaceCopyTo>, 3},
+    {"QL_initSurface", Guarded<InitSurface>, 3, 3, true},     {"QL_textureToSurface", Guarded<TextureToSurface>, 1, 1},
+    {"QL_surfaceToTexture", Guarded<SurfaceToTexture>, 1, 1}, {"QL_surfaceQuantize", Guarded<SurfaceQuantize>, 4, 6},
+    {"QL_surfaceCopyTo", Guarded<SurfaceCopyTo>, 2, 3},
 };
 
 }  // namespace

@@ -34,8 +34,8 @@ duk_ret_t SetTextureParam(duk_context* ctx) {
 }
 
 constexpr Native kTextureNatives[] = {
-    {"QL_initTexture", Guarded<InitTexture>, DUK_VARARGS},
-    {"QL_setTextureParam", Guarded<SetTextureParam>, 3},
+    {"QL_initTexture", Guarded<InitTexture>, 1, 2, true},
+    {"QL_setTextureParam", Guarded<SetTextureParam>, 3, 3},
 };
 
 }  // namespace
