@@ -14,7 +14,15 @@ constexpr Rule kRules[] = {
     {"config/not-utf8", 1, error, "save the file as UTF-8"},
     {"config/not-xml", 1, error, ""},
     {"package/missing-file", 1, error, ""},
+    {"script/chance-in-draw", 2, warning, "compute it from QL_getTime() and a control for the seed"},
+    {"script/entry-point-capitals", 2, error, ""},
+    {"script/not-es5", 2, error, ""},
     {"script/not-utf8", 1, error, "save the file as UTF-8"},
+    {"script/shadowed-function", 2, error, "give it another name"},
+    {"script/undeclared-name", 2, error, "declare it with var, or look for a typing error"},
+    {"script/unguarded-console", 2, warning, ""},
+    {"script/unknown-member", 2, error, "docs/script-api.md lists its members"},
+    {"script/wrong-argument-count", 2, error, "docs/script-api.md says what each argument is"},
 };
 static_assert(std::ranges::is_sorted(kRules, {}, &Rule::name));
 
