@@ -1,7 +1,7 @@
 # The libraries that the system uses. `./dev setup` installs the packages; what the distribution carries as
 # source only is fetched by fetch-sources.sh into a cache outside the build folder.
 #
-# Targets: duktape, miniz, glew_static, window_system, lodepng, libdeflate, fmt::fmt, nlohmann_json::nlohmann_json,
+# Targets: duktape, miniz, httplib, glew_static, window_system, lodepng, libdeflate, fmt::fmt, nlohmann_json::nlohmann_json,
 # OpenEXR::OpenEXR, GTest::*; folders of headers: RAPIDXML_INCLUDE, STB_INCLUDE, CLI11_INCLUDE.
 
 find_package(Threads REQUIRED)
@@ -48,6 +48,16 @@ endif()
 add_library(miniz STATIC ${QUILLON_SOURCES}/miniz/miniz.c)
 target_include_directories(miniz SYSTEM PUBLIC ${QUILLON_SOURCES}/miniz)
 target_compile_options(miniz PRIVATE -w)
+
+# The preview's server. The distribution's own build pulls libraries in that a server on one machine has no use for.
+add_library(httplib INTERFACE)
+target_include_directories(httplib SYSTEM INTERFACE ${QUILLON_SOURCES}/cpp-httplib)
+target_compile_definitions(httplib INTERFACE CPPHTTPLIB_LISTEN_BACKLOG=128 CPPHTTPLIB_USE_POLL)
+target_link_libraries(httplib INTERFACE Threads::Threads)
+if(WIN32)
+    target_compile_definitions(httplib INTERFACE _WIN32_WINNT=0x0A00)
+    target_link_libraries(httplib INTERFACE ws2_32 crypt32)
+endif()
 
 if(WIN32)
     include(${CMAKE_CURRENT_LIST_DIR}/WindowsLibraries.cmake)

@@ -13,6 +13,7 @@ wanted=(
     "duktape     src/duk_config.h    duktape/duk_config.h"
     "r-cran-zip  src/miniz.c         miniz/miniz.c"      # has no package
     "r-cran-zip  src/miniz.h         miniz/miniz.h"
+    "cpp-httplib  httplib.h          cpp-httplib/httplib.h"
 )
 if [ "${1:-}" = windows ]; then
     wanted+=(

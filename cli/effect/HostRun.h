@@ -30,6 +30,7 @@ public:
     // The effect on a layer, and the panel of its controls shown.
     void apply() { applied = &session.apply(); }
     host::HostInstance& instance() { return *applied; }
+    const host::HostInstance& instance() const { return *applied; }
     // After its values have changed.
     void updatePanel();
     HostFrame render(const host::FrameRequest& request);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "cli/effect/LinkedEngine.h"
 
@@ -63,6 +64,29 @@ void LoadedEffect::startLinked() {
     if (module) LinkedEngine::DrawNothing();
 }
 
+void LoadedEffect::set(const Control& control, ValueAt valueAt) {
+    values[control.index] = {&control, std::move(valueAt)};
+    isPanelOld = true;
+}
+
+void LoadedEffect::reset(const Control& control) {
+    values.erase(control.index);
+    isPanelOld = true;
+    if (!isApplied) return;
+    for (HostRun* run : {&linked, module ? &*module : nullptr}) {
+        if (!run) continue;
+        if (control.declared.kind == LAYER)
+            run->instance().setLayer(control.index, nullptr);
+        else
+            run->instance().takeOver(control.index, parameters()[static_cast<std::size_t>(control.index) - 1]);
+    }
+}
+
+const PF_ParamDef& LoadedEffect::shown(const Control& control) const {
+    return isApplied ? linked.instance().param(control.index)
+                     : parameters()[static_cast<std::size_t>(control.index) - 1];
+}
+
 std::shared_ptr<host::World> LoadedEffect::render(const FrameInput& input) {
     takePictures(input);
     host::FrameRequest request;
@@ -70,17 +94,17 @@ std::shared_ptr<host::World> LoadedEffect::render(const FrameInput& input) {
     request.layerWidth = static_cast<A_long>(input.fullExtent.width);
     request.layerHeight = static_cast<A_long>(input.fullExtent.height);
     try {
-        const bool isFirst = !isApplied;
-        if (isFirst) apply();
+        if (!isApplied) apply();
         prepare(linked, input, request);
-        if (isFirst) linked.updatePanel();
+        const bool hasOldPanel = std::exchange(isPanelOld, false);
+        if (hasOldPanel) linked.updatePanel();
         throwFaults();
         HostFrame frame = linked.render(request);
         throwFaults();
         checkFrame(frame);
         if (module) {
             prepare(*module, input, request);
-            if (isFirst) module->updatePanel();
+            if (hasOldPanel) module->updatePanel();
             frame = module->render(request);
             checkFrame(frame);
         }

@@ -43,10 +43,14 @@ public:
     // As they are registered with the host; controls()[i] is the script's side of parameters()[i].
     const std::vector<PF_ParamDef>& parameters() const { return linked.parameters(); }
 
-    // A control's value at a moment, in seconds. Of all that are given for one control the last counts; a control
-    // without one has the host's default. Before the first frame.
+    // A control's value at a moment, in seconds, from the next frame on. Of all that are given for one control the last
+    // counts; a control without one has the host's default.
     using ValueAt = std::function<ControlValue(double seconds)>;
-    void set(const Control& control, ValueAt valueAt) { values[control.index] = {&control, std::move(valueAt)}; }
+    void set(const Control& control, ValueAt valueAt);
+    // Back to the default; of a layer "None".
+    void reset(const Control& control);
+    // As the host shows it, with name and state as the last frame has left them.
+    const PF_ParamDef& shown(const Control& control) const;
 
     // One frame, of the size that the host makes it, at the input's depth.
     std::shared_ptr<host::World> render(const FrameInput& input);
@@ -73,6 +77,7 @@ private:
     std::map<std::int32_t, std::pair<const Control*, ValueAt>> values;  // by the control's index
     std::uint32_t largestExtent = 0;
     bool isApplied = false;
+    bool isPanelOld = true;  // values have changed since the panel was updated
 };
 
 }  // namespace quillon::cli

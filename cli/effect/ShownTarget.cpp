@@ -73,7 +73,8 @@ std::vector<ListedTarget> ListTargets() {
         const RenderTarget& target = Context::Instance().FindRenderTarget(id);
         if (target.width == 0 || target.height == 0) continue;
         const auto variable = variables.find(id);
-        targets.push_back({id, variable == variables.end() ? "" : variable->second});
+        targets.push_back(
+            {id, variable == variables.end() ? "" : variable->second, target.width, target.height, target.bitDepth});
     }
     return targets;
 }

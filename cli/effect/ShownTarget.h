@@ -13,6 +13,7 @@ namespace quillon::cli {
 struct ListedTarget {
     std::uint32_t id = 0;
     std::string variable;  // of the script, as "trail", "atlas.light" or "rooms[1]"; empty when none holds it
+    std::uint32_t width = 0, height = 0, bitDepth = 0;
 };
 
 // All that are live, in the order in which they were made unless one was released. An instance's output is one of them.

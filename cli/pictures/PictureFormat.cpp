@@ -73,6 +73,10 @@ Picture ReadPicture(const std::filesystem::path& path, const RawLayout& layout) 
     }
 }
 
+Picture DecodePicture(std::span<const std::byte> file) {
+    return FindByContent(file).read(file, {});
+}
+
 void RequireWritable(const std::filesystem::path& path) {
     if (FindByEnding(path)) return;
     throw WrongCommandLine(path.string(), "pictures are written as .png, .exr, .tif, .tiff or .argb",

@@ -59,6 +59,9 @@ bool IsFloatPicture(const std::filesystem::path& path);
 // Reads a picture of any format. Its content decides which; a raw buffer is known by its name. Throws a Fault.
 Picture ReadPicture(const std::filesystem::path& path, const RawLayout& layout = {});
 
+// The same of a file's bytes, whose content says what they are.
+Picture DecodePicture(std::span<const std::byte> file);
+
 // Throws WrongCommandLine unless pictures can be written under such a name.
 void RequireWritable(const std::filesystem::path& path);
 

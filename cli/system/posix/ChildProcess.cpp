@@ -62,6 +62,8 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
     connect(input.read, STDIN_FILENO, O_RDONLY);
     connect(output.write, STDOUT_FILENO, O_WRONLY);
     connect(words.write, STDERR_FILENO, O_WRONLY);
+    // Libraries open sockets that would be passed on.
+    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t defaults;
