@@ -10,6 +10,7 @@
 
 #include "cli/commands/Commands.h"
 #include "cli/commands/OptionForms.h"
+#include "cli/commands/PreviewCommandLine.h"
 #include "cli/commands/RenderCommandLine.h"
 #include "cli/commands/WrongWords.h"
 #include "cli/diagnostics/PrintLine.h"
@@ -173,6 +174,7 @@ int RunCommandLine(std::vector<std::string> arguments, const std::function<int(c
     app.set_version_flag("--version", "quillon " QUILLON_VERSION);
     app.require_subcommand(0, 1);
     AddRender(app, run, arguments, render);
+    AddPreview(app, run);
     AddParams(app, run);
     AddInfo(app, run);
     AddCheck(app, run);

@@ -66,8 +66,8 @@ struct RenderOptions {
 // `quillon render`: renders one picture or a sequence, and prints the path of each as it is written.
 int RunRender(const RenderOptions& options);
 
-// `quillon worker`, which other processes of this program start, see WorkerMessage.h: answers one request. "arguments"
-// are a command line.
+// `quillon worker`, which other processes of this program start, see WorkerMessage.h: answers one request, whose
+// "arguments" are a command line, or those of a preview, see PreviewMessages.h.
 int RunWorker();
 
 // Whose controls to print.

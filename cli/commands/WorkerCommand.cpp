@@ -2,6 +2,7 @@
 #include "cli/commands/Commands.h"
 #include "cli/commands/RenderWorkers.h"
 #include "cli/diagnostics/ToolError.h"
+#include "cli/preview/PreviewWorker.h"
 #include "cli/worker/WorkerChannel.h"
 
 namespace quillon::cli {
@@ -10,6 +11,10 @@ int RunWorker() {
     WorkerChannel& channel = WorkerChannel::Open();
     const auto request = channel.receive();
     if (!request) return 0;
+    if (request->text.contains("preview")) {
+        RunPreviewWorker(channel, *request);
+        return 0;
+    }
     try {
         return RunCommandLine(request->text.at("arguments"), [&](const RenderOptions& options) {
             return RenderForParent(channel, *request, options);

@@ -1,0 +1,78 @@
+#include "cli/preview/EffectProcess.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "cli/diagnostics/ToolError.h"
+
+namespace quillon::cli {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// How long an answer is waited for before others are looked at.
+constexpr auto kStep = std::chrono::milliseconds(20);
+
+WorkerMessage Failed(const std::string& text, const std::string& remedy) {
+    return {FailedAnswer({{.text = text, .remedy = remedy, .kind = Diagnostic::Kind::render}}, kFault, nullptr)};
+}
+
+}  // namespace
+
+EffectProcess::EffectProcess(Duration longestAnswer) : limit(longestAnswer), workers(1) {}
+
+WorkerMessage EffectProcess::ask(const WorkerMessage& request, const IsOutdated& isOutdated) {
+    const std::lock_guard lock(mutex);
+    auto waiting = std::exchange(prepared, {});
+    if (waiting && preparedRequest == request.text) return std::move(*waiting);
+    return exchange(request, isOutdated);
+}
+
+void EffectProcess::prepare(const WorkerMessage& request, const IsOutdated& isOutdated) {
+    const std::lock_guard lock(mutex);
+    prepared = exchange(request, isOutdated);
+    preparedRequest = request.text;
+}
+
+bool EffectProcess::isAlive() {
+    const std::lock_guard lock(mutex);
+    if (!hasEnded && !isAbandoned)
+        if (const auto news = workers.wait(0, Clock::now()); news && !news->message) takeEnd();
+    return !hasEnded && !isAbandoned;
+}
+
+WorkerMessage EffectProcess::exchange(const WorkerMessage& request, const IsOutdated& isOutdated) {
+    if (hasEnded) return Failed("the effect's process has ended", "save a file of the effect to start it anew");
+    workers.send(0, request);
+    const auto deadline = Clock::now() + limit;
+    for (;;) {
+        if (auto answer = workers.wait(0, Clock::now() + kStep)) {
+            if (!answer->message) return takeEnd();
+            return std::move(*answer->message);
+        }
+        if (!isAbandoned && isOutdated && isOutdated()) isAbandoned = true;
+        if (isAbandoned) return Failed("a newer state of the effect takes over", "");
+        if (Clock::now() < deadline) continue;
+        workers.kill(0);
+        while (const auto answer = workers.wait(0))
+            if (!answer->message) break;
+        takeEnd();
+        const double seconds = std::chrono::duration<double>(limit).count();
+        return Failed(fmt::format("no answer within {:.3g} seconds, so that its process was ended", seconds),
+                      "look for a loop that never ends, or allow more with --time-limit");
+    }
+}
+
+WorkerMessage EffectProcess::takeEnd() {
+    hasEnded = true;
+    const WorkerGroup::End end = workers.endOf(0);
+    std::string words = end.words;
+    while (words.ends_with('\n')) words.pop_back();
+    const std::string how =
+        end.status < 0 ? "was killed or crashed" : fmt::format("ended with exit status {}", end.status);
+    return Failed(fmt::format("the effect's process {}{}{}", how, words.empty() ? "" : ": ", words), "");
+}
+
+}  // namespace quillon::cli

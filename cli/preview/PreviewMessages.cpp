@@ -1,0 +1,108 @@
+#include "cli/preview/PreviewMessages.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "platform/Utf8Path.h"
+
+namespace quillon::cli {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::string_view kKinds[] = {"package", "config", "script", "shader", "render", "tool"};
+
+// The author's line of a file of the effect; empty where there is none.
+std::string LineOf(const std::string& text, int line) {
+    std::size_t start = 0;
+    for (int i = 1; i < line; ++i) {
+        start = text.find('\n', start);
+        if (start == std::string::npos) return "";
+        ++start;
+    }
+    std::string found = text.substr(start, text.find('\n', start) - start);
+    if (found.ends_with('\r')) found.pop_back();
+    return found;
+}
+
+void AddSource(Json& fault, const Diagnostic& diagnostic, const EffectSource& source) {
+    for (const PackageFile& file : source.files) {
+        if (source.pathOf(file.name) != diagnostic.path) continue;
+        fault["file"] = file.name;
+        if (diagnostic.line > 0) fault["source"] = LineOf(source.textOf(file.name), diagnostic.line);
+        return;
+    }
+}
+
+}  // namespace
+
+Json JsonOf(const PreviewSetup& setup) {
+    return {{"effect", setup.effect.string()},
+            {"input", setup.input.string()},
+            {"layers", setup.layers},
+            {"values", setup.values},
+            {"isLenient", setup.isLenient},
+            {"range", {setup.range.first, setup.range.last, setup.range.step}},
+            {"hasRange", setup.hasRange},
+            {"fps", setup.framesPerSecond},
+            {"depth", setup.depth},
+            {"host", static_cast<int>(setup.host)},
+            {"downsample", setup.downsample}};
+}
+
+PreviewSetup SetupOf(const Json& json) {
+    const Json& range = json.at("range");
+    return {.effect = PathFromUtf8(json.at("effect").get<std::string>()),
+            .input = PathFromUtf8(json.at("input").get<std::string>()),
+            .layers = json.at("layers"),
+            .values = json.at("values"),
+            .isLenient = json.at("isLenient"),
+            .range = {range.at(0), range.at(1), range.at(2)},
+            .hasRange = json.at("hasRange"),
+            .framesPerSecond = json.at("fps"),
+            .depth = json.at("depth"),
+            .host = static_cast<host::HostKind>(json.at("host").get<int>()),
+            .downsample = json.at("downsample")};
+}
+
+Json FaultsForPage(const Diagnostics& faults, const EffectSource* source) {
+    Json list = Json::array();
+    for (const Diagnostic& diagnostic : faults) {
+        Json fault = {{"text", diagnostic.text},
+                      {"remedy", diagnostic.remedy},
+                      {"severity", diagnostic.severity == Diagnostic::Severity::error ? "error" : "warning"},
+                      {"kind", kKinds[static_cast<int>(diagnostic.kind)]},
+                      {"rule", diagnostic.rule},
+                      {"path", diagnostic.path},
+                      {"line", diagnostic.line},
+                      {"column", diagnostic.column}};
+        if (source) AddSource(fault, diagnostic, *source);
+        list.push_back(std::move(fault));
+    }
+    return list;
+}
+
+Diagnostics FaultsOfPage(const Json& faults) {
+    Diagnostics diagnostics;
+    for (const Json& fault : faults) {
+        const auto* const kind = std::ranges::find(kKinds, fault.at("kind").get<std::string_view>());
+        diagnostics.push_back(
+            {.path = fault.at("path"),
+             .line = fault.at("line"),
+             .column = fault.at("column"),
+             .severity = fault.at("severity") == "error" ? Diagnostic::Severity::error : Diagnostic::Severity::warning,
+             .text = fault.at("text"),
+             .remedy = fault.at("remedy"),
+             .kind = static_cast<Diagnostic::Kind>(kind - std::begin(kKinds)),
+             .rule = fault.at("rule")});
+    }
+    return diagnostics;
+}
+
+Json FailedAnswer(const Diagnostics& faults, int status, const EffectSource* source) {
+    return {{"faults", FaultsForPage(faults, source)}, {"status", status}};
+}
+
+}  // namespace quillon::cli

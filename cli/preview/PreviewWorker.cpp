@@ -1,0 +1,58 @@
+#include "cli/preview/PreviewWorker.h"
+
+#include <new>
+#include <optional>
+
+#include "cli/preview/EffectPreview.h"
+
+namespace quillon::cli {
+
+namespace {
+
+class PreviewWorker {
+public:
+    WorkerMessage answer(const WorkerMessage& request) {
+        try {
+            return answerOrThrow(request);
+        } catch (const ToolError& error) {
+            return {FailedAnswer(error.faults, error.exitStatus, source ? &*source : nullptr)};
+        } catch (const std::bad_alloc&) {
+            return failed("out of memory");
+        } catch (const std::exception& error) {
+            return failed(error.what());
+        }
+    }
+
+private:
+    WorkerMessage answerOrThrow(const WorkerMessage& request) {
+        const nlohmann::json& text = request.text;
+        if (text.contains("preview")) {
+            const PreviewSetup setup = SetupOf(text["preview"]);
+            source = ReadEffectSource(setup.effect);
+            ThrowIfAny(CheckSource(*source));
+            preview.emplace(setup, *source);
+            return {preview->describe()};
+        }
+        if (!preview) return failed("the effect has not been loaded");
+        if (!text.contains("layer")) return preview->render(text);
+        preview->setLayer(text["layer"], request.bytes);
+        return {nlohmann::json::object()};
+    }
+
+    static WorkerMessage failed(const std::string& text) {
+        return {FailedAnswer({{.text = text, .kind = Diagnostic::Kind::tool}}, kFault, nullptr)};
+    }
+
+    std::optional<EffectSource> source;  // for the lines of faults
+    std::optional<EffectPreview> preview;
+};
+
+}  // namespace
+
+void RunPreviewWorker(WorkerChannel& channel, const WorkerMessage& first) {
+    PreviewWorker worker;
+    channel.answer(worker.answer(first));
+    while (const auto request = channel.receive()) channel.answer(worker.answer(*request));
+}
+
+}  // namespace quillon::cli

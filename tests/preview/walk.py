@@ -1,0 +1,187 @@
+#!/usr/bin/env python3
+"""Walks an author's ways through the preview's page, in a real browser, against pictures that `render` gives.
+
+tests/preview/walk.py TOOL; `./dev test-preview` installs what it needs.
+"""
+import base64
+import os
+import shlex
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+from selenium import webdriver
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+
+TOOL = Path(sys.argv[1]).resolve()
+EFFECTS = Path(__file__).resolve().parents[2] / "effects"
+SECONDS = 20
+
+
+def wait(what, is_right):
+    end = time.monotonic() + SECONDS
+    while time.monotonic() < end:
+        try:
+            found = is_right()
+            if found:
+                return found
+        except Exception as error:  # the page may be between two states
+            what = f"{what} ({error})"
+        time.sleep(0.05)
+    raise AssertionError("waited in vain for " + what)
+
+
+class Walk(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        options = webdriver.ChromeOptions()
+        for argument in ("--headless=new", "--no-sandbox", "--window-size=1300,800"):
+            options.add_argument(argument)
+        cls.browser = webdriver.Chrome(service=Service(shutil.which("chromedriver")), options=options)
+        cls.browser.execute_cdp_cmd("Browser.grantPermissions", {"permissions": ["clipboardReadWrite", "clipboardSanitizedWrite"]})
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.browser.quit()
+
+    def setUp(self):
+        self.folder = Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+        shutil.copytree(EFFECTS / "grade", self.folder / "fx")
+        self.tool("chart", "-o", "chart.png", "--size", "96x64")
+        self.preview = subprocess.Popen(
+            [TOOL, "preview", "fx", "-i", "chart.png", "--no-browser", "--time-limit", "2"],
+            cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.addCleanup(self.end)
+        self.browser.get(self.preview.stdout.readline().strip())
+        self.name = wait("a slider", lambda: self.find("[data-kind=FLOAT]").get_attribute("data-name"))
+        self.find("#behind [data-value=none]").click()
+        self.picture()
+
+    def end(self):
+        self.preview.send_signal(signal.SIGINT)
+        self.preview.wait(timeout=2)
+        self.preview.stdout.close()
+
+    def tool(self, *arguments):
+        return subprocess.run([TOOL, *arguments], cwd=self.folder, check=True, capture_output=True, text=True).stdout
+
+    def find(self, selector):
+        return self.browser.find_element(By.CSS_SELECTOR, selector)
+
+    def words(self):
+        return self.find("[role=alert]").text
+
+    def picture(self):
+        """The canvas as a PNG, once it has come to rest."""
+        def look():
+            before = self.browser.execute_script("return document.getElementById('picture').toDataURL()")
+            time.sleep(0.3)
+            after = self.browser.execute_script("return document.getElementById('picture').toDataURL()")
+            return after if before == after and len(after) > 200 else None
+        return base64.b64decode(wait("a picture", look).split(",")[1])
+
+    def box(self, name=None):
+        return self.find(f"[data-name='{name or self.name}'] input[type=number]")
+
+    def enter(self, text):
+        box = self.box()
+        box.send_keys(Keys.CONTROL + "a")
+        box.send_keys(text + Keys.ENTER)
+
+    def expect(self, picture, *arguments):
+        (self.folder / "canvas.png").write_bytes(picture)
+        self.tool("render", "fx", "-i", "chart.png", "-o", "expected.png", "--frames", "0-0", "--no-alpha",
+                  "--depth", "8", *arguments)
+        self.tool("compare", "canvas.png", "expected.png")  # fails for any difference
+
+    def worker(self):
+        children = Path(f"/proc/{self.preview.pid}/task/{self.preview.pid}/children").read_text().split()
+        for task in Path(f"/proc/{self.preview.pid}/task").iterdir():
+            children += (task / "children").read_text().split()
+        return int(children[0])
+
+    def test_a_slider_gives_the_bytes_of_render_and_the_command_line_too(self):
+        self.expect(self.picture())
+        before = self.picture()
+        self.enter("0.35")
+        wait("another picture", lambda: self.picture() != before)
+        moved = self.picture()
+        self.expect(moved, "--set", f"{self.name}=0.35")
+        self.find("#copy").click()
+        time.sleep(0.3)
+        line = shlex.split(self.browser.execute_script("return navigator.clipboard.readText()"))
+        self.assertEqual(line[:2], ["quillon", "render"])
+        self.tool(*line[1:], "--no-alpha")
+        (self.folder / "canvas.png").write_bytes(moved)
+        self.tool("compare", "canvas.png", line[line.index("-o") + 1])
+        # A reload of the page keeps what was set.
+        self.browser.refresh()
+        wait("the value", lambda: self.box().get_attribute("value") == "0.35")
+        hosts = self.browser.execute_script(
+            "return performance.getEntriesByType('resource').map((entry) => new URL(entry.name).origin)")
+        self.assertEqual(set(hosts), {self.browser.execute_script("return location.origin")})
+
+    def test_saves_update_and_faults_keep_the_picture(self):
+        shader = next(iter(sorted((self.folder / "fx").glob("*.frag"))))
+        source = shader.read_text()
+        first = self.picture()
+        shader.write_text("void main() { gl_FragColor = vec4(0.2, 0.4, 0.6, 1.0); }\n")
+        wait("the new picture", lambda: self.picture() != first)
+        flat = self.picture()
+        self.expect(flat)
+        shader.write_text(source.replace("void main", "int broken = ;\nvoid main"))
+        line = source[:source.index("void main")].count("\n") + 1
+        wait("the line", lambda: f"{shader.name}:{line}" in self.words() and "int broken = ;" in self.words())
+        self.assertEqual(self.picture(), flat)
+        shader.write_text(source)
+        wait("the first picture", lambda: self.picture() == first and self.words() == "")
+
+    def test_endless_scripts_and_dead_workers_are_survived(self):
+        script = self.folder / "fx/fx.js"
+        source = script.read_text()
+        first = self.picture()
+        script.write_text(source.replace("function draw() {", "function draw() {\n    for (;;) {}"))
+        wait("the report", lambda: self.words() != "")
+        self.assertEqual(self.picture(), first)
+        script.write_text(source)
+        wait("the end of the report", lambda: self.words() == "")
+        os.kill(self.worker(), signal.SIGKILL)
+        self.enter("0.4")
+        wait("a picture of a new worker", lambda: self.picture() != first)
+        self.expect(self.picture(), "--set", f"{self.name}=0.4")
+
+    def test_the_keyboard_is_enough(self):
+        first = self.picture()
+        body = self.find("body")
+        for _ in range(60):
+            self.browser.switch_to.active_element.send_keys(Keys.TAB)
+            focus = self.browser.switch_to.active_element
+            if focus.get_attribute("type") == "range" and focus.get_attribute("closest") is None and \
+                    self.browser.execute_script("return arguments[0].closest('#controls') !== null", focus):
+                break
+        self.assertTrue(focus.get_attribute("aria-label"))
+        focus.send_keys(Keys.ARROW_RIGHT * 3)
+        wait("another picture", lambda: self.picture() != first)
+        self.browser.execute_script("document.activeElement.blur()")
+        body.send_keys(Keys.END)
+        wait("the last frame", lambda: self.find("#frame-number").get_attribute("value") == "99")
+        body.send_keys("?")
+        self.assertTrue(self.find("#help").is_displayed())
+        body.send_keys(Keys.ESCAPE)
+        unnamed = self.browser.execute_script("""
+            return [...document.querySelectorAll('button, input, select')].filter((element) => element.offsetParent &&
+                !(element.getAttribute('aria-label') || element.labels?.length || element.textContent.trim()))
+                .map((element) => element.outerHTML)""")
+        self.assertEqual(unnamed, [])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)
