@@ -27,12 +27,12 @@ constexpr Rule kRules[] = {
 static_assert(std::ranges::is_sorted(kRules, {}, &Rule::name));
 
 Diagnostic::Kind KindOf(std::string_view rule) {
-    constexpr std::pair<std::string_view, Diagnostic::Kind> kKinds[] = {
+    constexpr std::pair<std::string_view, Diagnostic::Kind> kPrefixes[] = {
         {"config/", Diagnostic::Kind::config}, {"package/", Diagnostic::Kind::package},
         {"render/", Diagnostic::Kind::render}, {"script/", Diagnostic::Kind::script},
         {"shader/", Diagnostic::Kind::shader},
     };
-    for (const auto& [prefix, kind] : kKinds)
+    for (const auto& [prefix, kind] : kPrefixes)
         if (rule.starts_with(prefix)) return kind;
     throw std::logic_error("internal error: a rule of no kind: " + std::string(rule));
 }
