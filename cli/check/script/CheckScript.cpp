@@ -61,6 +61,7 @@ std::vector<ScriptFunction> FunctionsOfScript(std::string_view text) {
     std::ranges::sort(ends);
     const std::vector<TextPlace> first = author.authorPlaces(begins);
     std::vector<std::size_t> endOffsets;
+    endOffsets.reserve(ends.size());
     for (const auto& [place, function] : ends) endOffsets.push_back(place);
     const std::vector<TextPlace> last = author.authorPlaces(endOffsets);
     for (std::size_t i = 0; i < functions.size(); ++i) {

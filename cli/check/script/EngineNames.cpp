@@ -27,8 +27,8 @@ std::set<std::string, std::less<>> ListFrom(duk_context* heap, const std::string
 }  // namespace
 
 const EngineNames& EngineNames::Instance() {
-    static const EngineNames names;
-    return names;
+    static const EngineNames kNames;
+    return kNames;
 }
 
 EngineNames::EngineNames() {
