@@ -25,6 +25,12 @@ string(APPEND duk_config "\n#undef DUK_USE_NATIVE_STACK_CHECK\n#ifdef __cplusplu
 if(WIN32)
     string(APPEND duk_config "#undef DUK_SETJMP\n#define DUK_SETJMP(jb) _setjmp((jb), NULL)\n")
 endif()
+# In the copy that ends scripts the heap's user data points at the function to ask, see src/script/TimeLimit.h. Duktape asks
+# before it runs an instruction, and its lines are those of the instruction before: while it asks, it is one further.
+string(APPEND duk_config "#ifdef QUILLON_ENDS_SCRIPTS\n#define DUK_USE_INTERRUPT_COUNTER\n"
+       "#define DUK_USE_EXEC_TIMEOUT_CHECK(udata) \\\n"
+       "    ((++*thr->ptr_curr_pc, (*(int (**)(void)) (udata))()) ? (--*thr->ptr_curr_pc, 1) : (--*thr->ptr_curr_pc, 0))\n"
+       "#endif\n")
 file(CONFIGURE OUTPUT ${duktape_dir}/duk_config.h CONTENT "${duk_config}" @ONLY)
 configure_file(${QUILLON_SOURCES}/duktape/duktape.h ${duktape_dir}/duktape.h COPYONLY)
 file(READ ${QUILLON_SOURCES}/duktape/duktape.c duktape_source)
@@ -36,13 +42,21 @@ endif()
 string(REPLACE "${unchecked_recursion}" "duk_native_stack_check(comp_ctx->thr);\n\t${unchecked_recursion}"
        duktape_source "${duktape_source}")
 file(CONFIGURE OUTPUT ${duktape_dir}/duktape.c CONTENT "${duktape_source}" @ONLY)
-add_library(duktape STATIC ${duktape_dir}/duktape.c)
-target_link_libraries(duktape INTERFACE $<LINK_ONLY:quillon_platform>)
-target_include_directories(duktape SYSTEM PUBLIC ${duktape_dir})
-target_compile_options(duktape PRIVATE -w)
-if(QUILLON_SANITIZE)
-    target_compile_options(duktape PRIVATE -fno-sanitize=pointer-overflow)
-endif()
+# Two copies of it. The tool's can end a script that never returns; a module has the plain one, where such a script blocks
+# its host. A program chooses by its property ENDS_SCRIPTS, and links `duktape` like everyone.
+foreach(copy duktape_plain duktape_ending)
+    add_library(${copy} STATIC ${duktape_dir}/duktape.c)
+    target_link_libraries(${copy} INTERFACE $<LINK_ONLY:quillon_platform>)
+    target_include_directories(${copy} SYSTEM PUBLIC ${duktape_dir})
+    target_compile_options(${copy} PRIVATE -w)
+    if(QUILLON_SANITIZE)
+        target_compile_options(${copy} PRIVATE -fno-sanitize=pointer-overflow)
+    endif()
+endforeach()
+target_compile_definitions(duktape_ending PRIVATE QUILLON_ENDS_SCRIPTS)
+add_library(duktape INTERFACE)
+target_link_libraries(duktape INTERFACE
+    $<IF:$<BOOL:$<TARGET_PROPERTY:ENDS_SCRIPTS>>,duktape_ending,duktape_plain>)
 
 # miniz, for reading archives from memory and for writing them.
 add_library(miniz STATIC ${QUILLON_SOURCES}/miniz/miniz.c)

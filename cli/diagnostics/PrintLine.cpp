@@ -1,5 +1,7 @@
 #include "cli/diagnostics/PrintLine.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -28,6 +30,10 @@ void PrintResult(std::string_view text) {
 
 void PrintWords(std::string_view text) {
     Print(stderr, text);
+}
+
+void PrintWordsOverBar(std::string_view text) {
+    Print(stderr, (isatty(STDERR_FILENO) ? "\r\x1b[K" : "") + std::string(text));
 }
 
 }  // namespace quillon::cli

@@ -16,6 +16,7 @@ constexpr Rule kRules[] = {
     {"package/missing-file", 1, error, ""},
     {"script/chance-in-draw", 2, warning, "compute it from QL_getTime() and a control for the seed"},
     {"script/entry-point-capitals", 2, error, ""},
+    {"script/never-returns", 2, error, "end the loop that runs here, or do less in one call"},
     {"script/not-es5", 2, error, ""},
     {"script/not-utf8", 1, error, "save the file as UTF-8"},
     {"script/shadowed-function", 2, error, "give it another name"},

@@ -6,6 +6,7 @@
 #include "cli/effect/ShaderFaults.h"
 #include "engine/AEQuillon2.h"
 #include "engine/EngineLock.h"
+#include "script/TimeLimit.h"
 
 extern "C" PF_Err EntryPointFunc(PF_Cmd, PF_InData*, PF_OutData*, PF_ParamDef*[], PF_LayerDef*, void*);
 
@@ -39,6 +40,10 @@ Diagnostics TakeFaults(const EffectSource& source) {
     const Diagnostics shaderFaults = ExplainShaderFaults(source);
     faults.insert(faults.end(), shaderFaults.begin(), shaderFaults.end());
     return faults;
+}
+
+void LimitScripts(std::chrono::milliseconds limit) {
+    TimeLimit::Set(limit);
 }
 
 std::vector<Parameter> Declarations() {

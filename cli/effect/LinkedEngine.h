@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <vector>
 
 #include "cli/effect/EffectSource.h"
@@ -19,6 +20,10 @@ host::EffectModule WithPackageOf(const host::EffectModule& module);
 void Listen(const EffectSource& source);
 // The script errors since the last call, and what is wrong with the shaders now.
 Diagnostics TakeFaults(const EffectSource& source);
+
+// How long each entry point of the script may run from now on; zero for ever, as at first. One that runs longer is
+// ended and is a fault. Loops inside the script's own functions count, not those inside of one built-in function.
+void LimitScripts(std::chrono::milliseconds limit);
 
 // All declarations of the script, hidden ones too.
 std::vector<Parameter> Declarations();

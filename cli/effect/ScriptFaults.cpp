@@ -1,20 +1,22 @@
 #include "cli/effect/ScriptFaults.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
-#include <cstdio>
+#include <chrono>
 #include <cstdlib>
 #include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "cli/diagnostics/PrintLine.h"
+#include "cli/diagnostics/Rules.h"
 #include "cli/diagnostics/TextScanner.h"
 #include "platform/FailFast.h"
 #include "platform/TemporaryPath.h"
 #include "script/Scripting.h"
 #include "script/SourcePreparation.h"
+#include "script/TimeLimit.h"
 
 namespace quillon::cli {
 
@@ -84,16 +86,25 @@ const EffectSource* running = nullptr;
 void EndWithFault(const char* reason) {
     const ScriptError error =
         Scripting::instance().atCurrentLine(fmt::format("{}, which ends a host's process", reason));
-    if (isatty(STDERR_FILENO)) std::fputs("\r\x1b[K", stderr);  // a progress bar may be there
-    PrintDiagnostics({ExplainScriptError(error, *running)});
+    PrintWordsOverBar(FormatDiagnostic(ExplainScriptError(error, *running)));
     RemoveTemporaries();
     std::_Exit(kFault);
 }
 
 }  // namespace
 
+int AuthorLine(int preparedLine, const EffectSource& source) {
+    const int line = preparedLine - static_cast<int>(PreludeLineCount());
+    return line > 0 && line <= CountLines(source.textOf("fx.js")) ? line : 0;
+}
+
 Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& source) {
     const EntryPoint& entry = FindEntryPoint(error.evaluated);
+    if (error.isTimeout) {
+        const std::chrono::duration<double> limit = TimeLimit::Get();
+        return Found("script/never-returns", source.pathOf("fx.js"), AuthorLine(error.line, source), 0,
+                     fmt::format("{}: still running after {} s", entry.name, limit.count()));
+    }
     Diagnostic diagnostic{.path = source.pathOf("fx.js"), .kind = Diagnostic::Kind::script};
     if (error.message == fmt::format("ReferenceError: identifier '{}' undefined", entry.name)) {
         diagnostic.text = entry.absent;
@@ -104,10 +115,8 @@ Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& sour
     int line = error.line;
     const bool isSyntax = message.starts_with("SyntaxError");
     if (isSyntax) TakeLineOutOfText(message, line);
-    const std::string program = source.textOf("fx.js");
-    const int authorLine = line - static_cast<int>(PreludeLineCount());
-    if (authorLine > 0 && authorLine <= CountLines(program)) diagnostic.line = authorLine;
-    if (isSyntax && diagnostic.line > 0 && UsesNewerLanguage(LineOf(program, diagnostic.line))) {
+    diagnostic.line = AuthorLine(line, source);
+    if (isSyntax && diagnostic.line > 0 && UsesNewerLanguage(LineOf(source.textOf("fx.js"), diagnostic.line))) {
         message += "; the script language is ECMAScript 5: var and function, no let, =>, class or `text`";
     }
     diagnostic.text = isSyntax ? message : fmt::format("{}: {}", entry.name, message);

@@ -8,8 +8,11 @@ struct ScriptError;
 
 namespace quillon::cli {
 
+// The line in fx.js of a line that the heap has counted, prelude included; 0 when it is none of the author's.
+int AuthorLine(int preparedLine, const EffectSource& source);
+
 // A script error as its author can use it: the entry point in which it came up, and the line in fx.js where that is
-// known. The line numbers of the heap count the prelude too.
+// known.
 Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& source);
 
 // Keeps all script errors of the process from the first call on. Where the contract wants a host's process to end, this

@@ -8,9 +8,11 @@
 
 #include "entities/Context.h"
 #include "platform/StackSpace.h"
+#include "script/CallingLines.h"
 #include "script/ErrorReading.h"
 #include "script/HeapMemory.h"
 #include "script/Natives.h"
+#include "script/TimeLimit.h"
 
 namespace quillon {
 
@@ -41,19 +43,6 @@ duk_ret_t Fill(duk_context* ctx, void*) {
     return 0;
 }
 
-// Gives the line of the innermost function that is script and not native.
-duk_ret_t FindLine(duk_context* ctx, void*) {
-    for (duk_int_t level = -1;; --level) {
-        duk_inspect_callstack_entry(ctx, level);
-        if (!duk_is_object(ctx, -1)) break;
-        duk_get_prop_string(ctx, -1, "lineNumber");
-        if (duk_get_int(ctx, -1) > 0) return 1;
-        duk_pop_2(ctx);
-    }
-    duk_push_int(ctx, 0);
-    return 1;
-}
-
 }  // namespace
 
 // The Context must outlive the heap, whose finalizers still use it at process exit: it is built first.
@@ -70,7 +59,8 @@ Scripting::~Scripting() {
 void Scripting::Open() {
     const bool hasReserve = HeapMemory::TakeReserve();
     if (hasReserve)
-        context = duk_create_heap(HeapMemory::Allocate, HeapMemory::Reallocate, HeapMemory::Release, nullptr, Fatal);
+        context = duk_create_heap(HeapMemory::Allocate, HeapMemory::Reallocate, HeapMemory::Release,
+                                  TimeLimit::UserData(), Fatal);
     const bool isFilled = context && duk_safe_call(context, Fill, nullptr, 0, 0) == DUK_EXEC_SUCCESS;
     HeapMemory::CloseReserve();
     if (!isFilled) {
@@ -82,7 +72,11 @@ void Scripting::Open() {
 
 void Scripting::Close() {
     // The heap first: finalizers of script objects may call natives, which need the entities.
-    if (context) duk_destroy_heap(context);
+    if (context) {
+        TimeLimit::Start(context);  // nobody hears of a finalizer that it ends
+        duk_destroy_heap(context);
+        TimeLimit::Stop();
+    }
     context = nullptr;
     HeapMemory::ReturnReserve();
     pending = nullptr;
@@ -92,15 +86,17 @@ void Scripting::Close() {
 void Scripting::Eval(const char* text) {
     if (!text || !context) return;
     evaluated = text;
-    const bool failed = duk_peval_string(context, text) != 0;
-    if (failed && errorObserver && !pending) report();
+    TimeLimit::Start(context);
+    if (duk_peval_string(context, text) != 0) report();
     duk_pop(context);
     duk_gc(context, 0);
+    if (const std::optional<int> line = TimeLimit::Stop()) reportTimeout(*line);
     evaluated = nullptr;
     if (pending) std::rethrow_exception(std::exchange(pending, nullptr));
 }
 
 void Scripting::report() {
+    if (!errorObserver || pending || TimeLimit::IsOver()) return;
     try {
         ThrownError error = ReadThrownError(context);
         errorObserver({evaluated, std::move(error.message), error.line});
@@ -109,12 +105,18 @@ void Scripting::report() {
     }
 }
 
+void Scripting::reportTimeout(int line) {
+    if (!errorObserver) return;
+    try {
+        errorObserver({evaluated, "execution timeout", line, /*isTimeout=*/true});
+    } catch (const std::bad_alloc&) {
+        keepException();
+    }
+}
+
 ScriptError Scripting::atCurrentLine(const std::string& message) const {
     if (!context || !evaluated) return {{}, message, 0};
-    duk_safe_call(context, FindLine, nullptr, 0, 1);
-    const int line = duk_get_int(context, -1);
-    duk_pop(context);
-    return {evaluated, message, line};
+    return {evaluated, message, CallingLine(context)};
 }
 
 void Scripting::SetErrorObserver(ErrorObserver observer) {

@@ -11,9 +11,10 @@ namespace quillon {
 
 // A script error that the script did not catch, for the author of the effect.
 struct ScriptError {
-    std::string evaluated;  // the text whose evaluation failed
-    std::string message;    // the error as text, such as "ReferenceError: identifier 'x' undefined"
-    int line = 0;           // line of the prepared source where it was raised; 0 when not known
+    std::string evaluated;   // the text whose evaluation failed
+    std::string message;     // the error as text, such as "ReferenceError: identifier 'x' undefined"
+    int line = 0;            // line of the prepared source where it was raised; 0 when not known
+    bool isTimeout = false;  // the text ran longer than its TimeLimit, wherever it was then
 };
 
 // The one script heap of the process. Every effect instance shares it, its global object and its variables. No locks,
@@ -55,6 +56,7 @@ private:
     Scripting();
     // Shows the observer the error on top of the value stack.
     void report();
+    void reportTimeout(int line);
 
     duk_hthread* context = nullptr;
     const char* evaluated = nullptr;  // during Eval, the collection of garbage included

@@ -4,6 +4,7 @@
 
 #include "entities/Context.h"
 #include "script/Scripting.h"
+#include "script/TimeLimit.h"
 #include "support/EngineTest.h"
 
 namespace quillon::test {
@@ -66,6 +67,14 @@ TEST_F(ScriptHeap, DoesNothingOnceClosedAndStartsAnewWhenOpened) {
     scripting.Open();
     scripting.Eval("var id = QL_initParam('n', 1);");
     EXPECT_EQ(number("typeof kept === 'undefined' ? id : 0"), 0x1000001);
+}
+
+// These tests have the heap that a module has.
+TEST_F(ScriptHeap, RunsAsLongAsAScriptLikes) {
+    TimeLimit::Set(std::chrono::milliseconds(1));
+    scripting.Eval("for (var steps = 0; steps < 3000000; ++steps);");
+    TimeLimit::Set({});
+    EXPECT_EQ(number("steps"), 3000000);
 }
 
 TEST_F(ScriptHeap, ReportsErrorsOnlyToAnObserver) {
