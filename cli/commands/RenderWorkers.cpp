@@ -9,12 +9,13 @@
 
 #include "cli/commands/Renderer.h"
 #include "cli/diagnostics/PrintLine.h"
+#include "cli/effect/ScriptNotes.h"
 #include "cli/worker/WorkerGroup.h"
 
 // The request: "arguments", those of this command line; "frames", those of this worker, in order; "probe", the first
-// frame of the next worker, which is among them. The answers: "warnings"; for each frame "frame", "times", "form" and
-// the bytes of EncodedFrame; "first" and "probe", digests of the first picture and of the one that the next worker
-// renders too; and "faults" with "status".
+// frame of the next worker, which is among them. The answers: "note", a line that the script prints; "warnings", when
+// the script has started; for each frame "frame", "times", "form" and the bytes of EncodedFrame; "first" and "probe",
+// digests of the first picture and of the one that the next worker renders too; and "faults" with "status".
 
 namespace quillon::cli {
 
@@ -30,6 +31,7 @@ std::uint64_t DigestOf(const Picture& picture) {
 struct Piece {
     std::vector<std::int32_t> frames;
     std::optional<std::int32_t> probe;  // the first frame of the next worker
+    bool hasStarted = false;
     std::size_t done = 0;
     std::optional<std::uint64_t> first, probed;  // digests
     std::optional<ToolError> fault;
@@ -76,6 +78,10 @@ private:
         if (!message) return takeEnd(worker);
         Piece& piece = pieces[worker];
         const Message& text = message->text;
+        // Every worker starts the script, and says the same then.
+        if (text.contains("note") && (worker == 0 || piece.hasStarted))
+            PrintWordsOverBar(text["note"].get<std::string>());
+        if (text.contains("warnings")) piece.hasStarted = true;
         if (text.contains("warnings"))
             for (const Diagnostic& warning : DiagnosticsOf(text["warnings"]))
                 if (said.insert(FormatDiagnostic(warning)).second) PrintDiagnostics({warning});
@@ -186,6 +192,7 @@ int RenderForParent(WorkerChannel& channel, const WorkerMessage& request, Render
     // In its place: a movie is read from its start to its end.
     if (probe >= 0) frames.insert(std::ranges::upper_bound(frames, probe), probe);
     options.assignedFrames = frames;
+    SetNoteListener([&](const ScriptNote& note) { channel.answer({{{"note", FormatNote(note)}}}); });
     Renderer renderer(options);
     channel.answer({{{"warnings", JsonOf(renderer.warnings())}}});
     const std::unique_ptr<FrameOutput> output = MakeFrameOutput(renderer.frames().outputOptions());

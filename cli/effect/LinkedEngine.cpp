@@ -3,6 +3,7 @@
 #include <GL/glew.h>
 
 #include "cli/effect/ScriptFaults.h"
+#include "cli/effect/ScriptNotes.h"
 #include "cli/effect/ShaderFaults.h"
 #include "engine/AEQuillon2.h"
 #include "engine/EngineLock.h"
@@ -33,6 +34,7 @@ host::EffectModule WithPackageOf(const host::EffectModule& module) {
 
 void Listen(const EffectSource& source) {
     CollectScriptErrors(source);
+    OfferConsole(source);
 }
 
 Diagnostics TakeFaults(const EffectSource& source) {

@@ -16,7 +16,8 @@ namespace LinkedEngine {
 // As a host would load it, with the package of `module`.
 host::EffectModule WithPackageOf(const host::EffectModule& module);
 
-// Keeps what goes wrong in the script, from now on, see CollectScriptErrors.
+// Keeps what goes wrong in the script, from now on, see CollectScriptErrors, and gives scripts a console, see
+// ScriptNotes.h.
 void Listen(const EffectSource& source);
 // The script errors since the last call, and what is wrong with the shaders now.
 Diagnostics TakeFaults(const EffectSource& source);

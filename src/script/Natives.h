@@ -2,6 +2,7 @@
 
 #include <duktape.h>
 
+#include <array>
 #include <span>
 
 namespace quillon {
@@ -22,13 +23,19 @@ struct Native {
     duk_idx_t arity() const { return countsArguments ? DUK_VARARGS : mostArguments; }
 };
 
-// The tables of the API, one a family, in the order in which they are bound.
+// The tables of the API, one a family.
 std::span<const Native> ParameterNatives();
 std::span<const Native> RenderTargetNatives();
 std::span<const Native> ShaderNatives();
 std::span<const Native> TextureNatives();
 std::span<const Native> SurfaceNatives();
 std::span<const Native> HostNatives();
+
+// All of them, in the order in which they are bound.
+inline std::array<std::span<const Native>, 6> NativeTables() {
+    return {ParameterNatives(), RenderTargetNatives(), ShaderNatives(),
+            TextureNatives(),   SurfaceNatives(),      HostNatives()};
+}
 
 // Runs Function with C++ exceptions caught: one becomes a script error, and is thrown on from Scripting::Eval.
 duk_ret_t RunNative(duk_context* ctx, duk_c_function function);

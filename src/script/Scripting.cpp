@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "entities/Context.h"
 #include "platform/StackSpace.h"
@@ -12,6 +13,7 @@
 #include "script/ErrorReading.h"
 #include "script/HeapMemory.h"
 #include "script/Natives.h"
+#include "script/ScriptObserver.h"
 #include "script/TimeLimit.h"
 
 namespace quillon {
@@ -19,6 +21,7 @@ namespace quillon {
 namespace {
 
 Scripting::ErrorObserver errorObserver = nullptr;
+std::vector<ScriptObserver*> observers;
 
 // Reached only by a fault inside Duktape itself: every text runs protected.
 [[noreturn]] void Fatal(void*, const char*) {
@@ -36,10 +39,9 @@ void Bind(duk_context* ctx, std::span<const Native> natives) {
 
 // Fills a fresh heap. Runs protected, as any step may find no memory.
 duk_ret_t Fill(duk_context* ctx, void*) {
-    for (const auto natives : {ParameterNatives(), RenderTargetNatives(), ShaderNatives(), TextureNatives(),
-                               SurfaceNatives(), HostNatives()})
-        Bind(ctx, natives);
+    for (const auto natives : NativeTables()) Bind(ctx, natives);
     PrepareErrorReading(ctx);
+    for (ScriptObserver* const observer : observers) observer->heapOpened(ctx);
     return 0;
 }
 
@@ -86,12 +88,15 @@ void Scripting::Close() {
 void Scripting::Eval(const char* text) {
     if (!text || !context) return;
     evaluated = text;
+    for (ScriptObserver* const observer : observers) observer->evaluationBegins(text);
     TimeLimit::Start(context);
-    if (duk_peval_string(context, text) != 0) report();
+    const bool hasFailed = duk_peval_string(context, text) != 0;
+    if (hasFailed) report();
     duk_pop(context);
     duk_gc(context, 0);
     if (const std::optional<int> line = TimeLimit::Stop()) reportTimeout(*line);
     evaluated = nullptr;
+    for (ScriptObserver* const observer : observers) observer->evaluationEnds(hasFailed);
     if (pending) std::rethrow_exception(std::exchange(pending, nullptr));
 }
 
@@ -121,6 +126,14 @@ ScriptError Scripting::atCurrentLine(const std::string& message) const {
 
 void Scripting::SetErrorObserver(ErrorObserver observer) {
     errorObserver = observer;
+}
+
+void Scripting::AddObserver(ScriptObserver& observer) {
+    observers.push_back(&observer);
+}
+
+void Scripting::RemoveObserver(ScriptObserver& observer) {
+    std::erase(observers, &observer);
 }
 
 void Scripting::keepException() noexcept {

@@ -9,6 +9,8 @@ struct duk_hthread;
 
 namespace quillon {
 
+class ScriptObserver;
+
 // A script error that the script did not catch, for the author of the effect.
 struct ScriptError {
     std::string evaluated;   // the text whose evaluation failed
@@ -42,6 +44,11 @@ public:
     // was read without running the script, which may have thrown something that never ends when asked for its text.
     using ErrorObserver = void (*)(const ScriptError& error);
     static void SetErrorObserver(ErrorObserver observer);
+
+    // From the next call on, until it is removed, which must come before its end. Called in the order of their
+    // addition.
+    static void AddObserver(ScriptObserver& observer);
+    static void RemoveObserver(ScriptObserver& observer);
 
     // The message as an error at the place where the script is now. For an observer of FailFast, which the script has
     // brought the process to: no text and line 0 outside of an evaluation.

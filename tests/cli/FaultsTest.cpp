@@ -122,6 +122,27 @@ TEST_F(Faults, NameAMissingOpenGL) {
 }
 #endif
 
+// A module's own script has no console; what is heard is its rehearsal.
+TEST_F(Faults, AreNotWhatAScriptPrints) {
+    addEffect("fx", {{"fx.js", kSetup + "console.log('a\\nb', 1.5, [1, {a: null}], undefined, '\\ud83d\\ude00');\n" +
+                                   "function draw() {\n  print(typeof console, QL_getTime());\n" +
+                                   kDraw.substr(kDraw.find('{') + 1)},
+                     {"copy.frag", kCopyFragment}});
+    ASSERT_EQ(run("pack fx -o " + Module("fx")).status, 0);
+    writeSamples<std::uint8_t>("in.argb", {255, 1, 2, 3});
+    const std::string arguments = " -i in.argb --size 1x1 --depth 8 --fps 10 --frames 0-1 -o out-####.argb";
+    for (const std::string& effect : {std::string("fx"), Module("fx")}) {
+        const std::string place = effect + "/fx.js:";
+        const std::string start = place + "3: note: a b 1.5 [1,{\"a\":null}] undefined \xF0\x9F\x98\x80\n";
+        const ToolRun result = run("render " + effect + arguments);
+        EXPECT_EQ(result.err, start + place + "5: note: object 0\n" + place + "5: note: object 0.1\n");
+        EXPECT_EQ(result.status, 0);
+        const ToolRun parts = run("render " + effect + arguments + " -j 2");
+        EXPECT_EQ(parts.err.find(start), parts.err.rfind(start)) << parts.err;
+        EXPECT_NE(parts.err.find("note: object 0.1\n"), std::string::npos) << parts.err;
+    }
+}
+
 using Check = ToolTest;
 
 TEST_F(Check, ReportsConfigAndEveryDepth) {
