@@ -4,75 +4,86 @@
 
 #include <algorithm>
 #include <string>
-#include <string_view>
+#include <vector>
 
+#include "cli/check/shader/ExplainShader.h"
+#include "cli/diagnostics/Rules.h"
 #include "cli/diagnostics/TextScanner.h"
+#include "cli/diagnostics/ToolError.h"
+#include "cli/effect/ShaderDriver.h"
+#include "engine/AEQuillon2.h"
+#include "engine/EngineLock.h"
 #include "entities/Context.h"
-#include "gpu/Shader.h"
 #include "platform/WideText.h"
 
 namespace quillon::cli {
 
 namespace {
 
-// Some drivers do not have it in fragment shaders, and then report the engine's own wrapper of it, line by line.
-constexpr std::string_view kAbsentLookup = "texture2DLod";
-
-// The first line with the word; 0 without one.
-int LineWith(std::string_view text, std::string_view word) {
-    int line = 1;
-    for (std::size_t start = 0; start < text.size(); ++line) {
-        const std::size_t end = std::min(text.find('\n', start), text.size());
-        if (HoldsWord(text.substr(start, end - start), word)) return line;
-        start = end + 1;
-    }
-    return 0;
+void Append(Diagnostics& all, Diagnostics more) {
+    all.insert(all.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-void ExplainFault(const Shader& shader, const EffectSource& source, Diagnostics& diagnostics) {
+Diagnostic EmptyFile(const std::string& path) {
+    return Found("shader/missing-file", path, 0, 0, "the file is empty");
+}
+
+// Of a shader that the script made of a text of its own, where the lines of files mean nothing.
+void PlaceInScript(Diagnostics& findings, const std::string& shaderName, bool hasLines) {
+    for (Diagnostic& finding : findings) {
+        const std::string line = hasLines && finding.line > 0 ? fmt::format(", line {}", finding.line) : "";
+        finding.text = fmt::format("shader \"{}\"{}: {}", shaderName, line, finding.text);
+        finding.line = finding.column = 0;
+    }
+}
+
+Diagnostics ExplainFault(const Shader& shader, const EffectSource& source) {
     const std::string name = NarrowToBytes(shader.name);
     const std::string fileName = name.substr(name.find_last_of("\\/:") + 1) + ".frag";
     const bool isFile = !shader.path.empty() && source.find(fileName);
-    Diagnostic place{.path = source.pathOf(fileName), .kind = Diagnostic::Kind::shader};
-    if (shader.fault.kind == ShaderFault::Kind::noSource) {
-        place.text = isFile ? "the file is empty" : "no such file";
-        if (!isFile) place.remedy = fmt::format("QL_initShader(\"{}\") needs it, or a text", name);
-        diagnostics.push_back(place);
-        return;
+    const std::string path = source.pathOf(shader.path.empty() ? "fx.js" : fileName);
+    if (shader.source.empty()) {
+        if (isFile) return {EmptyFile(path)};
+        return {Found("shader/missing-file", path, 0, 0, "no such file",
+                      fmt::format("QL_initShader(\"{}\") needs it, or a text", name))};
     }
-    if (!isFile) place.path = source.pathOf("fx.js");
-    const std::string prefix = isFile ? "" : fmt::format("shader \"{}\": ", name);
-    const std::string text = isFile ? source.textOf(fileName) : shader.source;
-    const bool lacksLookup = std::ranges::any_of(shader.fault.messages, [](const ShaderMessage& message) {
-        return message.line == 0 && message.text.find(kAbsentLookup) != std::string::npos;
-    });
-    if (lacksLookup) {
-        Diagnostic& diagnostic = diagnostics.emplace_back(place);
-        diagnostic.line = isFile ? LineWith(text, kAbsentLookup) : 0;
-        diagnostic.text = prefix + "this graphics driver has no texture2DLod in fragment shaders";
-        diagnostic.remedy = "use texture2D";
-    }
-    for (const ShaderMessage& message : shader.fault.messages) {
-        if (lacksLookup && message.line == 0) continue;
-        Diagnostic& diagnostic = diagnostics.emplace_back(place);
-        diagnostic.line = isFile ? message.line : 0;
-        if (message.severity == ShaderMessage::Severity::warning) diagnostic.severity = Diagnostic::Severity::warning;
-        diagnostic.text = prefix + message.text;
-    }
-    if (shader.fault.messages.empty()) {
-        const char* const step =
-            shader.fault.kind == ShaderFault::Kind::link ? "Program linking" : "Shader compilation";
-        place.text = fmt::format("{}{} failed: the graphics driver gave no reason", prefix, step);
-        diagnostics.push_back(place);
-    }
+    const ShaderSource text(shader.source);
+    Diagnostics findings = ExplainShader(path, text, AskDriver(shader, text));
+    std::erase_if(findings, [](const Diagnostic& each) { return each.severity != Diagnostic::Severity::error; });
+    if (!isFile) PlaceInScript(findings, name, text.lineCount() > 1);
+    return findings;
 }
 
 }  // namespace
 
 Diagnostics ExplainShaderFaults(const EffectSource& source) {
-    Diagnostics diagnostics;
-    for (const Shader* shader : Context::Instance().faultyShaders()) ExplainFault(*shader, source, diagnostics);
-    return diagnostics;
+    Diagnostics findings;
+    const std::vector<const Shader*> faulty = Context::Instance().faultyShaders();
+    if (faulty.empty()) return findings;
+    const EngineLock lock(AEQuillon2::instance());
+    for (const Shader* shader : faulty) Append(findings, ExplainFault(*shader, source));
+    return findings;
+}
+
+Diagnostics CompileShaderFiles(const EffectSource& source) {
+    Diagnostics findings;
+    const EngineLock lock(AEQuillon2::instance());
+    if (!lock.isHeld()) throw Fault("", "no OpenGL: the system gives no context", "install a graphics driver");
+    for (const PackageFile& file : source.files) {
+        if (!InLowerCase(file.name).ends_with(".frag")) continue;
+        const std::string path = source.pathOf(file.name);
+        const std::string text = source.textOf(file.name);
+        if (text.empty()) {
+            findings.push_back(EmptyFile(path));
+            continue;
+        }
+        Shader shader;
+        shader.createProgram();
+        shader.compileSource(text);
+        const ShaderSource shaderText(text);
+        Append(findings, ExplainShader(path, shaderText, AskDriver(shader, shaderText)));
+    }
+    return findings;
 }
 
 }  // namespace quillon::cli

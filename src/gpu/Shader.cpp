@@ -33,41 +33,29 @@ bool Shader::createProgram() {
     program.reset(glCreateProgram());
     glAttachShader(program.get(), vertexShader.get());
     glAttachShader(program.get(), fragmentShader.get());
-    return compileStage(vertexShader.get(), kVertexSource, /*addedLines=*/0);
+    return compileStage(vertexShader.get(), kVertexSource);
 }
 
 void Shader::destroyProgram() {
     vertexShader.reset();
     fragmentShader.reset();
     program.reset();
-    clearFault();
-}
-
-void Shader::clearFault() {
     errorText.clear();
-    fault = {};
 }
 
-void Shader::setFault(ShaderFault::Kind kind, const char* log, int addedLines) {
-    constexpr const char* kHeadings[] = {"", "Shader file not found or shader is empty!",
-                                         "Shader compilation failed:\n", "Program linking failed:\n"};
-    errorText = std::string(kHeadings[static_cast<std::size_t>(kind)]) + log;
-    fault = {kind, ReadShaderLog(log, source, kPreambleLines, addedLines)};
-}
-
-bool Shader::compileStage(std::uint32_t stage, const std::string& text, int addedLines) {
+bool Shader::compileStage(std::uint32_t stage, const std::string& text) {
     const GLchar* strings[] = {kPreamble, text.c_str()};
     glShaderSource(stage, 2, strings, nullptr);
     glCompileShader(stage);
     GLint status = GL_FALSE;
     glGetShaderiv(stage, GL_COMPILE_STATUS, &status);
     if (status == GL_TRUE) {
-        clearFault();
+        errorText.clear();
         return true;
     }
     std::array<GLchar, kLogBytes> log{};
     glGetShaderInfoLog(stage, kLogBytes, nullptr, log.data());
-    setFault(ShaderFault::Kind::compile, log.data(), addedLines);
+    errorText = std::string("Shader compilation failed:\n") + log.data();
     return false;
 }
 
@@ -76,9 +64,7 @@ bool Shader::compileSource(const std::string& text) {
     parameters.clear();
     locationCache.clear();
     source = text;
-    const RewrittenFragment fragment = RewriteFragment(source);
-    const auto addedLines = static_cast<int>(fragment.addedLines);
-    if (!compileStage(fragmentShader.get(), fragment.text, addedLines)) return false;
+    if (!compileStage(fragmentShader.get(), RewriteFragment(source).text)) return false;
 
     glLinkProgram(program.get());
     GLint status = GL_FALSE;
@@ -86,12 +72,12 @@ bool Shader::compileSource(const std::string& text) {
     if (status == GL_TRUE) {
         reflectUniforms();
         // A uniform that cannot be fed stays at kind 0, and the reason is dropped.
-        clearFault();
+        errorText.clear();
         return true;
     }
     std::array<GLchar, kLogBytes> log{};
     glGetProgramInfoLog(program.get(), kLogBytes, nullptr, log.data());
-    setFault(ShaderFault::Kind::link, log.data(), addedLines);
+    errorText = std::string("Program linking failed:\n") + log.data();
     return false;
 }
 
@@ -100,7 +86,7 @@ bool Shader::compileFile(const std::wstring& filePath) {
     path = filePath;
     const std::string text = ReadFileText(path);
     if (!text.empty()) return compileSource(text);
-    setFault(ShaderFault::Kind::noSource, "", 0);
+    errorText = "Shader file not found or shader is empty!";
     return false;
 }
 

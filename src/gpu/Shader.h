@@ -6,19 +6,10 @@
 #include <vector>
 
 #include "gpu/GLNames.h"
-#include "gpu/ShaderLog.h"
 #include "parameter/Parameter.h"
 #include "parameter/ParametersHolder.h"
 
 namespace quillon {
-
-// Why a shader cannot be used, as records. Shader::errorText says the same as one text.
-struct ShaderFault {
-    enum class Kind { none, noSource, compile, link };
-
-    Kind kind = Kind::none;
-    std::vector<ShaderMessage> messages;  // empty without a source, and when the driver gives no reason
-};
 
 // One linked GLSL program: a fixed vertex stage and a fragment stage by the effect's author, who writes it in the GLSL
 // of the fixed-function era against ordinary RGBA (see FragmentRewriting.h). A pass draws one quad over its target.
@@ -75,7 +66,6 @@ public:
     std::wstring name;
     std::wstring path;      // of the fragment file; empty when compiled from text
     std::string errorText;  // last compile or link message; empty means usable
-    ShaderFault fault;      // of the same compile or link
     std::string source;     // the fragment text as given
     GLShaderName vertexShader;
     GLShaderName fragmentShader;
@@ -83,10 +73,8 @@ public:
     std::vector<Parameter> parameters;  // the active uniforms by GL's index, those of no size left out
 
 private:
-    // Whether the stage compiles; its fault is set, or none. `addedLines` are those of the text before the author's.
-    bool compileStage(std::uint32_t stage, const std::string& text, int addedLines);
-    void setFault(ShaderFault::Kind kind, const char* log, int addedLines);
-    void clearFault();
+    // Whether the stage compiles; sets or empties errorText.
+    bool compileStage(std::uint32_t stage, const std::string& text);
     void reflectUniforms();
     std::uint32_t uniformKind(std::uint32_t glType, std::int32_t size);
     void applyUniforms();

@@ -41,7 +41,7 @@ const FaultCase kCases[] = {
      "[script]\n"},
     {"lookup_that_the_driver_lacks", kGood,
      "uniform sampler2D sInput0;\nvoid main() {\n  gl_FragColor = texture2DLod(sInput0, gl_TexCoord[0].st, 0.0);\n}\n",
-     "fx/copy.frag:3: error: this graphics driver has no texture2DLod in fragment shaders; use texture2D [shader]\n"},
+     "fx/copy.frag:3:18: error: this graphics driver has no texture2DLod in fragment shaders; use texture2D [shader]\n"},
     {"shader_that_is_missing", "function setup() { QL_initShader('sub/none'); }\n" + kDraw, kCopyFragment,
      "fx/none.frag: error: no such file; QL_initShader(\"sub/none\") needs it, or a text [shader]\n"},
     {"newer_language", "let a = 1;\n" + kGood, kCopyFragment,
@@ -69,10 +69,10 @@ const FaultCase kCases[] = {
     {"shader_line_after_added_lines", kGood,
      "uniform sampler2D sInput0;\nvoid main() {\n  vec4 c = texture2D(sInput0, gl_TexCoord[0].st);\n"
      "  gl_FragColor = b;\n}\n",
-     "fx/copy.frag:4: error: `b' undeclared [shader]\n"},
+     "fx/copy.frag:4:18: error: `b' undeclared [shader]\n"},
     {"second_main_in_a_line_nobody_wrote", kGood, "// main (here)\nvoid main() {}\n",
-     "fx/copy.frag: error: function `main' redefined [shader]\n"
-     "fx/copy.frag: error: no function with name 'repl_main' [shader]\n"},
+     "fx/copy.frag:1:4: error: Quillon takes this word for the program's function; write it in another way, such as "
+     "'main', where a bracket follows it in a comment [shader]\n"},
     {"shader_text_in_the_script", "function setup() {\n  QL_initShader('x', 'void main() { y; }');\n}\n" + kDraw,
      kCopyFragment, "fx/fx.js: error: shader \"x\": `y' undeclared [shader]\n"},
 };

@@ -48,7 +48,7 @@ TEST_F(Pack, TakesScriptsAndShadersAsTheyAreAndRenderNamesTheModule) {
     addEffect("fx", {{"fx.js", "var a;\nfunction setup() { QL_initShader('a'); }\nfunction draw() {}\n"},
                      {"a.frag", "void main() {\n  x;\n}"}});
     ASSERT_EQ(run(pack).status, 0);
-    EXPECT_EQ(run(render, "LIBGL_ALWAYS_SOFTWARE=1").err, fx + "/a.frag:2: error: `x' undeclared [shader]\n");
+    EXPECT_EQ(run(render, "LIBGL_ALWAYS_SOFTWARE=1").err, fx + "/a.frag:2:3: error: `x' undeclared [shader]\n");
 }
 
 TEST_F(Pack, NamesOutsideAsciiArePassedThrough) {

@@ -1,17 +1,17 @@
-#include "gpu/ShaderLog.h"
+#include "cli/check/shader/ShaderLog.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <optional>
 
-namespace quillon {
+namespace quillon::cli {
 
 namespace {
 
 // What a line of a log says.
 struct LogLine {
-    ShaderMessage message;     // with the line number as the driver counts
+    ShaderMessage message;     // with the line number as the driver counts it
     bool hasPlace = false;     // names a source string and a line
     int sourceString = 0;      // 0 the preamble, 1 the rewritten text
     bool hasSeverity = false;  // else the line goes on with the one above
@@ -35,9 +35,11 @@ std::optional<int> SkipNumber(std::string_view& text) {
     return number;
 }
 
-// "error: TEXT", "WARNING: TEXT", "error C1503: TEXT". Text that is indented is a detail of the line above.
+// "error: TEXT", "WARNING: TEXT", "error C1503: TEXT", "preprocessor error: TEXT". Text that is indented is a detail of
+// the line above.
 void TakeSeverity(LogLine& line) {
     std::string_view rest = line.message.text;
+    Skip(rest, "preprocessor ");
     const bool isWarning = Skip(rest, "warning") || Skip(rest, "WARNING");
     if (!isWarning && !Skip(rest, "error") && !Skip(rest, "ERROR")) return;
     if (Skip(rest, " ")) {
@@ -49,6 +51,7 @@ void TakeSeverity(LogLine& line) {
     line.hasSeverity = !rest.starts_with(' ');
     if (isWarning) line.message.severity = ShaderMessage::Severity::warning;
     SkipBlanks(rest);
+    Skip(rest, "Error: ");  // once more, in messages of a preprocessor
     line.message.text = std::string(rest);
 }
 
@@ -80,17 +83,10 @@ LogLine ReadLogLine(std::string_view text) {
     return line;
 }
 
-int CountLinesOf(std::string_view text) {
-    const auto ends = std::count(text.begin(), text.end(), '\n');
-    return static_cast<int>(ends) + (text.empty() || text.back() == '\n' ? 0 : 1);
-}
-
 }  // namespace
 
-std::vector<ShaderMessage> ReadShaderLog(std::string_view log, std::string_view source, int preambleLines,
-                                         int addedLines) {
+std::vector<ShaderMessage> ReadShaderLog(std::string_view log, int preambleLines) {
     std::vector<ShaderMessage> messages;
-    const int authorLines = CountLinesOf(source);
     while (!log.empty()) {
         const std::string_view text = log.substr(0, log.find('\n'));
         log.remove_prefix(std::min(text.size() + 1, log.size()));
@@ -101,12 +97,11 @@ std::vector<ShaderMessage> ReadShaderLog(std::string_view log, std::string_view 
             continue;
         }
         ShaderMessage& message = messages.emplace_back(logged.message);
-        message.line -= addedLines;
         // A driver that joins the two strings into one counts the preamble as well.
         if (logged.sourceString == 0) message.line -= preambleLines;
-        if (!logged.hasPlace || message.line < 1 || message.line > authorLines) message.line = 0;
+        if (!logged.hasPlace || message.line < 1) message.line = 0;
     }
     return messages;
 }
 
-}  // namespace quillon
+}  // namespace quillon::cli

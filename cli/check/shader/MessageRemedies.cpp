@@ -1,0 +1,97 @@
+#include "cli/check/shader/MessageRemedies.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <span>
+
+#include "cli/check/shader/ShaderChecks.h"
+#include "cli/diagnostics/TextScanner.h"
+
+namespace quillon::cli {
+
+namespace {
+
+// Words that a message holds, in the forms of several drivers. Both count where there are two.
+struct Remedy {
+    std::string_view part;
+    std::string_view otherPart;
+    const char* remedy;
+};
+constexpr Remedy kRemedies[] = {
+    {"read-only", "", "copy it to a variable: a uniform keeps its value through the pass"},
+    {"l-value required", "", "copy it to a variable: uniforms and constants keep their values"},
+    {"Redefinition of macro QUILLON", "", "Quillon defines it as 1; use another name"},
+    {"Redefinition of macro SWIZZLE", "", "Quillon defines it as gbar; use another name"},
+    {"must be a constant expression", "", "leave out const, or use constants only"},
+    {"static recursion", "", "use a loop: functions cannot call themselves"},
+    {"gl_FragData", "gl_FragColor", "write gl_FragColor only"},
+    {"too few components", "", "give as many numbers as the vector has, or a single one"},
+    {"must be scalar boolean", "", "compare, as in x > 0.0"},
+    {"boolean expression expected", "", "compare, as in x > 0.0"},
+    {"image/sampler variables", "", "name the uniform itself at each read"},
+    {"Unterminated #if", "", "end it with #endif"},
+};
+
+// Where a whole number is where the dialect wants a float.
+constexpr Remedy kOfNumbers[] = {
+    {"type int ", "type float", nullptr},      {"could not implicitly convert", "", nullptr},
+    {"must have matching types", "", nullptr}, {"no matching function for call to", "int", nullptr},
+    {"wrong type int", "float", nullptr},      {"implicit cast from \"int\"", "float", nullptr},
+    {"cannot convert from", "int", nullptr},   {"no matching overloaded function", "", nullptr},
+    {"wrong operand types", "int", nullptr},
+};
+
+// Parts of messages about an expression that holds another fault.
+constexpr std::string_view kFollowUps[] = {
+    "type mismatch",    "type error",
+    "must be numeric",  "non-numeric data type",
+    "convert error to", "must be scalar boolean",
+    "ERROR_TOK",        "non-lvalue",
+    "(error",           "error)",
+    "error, ",
+};
+
+const Remedy* FindRemedy(std::span<const Remedy> table, std::string_view text) {
+    const auto found = std::ranges::find_if(table, [&](const Remedy& row) {
+        return text.find(row.part) != std::string_view::npos && text.find(row.otherPart) != std::string_view::npos;
+    });
+    return found != table.end() ? &*found : nullptr;
+}
+
+// The first whole number of the statement from this place on that is no index and no part of whole numbers; null
+// without one.
+const SourceToken* WholeNumberAfter(const ShaderSource& source, TextPlace place) {
+    const auto& code = source.code();
+    auto i = static_cast<std::size_t>(
+        std::ranges::lower_bound(code, source.positionOf(place), {}, &SourceToken::position) - code.begin());
+    for (; i < code.size() && !HoldsName("; {", code[i].text); ++i) {
+        const bool isWhole = HoldsName("int ivec2 ivec3 ivec4 for", code[i].text) && source.codeText(i + 1) == "(";
+        if (isWhole) i = source.closing(i + 1);
+        if (i < code.size() && code[i].text == "[") i = source.closing(i);
+        if (i >= code.size()) break;
+        if (code[i].kind == GlslToken::Kind::number &&
+            std::ranges::all_of(code[i].text, [](char c) { return c >= '0' && c <= '9'; }))
+            return &code[i];
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+std::string RemedyOf(const PlacedMessage& message, const ShaderSource& source) {
+    if (FindRemedy(kOfNumbers, message.text)) {
+        const SourceToken* const number = message.place.column > 0 ? WholeNumberAfter(source, message.place) : nullptr;
+        if (number) return fmt::format("write {0}.0 for {0}: a whole number does not become a float", number->text);
+        return "write float(n) for a whole number n: it does not become a float";
+    }
+    const Remedy* const row = FindRemedy(kRemedies, message.text);
+    return row ? row->remedy : "";
+}
+
+bool IsFollowUp(const PlacedMessage& message) {
+    return std::ranges::any_of(kFollowUps,
+                               [&](std::string_view part) { return message.text.find(part) != std::string::npos; });
+}
+
+}  // namespace quillon::cli
