@@ -41,7 +41,8 @@ const FaultCase kCases[] = {
      "[script]\n"},
     {"lookup_that_the_driver_lacks", kGood,
      "uniform sampler2D sInput0;\nvoid main() {\n  gl_FragColor = texture2DLod(sInput0, gl_TexCoord[0].st, 0.0);\n}\n",
-     "fx/copy.frag:3:18: error: this graphics driver has no texture2DLod in fragment shaders; use texture2D [shader]\n"},
+     "fx/copy.frag:3:18: error: this graphics driver has no texture2DLod in fragment shaders; use texture2D "
+     "[shader]\n"},
     {"shader_that_is_missing", "function setup() { QL_initShader('sub/none'); }\n" + kDraw, kCopyFragment,
      "fx/none.frag: error: no such file; QL_initShader(\"sub/none\") needs it, or a text [shader]\n"},
     {"newer_language", "let a = 1;\n" + kGood, kCopyFragment,
