@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "cli/diagnostics/PrintLine.h"
 #include "cli/diagnostics/ToolError.h"
 
 namespace quillon::cli {
@@ -50,6 +51,8 @@ WorkerMessage EffectProcess::exchange(const WorkerMessage& request, const IsOutd
     for (;;) {
         if (auto answer = workers.wait(0, Clock::now() + kStep)) {
             if (!answer->message) return takeEnd();
+            if (const auto notes = answer->message->text.find("notes"); notes != answer->message->text.end())
+                for (const nlohmann::json& note : *notes) PrintWords(note.get<std::string>());
             return std::move(*answer->message);
         }
         if (!isAbandoned && isOutdated && isOutdated()) isAbandoned = true;

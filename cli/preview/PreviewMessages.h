@@ -12,7 +12,7 @@
 
 // What a preview's server and the worker that runs the effect say to each other, as texts of a WorkerMessage. Each
 // request has one answer; one that fails has {"faults": [...], "status": N}, the exit status of a command that would
-// fail like that.
+// fail like that. An answer may also have "notes", lines that the script has printed since the answer before.
 //
 //   {"preview": SETUP}              first, and once: loads the effect and runs its setup().
 //       controls                    as `quillon params --json` has them, in the host's order

@@ -2,7 +2,11 @@
 
 #include <new>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "cli/effect/ScriptNotes.h"
 #include "cli/preview/EffectPreview.h"
 
 namespace quillon::cli {
@@ -51,8 +55,13 @@ private:
 
 void RunPreviewWorker(WorkerChannel& channel, const WorkerMessage& first) {
     PreviewWorker worker;
-    channel.answer(worker.answer(first));
-    while (const auto request = channel.receive()) channel.answer(worker.answer(*request));
+    std::vector<std::string> notes;
+    SetNoteListener([&](const ScriptNote& note) { notes.push_back(FormatNote(note)); });
+    for (std::optional<WorkerMessage> request = first; request; request = channel.receive()) {
+        WorkerMessage answer = worker.answer(*request);
+        if (!notes.empty()) answer.text["notes"] = std::exchange(notes, {});
+        channel.answer(answer);
+    }
 }
 
 }  // namespace quillon::cli

@@ -107,11 +107,14 @@ TEST_F(Frames, ShowALayersPictureFromThePage) {
     EXPECT_EQ(frame("1").pixels, input) << "after a reload";
 }
 
-TEST_F(Frames, EndWithTheTool) {
+TEST_F(Frames, EndWithTheToolAndLetTheScriptPrint) {
+    writeFile("fx/fx.js", Script("  print('a note');\n"));
     start();
     ASSERT_TRUE(waitForState(IsLoaded).is_object());
+    frame("1");
     preview->end();
     preview->wait();
+    EXPECT_NE(preview->lastWords().find("fx.js:9: note: a note\n"), std::string::npos) << preview->lastWords();
     EXPECT_FALSE(newClient()->Get(root.c_str()));
     EXPECT_EQ(run("preview fx -i in.png --set nothing=1 --no-browser").status, 2);
     EXPECT_EQ(run("preview missing --no-browser").status, 1);
