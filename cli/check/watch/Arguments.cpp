@@ -113,10 +113,12 @@ std::string WordsOfArgument(const WatchedRun& run, const NativeCall& call, std::
     const std::uint32_t id = *call.idOf(argument);
     const EntityKind kind = KindOfId(id);
     if (kind == EntityKind::none) return fmt::format("{}", *call.numberOf(argument));
-    const Entities::Record* const record = run.entities.find(id);
-    if (!IsLive(id))
+    if (!IsLive(id)) {
+        const Entities::Record* const record = run.entities.find(id);
         return fmt::format("{} that was released{}", WordsOf(kind),
                            record ? run.findings.wordsOfLine(record->releasedAt) : "");
+    }
+    const Entities::Record* const record = run.entities.findLiving(id);
     return fmt::format("{}{}", WordsOf(kind), record ? " made" + run.findings.wordsOfLine(record->line) : "");
 }
 

@@ -107,6 +107,7 @@ void DeclarationChecks::checkOne(const Declaration& declaration, const Parameter
     const std::string words = WordsOfControl(control);
     if (ControlKindOf(control.kind).hostControl == HostControl::none)
         add("script/unknown-kind", declaration, fmt::format("{} is of no kind that hosts show", words));
+    if ((control.flags & ParameterFlag::kHidden) != 0) return;
     if (control.label.size() > kHostLabelBytes)
         add("script/long-label", declaration,
             fmt::format("the label of {} has {} bytes, of which hosts show {}", words, control.label.size(),
@@ -127,8 +128,7 @@ void DeclarationChecks::checkSlider(const Declaration& declaration, const Parame
         add("script/default-outside-range", declaration,
             fmt::format("{} has the default {} outside of its range {} to {}", words, value, min, max),
             declaration.hasRange ? "" : "set its range with QL_setParamMinMax");
-    if (control.flags >> ParameterFlag::kPrecisionShift == 0 && max - min < kSmallRange &&
-        (control.flags & ParameterFlag::kHidden) == 0)
+    if (control.flags >> ParameterFlag::kPrecisionShift == 0 && max - min < kSmallRange)
         add("script/coarse-slider", declaration,
             fmt::format("{} shows whole numbers only, and its range is {} to {}", words, min, max));
 }

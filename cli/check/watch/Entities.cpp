@@ -83,6 +83,11 @@ const Entities::Record* Entities::find(std::uint32_t id) const {
     return found == records.end() ? nullptr : &found->second;
 }
 
+const Entities::Record* Entities::findLiving(std::uint32_t id) const {
+    const Record* const record = find(id);
+    return record && record->releasedAt == 0 ? record : nullptr;
+}
+
 std::vector<Entities::Record> Entities::living() const {
     std::vector<Record> living;
     for (const auto& [id, record] : records)

@@ -42,8 +42,11 @@ public:
     void before(const NativeCall& call);
     void after(const NativeCall& call);
 
-    // The last making of this id; null when the script has made none.
+    // The last making of this id; null when the script has made none. The engine may have given a released id to
+    // something of its own.
     const Record* find(std::uint32_t id) const;
+    // The same while it lives; else null.
+    const Record* findLiving(std::uint32_t id) const;
     // Those that live, in the order of their ids.
     std::vector<Record> living() const;
 

@@ -65,7 +65,7 @@ void PassChecks::noteSampler(const NativeCall& call) {
         id = call.idOf(1).value_or(0);
         name = Context::Instance().FindParameter(id).uniformName;
     }
-    const Entities::Record* const record = run.entities.find(id);
+    const Entities::Record* const record = run.entities.findLiving(id);
     sources[{shader, name}] = {id, record ? record->serial : 0};
 }
 
@@ -83,8 +83,9 @@ void PassChecks::checkSamplers(const NativeCall& call, std::uint32_t shaderId) c
                              uniform.uniformName);
             continue;
         }
-        const Entities::Record* const record = run.entities.find(source->second.id);
-        if (record && (record->serial != source->second.serial || record->releasedAt != 0))
+        const auto [id, serial] = source->second;
+        const Entities::Record* const record = serial != 0 ? run.entities.find(id) : nullptr;
+        if (record && (record->serial != serial || record->releasedAt != 0))
             run.findings.add("script/dead-id", call,
                              fmt::format("sampler {} reads {} that was released{}", words,
                                          WordsOf(KindOfId(record->id)), run.findings.wordsOfLine(record->releasedAt)),

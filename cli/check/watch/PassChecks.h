@@ -26,7 +26,7 @@ private:
     void noteSampler(const NativeCall& call);
     void checkSamplers(const NativeCall& call, std::uint32_t shaderId) const;
 
-    // What a sampler was last set to: an entity, and which making of it.
+    // What a sampler was last set to: an entity, and which making of it; 0 for one of the engine's.
     struct Source {
         std::uint32_t id = 0;
         std::uint64_t serial = 0;

@@ -28,6 +28,9 @@ struct WatchCase {
 // Texts after "rule: " are beginnings.
 const WatchCase kCalls[] = {
     {"nothing_wrong", "t = QL_initRenderTarget(4, 4, 8);", "QL_release(0); QL_release(); QL_getSurfaceDim(c);", ""},
+    {"ids_that_the_engine_gives_out_again",
+     "QL_release(QL_surfaceToTexture(QL_initSurface(1, 1, 8))); QL_release(QL_initRenderTarget(4, 4, 8));",
+     "QL_setTextureParam(QL_getSequenceTexture(), 10241, 9728);", ""},
     {"undefined_id", "", "QL_getParamValue(c);",
      "6:1 script/dead-id: QL_getParamValue: argument 1 (id) is undefined, which names nothing\n"},
     {"zero_before_the_first_frame", "QL_setTextureParam(QL_getSequenceTexture(), 10241, 9728);", "",
