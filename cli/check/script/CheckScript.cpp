@@ -11,8 +11,8 @@ namespace quillon::cli {
 namespace {
 
 constexpr void (*kScriptRules[])(const ScriptFacts&, ScriptFindings&) = {
-    FindUndeclaredNames,   FindUnknownMembers,   FindWrongArgumentCounts, FindEntryPointCapitals,
-    FindShadowedFunctions, FindUnguardedConsole, FindChanceInDraw,
+    FindUndeclaredNames,    FindUnknownMembers,    FindUnknownMethods,   FindWrongArgumentCounts,
+    FindEntryPointCapitals, FindShadowedFunctions, FindUnguardedConsole, FindChanceInDraw,
 };
 
 ScriptFindings FindNewerForms(const ScriptTree& tree) {

@@ -1,11 +1,13 @@
 #include "cli/check/script/EngineNames.h"
 
 #include <duktape.h>
+#include <fmt/format.h>
 
 #include <memory>
 #include <new>
 #include <span>
 #include <sstream>
+#include <utility>
 
 #include "script/Natives.h"
 #include "script/Prelude.h"
@@ -13,6 +15,25 @@
 namespace quillon::cli {
 
 namespace {
+
+// The members of an object and of those that it inherits from and, where asked for, of all that can be reached from it.
+constexpr const char* kCollect = R"js(function (start, goesOn) {
+    var seen = [], names = {}, waiting = [start];
+    function add(value) {
+        if (value !== null && (typeof value === 'object' || typeof value === 'function')) waiting.push(value);
+    }
+    while (waiting.length > 0) {
+        var object = waiting.pop();
+        if (seen.indexOf(object) >= 0) continue;
+        seen.push(object);
+        Object.getOwnPropertyNames(object).forEach(function (name) {
+            names[name] = true;
+            if (goesOn) add(Object.getOwnPropertyDescriptor(object, name).value);
+        });
+        add(Object.getPrototypeOf(object));
+    }
+    return Object.keys(names);
+})js";
 
 // The names that an expression gives, an array.
 std::set<std::string, std::less<>> ListFrom(duk_context* heap, const std::string& expression) {
@@ -41,6 +62,12 @@ EngineNames::EngineNames() {
     inherited = ListFrom(heap.get(), "Object.getOwnPropertyNames(Object.prototype)");
     for (const std::string& name : names)
         if (!ownNames.contains(name)) constants[name] = ListFrom(heap.get(), "Object.keys(" + name + ")");
+    for (const std::string& name : ownNames)
+        if (auto members = ListFrom(heap.get(), fmt::format("({})(Object({}), false)", kCollect, name));
+            !members.empty())
+            roots[name] = std::move(members);
+    reachable =
+        ListFrom(heap.get(), fmt::format("({})([this, (function () {{ return arguments; }})()], true)", kCollect));
     for (const auto natives : {ParameterNatives(), RenderTargetNatives(), ShaderNatives(), TextureNatives(),
                                SurfaceNatives(), HostNatives()}) {
         for (const Native& native : natives) functions[native.name] = &native;

@@ -36,6 +36,7 @@ struct ScriptFacts {
 // Each adds what it finds, in no order.
 void FindUndeclaredNames(const ScriptFacts& script, ScriptFindings& findings);
 void FindUnknownMembers(const ScriptFacts& script, ScriptFindings& findings);
+void FindUnknownMethods(const ScriptFacts& script, ScriptFindings& findings);
 void FindWrongArgumentCounts(const ScriptFacts& script, ScriptFindings& findings);
 void FindEntryPointCapitals(const ScriptFacts& script, ScriptFindings& findings);
 void FindShadowedFunctions(const ScriptFacts& script, ScriptFindings& findings);

@@ -17,7 +17,11 @@ class Suggestions {
 public:
     explicit Suggestions(const ScriptFacts& facts) : script(facts) {}
 
-    const std::string& find(NodeIndex node) {
+    std::string find(NodeIndex node) {
+        // QL.getTime, for Q.L.getTime or QL_getTime
+        const ScriptNode& above = script.tree.parentOf(node);
+        const std::string joined = "QL_" + std::string(above.text);
+        if (above.kind == NodeKind::member && script.engine.findFunction(joined)) return "did you mean " + joined + "?";
         const auto [entry, isNew] = found.try_emplace(script.tree[node].text);
         if (isNew && compared < kMostComparisons) entry->second = search(node);
         return entry->second;
