@@ -257,7 +257,7 @@ TEST_F(ScriptWatchTest, FindsFramesWithoutOutput) {
     EXPECT_TRUE(findings("function setup() {} function draw() { x; }").empty()) << "a script error is said elsewhere";
 }
 
-// A shader that turns the picture itself is right with an even number of flips.
+// A shader that turns the picture itself may need an even number of flips, or mean it.
 TEST_F(ScriptWatchTest, FindsAPictureThatIsUpsideDown) {
     const std::string kTurned =
         "'uniform sampler2D p; void main() { gl_FragColor = texture2D(p, vec2(gl_TexCoord[0].s, 1.0 - "
@@ -272,6 +272,7 @@ TEST_F(ScriptWatchTest, FindsAPictureThatIsUpsideDown) {
         {"", "QL_renderShader(s, t, true); QL_blitRenderTarget(t, QL_getSequenceRT(), true);", true},
         {"", "QL_renderShader(s, t, true); QL_blitRenderTarget(t, QL_getSequenceRT(), false);", false},
         {kTurned, "QL_renderShader(s, QL_getSequenceRT(), false);", false},
+        {kTurned, "QL_renderShader(s, QL_getSequenceRT(), true);", false},
     };
     for (const auto& [shader, passes, isFound] : kRows) {
         const auto found = findings("var s, t; function setup() { s = QL_initShader('x', " +
