@@ -61,6 +61,26 @@ std::optional<std::set<std::string_view>> OwnNames(const ScriptFacts& script) {
     return names;
 }
 
+// A name that only other hosts have, such as console where the script asks for it first: what comes from it may have
+// any method. The result of console.log(...) is nothing.
+bool IsForeign(const ScriptFacts& script, NodeIndex node) {
+    const ScriptNode& here = script.tree[node];
+    const ScriptNode& above = script.tree.parentOf(node);
+    if (here.kind == NodeKind::member) return here.text == "console";
+    const bool isUnknown = here.kind == NodeKind::identifier && script.scopes.variableOf(node) == ScriptScopes::kNone &&
+                           !script.engine.globals().contains(here.text) && here.text != "arguments";
+    if (!isUnknown || above.kind == NodeKind::typeOf) return false;
+    const bool isLogging = (here.text == "console" || here.text == "print") && above.firstChild == node &&
+                           (above.kind == NodeKind::member || above.kind == NodeKind::call);
+    return !isLogging;
+}
+
+bool HasForeignObjects(const ScriptFacts& script) {
+    for (NodeIndex node = script.tree.after(0); node != 0; node = script.tree.after(node))
+        if (IsForeign(script, node)) return true;
+    return false;
+}
+
 }  // namespace
 
 // A call of a function that no object can have, whatever its base is at run time: it always raises an error.
@@ -69,6 +89,7 @@ void FindUnknownMethods(const ScriptFacts& script, ScriptFindings& findings) {
     constexpr std::size_t kMostSearches = 300;  // so that hostile texts take no minutes
     std::map<std::string_view, std::string> remedies;
     const auto own = OwnNames(script);
+    const bool hasForeign = HasForeignObjects(script);
     if (!own || !NamesGivenToGlobalObject(script)) return;
     for (NodeIndex node = tree.after(0); node != 0; node = tree.after(node)) {
         const NodeIndex callee = tree[node].kind == NodeKind::call ? tree[node].firstChild : 0;
@@ -78,10 +99,11 @@ void FindUnknownMethods(const ScriptFacts& script, ScriptFindings& findings) {
         const bool isEngines =
             tree[base].kind == NodeKind::identifier && script.scopes.variableOf(base) == ScriptScopes::kNone;
         const auto table = isEngines ? script.engine.objects().find(tree[base].text) : script.engine.objects().end();
+        if (hasForeign && !isEngines) continue;
         // A base that is not there at all has its own finding.
         if (isEngines && table == script.engine.objects().end()) continue;
         const auto& known = isEngines ? table->second : script.engine.members();
-        if (known.contains(tree[callee].text)) continue;
+        if (known.contains(tree[callee].text) || script.engine.globals().contains(tree[callee].text)) continue;
         std::string& remedy = remedies[tree[callee].text];
         if (remedy.empty() && remedies.size() < kMostSearches) {
             std::vector<std::string> candidates(known.begin(), known.end());

@@ -184,6 +184,12 @@ TEST(CheckScriptTest, FindsCallsOfMethodsThatNoObjectHas) {
         {"var o = {}; ['x'].forEach(function (n) { o['get' + n] = n; }); o.getx();", ""},
         {"try { [1].find(); } catch (e) { e.stack.split('a'); } arguments_ = function () { arguments.callee(); };", ""},
         {"eval('Math.f = 1'); Math.f(); ", ""},
+        {"this.QL_getTime(); globalThis.QL_getTime(); globalThis.parseInt(1);", ""},
+        {"var c = typeof console !== 'undefined' ? console : null; if (c) c.warn(1); if (this.console) "
+         "this.console.warn(1);",
+         ""},
+        {"if (typeof host === 'object') { var page = host.page(); page.show(); } Math.lerp();",
+         "1:77 unknown-member Math has no function lerp"},
         {"/a/.exec('b').index.toFixed(1); new Date().getTime(); (1).toString(); JSON.parse('1').x; f.call(); f = 1;",
          ""},
     };
