@@ -25,11 +25,13 @@ string(APPEND duk_config "\n#undef DUK_USE_NATIVE_STACK_CHECK\n#ifdef __cplusplu
 if(WIN32)
     string(APPEND duk_config "#undef DUK_SETJMP\n#define DUK_SETJMP(jb) _setjmp((jb), NULL)\n")
 endif()
-# In the copy that ends scripts the heap's user data points at the function to ask, see src/script/TimeLimit.h. Duktape asks
+# In the copy that ends scripts the heap's user data, if there is any, points at the function to ask, see
+# src/script/TimeLimit.h. Duktape asks
 # before it runs an instruction, and its lines are those of the instruction before: while it asks, it is one further.
 string(APPEND duk_config "#ifdef QUILLON_ENDS_SCRIPTS\n#define DUK_USE_INTERRUPT_COUNTER\n"
        "#define DUK_USE_EXEC_TIMEOUT_CHECK(udata) \\\n"
-       "    ((++*thr->ptr_curr_pc, (*(int (**)(void)) (udata))()) ? (--*thr->ptr_curr_pc, 1) : (--*thr->ptr_curr_pc, 0))\n"
+       "    ((udata) != NULL && ((++*thr->ptr_curr_pc, (*(int (**)(void)) (udata))()) \\\n"
+       "     ? (--*thr->ptr_curr_pc, 1) : (--*thr->ptr_curr_pc, 0)))\n"
        "#endif\n")
 file(CONFIGURE OUTPUT ${duktape_dir}/duk_config.h CONTENT "${duk_config}" @ONLY)
 configure_file(${QUILLON_SOURCES}/duktape/duktape.h ${duktape_dir}/duktape.h COPYONLY)

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <utility>
 
+#include "cli/commands/CheckCommandLine.h"
 #include "cli/commands/Commands.h"
 #include "cli/commands/OptionForms.h"
 #include "cli/commands/PreviewCommandLine.h"
@@ -72,29 +73,21 @@ void AddInfo(CLI::App& app, Run& run) {
     command.callback([&run, options] { run = [options] { return RunInfo(*options); }; });
 }
 
-void AddCheck(CLI::App& app, Run& run) {
-    auto options = std::make_shared<CheckOptions>();
-    CLI::App& command = *app.add_subcommand(
-        "check",
-        "Reports what is wrong with an effect, with file and line: in its files, its config.xml, its script and its\n"
-        "shaders, up to a frame at 8, 16 and 32 bits with its controls at their defaults.");
-    AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
-    command.callback([&run, options] { run = [options] { return RunCheck(*options); }; });
-}
-
 void AddPack(CLI::App& app, Run& run) {
     auto options = std::make_shared<PackOptions>();
     CLI::App& command = *app.add_subcommand(
         "pack",
         "Makes the module that a host loads, from an effect's folder, and prints its path. Warns of what looks wrong\n"
-        "in config.xml and of files that are hardly a part of the effect. Scripts and shaders are packed as they are;\n"
-        "check finds what is wrong with them.");
+        "in config.xml and of files that are hardly a part of the effect. Runs check at level 2 first, and packs "
+        "nothing\n"
+        "that has an error.");
     AddPath(command, "FOLDER", options->folder, "The effect's folder")->required()->type_name("");
     AddPath(command, "-o,--output", options->output,
             "The module: a name that ends in .so for Linux, in .aex for Windows")
         ->required()
         ->type_name("MODULE");
     command.add_flag("--list", options->isListed, "Prints the size and the name of each file in the module, too");
+    command.add_flag("--no-check", options->isUnchecked, "Packs scripts and shaders as they are");
     command
         .add_option_function<std::string>(
             "--for", [options](const std::string&) { options->isForFrei0r = true; },

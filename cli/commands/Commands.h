@@ -67,7 +67,7 @@ struct RenderOptions {
 int RunRender(const RenderOptions& options);
 
 // `quillon worker`, which other processes of this program start, see WorkerMessage.h: answers one request, whose
-// "arguments" are a command line, or those of a preview, see PreviewMessages.h.
+// "arguments" are a command line, or one of a preview or a check, see PreviewMessages.h and CheckWorker.h.
 int RunWorker();
 
 // Whose controls to print.
@@ -89,13 +89,19 @@ struct InfoOptions {
 // `quillon info`: prints what an effect or any module is and holds, or one of its shaders as the driver gets it.
 int RunInfo(const InfoOptions& options);
 
-// What to check.
+enum class CheckFormat { text, json, sarif };
+
+// What to check, and how hard.
 struct CheckOptions {
-    std::filesystem::path effect;
+    std::vector<std::filesystem::path> effects;
+    int level = 3;  // 1 to 5
+    CheckFormat format = CheckFormat::text;
+    bool deniesWarnings = false;
+    double secondsLimit = 10;  // of each part of a script
 };
 
-// `quillon check`: looks for faults in an effect, from its files to a frame at each depth. Prints one line when nothing
-// is wrong.
+// `quillon check`: looks for faults in effects, one after the other. Prints its findings on standard error and one line
+// for each effect without an error, or one document for all of them. 1 when an effect has an error.
 int RunCheck(const CheckOptions& options);
 
 // What to pack, and where to.
@@ -104,10 +110,10 @@ struct PackOptions {
     std::filesystem::path output;
     bool isListed = false;  // prints the module's files too
     bool isForFrei0r = false;
+    bool isUnchecked = false;
 };
 
-// `quillon pack`: makes the effect's module and prints its path. Warns of what looks wrong in config.xml and of files
-// that are probably not a part of the effect.
+// `quillon pack`: checks the effect at level 2, makes its module and prints the module's path.
 int RunPack(const PackOptions& options);
 
 // The picture to write, with its size in pixels.

@@ -6,6 +6,7 @@
 
 #include "cli/commands/EditorFiles.h"
 #include "cli/diagnostics/PrintLine.h"
+#include "cli/diagnostics/Rules.h"
 #include "cli/effect/EffectSource.h"
 #include "cli/effect/HostRun.h"
 #include "cli/effect/LinkedEngine.h"
@@ -40,7 +41,7 @@ Diagnostics Rehearse(const EffectSource& source) {
     } catch (const std::runtime_error& error) {
         const Diagnostics faults = LinkedEngine::TakeFaults(source);
         if (!faults.empty()) return faults;
-        return {{.path = source.path.generic_string(), .text = error.what(), .kind = Diagnostic::Kind::render}};
+        return {Found("render/failed", source.path.generic_string(), 0, 0, error.what())};
     }
     LinkedEngine::RequireOpenGL();
     return LinkedEngine::TakeFaults(source);

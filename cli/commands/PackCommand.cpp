@@ -7,6 +7,8 @@
 #include <system_error>
 #include <vector>
 
+#include "cli/check/run/CheckEffect.h"
+#include "cli/check/run/Silencing.h"
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/effect/ConfigChecks.h"
 #include "cli/effect/EffectDescription.h"
@@ -40,6 +42,35 @@ void CheckPluginName(const fs::path& output) {
                                "make it of letters, digits and '_' and end it in .so");
 }
 
+Diagnostics FilesOnly(const EffectSource& source) {
+    Diagnostics warnings = CheckIdentity(source);
+    const Diagnostics leftovers = CheckLeftovers(source);
+    warnings.insert(warnings.end(), leftovers.begin(), leftovers.end());
+    return Silence(source, warnings);
+}
+
+// The warnings of a check of setup() and all texts. Throws EffectFault for its errors. A machine without OpenGL packs
+// too, and says what it could not check.
+Diagnostics Checked(const fs::path& folder) {
+    CheckSettings settings;
+    settings.effect = folder;
+    settings.level = 2;
+    try {
+        const CheckedEffect checked = CheckEffect(settings, {{}, PrintWords});
+        if (checked.hasErrors()) throw EffectFault(checked.findings);
+        return checked.findings;
+    } catch (const ToolError& error) {
+        const bool isOfEffect = error.faults.front().kind != Diagnostic::Kind::tool;
+        if (isOfEffect) throw;
+        Diagnostic warning = error.faults.front();
+        warning.severity = Diagnostic::Severity::warning;
+        warning.text = "script and shaders are packed without a check: " + warning.text;
+        Diagnostics warnings = FilesOnly(ReadEffectSource(folder));
+        warnings.push_back(warning);
+        return warnings;
+    }
+}
+
 }  // namespace
 
 int RunPack(const PackOptions& options) {
@@ -52,9 +83,9 @@ int RunPack(const PackOptions& options) {
     }
     const EffectSource source = ReadEffectSource(options.folder);
     ThrowIfAny(options.isForFrei0r ? CheckSource(source) : CheckPackage(source));
+    Diagnostics warnings = options.isUnchecked ? FilesOnly(source) : Checked(options.folder);
     const char* templateName = kEffectTemplate;
     std::vector<std::byte> description;
-    Diagnostics warnings = CheckIdentity(source);
     if (options.isForFrei0r) {
         templateName = kPluginTemplate;
         const Frei0rPlugin plugin = DescribePlugin(source);
@@ -65,7 +96,6 @@ int RunPack(const PackOptions& options) {
     }
     WriteEffectModule(options.output, source, "choose another place with -o", description, templateName);
     PrintDiagnostics(warnings);
-    PrintDiagnostics(CheckLeftovers(source));
     PrintResult(options.output.string());
     std::uint64_t bytes = 0;
     for (const PackageFile& file : source.files) {

@@ -9,6 +9,7 @@
 
 #include "cli/commands/Renderer.h"
 #include "cli/diagnostics/PrintLine.h"
+#include "cli/diagnostics/Rules.h"
 #include "cli/effect/ScriptNotes.h"
 #include "cli/worker/WorkerGroup.h"
 
@@ -151,13 +152,11 @@ private:
     void warnOfState() const {
         for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
             if (!pieces[i].probed || pieces[i].probed == pieces[i + 1].first) continue;
-            PrintDiagnostics({{.path = options.effect.string(),
-                               .severity = Diagnostic::Severity::warning,
-                               .text = fmt::format("frame {} depends on what was rendered before it, so that -j gives "
-                                                   "other pictures than one process",
-                                                   pieces[i + 1].frames.front()),
-                               .remedy = "leave -j out",
-                               .kind = Diagnostic::Kind::render}});
+            PrintDiagnostics({Found("render/frame-order", options.effect.string(), 0, 0,
+                                    fmt::format("frame {} depends on what was rendered before it, so that -j gives "
+                                                "other pictures than one process",
+                                                pieces[i + 1].frames.front()),
+                                    "leave -j out")});
             return;
         }
     }

@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "cli/diagnostics/Rules.h"
 #include "cli/effect/LinkedEngine.h"
 #include "cli/effect/ShownTarget.h"
 #include "cli/keyframes/Keyframes.h"
@@ -133,12 +134,7 @@ Diagnostics Renderer::warnings() const {
     Diagnostics warnings;
     if (options.host != host::HostKind::afterEffects) return warnings;
     const std::string config = effect.pathOf("config.xml");
-    const auto add = [&](const std::string& text) {
-        warnings.push_back({.path = config,
-                            .severity = Diagnostic::Severity::warning,
-                            .text = text,
-                            .kind = Diagnostic::Kind::config});
-    };
+    const auto add = [&](const std::string& text) { warnings.push_back(Found("config/flags", config, 0, 0, text)); };
     const std::uint32_t flags = LinkedEngine::Flags(), flags2 = LinkedEngine::Flags2();
     if (options.route != host::Route::classic && (flags2 & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
         add(fmt::format("FLAGS2 lacks 1024, so that hosts take the classic route; {} is what it should be",

@@ -1,3 +1,4 @@
+#include "cli/check/run/CheckWorker.h"
 #include "cli/commands/CommandLine.h"
 #include "cli/commands/Commands.h"
 #include "cli/commands/RenderWorkers.h"
@@ -11,6 +12,10 @@ int RunWorker() {
     WorkerChannel& channel = WorkerChannel::Open();
     const auto request = channel.receive();
     if (!request) return 0;
+    if (request->text.contains("check")) {
+        RunCheckWorker(channel, *request);
+        return 0;
+    }
     if (request->text.contains("preview")) {
         RunPreviewWorker(channel, *request);
         return 0;

@@ -1,5 +1,6 @@
 #include "cli/diagnostics/TextScanner.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace quillon::cli {
@@ -50,6 +51,20 @@ bool IsWordCharacter(char c) {
 std::string InLowerCase(std::string text) {
     for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
     return text;
+}
+
+int LineAt(std::string_view text, std::size_t position) {
+    return 1 + static_cast<int>(std::ranges::count(text.substr(0, position), '\n'));
+}
+
+int ColumnAt(std::string_view text, std::size_t position) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    std::string_view before = text.substr(0, position);
+    if (const std::size_t lineEnd = before.rfind('\n'); lineEnd != std::string_view::npos)
+        before.remove_prefix(lineEnd + 1);
+    else if (before.starts_with(kMark))
+        before.remove_prefix(kMark.size());
+    return 1 + static_cast<int>(std::ranges::count_if(before, [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
 }  // namespace quillon::cli

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,5 +24,10 @@ bool IsWordCharacter(char c);  // a letter or digit of ASCII, or an underscore
 
 // With the letters A to Z made small; all other bytes stay.
 std::string InLowerCase(std::string text);
+
+// Where a byte of a text is, as editors count: from 1, columns in characters of UTF-8, a tab is one, a mark at the
+// text's start (BOM) none. Positions after the end are the end's.
+int LineAt(std::string_view text, std::size_t position);
+int ColumnAt(std::string_view text, std::size_t position);
 
 }  // namespace quillon::cli

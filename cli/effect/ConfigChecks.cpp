@@ -4,9 +4,14 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <rapidxml/rapidxml.hpp>
 #include <string_view>
+#include <vector>
 
+#include "cli/diagnostics/NearestName.h"
+#include "cli/diagnostics/Rules.h"
+#include "cli/diagnostics/TextScanner.h"
 #include "package/ConfigDocument.h"
 #include "package/EffectFlags.h"
 #include "platform/WideText.h"
@@ -55,6 +60,7 @@ public:
 
     Diagnostics check() {
         std::string missing;
+        const Node* const root = findRoot();
         for (const Key& key : kKeys) {
             const Node* node = document.first_node(key.name);
             if (!node) {
@@ -62,33 +68,46 @@ public:
                 continue;
             }
             if (const Node* again = node->next_sibling(key.name))
-                warn(again, fmt::format("{} is here again; the first one counts", key.name));
+                add("config/doubled-key", again, fmt::format("{} is here again", key.name));
             if (key.isNumber) checkNumber(key, *node);
         }
-        if (const Node* root = findRoot()) {
-            warn(root, fmt::format("the keys are inside <{}>, where they are not found; take that element away",
-                                   std::string_view(root->name(), root->name_size())));
-        } else if (!missing.empty()) {
-            warn(nullptr, fmt::format("no {}; numbers that are missing are 0, texts empty", missing));
+        if (root) {
+            add("config/inside-root", root,
+                fmt::format("the keys are inside <{}>, where they are not found", NameOf(*root)));
+        } else {
+            checkNames();
+            if (!missing.empty()) add("config/missing-key", nullptr, fmt::format("no {}", missing));
         }
         return std::move(warnings);
     }
 
-    int lineOf(const std::string& key) const { return lineOf(document.first_node(key.c_str())); }
-
-private:
-    // The parser changes the text in place, but names stay where they were read.
-    int lineOf(const Node* node) const {
-        if (!node) return 0;
-        return 1 + static_cast<int>(std::count(content.begin(), content.begin() + (node->name() - text.data()), '\n'));
+    int lineOf(const std::string& key) const {
+        const Node* const node = document.first_node(key.c_str());
+        return node ? LineAt(content, placeOf(*node)) : 0;
     }
 
-    void warn(const Node* node, const std::string& words) {
-        warnings.push_back({.path = path,
-                            .line = lineOf(node),
-                            .severity = Diagnostic::Severity::warning,
-                            .text = words,
-                            .kind = Diagnostic::Kind::config});
+private:
+    static std::string NameOf(const Node& node) { return {node.name(), node.name_size()}; }
+
+    // The parser changes the text in place, but names stay where they were read.
+    std::size_t placeOf(const Node& node) const { return static_cast<std::size_t>(node.name() - text.data()); }
+
+    void add(const char* rule, const Node* node, const std::string& words, std::string remedy = {}) {
+        warnings.push_back(Found(rule, path, node ? LineAt(content, placeOf(*node)) : 0,
+                                 node ? ColumnAt(content, placeOf(*node)) : 0, words, std::move(remedy)));
+    }
+
+    void checkNames() {
+        const std::vector<std::string> known = [] {
+            std::vector<std::string> names;
+            for (const Key& key : kKeys) names.emplace_back(key.name);
+            return names;
+        }();
+        for (const Node* node = document.first_node(); node; node = node->next_sibling()) {
+            const std::string name = NameOf(*node);
+            if (node->type() != rapidxml::node_element || std::ranges::count(known, name) != 0) continue;
+            add("config/unknown-key", node, fmt::format("nothing reads {}", name), DidYouMean(name, known));
+        }
     }
 
     // An element around the keys.
@@ -104,21 +123,24 @@ private:
         const std::string value(node.value(), node.value_size());
         const std::int32_t number = config.GetInteger(WidenBytes(key.name));
         if (!IsDecimal(value)) {
-            warn(&node, fmt::format("{}: \"{}\" is not a decimal number; it is read as {}", key.name, value, number));
+            add("config/not-number", &node,
+                fmt::format("{}: \"{}\" is not a decimal number; it is read as {}", key.name, value, number));
         } else if (std::strtoll(value.c_str(), nullptr, 10) != number) {
-            warn(&node, fmt::format("{}: \"{}\" does not fit into 32 bits; it is read as {}", key.name, value, number));
+            add("config/out-of-range", &node,
+                fmt::format("{}: \"{}\" does not fit into 32 bits; it is read as {}", key.name, value, number));
         }
         const auto word = static_cast<std::uint32_t>(number);
         const std::string_view name = key.name;
         if (key.mostKept != 0 && (number < 0 || number > key.mostKept)) {
-            warn(&node,
-                 fmt::format("{}: hosts see 0 to {}, and {} as {}", name, key.mostKept, number, number & key.mostKept));
+            add("config/out-of-range", &node,
+                fmt::format("{}: hosts see 0 to {}, and {} as {}", name, key.mostKept, number, number & key.mostKept));
         }
         const bool isOdd = (name == "FLAGS" && (word | kFixedOutFlags) != (kEngineOutFlags | kFixedOutFlags)) ||
                            (name == "FLAGS2" && word != kEngineOutFlags2);
         if (isOdd) {
-            warn(&node, fmt::format("{}: hosts go by {}, but the engine can do what {} says", name, number,
-                                    name == "FLAGS" ? kEngineOutFlags : kEngineOutFlags2));
+            add("config/flags", &node,
+                fmt::format("{}: hosts go by {}, but the engine can do what {} says", name, number,
+                            name == "FLAGS" ? kEngineOutFlags : kEngineOutFlags2));
         }
     }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/diagnostics/Rules.h"
 #include "cli/effect/ConfigChecks.h"
 #include "package/ConfigDocument.h"
 #include "package/EffectFlags.h"
@@ -41,10 +42,8 @@ std::string DefaultMatchName(const std::string& name) {
 }
 
 ToolError ConfigFault(const EffectSource& source, const FileError& error) {
-    return EffectFault({{.path = source.pathOf("config.xml"),
-                         .line = LineOfKey(source, error.place),
-                         .text = error.what(),
-                         .kind = Diagnostic::Kind::config}});
+    return EffectFault({Found("config/identity", source.pathOf("config.xml"), LineOfKey(source, error.place), 0,
+                              error.place + ": " + error.fault, error.remedy)});
 }
 
 }  // namespace

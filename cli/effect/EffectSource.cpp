@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/diagnostics/Rules.h"
 #include "cli/diagnostics/TextScanner.h"
 #include "cli/effect/SourceChecks.h"
 #include "packer/EffectFolder.h"
@@ -28,14 +29,14 @@ std::string_view ContentOf(const PackageFile& file) {
 // The files that every effect needs and these are not. `files` have names.
 template <class Files>
 Diagnostics FindMissingFiles(const std::filesystem::path& effect, const Files& files) {
-    constexpr std::pair<const char*, Diagnostic::Kind> kRequired[] = {{"config.xml", Diagnostic::Kind::config},
-                                                                      {"fx.js", Diagnostic::Kind::package}};
+    constexpr std::pair<const char*, const char*> kRequired[] = {{"config.xml", "config/missing-file"},
+                                                                 {"fx.js", "package/missing-file"}};
     Diagnostics diagnostics;
-    for (const auto& [name, kind] : kRequired) {
+    for (const auto& [name, rule] : kRequired) {
         const auto hasName = [required = name](const auto& file) { return EqualIgnoringCase(file.name, required); };
         if (std::ranges::any_of(files, hasName)) continue;
         diagnostics.push_back(
-            {.path = (effect / name).generic_string(), .text = "no such file; every effect needs one", .kind = kind});
+            Found(rule, (effect / name).generic_string(), 0, 0, "no such file", "every effect needs one"));
     }
     return diagnostics;
 }
@@ -84,7 +85,7 @@ EffectSource ReadEffectSource(const std::filesystem::path& path) {
 
 ToolError PackageFault(const std::filesystem::path& path, const FileError& error) {
     const std::filesystem::path place = error.place.empty() ? path : PathFromUtf8(error.place);
-    return EffectFault({{.path = place.generic_string(), .text = error.text(), .kind = Diagnostic::Kind::package}});
+    return EffectFault({Found("package/unreadable", place.generic_string(), 0, 0, error.fault, error.remedy)});
 }
 
 void RequireOutside(const std::filesystem::path& output, const std::filesystem::path& effect) {

@@ -12,6 +12,11 @@ HostRun::HostRun(host::EffectModule effect, const host::HostSettings& settings) 
     session.hooks().at[host::Callback::copy] = [this](const host::CallbackEvent&) { hasCopied = true; };
 }
 
+void HostRun::apply() {
+    applied = &session.apply();
+    instances.push_back(applied);
+}
+
 void HostRun::updatePanel() {
     if (const PF_Err error = session.updateParamsUI(*applied).error)
         throw std::runtime_error(fmt::format("UPDATE_PARAMS_UI answered {}", error));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,7 +16,7 @@ struct HostFrame {
     bool isInput = false;  // the effect rendered no frame and handed its input on
 };
 
-// One effect in a host, with one instance of it: what happens to an artist's effect from its start to its frames.
+// One effect in a host, with instances of it: what happens to an artist's effect from its start to its frames.
 // What a host would not go on after is thrown as std::runtime_error.
 class HostRun {
 public:
@@ -27,8 +28,9 @@ public:
     void start() { session.start(); }
     const std::vector<PF_ParamDef>& parameters() const { return session.parameters(); }
 
-    // The effect on a layer, and the panel of its controls shown.
-    void apply() { applied = &session.apply(); }
+    // The effect on one more layer, and the panel of its controls shown. That instance is the chosen one then.
+    void apply();
+    void select(std::size_t number) { applied = instances[number]; }  // in the order of their making
     host::HostInstance& instance() { return *applied; }
     const host::HostInstance& instance() const { return *applied; }
     // After its values have changed.
@@ -44,6 +46,7 @@ public:
 
 private:
     host::HostSession session;
+    std::vector<host::HostInstance*> instances;
     host::HostInstance* applied = nullptr;
     bool hasCopied = false;
 };

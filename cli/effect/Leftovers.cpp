@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/diagnostics/Rules.h"
 #include "cli/diagnostics/TextScanner.h"
 #include "platform/File.h"
 #include "platform/Utf8Path.h"
@@ -46,6 +47,8 @@ constexpr Pattern kPatterns[] = {
 // What the engine reads.
 constexpr std::string_view kPictureEndings[] = {".png", ".jpg", ".jpeg", ".bmp", ".gif", ".psd", ".hdr", ".tga"};
 
+constexpr std::string_view kShaderEnding = ".frag";
+
 // Whether the script, in lower case, may ask for the picture of this name. A text of the script that ends as the name
 // does, and is not the name of a file here, is a part from which the script puts names together.
 bool MayAskFor(const std::string& script, const EffectSource& source, const std::string& name,
@@ -59,12 +62,23 @@ bool MayAskFor(const std::string& script, const EffectSource& source, const std:
     return false;
 }
 
+// A script that puts a shader's name together has a part of it in quotes.
+bool MayLoad(const std::string& script, const std::string& name) {
+    const std::string shader = name.substr(0, name.size() - kShaderEnding.size());
+    if (HoldsWord(script, shader)) return true;
+    for (const char quote : {'\'', '"'})
+        for (std::size_t length = 1; length < shader.size(); ++length)
+            if (script.find(quote + shader.substr(0, length) + quote) != std::string::npos) return true;
+    return false;
+}
+
 const char* WhatIsLeft(const EffectSource& source, const std::string& script, const std::string& name) {
     for (const auto& [beginning, ending, what] : kPatterns)
         if (name.starts_with(beginning) && name.ends_with(ending)) return what;
     for (const std::string_view ending : kPictureEndings)
         if (name.ends_with(ending) && !MayAskFor(script, source, name, ending))
             return "a picture that fx.js does not name";
+    if (name.ends_with(kShaderEnding) && !MayLoad(script, name)) return "a shader that fx.js does not name";
     return nullptr;
 }
 
@@ -77,10 +91,7 @@ Diagnostics CheckLeftovers(const EffectSource& source) {
         const char* what = WhatIsLeft(source, script, InLowerCase(file.name));
         if (!what && !source.isModule && IsHiddenFile(source.path / PathFromUtf8(file.name))) what = "a hidden file";
         if (!what) continue;
-        warnings.push_back({.path = source.pathOf(file.name),
-                            .severity = Diagnostic::Severity::warning,
-                            .text = fmt::format("{}; it is packed, move it out if the effect does not need it", what),
-                            .kind = Diagnostic::Kind::package});
+        warnings.push_back(Found("package/leftover", source.pathOf(file.name), 0, 0, what));
     }
     return warnings;
 }

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "cli/diagnostics/Rules.h"
 #include "cli/effect/LinkedEngine.h"
 
 namespace quillon::cli {
@@ -35,7 +36,7 @@ LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSe
         if (module) module->start();
         packed.removeFile();
     } catch (const std::runtime_error& error) {
-        throwRenderFault(nullptr, error.what());
+        throwRenderFault(error.what());
     }
     visibleControls = ControlsOf(LinkedEngine::Declarations());
     for (const HostRun* run : runs()) {
@@ -44,6 +45,10 @@ LoadedEffect::LoadedEffect(EffectSource effect, const host::HostSettings& hostSe
                                         visibleControls.size(), run->parameters().size()));
     }
     throwViolations();
+}
+
+std::vector<HostRun*> LoadedEffect::runs() {
+    return module ? std::vector<HostRun*>{&linked, &*module} : std::vector<HostRun*>{&linked};
 }
 
 std::vector<const HostRun*> LoadedEffect::runs() const {
@@ -65,16 +70,15 @@ void LoadedEffect::startLinked() {
 }
 
 void LoadedEffect::set(const Control& control, ValueAt valueAt) {
-    values[control.index] = {&control, std::move(valueAt)};
+    valuesOf[chosen][control.index] = {&control, std::move(valueAt)};
     isPanelOld = true;
 }
 
 void LoadedEffect::reset(const Control& control) {
-    values.erase(control.index);
+    valuesOf[chosen].erase(control.index);
     isPanelOld = true;
     if (!isApplied) return;
-    for (HostRun* run : {&linked, module ? &*module : nullptr}) {
-        if (!run) continue;
+    for (HostRun* run : runs()) {
         if (control.declared.kind == LAYER)
             run->instance().setLayer(control.index, nullptr);
         else
@@ -94,7 +98,7 @@ std::shared_ptr<host::World> LoadedEffect::render(const FrameInput& input) {
     request.layerWidth = static_cast<A_long>(input.fullExtent.width);
     request.layerHeight = static_cast<A_long>(input.fullExtent.height);
     try {
-        if (!isApplied) apply();
+        startFirst();
         prepare(linked, input, request);
         const bool hasOldPanel = std::exchange(isPanelOld, false);
         if (hasOldPanel) linked.updatePanel();
@@ -111,25 +115,46 @@ std::shared_ptr<host::World> LoadedEffect::render(const FrameInput& input) {
         throwViolations();
         return frame.result.output;
     } catch (const std::runtime_error& error) {
-        throwRenderFault(nullptr, error.what());
+        throwRenderFault(error.what());
     }
 }
 
-void LoadedEffect::apply() {
-    const auto setValues = [this](host::HostInstance& instance, PF_ParamIndex index, double seconds) {
-        setValue(instance, index, seconds);
-    };
-    linked.setValuesBy(setValues);
-    linked.apply();
-    throwFaults();
-    if (module) {
-        module->setValuesBy(setValues);
-        module->apply();
+void LoadedEffect::addInstance() {
+    try {
+        startFirst();
+        valuesOf.emplace_back();
+        chosen = valuesOf.size() - 1;
+        apply();
+    } catch (const std::runtime_error& error) {
+        throwRenderFault(error.what());
     }
+}
+
+void LoadedEffect::selectInstance(std::size_t number) {
+    chosen = number;
+    for (HostRun* run : runs()) run->select(number);
+    isPanelOld = true;
+}
+
+void LoadedEffect::startFirst() {
+    if (isApplied) return;
+    for (HostRun* run : runs())
+        run->setValuesBy([this](host::HostInstance& instance, PF_ParamIndex index, double seconds) {
+            setValue(instance, index, seconds);
+        });
+    apply();
     isApplied = true;
 }
 
+void LoadedEffect::apply() {
+    linked.apply();
+    throwFaults();
+    if (module) module->apply();
+    isPanelOld = true;
+}
+
 void LoadedEffect::setValue(host::HostInstance& instance, PF_ParamIndex index, double seconds) const {
+    const Values& values = valuesOf[static_cast<std::size_t>(instance.number) - 1];
     const auto found = values.find(index);
     if (found == values.end()) return;
     const auto& [control, valueAt] = found->second;
@@ -148,7 +173,7 @@ void LoadedEffect::prepare(HostRun& run, const FrameInput& input, const host::Fr
                                static_cast<std::uint32_t>(request.input->height()));
     }
     const double seconds = static_cast<double>(input.time.time) / input.time.scale;
-    for (const auto& [index, value] : values) setValue(instance, index, seconds);
+    for (const auto& [index, value] : valuesOf[chosen]) setValue(instance, index, seconds);
     for (const auto& [control, picture] : input.layers) instance.setLayer(control->index, picture);
 }
 
@@ -160,29 +185,28 @@ void LoadedEffect::takePictures(const FrameInput& input) const {
                     fmt::format("the graphics driver takes up to {} in each direction", largestExtent));
     };
     check("the input", *input.picture);
-    for (const auto& [control, layer] : input.layers) check("a layer", *layer);
+    for (const auto& [control, layer] : input.layers)
+        if (layer) check("a layer", *layer);
 }
 
 void LoadedEffect::checkFrame(const HostFrame& frame) const {
     const host::FrameResult& result = frame.result;
     if (result.error() != PF_Err_NONE)
-        throwRenderFault(nullptr,
-                         fmt::format("the frame was not rendered: the effect answered with error {}", result.error()));
+        throwRenderFault(fmt::format("the frame was not rendered: the effect answered with error {}", result.error()));
     const auto isPossible = [&](A_long side) { return side >= 1 && static_cast<std::uint32_t>(side) <= largestExtent; };
     if (!isPossible(result.width) || !isPossible(result.height)) {
         const bool isClassic = settings.routeInUse() == host::Route::classic;
-        throwRenderFault("fx.js",
-                         fmt::format("preRender: asks for an output of {}x{} pixels{}; the graphics driver takes 1 to "
-                                     "{} in each direction",
-                                     result.width, result.height, isClassic ? ", as the classic route makes of it" : "",
-                                     largestExtent));
+        throw EffectFault({Found("render/output-size", source.pathOf("fx.js"), 0, 0,
+                                 fmt::format("preRender: asks for an output of {}x{} pixels{}", result.width,
+                                             result.height, isClassic ? ", as the classic route makes of it" : ""),
+                                 fmt::format("the graphics driver takes 1 to {} in each direction", largestExtent))});
     }
-    if (result.leftOut) throwRenderFault(nullptr, fmt::format("the frame was not rendered: {}", result.leftOut));
+    if (result.leftOut) throwRenderFault(fmt::format("the frame was not rendered: {}", result.leftOut));
     if (!frame.isInput) return;
-    throwRenderFault(nullptr, fmt::format("the frame of {}x{} at {} bits was not rendered: the script released its "
-                                          "target, or the graphics driver gave no pixels; look at draw(), or render it "
-                                          "smaller",
-                                          result.width, result.height, result.output->bitDepth()));
+    throwRenderFault(
+        fmt::format("the frame of {}x{} at {} bits was not rendered: the script released its target, or the graphics "
+                    "driver gave no pixels; look at draw(), or render it smaller",
+                    result.width, result.height, result.output->bitDepth()));
 }
 
 void LoadedEffect::throwFaults() const {
@@ -196,9 +220,8 @@ void LoadedEffect::throwViolations() const {
     if (!words.empty()) throw Fault("", "internal error: the effect module broke its host's rules:" + words);
 }
 
-void LoadedEffect::throwRenderFault(const char* file, const std::string& text) const {
-    throw EffectFault(
-        {{.path = file ? source.pathOf(file) : source.path.string(), .text = text, .kind = Diagnostic::Kind::render}});
+void LoadedEffect::throwRenderFault(const std::string& text) const {
+    throw EffectFault({Found("render/failed", source.path.string(), 0, 0, text)});
 }
 
 }  // namespace quillon::cli

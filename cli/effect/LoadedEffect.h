@@ -22,8 +22,8 @@ namespace quillon::cli {
 struct FrameInput {
     FrameTime time{};
     std::shared_ptr<host::World> picture{};
-    PictureExtent fullExtent{};  // before downsampling
-    std::vector<std::pair<const Control*, std::shared_ptr<host::World>>> layers{};
+    PictureExtent fullExtent{};                                                     // before downsampling
+    std::vector<std::pair<const Control*, std::shared_ptr<host::World>>> layers{};  // null for "None"
 };
 
 // An effect in a host. A folder renders by the tool's own engine, which reports what is wrong with script and shaders,
@@ -43,6 +43,11 @@ public:
     // As they are registered with the host; controls()[i] is the script's side of parameters()[i].
     const std::vector<PF_ParamDef>& parameters() const { return linked.parameters(); }
 
+    // One more instance of the effect, as on a second layer, with each control at its default. It is the chosen one
+    // then: what sets, shows and renders is about that. The first one, number 0, is there from the first frame on.
+    void addInstance();
+    void selectInstance(std::size_t number);
+
     // A control's value at a moment, in seconds, from the next frame on. Of all that are given for one control the last
     // counts; a control without one has the host's default.
     using ValueAt = std::function<ControlValue(double seconds)>;
@@ -57,7 +62,7 @@ public:
 
 private:
     void startLinked();
-    std::vector<const HostRun*> runs() const;
+    void startFirst();
     void apply();
     void setValue(host::HostInstance& instance, PF_ParamIndex index, double seconds) const;
     void prepare(HostRun& run, const FrameInput& input, const host::FrameRequest& request);
@@ -66,7 +71,9 @@ private:
     void checkFrame(const HostFrame& frame) const;
     void throwFaults() const;
     void throwViolations() const;
-    [[noreturn]] void throwRenderFault(const char* file, const std::string& text) const;
+    [[noreturn]] void throwRenderFault(const std::string& text) const;
+    std::vector<HostRun*> runs();
+    std::vector<const HostRun*> runs() const;
 
     EffectSource source;
     host::HostSettings settings;
@@ -74,9 +81,11 @@ private:
     HostRun linked;                 // by the tool's engine
     std::optional<HostRun> module;  // what renders, when a module was given
     std::vector<Control> visibleControls;
-    std::map<std::int32_t, std::pair<const Control*, ValueAt>> values;  // by the control's index
+    using Values = std::map<std::int32_t, std::pair<const Control*, ValueAt>>;  // by the control's index
+    std::vector<Values> valuesOf{1};                                            // by the instance's number
+    std::size_t chosen = 0;
     std::uint32_t largestExtent = 0;
-    bool isApplied = false;
+    bool isApplied = false;  // the first instance is there
     bool isPanelOld = true;  // values have changed since the panel was updated
 };
 

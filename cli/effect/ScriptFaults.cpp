@@ -82,11 +82,18 @@ std::vector<ScriptError>& Collected() {
 // Whose scripts run.
 const EffectSource* running = nullptr;
 
+LastFaultListener lastFaultListener;
+
 // Nothing can return from here: the engine's state is what its contract leaves undefined.
 void EndWithFault(const char* reason) {
     const ScriptError error =
         Scripting::instance().atCurrentLine(fmt::format("{}, which ends a host's process", reason));
-    PrintWordsOverBar(FormatDiagnostic(ExplainScriptError(error, *running)));
+    const Diagnostic fault = Found("script/ends-host", running->pathOf("fx.js"), AuthorLine(error.line, *running), 0,
+                                   fmt::format("{}: {}", FindEntryPoint(error.evaluated).name, error.message));
+    if (lastFaultListener)
+        lastFaultListener(fault);
+    else
+        PrintWordsOverBar(FormatDiagnostic(fault));
     RemoveTemporaries();
     std::_Exit(kFault);
 }
@@ -105,22 +112,24 @@ Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& sour
         return Found("script/never-returns", source.pathOf("fx.js"), AuthorLine(error.line, source), 0,
                      fmt::format("{}: still running after {} s", entry.name, limit.count()));
     }
-    Diagnostic diagnostic{.path = source.pathOf("fx.js"), .kind = Diagnostic::Kind::script};
-    if (error.message == fmt::format("ReferenceError: identifier '{}' undefined", entry.name)) {
-        diagnostic.text = entry.absent;
-        return diagnostic;
-    }
+    const std::string path = source.pathOf("fx.js");
+    if (error.message == fmt::format("ReferenceError: identifier '{}' undefined", entry.name))
+        return Found("script/no-entry-point", path, 0, 0, entry.absent);
 
     std::string message = error.message;
+    if (!message.starts_with("SyntaxError"))
+        return Found("script/exception", path, AuthorLine(error.line, source), 0,
+                     fmt::format("{}: {}", entry.name, message));
     int line = error.line;
-    const bool isSyntax = message.starts_with("SyntaxError");
-    if (isSyntax) TakeLineOutOfText(message, line);
-    diagnostic.line = AuthorLine(line, source);
-    if (isSyntax && diagnostic.line > 0 && UsesNewerLanguage(LineOf(source.textOf("fx.js"), diagnostic.line))) {
-        message += "; the script language is ECMAScript 5: var and function, no let, =>, class or `text`";
-    }
-    diagnostic.text = isSyntax ? message : fmt::format("{}: {}", entry.name, message);
-    return diagnostic;
+    TakeLineOutOfText(message, line);
+    line = AuthorLine(line, source);
+    const bool isNewer = line > 0 && UsesNewerLanguage(LineOf(source.textOf("fx.js"), line));
+    return Found("script/syntax", path, line, 0, message,
+                 isNewer ? "the script language is ECMAScript 5: var and function, no let, =>, class or `text`" : "");
+}
+
+void ListenToLastFault(LastFaultListener listener) {
+    lastFaultListener = listener;
 }
 
 void CollectScriptErrors(const EffectSource& source) {

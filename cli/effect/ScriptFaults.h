@@ -20,6 +20,11 @@ Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& sour
 // source outlives the engine's last script.
 void CollectScriptErrors(const EffectSource& source);
 
+// Where the fault that ends the process goes, in place of standard error; null, as at first, for that. Called once, on
+// the thread that runs the script, and the process ends after it.
+using LastFaultListener = void (*)(const Diagnostic&);
+void ListenToLastFault(LastFaultListener listener);
+
 // What has come up since the last call.
 Diagnostics TakeScriptFaults(const EffectSource& source);
 

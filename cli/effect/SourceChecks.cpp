@@ -6,23 +6,12 @@
 #include <rapidxml/rapidxml.hpp>
 
 #include "cli/diagnostics/Rules.h"
+#include "cli/diagnostics/TextScanner.h"
 #include "package/XmlNesting.h"
 
 namespace quillon::cli {
 
 namespace {
-
-int LineAt(std::string_view text, std::size_t position) {
-    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + position, '\n'));
-}
-
-// Characters from the line's start, counted from 1. The text before `position` is valid UTF-8.
-int ColumnAt(std::string_view text, std::size_t position) {
-    const std::size_t lineEnd = text.substr(0, position).rfind('\n');
-    const std::string_view before =
-        text.substr(0, position).substr(lineEnd == std::string_view::npos ? 0 : lineEnd + 1);
-    return 1 + static_cast<int>(std::count_if(before.begin(), before.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
 
 // Bytes of the well-formed sequence at the start of the text; 0 when there is none.
 std::size_t SequenceLength(std::string_view text) {
@@ -68,6 +57,24 @@ bool LooksLikeUtf16(std::string_view content) {
            (content.size() >= 2 && (content[0] == '\0' || content[1] == '\0'));
 }
 
+// The engine reads past them, with the first tag's name; other programs do not.
+Diagnostics CheckClosingTags(const std::string& path, std::string_view content) {
+    std::string text(content);
+    rapidxml::xml_document<char> document;
+    try {
+        document.parse<rapidxml::parse_validate_closing_tags>(text.data());
+    } catch (const rapidxml::parse_error& error) {
+        // After the name.
+        const auto end = std::min(static_cast<std::size_t>(error.where<char>() - text.data()), content.size());
+        const std::size_t start = content.rfind('<', end == 0 ? 0 : end - 1);
+        if (start == std::string_view::npos) return {};
+        const std::string_view tag = content.substr(start, content.find_first_of("> \t\r\n", start) - start);
+        return {Found("config/closing-tag", path, LineAt(content, start), ColumnAt(content, start),
+                      fmt::format("{}> ends an element of another name", tag))};
+    }
+    return {};
+}
+
 }  // namespace
 
 Diagnostics CheckConfig(const std::string& path, std::string_view content) {
@@ -88,7 +95,7 @@ Diagnostics CheckConfig(const std::string& path, std::string_view content) {
         return {Found("config/not-xml", path, LineAt(content, position), 0,
                       fmt::format("not XML as effects need it: {}", error.what()))};
     }
-    return {};
+    return CheckClosingTags(path, content.substr(0, text.size()));
 }
 
 Diagnostics CheckScriptEncoding(const std::string& path, std::string_view content) {

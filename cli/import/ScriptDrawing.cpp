@@ -48,6 +48,8 @@ private:
         if (isSized) {
             text += ScriptHelpers::kWhole;
         }
+        if (std::ranges::any_of(plan.shaders, [this](const PlannedShader& shader) { return isFed(shader); }))
+            text += ScriptHelpers::kFeed;
         if (isPersistent) {
             line("");
             line("function newMemory(output) {{");
@@ -89,6 +91,16 @@ private:
                control.kind != PlannedControl::Kind::point;
     }
 
+    // Whether a pass gives the shader more than controls as they are.
+    bool isFed(const PlannedShader& shader) const {
+        const auto usesBuiltIn = [&](const BuiltIn& builtIn) { return shader.uniforms.contains(builtIn.name); };
+        const auto usesValue = [&](const PlannedControl& control) {
+            return shader.uniforms.contains(control.uniform) && !IsSentAsItIs(control);
+        };
+        return !shader.samplers.empty() || std::ranges::any_of(BuiltIns(plan.format), usesBuiltIn) ||
+               std::ranges::any_of(plan.controls, usesValue);
+    }
+
     void pass(const PlannedShader& shader) {
         const bool needsIndex = shader.uniforms.contains("PASSINDEX");
         line("");
@@ -96,24 +108,23 @@ private:
         line("    var shader = shaders.{};", shader.name);
         for (const BuiltIn& builtIn : BuiltIns(plan.format)) {
             if (shader.uniforms.contains(builtIn.name))
-                line("    QL_setShaderParamVal(shader, '{}', {});", builtIn.name, builtIn.value);
+                line("    feed(shader, '{}', {});", builtIn.name, builtIn.value);
         }
         for (const PlannedSampler& sampler : shader.samplers) {
             const std::string picture = sampler.picture.empty() ? "0" : "pictures." + sampler.picture;
-            line("    QL_setShaderParamVal(shader, '{}', {});", sampler.uniform, picture);
+            line("    feed(shader, '{}', {});", sampler.uniform, picture);
             if (sampler.size.empty()) continue;
             if (sampler.picture.empty())
-                line("    QL_setShaderParamVal(shader, '{}', [0, 0]);", sampler.size);
+                line("    feed(shader, '{}', [0, 0]);", sampler.size);
             else
-                line("    QL_setShaderParamVal(shader, '{}', QL_getSurfaceDim({}).slice(0, 2));", sampler.size,
-                     picture);
+                line("    feed(shader, '{}', QL_getSurfaceDim({}).slice(0, 2));", sampler.size, picture);
         }
         for (const PlannedControl& control : plan.controls) {
             if (!shader.uniforms.contains(control.uniform)) continue;
             if (IsSentAsItIs(control))
                 line("    QL_setShaderParam(shader, controls.{});", control.name);
             else
-                line("    QL_setShaderParamVal(shader, '{}', {});", control.uniform, valueOf(control));
+                line("    feed(shader, '{}', {});", control.uniform, valueOf(control));
         }
         line("    QL_renderShader(shader, target, false);");
         line("}}");

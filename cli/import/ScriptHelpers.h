@@ -70,6 +70,13 @@ function fit(target, width, height, bits) {
 }
 )";
 
+inline constexpr const char* kFeed = R"(
+// Gives a uniform its value. A shader whose result does not depend on a uniform has lost it, which is no fault here.
+function feed(shader, name, value) {
+    QL_setShaderParamVal(shader, name, value);  // quillon-ignore script/unknown-uniform
+}
+)";
+
 inline constexpr const char* kTurnOver = R"(
 // The picture with its bottom row first, as the shaders want it. `isKept`: a picture that never changes.
 function turnOver(name, picture, size, isKept) {

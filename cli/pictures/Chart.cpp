@@ -1,5 +1,6 @@
 #include "cli/pictures/Chart.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "cli/pictures/Canvas.h"
@@ -178,7 +179,7 @@ void CutTransparency(Canvas& canvas, const Box& fade, float holeX, float holeY, 
         const float rise = std::fmax(0.0f, (d - 0.35f) / 0.65f);
         return rise * rise * (3 - 2 * rise);
     });
-    canvas.cut(fade, [&](float x, float) { return 1 - (x - fade.left) / fade.width(); });
+    canvas.cut(fade, [&](float x, float) { return std::clamp(1 - (x - fade.left) / fade.width(), 0.0f, 1.0f); });
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -20,5 +21,8 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 
 // The file that this program was started from.
 std::filesystem::path ProgramFile();
+
+// The memory of this process that is in RAM now; 0 where the system does not say.
+std::size_t ResidentBytes();
 
 }  // namespace quillon::cli

@@ -7,6 +7,7 @@
 // A frame that comes right after the one before goes on from what that one left. The same moment once more (a control
 // was moved) starts again from what it started from the last time, so each memory keeps two pictures. Anything else
 // starts afresh: an earlier moment, a later one beyond LONGEST_GAP, another size, another depth, and time 0.
+// Frames depend on the ones before them, as they are meant to: quillon-ignore render/frame-order
 
 var LONGEST_GAP = 0.5;        // seconds that a trail outlives without a frame
 var MOST_MEMORIES = 4;        // the one not used for longest goes when there are more instances

@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t kHostLabelBytes = 31;
 constexpr float kSmallRange = 10;
+constexpr float kSmallChosenRange = 2;  // of a slider that has asked for no decimal places
 
 const Parameter& ControlOf(std::uint32_t id) {
     return Context::Instance().FindParameter(id);
@@ -35,8 +36,11 @@ bool HasEmptyEntry(const std::string& choices) {
 }  // namespace
 
 void DeclarationChecks::before(const NativeCall& call) {
+    const bool isPrecision = call.name() == "QL_setParamPrecision";
     const bool isSetter = call.name() == "QL_setParamValue" || call.name() == "QL_setParamMinMax";
     const std::uint32_t id = call.idOf(0).value_or(0);
+    for (Declaration& declaration : declarations)
+        if (isPrecision && declaration.id == id) declaration.hasPrecision = true;
     if (!isSetter || KindOfId(id) != EntityKind::control || !IsLive(id)) return;
     const Parameter& control = ControlOf(id);
     if (call.name() == "QL_setParamValue") return checkValue(call, control);
@@ -128,7 +132,9 @@ void DeclarationChecks::checkSlider(const Declaration& declaration, const Parame
         add("script/default-outside-range", declaration,
             fmt::format("{} has the default {} outside of its range {} to {}", words, value, min, max),
             declaration.hasRange ? "" : "set its range with QL_setParamMinMax");
-    if (control.flags >> ParameterFlag::kPrecisionShift == 0 && max - min < kSmallRange)
+    // Who asks for no decimal places means whole numbers, of which there must be some.
+    const float small = declaration.hasPrecision ? kSmallChosenRange : kSmallRange;
+    if (control.flags >> ParameterFlag::kPrecisionShift == 0 && max - min < small)
         add("script/coarse-slider", declaration,
             fmt::format("{} shows whole numbers only, and its range is {} to {}", words, min, max));
 }

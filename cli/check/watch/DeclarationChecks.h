@@ -27,6 +27,7 @@ private:
         std::uint32_t id = 0;
         Lines lines = {};
         bool hasRange = false;
+        bool hasPrecision = false;
     };
 
     int lineOf(const Declaration& declaration) const;

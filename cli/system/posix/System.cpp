@@ -6,6 +6,7 @@
 
 #include <climits>
 #include <csignal>
+#include <fstream>
 #include <system_error>
 
 #if defined(__GLIBC__)
@@ -47,6 +48,12 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 std::filesystem::path ProgramFile() {
     std::error_code ignored;
     return std::filesystem::read_symlink("/proc/self/exe", ignored);
+}
+
+std::size_t ResidentBytes() {
+    std::size_t all = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
 }  // namespace quillon::cli

@@ -4,6 +4,7 @@
 // After windows.h, whose types it needs.
 #include <fcntl.h>
 #include <io.h>
+#include <psapi.h>
 #include <shellapi.h>
 
 #include <cstdio>
@@ -67,6 +68,11 @@ std::filesystem::path ProgramFile() {
         }
         name.resize(2 * name.size());
     }
+}
+
+std::size_t ResidentBytes() {
+    PROCESS_MEMORY_COUNTERS counters = {};
+    return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) != 0 ? counters.WorkingSetSize : 0;
 }
 
 }  // namespace quillon::cli

@@ -76,8 +76,8 @@ TEST_F(Streams, LeaveNoTemporaryFilesWhenTheToolIsEnded) {
     std::filesystem::create_directory(pathOf("tmp"));
     const auto leavesNothing = [this] { return std::filesystem::is_empty(pathOf("tmp")); };
     for (const std::string signal : {"TERM", "HUP", "ABRT", "KILL"}) {
-        run("check endless & tool=$!; while [ -z \"$(find tmp -name '*.so')\" ]; do sleep 0.02; done; kill -" + signal +
-                " $tool; wait $tool )",
+        run("params endless & tool=$!; while [ -z \"$(find tmp -name '*.so')\" ]; do sleep 0.02; done; kill -" +
+                signal + " $tool; wait $tool )",
             "( TMPDIR=tmp ");
         EXPECT_EQ(leavesNothing(), signal != "KILL") << signal;
     }

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <vector>
+
+#include "cli/effect/ControlValues.h"
+
+namespace quillon::cli {
+
+// The values at which a control is tried: of a number its minimum and maximum, of a popup each entry, of a position the
+// corners of the test frame, of a color black, white and one between. None of what has no value.
+std::vector<ControlValue> EndsOf(const Control& control);
+
+// "'amount' at 100": a control with one of its values.
+std::string WordsOfValue(const Control& control, const ControlValue& value);
+
+}  // namespace quillon::cli
