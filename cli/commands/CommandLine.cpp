@@ -10,6 +10,7 @@
 
 #include "cli/commands/CheckCommandLine.h"
 #include "cli/commands/Commands.h"
+#include "cli/commands/NewCommandLine.h"
 #include "cli/commands/OptionForms.h"
 #include "cli/commands/PreviewCommandLine.h"
 #include "cli/commands/RenderCommandLine.h"
@@ -121,42 +122,6 @@ void AddCompare(CLI::App& app, Run& run) {
         ->check(CLI::IsMember({8, 16, 32}))
         ->type_name("BITS");
     command.callback([&run, options] { run = [options] { return RunCompare(*options); }; });
-}
-
-void AddNew(CLI::App& app, Run& run) {
-    auto options = std::make_shared<NewOptions>();
-    CLI::App& command = *app.add_subcommand(
-        "new",
-        "Makes the folder of a new effect from a shader file, and prints its path. The file is ISF (a JSON header, "
-        "then\n"
-        "GLSL) or a fragment with mainImage. What is carried over in another form is printed as warnings; a file that\n"
-        "cannot be carried over is refused, with the lines and the reasons, and leaves no folder.");
-    AddPath(command, "NAME", options->folder, "The new folder; its last part is the effect's name")
-        ->required()
-        ->type_name("");
-    AddPath(command, "--from", options->from, "The shader file, or a saved project of mainImage passes")
-        ->required()
-        ->type_name("FILE");
-    AddPath(command, "--common", options->common, "Text in front of all mainImage passes")->type_name("FILE");
-    for (const char* buffer : {"a", "b", "c", "d"}) {
-        command
-            .add_option_function<std::string>(
-                std::string("--buffer-") + buffer,
-                [options, buffer](const std::string& path) { options->buffers[buffer] = PathFromUtf8(path); },
-                std::string("The mainImage text of buffer ") + buffer)
-            ->type_name("FILE");
-    }
-    command
-        .add_option("--channel", options->channels,
-                    "What iChannelN of a pass reads: PASS is image or a to d; SOURCE is picture, layer, self, a to d,\n"
-                    "keyboard, music or none; may be given several times")
-        ->allow_extra_args(false)
-        ->type_name("PASS:N=SOURCE");
-    command
-        .add_option("--expose", options->exposed, "Makes a slider of #define NAME number; may be given several times")
-        ->allow_extra_args(false)
-        ->type_name("NAME");
-    command.callback([&run, options] { run = [options] { return RunNew(*options); }; });
 }
 
 }  // namespace

@@ -143,18 +143,20 @@ struct CompareOptions {
 // allowed.
 int RunCompare(const CompareOptions& options);
 
-// The effect to make, and the shader files that it is made from.
+// The effect to make, and the template or the shader files that it is made from.
 struct NewOptions {
     std::filesystem::path folder;  // of the new effect, whose name is its last part
-    std::filesystem::path from;
+    std::string templateName = "basic";
+    std::filesystem::path from;  // empty: the template
     std::filesystem::path common;
     std::map<std::string, std::filesystem::path> buffers;  // by "a" to "d"
     std::vector<std::string> exposed;                      // names of #define lines
     std::vector<std::string> channels;                     // PASS:N=SOURCE
 };
 
-// `quillon new`: makes the folder of a new effect from a shader file, and prints its path. What is carried over in
-// another form is a warning. A file that cannot be carried over, or whose shaders do not compile, leaves no folder.
+// `quillon new`: makes the folder of a new effect from a template or a shader file, and prints its path. What of a
+// shader file is carried over in another form is a warning. A file that cannot be carried over, or whose shaders do not
+// compile, leaves no folder.
 int RunNew(const NewOptions& options);
 
 }  // namespace quillon::cli

@@ -4,7 +4,7 @@
 #include <span>
 #include <stdexcept>
 
-#include "cli/commands/EditorFiles.h"
+#include "cli/commands/EffectTemplates.h"
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/diagnostics/Rules.h"
 #include "cli/effect/EffectSource.h"
@@ -52,8 +52,7 @@ void WriteFolder(const std::filesystem::path& folder, const std::vector<PackageF
     try {
         TemporaryPath temporary(folder.parent_path(), TemporaryPath::Kind::folder);
         for (const PackageFile& file : files) WriteWholeFile(temporary.path() / file.name, file.bytes);
-        for (const EditorFile& file : kEditorFiles)
-            WriteWholeFile(temporary.path() / file.name, std::as_bytes(std::span(file.content)));
+        for (const PackageFile& file : FilesForEditors()) WriteWholeFile(temporary.path() / file.name, file.bytes);
         if (const std::error_code error = temporary.moveTo(folder))
             throw Fault(folder.string(), "cannot be made: " + error.message());
     } catch (const std::filesystem::filesystem_error& error) {
@@ -62,6 +61,26 @@ void WriteFolder(const std::filesystem::path& folder, const std::vector<PackageF
         const std::filesystem::path file = folder / std::filesystem::path(error.place).filename();
         throw Fault(file.string(), error.fault, error.remedy);
     }
+}
+
+// The files of an effect that is made of a shader file. Prints what is carried over in another form.
+std::vector<PackageFile> Import(const NewOptions& options, const std::filesystem::path& folder) {
+    const ImportedEffect effect = ImportShader({.name = folder.filename().string(),
+                                                .from = options.from,
+                                                .common = options.common,
+                                                .buffers = options.buffers,
+                                                .exposed = options.exposed,
+                                                .channels = options.channels});
+    if (effect.files.empty()) throw EffectFault(effect.findings);
+    EffectSource source{folder, PackageFiles(effect.files)};
+    Diagnostics faults = Rehearse(source);
+    if (!faults.empty()) {
+        for (Diagnostic& fault : faults) fault = InAuthorsFile(fault, effect.plan);
+        faults.insert(faults.end(), effect.findings.begin(), effect.findings.end());
+        throw EffectFault(faults);
+    }
+    PrintDiagnostics(effect.findings);
+    return std::move(source.files);
 }
 
 }  // namespace
@@ -76,22 +95,9 @@ int RunNew(const NewOptions& options) {
     if (std::filesystem::exists(folder, ignored))
         throw Fault(folder.string(), "is there already", "give another name, or remove it first");
 
-    const ImportedEffect effect = ImportShader({.name = name,
-                                                .from = options.from,
-                                                .common = options.common,
-                                                .buffers = options.buffers,
-                                                .exposed = options.exposed,
-                                                .channels = options.channels});
-    if (effect.files.empty()) throw EffectFault(effect.findings);
-    const EffectSource source{folder, PackageFiles(effect.files)};
-    Diagnostics faults = Rehearse(source);
-    if (!faults.empty()) {
-        for (Diagnostic& fault : faults) fault = InAuthorsFile(fault, effect.plan);
-        faults.insert(faults.end(), effect.findings.begin(), effect.findings.end());
-        throw EffectFault(faults);
-    }
-    PrintDiagnostics(effect.findings);
-    WriteFolder(folder, source.files);
+    const bool isImport = !options.from.empty();
+    WriteFolder(folder, isImport ? Import(options, folder) : FilesOfTemplate(options.templateName, name));
+    PrintDiagnostics(CheckEffectName(folder, name));
     PrintResult(folder.string());
     return 0;
 }

@@ -2,6 +2,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "cli/import/SourceText.h"
 
 namespace quillon::cli {
@@ -27,16 +30,33 @@ std::string Escaped(const std::string& text) {
     return escaped;
 }
 
+bool IsPlain(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 // Letters and digits: what hosts and projects find the effect by.
 std::string PlainName(const std::string& name) {
     std::string plain;
-    for (const char c : name) {
-        if ((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')) plain += c;
-    }
+    std::ranges::copy_if(name, std::back_inserter(plain), IsPlain);
     return plain.empty() ? "Effect" : plain.substr(0, kLongestMatchName);
 }
 
 }  // namespace
+
+std::string CutEffectName(const std::string& name) {
+    return CutText(name, kLongestName);
+}
+
+bool HasPlainName(const std::string& name) {
+    return std::ranges::any_of(name, IsPlain);
+}
+
+std::string WriteIdentity(const std::string& name) {
+    const std::string plain = PlainName(name);
+    std::string text = fmt::format("<FXNAME>{}</FXNAME>\n<AGEP_ID>{}</AGEP_ID>\n", Escaped(CutEffectName(name)), plain);
+    if (plain != name) text += fmt::format("<MATCH_NAME>QLV{}</MATCH_NAME>\n", plain);
+    return text;
+}
 
 std::string WriteConfig(const EffectPlan& plan) {
     std::string about = plan.name + (plan.about.empty() ? "" : ": " + plan.about);
@@ -48,13 +68,9 @@ std::string WriteConfig(const EffectPlan& plan) {
         "<STAGE_VERSION>3</STAGE_VERSION>\n"
         "<FLAGS>33554464</FLAGS>\n"
         "<FLAGS2>5120</FLAGS2>\n"
-        "<ABOUT>{}</ABOUT>\n"
-        "<FXNAME>{}</FXNAME>\n"
-        "<AGEP_ID>{}</AGEP_ID>\n",
-        plan.majorVersion, plan.minorVersion, Escaped(CutText(about, kLongestAbout)),
-        Escaped(CutText(plan.name, kLongestName)), PlainName(plan.name));
-    if (PlainName(plan.name) != plan.name)
-        text += fmt::format("<MATCH_NAME>QLV{}</MATCH_NAME>\n", PlainName(plan.name));
+        "<ABOUT>{}</ABOUT>\n",
+        plan.majorVersion, plan.minorVersion, Escaped(CutText(about, kLongestAbout)));
+    text += WriteIdentity(plan.name);
     if (!plan.category.empty()) text += fmt::format("<CATEGORY>{}</CATEGORY>\n", Escaped(plan.category));
     return text;
 }

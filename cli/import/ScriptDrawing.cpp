@@ -166,7 +166,7 @@ private:
     void draw() {
         line("");
         if (isPersistent)
-            line("// quillon-ignore frame-order: each frame goes on from the one before, and is meant to");
+            line("// quillon-ignore render/frame-order: each frame goes on from the one before, and is meant to");
         line("function draw() {{");
         line("    var output = QL_getSequenceRT();");
         line("    var size = QL_getSurfaceDim(output);");

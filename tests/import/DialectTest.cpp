@@ -145,7 +145,6 @@ TEST_F(Dialect, WhatCannotBeCarriedOverIsRefusedWithItsLine) {
         EXPECT_NE(result.err.find(words), std::string::npos) << words << "\n" << result.err;
         EXPECT_EQ(list(), (std::vector<std::string>{"in.argb", "layer.argb", "x.fs"})) << words;
     }
-    EXPECT_EQ(run("new x").status, 2);
     EXPECT_EQ(run("new in.argb --from x.fs").status, 1);
     EXPECT_EQ(run("new x --from missing.fs").status, 1);
 }
