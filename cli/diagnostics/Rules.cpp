@@ -22,6 +22,7 @@ constexpr Rule kRules[] = {
     {"config/not-utf8", 1, error, "save the file as UTF-8"},
     {"config/not-xml", 1, error, ""},
     {"config/out-of-range", 1, warning, ""},
+    {"config/sample-name", 1, warning, "give it another FXNAME, or a MATCH_NAME: projects find effects by that"},
     {"config/unknown-key", 1, warning, ""},
     {"package/leftover", 1, warning, "it is packed, move it out if the effect does not need it"},
     {"package/missing-file", 1, error, ""},

@@ -7,6 +7,7 @@
 
 #include "cli/diagnostics/Rules.h"
 #include "cli/effect/ConfigChecks.h"
+#include "cli/effect/SampleNames.h"
 #include "package/ConfigDocument.h"
 #include "package/EffectFlags.h"
 #include "package/EffectVersion.h"
@@ -64,6 +65,18 @@ EffectIdentity IdentityOf(const EffectSource& source) {
         throw ConfigFault(source, error);
     }
     return identity;
+}
+
+Diagnostics CheckSampleName(const EffectSource& source) {
+    const std::string matchName = IdentityOf(source).matchName;
+    // "glow", "./glow/" and "glow.so" are the sample itself.
+    const std::string ownName = (source.path / "").parent_path().stem().string();
+    for (const SampleName* sample = kSampleNames; sample->folder; ++sample) {
+        if (ownName == sample->folder || matchName != DefaultMatchName(sample->name)) continue;
+        return {Found("config/sample-name", source.pathOf("config.xml"), LineOfKey(source, "FXNAME"), 0,
+                      "hosts take this for the sample effect \"" + std::string(sample->name) + "\"")};
+    }
+    return {};
 }
 
 std::vector<std::byte> DescribeEffect(const EffectSource& source) {

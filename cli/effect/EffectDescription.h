@@ -21,6 +21,9 @@ std::string ConfigText(const ConfigDocument& config, const wchar_t* key);
 // and digits of FXNAME. Throws EffectFault when that makes no match name.
 EffectIdentity IdentityOf(const EffectSource& source);
 
+// A warning when hosts would take the effect for one of the sample effects that it was copied from.
+Diagnostics CheckSampleName(const EffectSource& source);
+
 // The same as the description that a Windows module carries, see PiPL.h. Throws EffectFault for a text that hosts would
 // not take.
 std::vector<std::byte> DescribeEffect(const EffectSource& source);

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/check/script/CheckScript.h"
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/diagnostics/Rules.h"
 #include "cli/diagnostics/TextScanner.h"
@@ -74,6 +75,18 @@ void TakeLineOutOfText(std::string& message, int& line) {
     if (isAtEnd) message += " at the end of the file";
 }
 
+// ", in blur()" of a line that belongs to another function than the entry point.
+std::string WordsOfFunction(const std::string& script, int line, const EntryPoint& entry) {
+    const ScriptFunction* innermost = nullptr;
+    const std::vector<ScriptFunction> functions = FunctionsOfScript(script);
+    for (const ScriptFunction& function : functions) {
+        const bool isAround = function.firstLine <= line && line <= function.lastLine;
+        if (isAround && (!innermost || function.firstLine >= innermost->firstLine)) innermost = &function;
+    }
+    const bool isNamed = innermost && !innermost->name.empty() && innermost->name != entry.name;
+    return isNamed ? fmt::format(", in {}()", innermost->name) : "";
+}
+
 std::vector<ScriptError>& Collected() {
     static std::vector<ScriptError> errors;
     return errors;
@@ -107,20 +120,21 @@ int AuthorLine(int preparedLine, const EffectSource& source) {
 
 Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& source) {
     const EntryPoint& entry = FindEntryPoint(error.evaluated);
+    const std::string path = source.pathOf("fx.js");
+    int line = AuthorLine(error.line, source);
+    const std::string function = WordsOfFunction(source.textOf("fx.js"), line, entry);
     if (error.isTimeout) {
         const std::chrono::duration<double> limit = TimeLimit::Get();
-        return Found("script/never-returns", source.pathOf("fx.js"), AuthorLine(error.line, source), 0,
-                     fmt::format("{}: still running after {} s", entry.name, limit.count()));
+        return Found("script/never-returns", path, line, 0,
+                     fmt::format("{}: still running after {} s{}", entry.name, limit.count(), function));
     }
-    const std::string path = source.pathOf("fx.js");
     if (error.message == fmt::format("ReferenceError: identifier '{}' undefined", entry.name))
         return Found("script/no-entry-point", path, 0, 0, entry.absent);
 
     std::string message = error.message;
     if (!message.starts_with("SyntaxError"))
-        return Found("script/exception", path, AuthorLine(error.line, source), 0,
-                     fmt::format("{}: {}", entry.name, message));
-    int line = error.line;
+        return Found("script/exception", path, line, 0, fmt::format("{}: {}{}", entry.name, message, function));
+    line = error.line;
     TakeLineOutOfText(message, line);
     line = AuthorLine(line, source);
     const bool isNewer = line > 0 && UsesNewerLanguage(LineOf(source.textOf("fx.js"), line));

@@ -50,6 +50,10 @@ const FaultCase kCases[] = {
      "no let, =>, class or `text` [script]\n"},
     {"bracket_that_is_not_closed", kGood + "function f() {\n", kCopyFragment,
      "fx/fx.js: error: SyntaxError: parse error at the end of the file [script]\n"},
+    {"error_in_a_function_that_draw_calls", kSetup + "function part() {\n  b();\n}\nfunction draw() {\n  part();\n}\n",
+     kCopyFragment,
+     "fx/fx.js:4: error: draw: ReferenceError: identifier 'b' undefined, in part() "
+     "[script]\n"},
     {"all_errors_of_a_frame", kSetup + "function preRender(w, h) { a(); }\nfunction draw() {\n  b();\n}\n",
      kCopyFragment,
      "fx/fx.js:3: error: preRender: ReferenceError: identifier 'a' undefined [script]\n"

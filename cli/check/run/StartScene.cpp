@@ -21,6 +21,7 @@ bool CheckFiles(Trial& trial) {
         trial.report(CheckIdentity(source));
         trial.report(CheckLeftovers(source));
         DescribeEffect(source);
+        trial.report(CheckSampleName(source));
     });
 }
 
