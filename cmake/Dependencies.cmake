@@ -1,7 +1,7 @@
 # The libraries that the system uses. `./dev setup` installs the packages; what the distribution carries as
 # source only is fetched by fetch-sources.sh into a cache outside the build folder.
 #
-# Targets: duktape, miniz, httplib, glew_static, window_system, lodepng, libdeflate, fmt::fmt, nlohmann_json::nlohmann_json,
+# Targets: duktape, miniz, httplib, glew_static, window_system, lodepng, libdeflate, md4c, fmt::fmt, nlohmann_json::nlohmann_json,
 # OpenEXR::OpenEXR, GTest::*; folders of headers: RAPIDXML_INCLUDE, STB_INCLUDE, CLI11_INCLUDE.
 
 find_package(Threads REQUIRED)

@@ -35,4 +35,8 @@ target_include_directories(libdeflate SYSTEM INTERFACE ${LIBDEFLATE_INCLUDE})
 pkg_check_modules(TIFF REQUIRED IMPORTED_TARGET GLOBAL libtiff-4)
 add_library(libtiff ALIAS PkgConfig::TIFF)
 
+# The pages of the documentation.
+pkg_check_modules(MD4C REQUIRED IMPORTED_TARGET GLOBAL md4c)
+add_library(md4c ALIAS PkgConfig::MD4C)
+
 find_package(GTest REQUIRED)

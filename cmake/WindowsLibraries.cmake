@@ -38,6 +38,11 @@ add_library(libdeflate STATIC ${libdeflate_sources})
 target_include_directories(libdeflate SYSTEM PUBLIC ${QUILLON_SOURCES}/libdeflate)
 target_compile_options(libdeflate PRIVATE -w)
 
+add_library(md4c STATIC ${QUILLON_SOURCES}/md4c/md4c.c)
+target_include_directories(md4c SYSTEM PUBLIC ${QUILLON_SOURCES}/md4c)
+target_compile_definitions(md4c PRIVATE MD4C_USE_UTF8)
+target_compile_options(md4c PRIVATE -w)
+
 set(ZLIB_USE_STATIC_LIBS ON)
 foreach(library openexr tiff)
     execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/build-windows-library.sh ${library} ${QUILLON_SOURCES}

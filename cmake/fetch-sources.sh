@@ -22,6 +22,8 @@ if [ "${1:-}" = windows ]; then
         "lodepng  lodepng.cpp  lodepng/lodepng.cpp"
         "lodepng  lodepng.h    lodepng/lodepng.h"
         "libdeflate  .         libdeflate"
+        "md4c     src/md4c.c   md4c/md4c.c"
+        "md4c     src/md4c.h   md4c/md4c.h"
         "tiff     .            tiff"
         "imath    .            imath"
         "openexr  .            openexr"

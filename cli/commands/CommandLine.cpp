@@ -124,6 +124,26 @@ void AddCompare(CLI::App& app, Run& run) {
     command.callback([&run, options] { run = [options] { return RunCompare(*options); }; });
 }
 
+void AddDocs(CLI::App& app, Run& run) {
+    auto options = std::make_shared<DocsOptions>();
+    CLI::App& command =
+        *app.add_subcommand("docs",
+                            "Shows the documentation: the list of its pages, a page, or what is said about a "
+                            "function or a command.");
+    command
+        .add_option_function<std::vector<std::string>>(
+            "TOPIC",
+            [options](const std::vector<std::string>& words) { options->topic = CLI::detail::join(words, " "); },
+            "A page, a function as QL_renderShader, an entry point, a command, or the words of a heading")
+        ->type_name("");
+    command.add_flag("--man", options->isManPage, "As a manual page, for man");
+    command.footer(
+        "  quillon docs\n"
+        "  quillon docs script-api\n"
+        "  quillon docs QL_renderShader");
+    command.callback([&run, options] { run = [options] { return RunDocs(*options); }; });
+}
+
 }  // namespace
 
 int RunCommandLine(std::vector<std::string> arguments, const std::function<int(const RenderOptions&)>& render) {
@@ -140,6 +160,7 @@ int RunCommandLine(std::vector<std::string> arguments, const std::function<int(c
     AddChart(app, run);
     AddCompare(app, run);
     AddNew(app, run);
+    AddDocs(app, run);
     app.add_subcommand("worker")->group("")->callback([&run] { run = RunWorker; });
     try {
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off

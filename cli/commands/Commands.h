@@ -159,4 +159,13 @@ struct NewOptions {
 // compile, leaves no folder.
 int RunNew(const NewOptions& options);
 
+// What to read about.
+struct DocsOptions {
+    std::string topic;  // empty: the list of topics
+    bool isManPage = false;
+};
+
+// `quillon docs`: prints a page of the documentation, or what it says about a function or a command.
+int RunDocs(const DocsOptions& options);
+
 }  // namespace quillon::cli

@@ -42,10 +42,12 @@ void PrepareProcess() {
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     RemoveTemporariesAtSignals();
-    // The progress bar erases its line by an escape sequence.
-    const HANDLE terminal = GetStdHandle(STD_ERROR_HANDLE);
-    DWORD mode = 0;
-    if (GetConsoleMode(terminal, &mode)) SetConsoleMode(terminal, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    // The progress bar erases its line by an escape sequence, and pages are styled by some.
+    for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+        const HANDLE terminal = GetStdHandle(stream);
+        DWORD mode = 0;
+        if (GetConsoleMode(terminal, &mode)) SetConsoleMode(terminal, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    }
 }
 
 std::vector<std::string> ProgramArguments(int, char**) {
