@@ -33,6 +33,9 @@ struct Hooks {
     // Edits the copy of a control that checkout_param is about to give: values that move in time.
     std::function<void(HostInstance&, PF_ParamIndex, A_long time, A_u_long scale, PF_ParamDef&)> valueAt;
 
+    // Makes the session's worlds: extents in pixels, bits a channel.
+    std::function<std::shared_ptr<World>(A_long width, A_long height, int bitDepth)> makeWorld;
+
     // The effect's input at another time, for an effect that renders upstream; null: no frame. Without this hook the
     // frame's own input serves all times.
     std::function<std::shared_ptr<World>(HostInstance&, A_Time)> upstream;

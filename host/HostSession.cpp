@@ -134,7 +134,9 @@ bool HostSession::isLossAllowed() {
 }
 
 std::shared_ptr<World> HostSession::newWorld(A_long width, A_long height, int bitDepth) const {
-    auto world = std::make_shared<World>(width, height, bitDepth, chosenSettings.rowPaddingPixels);
+    auto world = testHooks.makeWorld
+                     ? testHooks.makeWorld(width, height, bitDepth)
+                     : std::make_shared<World>(width, height, bitDepth, chosenSettings.rowPaddingPixels);
     world->pixelAspect = chosenSettings.layerPixelAspect;
     return world;
 }

@@ -1,6 +1,7 @@
 #include "host/World.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <mutex>
@@ -41,28 +42,43 @@ World::World(A_long width, A_long height, int bitDepth, int rowPaddingPixels)
     if (width < 0 || height < 0 || rowPaddingPixels < 0) throw std::invalid_argument("a world of negative size");
     if (depth != 8 && depth != 16 && depth != 32) throw std::invalid_argument("a world's depth is 8, 16 or 32");
     usedRowBytes = static_cast<std::size_t>(width) * pixelBytes();
-    strideBytes = usedRowBytes + static_cast<std::size_t>(rowPaddingPixels) * pixelBytes();
+    strideBytes = static_cast<std::ptrdiff_t>(usedRowBytes + static_cast<std::size_t>(rowPaddingPixels) * pixelBytes());
     const std::size_t size = BytesNeeded(width, height, depth, rowPaddingPixels);
     memory = std::make_unique_for_overwrite<std::byte[]>(size);
     std::fill_n(memory.get(), size, kGuardByte);
-    for (A_long y = 0; y < height; ++y) std::ranges::fill(row(y), kUnwrittenByte);
+    topRowStart = memory.get() + kStripBytes;
+    enlist();
+}
+
+World::World(A_long width, A_long height, int bitDepth, std::byte* topRow, std::ptrdiff_t bytesToNextRow)
+    : widthPixels(width), heightPixels(height), depth(bitDepth), strideBytes(bytesToNextRow), topRowStart(topRow) {
+    usedRowBytes = static_cast<std::size_t>(width) * pixelBytes();
+    for (A_long y = 0; y < heightPixels; ++y) std::ranges::fill(paddingAfter(y), kGuardByte);
+    enlist();
+}
+
+// The last row in memory has no padding that belongs to this world for sure: what comes next may be another's.
+std::span<std::byte> World::paddingAfter(A_long y) const {
+    const bool isLastInMemory = y == (strideBytes < 0 ? 0 : heightPixels - 1);
+    if (!memory && isLastInMemory) return {};
+    return {rowStart(y) + usedRowBytes, static_cast<std::size_t>(std::abs(strideBytes)) - usedRowBytes};
+}
+
+void World::enlist() {
+    for (A_long y = 0; y < heightPixels; ++y) std::ranges::fill(row(y), kUnwrittenByte);
     const std::lock_guard lock(LivingWorlds().mutex);
-    LivingWorlds().depthByPixels[rowStart(0)] = depth;
+    LivingWorlds().depthByPixels[topRowStart] = depth;
 }
 
 World::~World() {
     const std::lock_guard lock(LivingWorlds().mutex);
-    LivingWorlds().depthByPixels.erase(rowStart(0));
+    LivingWorlds().depthByPixels.erase(topRowStart);
 }
 
 int World::DepthOf(const void* pixels) {
     const std::lock_guard lock(LivingWorlds().mutex);
     const auto found = LivingWorlds().depthByPixels.find(pixels);
     return found == LivingWorlds().depthByPixels.end() ? 0 : found->second;
-}
-
-std::byte* World::rowStart(A_long y) const {
-    return memory.get() + kStripBytes + static_cast<std::size_t>(y) * strideBytes;
 }
 
 std::span<std::byte> World::row(A_long y) {
@@ -106,7 +122,7 @@ std::shared_ptr<World> World::cut(const PF_LRect& area, int rowPaddingPixels) co
 PF_EffectWorld World::record() const {
     PF_EffectWorld world{};
     world.world_flags = PF_WorldFlag_WRITEABLE | (depth == 8 ? 0 : PF_WorldFlag_DEEP);
-    world.data = reinterpret_cast<PF_PixelPtr>(rowStart(0));
+    world.data = reinterpret_cast<PF_PixelPtr>(topRowStart);
     world.rowbytes = static_cast<A_long>(strideBytes);
     world.width = widthPixels;
     world.height = heightPixels;
@@ -118,9 +134,10 @@ PF_EffectWorld World::record() const {
 }
 
 bool World::areGuardsIntact() const {
-    if (!AllGuards(memory.get(), kStripBytes) || !AllGuards(rowStart(heightPixels), kStripBytes)) return false;
+    if (memory && (!AllGuards(memory.get(), kStripBytes) || !AllGuards(rowStart(heightPixels), kStripBytes)))
+        return false;
     for (A_long y = 0; y < heightPixels; ++y)
-        if (!AllGuards(rowStart(y) + usedRowBytes, strideBytes - usedRowBytes)) return false;
+        if (const auto padding = paddingAfter(y); !AllGuards(padding.data(), padding.size())) return false;
     return true;
 }
 

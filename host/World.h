@@ -20,6 +20,9 @@ public:
 
     // Extents in pixels, 0 or more; 8, 16 or 32 bits. Throws std::invalid_argument for anything else.
     World(A_long width, A_long height, int bitDepth, int rowPaddingPixels = 3);
+    // In memory of the caller, which outlives it: where the top row starts, and the bytes from one row to the next,
+    // negative where the rows go up. Only the bytes between two rows are guards here.
+    World(A_long width, A_long height, int bitDepth, std::byte* topRow, std::ptrdiff_t bytesToNextRow);
     ~World();
     World(const World&) = delete;
     World& operator=(const World&) = delete;
@@ -29,7 +32,7 @@ public:
     A_long height() const { return heightPixels; }
     int bitDepth() const { return depth; }
     std::size_t pixelBytes() const { return static_cast<std::size_t>(depth) / 2; }
-    std::size_t rowBytes() const { return strideBytes; }
+    std::ptrdiff_t rowBytes() const { return strideBytes; }
 
     // The pixels of a row without its padding.
     std::span<std::byte> row(A_long y);
@@ -60,14 +63,17 @@ public:
     PF_Point origin{};  // the input layer's top left corner, as seen from this world's own
 
 private:
-    std::byte* rowStart(A_long y) const;
+    std::byte* rowStart(A_long y) const { return topRowStart + y * strideBytes; }
+    std::span<std::byte> paddingAfter(A_long y) const;
+    void enlist();
 
     A_long widthPixels;
     A_long heightPixels;
     int depth;
-    std::size_t strideBytes;
+    std::ptrdiff_t strideBytes;
     std::size_t usedRowBytes;
-    std::unique_ptr<std::byte[]> memory;
+    std::unique_ptr<std::byte[]> memory;  // null where it is the caller's
+    std::byte* topRowStart = nullptr;
 };
 
 }  // namespace quillon::host

@@ -1,0 +1,170 @@
+// The proving ground: runs the rows that are named, or all, and prints the table of their verdicts.
+
+#include <fmt/format.h>
+#include <malloc.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "Ground.h"
+#include "platform/TemporaryPath.h"
+
+namespace quillon::prove {
+
+namespace {
+
+constexpr Row kRows[] = {
+    {"load", "thousands of frames: the last is the first, memory stays level", Load, 300, 36000},
+    {"instances", "made, rendered, copied, saved and removed in any order: nothing is left", Instances, 300, 900},
+    {"restarts", "a script started anew leaves what its first start left", Restarts, 300, 900},
+    {"threads", "four threads over mixed instances give the frames of one", Threads, 600, 1800},
+    {"sizes", "frames of odd sizes between guard pages equal the plain rule", Sizes, 300, 900},
+};
+
+// Written by a row's process, read by the driver, whatever has become of the process.
+struct Report {
+    char at[512];
+    char words[2048];
+};
+Report* report = nullptr;
+
+template <std::size_t Room>
+void Note(char (&place)[Room], const std::string& words) {
+    std::strncpy(place, words.c_str(), Room - 1);
+}
+
+[[noreturn]] void RunRow(const Row& row, bool isLong, const std::filesystem::path& temporary) {
+    setpgid(0, 0);
+    setenv("TMPDIR", temporary.c_str(), 1);
+    int status = 0;
+    try {
+        Note(report->words, row.run(isLong));
+    } catch (const std::exception& failure) {
+        Note(report->words, failure.what());
+        status = 1;
+    }
+    std::exit(status);  // as a host ends: with all that modules do then
+}
+
+struct Verdict {
+    bool isHeld = false;
+    std::string words;
+    double cpuSeconds = 0;
+};
+
+Verdict Judge(const Row& row, bool isLong, const std::filesystem::path& temporary) {
+    std::filesystem::create_directory(temporary);
+    *report = {};
+    const pid_t child = fork();
+    if (child == 0) RunRow(row, isLong, temporary);
+    const int limit = isLong ? row.longSeconds : row.seconds;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(limit);
+    int status = 0;
+    rusage usage{};
+    bool isHanging = false;
+    while (wait4(child, &status, WNOHANG, &usage) == 0) {
+        if (!isHanging && std::chrono::steady_clock::now() > deadline) {
+            isHanging = true;
+            kill(-child, SIGKILL);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    kill(-child, SIGKILL);  // whoever it has left running
+
+    const auto seconds = [](const timeval& time) { return static_cast<double>(time.tv_sec) + 1e-6 * time.tv_usec; };
+    Verdict verdict{false, report->words, seconds(usage.ru_utime) + seconds(usage.ru_stime)};
+    const std::string at = *report->at ? fmt::format(", at: {}", report->at) : "";
+    if (isHanging)
+        verdict.words = fmt::format("hangs after {} s{}", limit, at);
+    else if (WIFSIGNALED(status))
+        verdict.words = fmt::format("crashes: {}{}", strsignal(WTERMSIG(status)), at);
+    else if (WEXITSTATUS(status) != 0)
+        verdict.words += at;
+    else if (!std::filesystem::is_empty(temporary))
+        verdict.words = "leaves files in the temporary folder";
+    else
+        verdict.isHeld = true;
+    return verdict;
+}
+
+int Main(const std::vector<std::string>& arguments) {
+    std::vector<const Row*> chosen;
+    bool isLong = false;
+    for (const std::string& argument : arguments) {
+        const auto* const row =
+            std::ranges::find(kRows, argument, [](const Row& each) { return std::string(each.name); });
+        if (argument == "--long") {
+            isLong = true;
+        } else if (row != std::end(kRows)) {
+            chosen.push_back(row);
+        } else {
+            fmt::print(stderr, "prove: error: no row {}; there are:\n", argument);
+            for (const Row& each : kRows) fmt::print(stderr, "  {:<12} {}\n", each.name, each.holds);
+            return 2;
+        }
+    }
+    if (chosen.empty())
+        for (const Row& row : kRows) chosen.push_back(&row);
+
+    report =
+        static_cast<Report*>(mmap(nullptr, sizeof(Report), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+    const TemporaryFolder folder;
+    int failures = 0;
+    double cpuSeconds = 0;
+    for (const Row* row : chosen) {
+        const Verdict verdict = Judge(*row, isLong, folder.path() / row->name);
+        fmt::print("{:<12} {:<6} {:>7.1f} s CPU  {}\n", row->name, verdict.isHeld ? "holds" : "FAILS",
+                   verdict.cpuSeconds,
+                   verdict.isHeld ? verdict.words : fmt::format("{} ({})", verdict.words, row->holds));
+        std::fflush(stdout);
+        failures += verdict.isHeld ? 0 : 1;
+        cpuSeconds += verdict.cpuSeconds;
+    }
+    fmt::print("{} of {} rows hold, {:.0f} s CPU\n", chosen.size() - static_cast<std::size_t>(failures), chosen.size(),
+               cpuSeconds);
+    return failures == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+void Require(bool isTrue, const std::string& words) {
+    if (!isTrue) throw std::runtime_error(words);
+}
+
+void NowAt(const std::string& words) {
+    Note(report->at, words + std::string(1, '\0'));
+}
+
+std::size_t ResidentBytes() {
+    malloc_trim(0);
+    std::ifstream status("/proc/self/status");
+    for (std::string key; status >> key;)
+        if (std::size_t kibibytes = 0; key == "RssAnon:" && status >> kibibytes) return kibibytes << 10;
+    throw std::runtime_error("/proc/self/status says nothing of memory");
+}
+
+std::string RequireLevel(std::size_t before, const std::string& when) {
+    const std::size_t after = ResidentBytes();
+    const auto grown = static_cast<std::ptrdiff_t>(after - before) / 1024;
+    const std::string figure = fmt::format("{:+} KiB {}", grown, when);
+    Require(after < before + kMostGrowth, "memory grows: " + figure);
+    return figure;
+}
+
+}  // namespace quillon::prove
+
+int main(int argc, char** argv) {
+    return quillon::prove::Main({argv + 1, argv + argc});
+}
