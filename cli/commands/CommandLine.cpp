@@ -10,11 +10,14 @@
 
 #include "cli/commands/CheckCommandLine.h"
 #include "cli/commands/Commands.h"
+#include "cli/commands/DescribeCommands.h"
 #include "cli/commands/NewCommandLine.h"
 #include "cli/commands/OptionForms.h"
 #include "cli/commands/PreviewCommandLine.h"
 #include "cli/commands/RenderCommandLine.h"
+#include "cli/commands/Version.h"
 #include "cli/commands/WrongWords.h"
+#include "cli/completion/CommandShape.h"
 #include "cli/diagnostics/PrintLine.h"
 #include "cli/diagnostics/ToolError.h"
 #include "cli/system/ModuleKind.h"
@@ -49,6 +52,9 @@ void AddChart(CLI::App& app, Run& run) {
         ->required()
         ->type_name("FILE");
     AddSize(command, "--size", options->width, options->height, "Its extent in pixels; default 960x540");
+    command.footer(
+        "  quillon chart -o chart.png\n"
+        "  quillon chart -o chart.exr --size 1920x1080");
     command.callback([&run, options] { run = [options] { return RunChart(*options); }; });
 }
 
@@ -58,6 +64,9 @@ void AddParams(CLI::App& app, Run& run) {
         "params", "Lists the effect's controls as its host has them, in the host's order, with every field.");
     AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
     command.add_flag("--json", options->isJson, "As a JSON array of objects, for programs");
+    command.footer(
+        "  quillon params effects/glow\n"
+        "  quillon params --json effects/glow");
     command.callback([&run, options] { run = [options] { return RunParams(*options); }; });
 }
 
@@ -71,6 +80,9 @@ void AddInfo(CLI::App& app, Run& run) {
     command.add_flag("--json", options->isJson, "As a JSON object, for programs");
     command.add_option("--rewritten", options->rewritten, "Prints this shader as the graphics driver gets it instead")
         ->type_name("FILE");
+    command.footer(
+        "  quillon info effects/glow\n"
+        "  quillon info --rewritten blur.frag effects/glow");
     command.callback([&run, options] { run = [options] { return RunInfo(*options); }; });
 }
 
@@ -95,6 +107,10 @@ void AddPack(CLI::App& app, Run& run) {
             "A plug-in for open video tools instead: frei0r, for ffmpeg, melt and Kdenlive. Runs the effect's setup()")
         ->check(CLI::IsMember({"frei0r"}))
         ->type_name("HOSTS");
+    command.footer(
+        "  quillon pack effects/glow -o glow.aex\n"
+        "  quillon pack --list effects/glow -o glow.so\n"
+        "  quillon pack effects/glow -o plugins/glow.so --for frei0r");
     command.callback([&run, options] { run = [options] { return RunPack(*options); }; });
 }
 
@@ -121,6 +137,9 @@ void AddCompare(CLI::App& app, Run& run) {
     command.add_option("--depth", options->depth, "Bits per channel of .argb pictures: 8, 16 or 32")
         ->check(CLI::IsMember({8, 16, 32}))
         ->type_name("BITS");
+    command.footer(
+        "  quillon compare old.png new.png\n"
+        "  quillon compare old.####.png new.####.png --frames 0-47 --fail 1 -o difference.png");
     command.callback([&run, options] { run = [options] { return RunCompare(*options); }; });
 }
 
@@ -144,12 +163,41 @@ void AddDocs(CLI::App& app, Run& run) {
     command.callback([&run, options] { run = [options] { return RunDocs(*options); }; });
 }
 
+void AddDoctor(CLI::App& app, Run& run) {
+    CLI::App& command = *app.add_subcommand(
+        "doctor",
+        "Says what the tool finds on this machine: graphics driver, templates, programs; and how to get what is\n"
+        "missing. Exit status 1 when effects cannot be rendered or packed.");
+    command.callback([&run] { run = RunDoctor; });
+}
+
+void AddCompletion(CLI::App& app, Run& run) {
+    auto shell = std::make_shared<std::string>();
+    CLI::App& command = *app.add_subcommand(
+        "completion", "Prints a script that teaches a shell to complete the command line of quillon.");
+    command.add_option("SHELL", *shell, "The shell")
+        ->required()
+        ->check(CLI::IsMember(std::vector<std::string>(std::begin(kShells), std::end(kShells))))
+        ->type_name("");
+    command.footer(
+        "  bash        source <(quillon completion bash)\n"
+        "  zsh         quillon completion zsh > \"${fpath[1]}/_quillon\"\n"
+        "  fish        quillon completion fish > ~/.config/fish/completions/quillon.fish\n"
+        "  powershell  quillon completion powershell | Out-String | Invoke-Expression");
+    command.callback([&app, &run, shell] {
+        run = [&app, shell] {
+            PrintResult(WriteCompletion(*shell, DescribeCommands(app)));
+            return 0;
+        };
+    });
+}
+
 }  // namespace
 
 int RunCommandLine(std::vector<std::string> arguments, const std::function<int(const RenderOptions&)>& render) {
     Run run;
     CLI::App app(fmt::format(kAbout, kOwnModuleKind.ending), "quillon");
-    app.set_version_flag("--version", "quillon " QUILLON_VERSION);
+    app.set_version_flag("--version", VersionText, "Prints the version, the commit and the libraries");
     app.require_subcommand(0, 1);
     AddRender(app, run, arguments, render);
     AddPreview(app, run);
@@ -161,6 +209,8 @@ int RunCommandLine(std::vector<std::string> arguments, const std::function<int(c
     AddCompare(app, run);
     AddNew(app, run);
     AddDocs(app, run);
+    AddDoctor(app, run);
+    AddCompletion(app, run);
     app.add_subcommand("worker")->group("")->callback([&run] { run = RunWorker; });
     try {
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them off

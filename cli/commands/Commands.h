@@ -168,4 +168,8 @@ struct DocsOptions {
 // `quillon docs`: prints a page of the documentation, or what it says about a function or a command.
 int RunDocs(const DocsOptions& options);
 
+// `quillon doctor`: prints what the tool finds on this machine, and how to get what is missing. 1 when effects cannot
+// be rendered or packed.
+int RunDoctor();
+
 }  // namespace quillon::cli

@@ -6,6 +6,10 @@
 
 namespace quillon::cli {
 
+bool HasBrowser() {
+    return true;  // the system opens addresses itself
+}
+
 bool OpenInBrowser(const std::string& address) {
     const std::wstring wide(address.begin(), address.end());  // ASCII
     constexpr INT_PTR kLargestError = 32;
