@@ -6,7 +6,7 @@ namespace quillon::cli {
 
 namespace {
 
-// A text within a specification of _arguments, where brackets and colons have a meaning.
+// A text within what _arguments takes, where brackets and colons have a meaning.
 std::string Escaped(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
@@ -24,7 +24,7 @@ std::string Action(const ValueShape& value) {
     return "(" + words + ")";
 }
 
-std::string Specification(const std::string& name, const OptionShape& option) {
+std::string FormOfOption(const std::string& name, const OptionShape& option) {
     std::string text = fmt::format("*{}[{}]", name, Escaped(option.about));
     if (option.value.kind != ValueShape::Kind::none) text += ":value:" + Action(option.value);
     return SingleQuoted(text, "'\\''");
@@ -39,7 +39,7 @@ std::string WriteZshCompletion(std::span<const CommandShape> commands) {
         cases += fmt::format("        {}) _arguments", command.name);
         for (const OptionShape& option : command.options)
             for (const std::string& name : option.names)
-                cases += fmt::format(" \\\n            {}", Specification(name, option));
+                cases += fmt::format(" \\\n            {}", FormOfOption(name, option));
         if (command.argument.kind != ValueShape::Kind::none)
             cases +=
                 fmt::format(" \\\n            {}", SingleQuoted("*:argument:" + Action(command.argument), "'\\''"));

@@ -1,6 +1,6 @@
 // What depends on the machine that the tool runs on, and on the user's shell.
 
-#include "ToolTest.h"
+#include "../ToolTest.h"
 
 namespace quillon::test {
 
