@@ -1,4 +1,4 @@
-// The effect in the README is one: its three files are taken from the page and rendered.
+// The effect in the first page for authors is one: its three files are taken from the page and rendered.
 
 #include <fstream>
 #include <sstream>
@@ -24,7 +24,7 @@ using ReadmeExample = ToolTest;
 
 TEST_F(ReadmeExample, WarmsAPictureAsThePageSays) {
     std::ostringstream page;
-    page << std::ifstream(SourceFolder() / "README.md").rdbuf();
+    page << std::ifstream(SourceFolder() / "docs/first-effect.md").rdbuf();
     addEffect("tint", {{"fx.js", Fenced(page.str(), "js")},
                        {"tint.frag", Fenced(page.str(), "glsl")},
                        {"config.xml", Fenced(page.str(), "xml")}});
