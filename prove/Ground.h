@@ -20,6 +20,9 @@ std::string Instances(bool isLong);
 std::string Restarts(bool isLong);
 std::string Threads(bool isLong);
 std::string Sizes(bool isLong);
+std::string Memory(bool isLong);
+std::string ToolMemory(bool isLong);
+std::string RefusedGL(bool isLong);
 
 // Throws the words unless `isTrue`.
 void Require(bool isTrue, const std::string& words);

@@ -96,7 +96,7 @@ void FindThePlantedRace() {
 std::string Threads(bool isLong) {
 #if defined(__SANITIZE_THREAD__)
     FindThePlantedRace();
-    const int selectors = isLong ? 4000 : 400;
+    const int selectors = isLong ? 100'000 : 2000;
 #else
     const int selectors = isLong ? 100'000 : 10'000;
 #endif

@@ -31,6 +31,10 @@ constexpr Row kRows[] = {
     {"restarts", "a script started anew leaves what its first start left", Restarts, 300, 900},
     {"threads", "four threads over mixed instances give the frames of one", Threads, 600, 1800},
     {"sizes", "frames of odd sizes between guard pages equal the plain rule", Sizes, 300, 900},
+    {"memory", "wherever memory is refused, the module lives and the next frame is right", Memory, 600, 7200},
+    {"tool-memory", "wherever memory is refused, the tool ends with an error or with the picture", ToolMemory, 600,
+     7200},
+    {"gl", "whatever GL refuses, the module lives, and renders when it is back", RefusedGL, 300, 300},
 };
 
 // Written by a row's process, read by the driver, whatever has become of the process.

@@ -1,9 +1,11 @@
+#include <cstdio>
 #include <exception>
 #include <new>
 
 #include "cli/commands/CommandLine.h"
 #include "cli/diagnostics/ToolError.h"
 #include "cli/system/System.h"
+#include "platform/TemporaryPath.h"
 
 namespace {
 
@@ -24,11 +26,17 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    PrepareProcess();
     try {
-        return Run(argc, argv);
-    } catch (const ToolError& error) {
-        PrintDiagnostics(error.faults);
-        return error.exitStatus;
+        PrepareProcess();
+        try {
+            return Run(argc, argv);
+        } catch (const ToolError& error) {
+            PrintDiagnostics(error.faults);
+            return error.exitStatus;
+        }
+    } catch (const std::bad_alloc&) {
+        quillon::RemoveTemporaries();
+        std::fputs("quillon: error: out of memory\n", stderr);  // there is none for more words
+        return 1;
     }
 }

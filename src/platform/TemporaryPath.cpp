@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <fstream>
 #include <mutex>
+#include <new>
 #include <random>
 #include <set>
 #include <string>
@@ -109,7 +110,14 @@ bool TemporaryPath::remove() {
     if (!isTemporary) return true;
     if (TemporaryClaim::kBlocksRename) claim.reset();
     std::error_code error;
-    fs::remove_all(name, error);
+    try {
+        fs::remove_all(name, error);
+    } catch (const std::bad_alloc&) {
+        // It stays claimed until the process ends, for RemoveTemporaries(), which needs no memory.
+        static_cast<void>(claim.release());
+        isTemporary = false;
+        return false;
+    }
     isTemporary = bool(error);
     if (!isTemporary) claim.reset();
     return !isTemporary;

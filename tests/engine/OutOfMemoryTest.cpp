@@ -55,32 +55,5 @@ TEST_F(OutOfMemory, LeavesNoReadBackHalfDone) {
     }
 }
 
-TEST_F(OutOfMemory, LeavesSoundEntitiesWhereverItStrikes) {
-    countsOwnCodeOnly = true;
-    const char* const kBodies[] = {
-        "QL_initParam(long, 4, long);",
-        "QL_initShader(long, 'uniform float f; uniform sampler2D t; void main() { gl_FragColor = texture2D(t,"
-        " vec2(f)); }');",
-        "QL_initTexture(long);",
-        "QL_getShaderError(QL_initShader(long, 'nonsense'));",
-        "QL_setShaderParamVal(QL_initShader('s', 'uniform float f; void main() { gl_FragColor = vec4(f); }'), 'f', 1);",
-        "QL_renderShader(QL_initShader('s', 'void main() { gl_FragColor = vec4(1.0); }'), QL_initRenderTarget(2, 2, "
-        "8));",
-        "QL_surfaceToTexture(QL_textureToSurface(QL_initRenderTarget(2, 2, 8)));",
-        "for (var i = 0; i < 3; ++i) QL_release(QL_initSurface(2, 2, 8));",
-    };
-    for (const char* body : kBodies) {
-        SCOPED_TRACE(body);
-        setBody(body);
-        long allocations = 0;
-        while (allocations < 2000 && runsOut(allocations)) ++allocations;
-        EXPECT_GT(allocations, 0) << "the body needs memory";
-        EXPECT_LT(allocations, 2000);
-        EXPECT_FALSE(runsOut(-1));
-        EXPECT_TRUE(engine.restartScript());
-        addInstance();
-    }
-}
-
 }  // namespace
 }  // namespace quillon::test
