@@ -1,5 +1,7 @@
 // The documentation in the terminal.
 
+#include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "ToolTest.h"
@@ -20,7 +22,7 @@ TEST_F(Docs, FindsPagesFunctionsCommandsAndHeadings) {
         {"script-api", "Script API"},
         {"Script-API", "Script API"},
         {"QL_renderShader", "QL_renderShader(shader, target, flip, viewport)"},
-        {"q.l.getparamflags", "QL_setParamFlags(id, flags), QL_getParamFlags(id)"},
+        {"q.l.getparamflags", "QL_setParamFlags(param, flags), QL_getParamFlags(param)"},
         {"'QL_getTime()'", "QL_getTime()"},
         {"QL_GL.REPEAT", "QL_setTextureParam(id, name, value)"},
         {"draw", "Entry points"},
@@ -38,6 +40,27 @@ TEST_F(Docs, FindsPagesFunctionsCommandsAndHeadings) {
     EXPECT_EQ(unknown.err,
               "quillon: error: QL_rendrShader: no such topic; did you mean QL_renderShader? quillon docs lists them\n");
     EXPECT_NE(run("docs").out.find("\nrecipes           Recipes\n"), std::string::npos);
+}
+
+// Each function that editors know has an entry with the same arguments. (The engine's own functions are held against
+// the declarations by the tests of the script host.)
+TEST_F(Docs, HasAnEntryForEachFunctionThatEditorsKnow) {
+    std::ostringstream text;
+    text << std::ifstream(SourceFolder() / "share/quillon.d.ts").rdbuf();
+    const std::string declarations = text.str();
+    const std::regex declaration(R"(declare function (QL_\w+)\(([^)]*)\))"), name(R"((\w+)\??:)");
+    int count = 0;
+    for (std::sregex_iterator match(declarations.begin(), declarations.end(), declaration), none; match != none;
+         ++match) {
+        const std::string parameters = (*match)[2];
+        std::string head = (*match)[1].str() + "(";
+        for (std::sregex_iterator parameter(parameters.begin(), parameters.end(), name); parameter != none; ++parameter)
+            head += (head.ends_with("(") ? "" : ", ") + (*parameter)[1].str();
+        const std::string shown = run("docs " + (*match)[1].str()).out;
+        EXPECT_NE(shown.substr(0, shown.find('\n')).find(head + ")"), std::string::npos) << head << "\n" << shown;
+        ++count;
+    }
+    EXPECT_GE(count, 30);
 }
 
 // In a pipe every page is plain text that fits 80 columns, but for code and for words that are longer.
