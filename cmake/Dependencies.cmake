@@ -36,13 +36,17 @@ string(APPEND duk_config "#ifdef QUILLON_ENDS_SCRIPTS\n#define DUK_USE_INTERRUPT
 file(CONFIGURE OUTPUT ${duktape_dir}/duk_config.h CONTENT "${duk_config}" @ONLY)
 configure_file(${QUILLON_SOURCES}/duktape/duktape.h ${duktape_dir}/duktape.h COPYONLY)
 file(READ ${QUILLON_SOURCES}/duktape/duktape.c duktape_source)
-set(unchecked_recursion "comp_ctx->recursion_depth++;")
-string(FIND "${duktape_source}" "${unchecked_recursion}" found)
-if(found EQUAL -1)
-    message(FATAL_ERROR "duktape.c has changed: its compiler's recursion is not where it was")
-endif()
-string(REPLACE "${unchecked_recursion}" "duk_native_stack_check(comp_ctx->thr);\n\t${unchecked_recursion}"
-       duktape_source "${duktape_source}")
+# Its compiler recurses without a look at the native stack. And the error of a call of what is no function is made with
+# the line of the last call before it.
+foreach(change "comp_ctx->recursion_depth++~duk_native_stack_check(comp_ctx->thr)"
+               "str_targ = duk_push_string_readable(thr, -4)~duk_hthread_sync_currpc(thr)")
+    string(REGEX MATCH "^(.*)~(.*)$" change "${change}")
+    string(FIND "${duktape_source}" "${CMAKE_MATCH_1};" found)
+    if(found EQUAL -1)
+        message(FATAL_ERROR "duktape.c has changed: there is no ${CMAKE_MATCH_1}")
+    endif()
+    string(REPLACE "${CMAKE_MATCH_1};" "${CMAKE_MATCH_2};\n\t${CMAKE_MATCH_1};" duktape_source "${duktape_source}")
+endforeach()
 file(CONFIGURE OUTPUT ${duktape_dir}/duktape.c CONTENT "${duktape_source}" @ONLY)
 # Two copies of it. The tool's can end a script that never returns; a module has the plain one, where such a script blocks
 # its host. A program chooses by its property ENDS_SCRIPTS, and links `duktape` like everyone.

@@ -23,7 +23,8 @@ bool IsTerminal() {
 
 // What is being tried, in the terminal's last line. Words that are printed take its place.
 void ShowStep(const std::string& effect, const std::string& step) {
-    if (IsTerminal()) fmt::print(stderr, "\r\x1b[K{}: {}", effect, step);
+    constexpr std::size_t kWidth = 79;
+    if (IsTerminal()) fmt::print(stderr, "\r\x1b[K{}", (effect + ": " + step).substr(0, kWidth));
 }
 
 CheckOutcome Check(const CheckOptions& options, const std::filesystem::path& effect) {

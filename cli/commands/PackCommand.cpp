@@ -57,8 +57,13 @@ Diagnostics Checked(const fs::path& folder) {
     settings.level = 2;
     try {
         const CheckedEffect checked = CheckEffect(settings, {{}, PrintWords});
-        if (checked.hasErrors()) throw EffectFault(checked.findings);
-        return checked.findings;
+        if (!checked.hasErrors()) return checked.findings;
+        Diagnostics findings = checked.findings;
+        findings.push_back({.path = folder.string(),
+                            .text = "has errors and is not packed",
+                            .remedy = "mend them, or pack it as it is with --no-check",
+                            .kind = Diagnostic::Kind::tool});
+        throw EffectFault(findings);
     } catch (const ToolError& error) {
         const bool isOfEffect = error.faults.front().kind != Diagnostic::Kind::tool;
         if (isOfEffect) throw;

@@ -53,6 +53,11 @@ std::string InLowerCase(std::string text) {
     return text;
 }
 
+std::string WithArticle(std::string_view word) {
+    const bool isVowel = !word.empty() && std::string_view("aeioAEIO").find(word.front()) != std::string_view::npos;
+    return (isVowel ? "an " : "a ") + std::string(word);
+}
+
 int LineAt(std::string_view text, std::size_t position) {
     return 1 + static_cast<int>(std::ranges::count(text.substr(0, position), '\n'));
 }

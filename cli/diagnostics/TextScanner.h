@@ -25,6 +25,9 @@ bool IsWordCharacter(char c);  // a letter or digit of ASCII, or an underscore
 // With the letters A to Z made small; all other bytes stay.
 std::string InLowerCase(std::string text);
 
+// "a float", "an int": by the first letter.
+std::string WithArticle(std::string_view word);
+
 // Where a byte of a text is, as editors count: from 1, columns in characters of UTF-8, a tab is one, a mark at the
 // text's start (BOM) none. Positions after the end are the end's.
 int LineAt(std::string_view text, std::size_t position);

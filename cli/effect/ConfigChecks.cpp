@@ -81,9 +81,10 @@ public:
         return std::move(warnings);
     }
 
-    int lineOf(const std::string& key) const {
+    PlaceOfKey find(const std::string& key) const {
         const Node* const node = document.first_node(key.c_str());
-        return node ? LineAt(content, placeOf(*node)) : 0;
+        if (!node) return {};
+        return {LineAt(content, placeOf(*node)), ColumnAt(content, placeOf(*node))};
     }
 
 private:
@@ -158,8 +159,8 @@ Diagnostics CheckIdentity(const EffectSource& source) {
     return Checker(source).check();
 }
 
-int LineOfKey(const EffectSource& source, const std::string& key) {
-    return Checker(source).lineOf(key);
+PlaceOfKey FindKey(const EffectSource& source, const std::string& key) {
+    return Checker(source).find(key);
 }
 
 }  // namespace quillon::cli

@@ -10,7 +10,11 @@ namespace quillon::cli {
 // read differently from how they look, and flags that ask hosts for less or for more than the engine can do.
 Diagnostics CheckIdentity(const EffectSource& source);
 
-// The line where config.xml, which parses, has this key; 0 when it has not.
-int LineOfKey(const EffectSource& source, const std::string& key);
+// Where config.xml, which parses, has this key: the place of its name, 0 when it has not.
+struct PlaceOfKey {
+    int line = 0;
+    int column = 0;
+};
+PlaceOfKey FindKey(const EffectSource& source, const std::string& key);
 
 }  // namespace quillon::cli

@@ -43,7 +43,8 @@ std::string DefaultMatchName(const std::string& name) {
 }
 
 ToolError ConfigFault(const EffectSource& source, const FileError& error) {
-    return EffectFault({Found("config/identity", source.pathOf("config.xml"), LineOfKey(source, error.place), 0,
+    const PlaceOfKey place = FindKey(source, error.place);
+    return EffectFault({Found("config/identity", source.pathOf("config.xml"), place.line, place.column,
                               error.place + ": " + error.fault, error.remedy)});
 }
 
@@ -73,7 +74,8 @@ Diagnostics CheckSampleName(const EffectSource& source) {
     const std::string ownName = (source.path / "").parent_path().stem().string();
     for (const SampleName* sample = kSampleNames; sample->folder; ++sample) {
         if (ownName == sample->folder || matchName != DefaultMatchName(sample->name)) continue;
-        return {Found("config/sample-name", source.pathOf("config.xml"), LineOfKey(source, "FXNAME"), 0,
+        const PlaceOfKey place = FindKey(source, "FXNAME");
+        return {Found("config/sample-name", source.pathOf("config.xml"), place.line, place.column,
                       "hosts take this for the sample effect \"" + std::string(sample->name) + "\"")};
     }
     return {};

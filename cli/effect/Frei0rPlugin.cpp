@@ -122,7 +122,7 @@ private:
         const bool isFloat =
             (static_cast<std::uint32_t>(config.GetInteger(L"FLAGS2")) & PF_OutFlag2_FLOAT_COLOR_AWARE) != 0;
         if (isDeep || isFloat)
-            warn("config.xml", LineOfKey(source, isDeep ? "FLAGS" : "FLAGS2"), Diagnostic::Kind::config,
+            warn("config.xml", FindKey(source, isDeep ? "FLAGS" : "FLAGS2").line, Diagnostic::Kind::config,
                  "frei0r has 8 bits per channel; the effect's 16 and 32 bits stay unused");
     }
 

@@ -62,6 +62,11 @@ bool MayAskFor(const std::string& script, const EffectSource& source, const std:
     return false;
 }
 
+bool IsRead(const std::string& name) {
+    return name == "fx.js" || name == "config.xml" ||
+           std::ranges::any_of(kPictureEndings, [&](std::string_view ending) { return name.ends_with(ending); });
+}
+
 // A script that puts a shader's name together has a part of it in quotes.
 bool MayLoad(const std::string& script, const std::string& name) {
     const std::string shader = name.substr(0, name.size() - kShaderEnding.size());
@@ -78,6 +83,8 @@ const char* WhatIsLeft(const EffectSource& source, const std::string& script, co
     for (const std::string_view ending : kPictureEndings)
         if (name.ends_with(ending) && !MayAskFor(script, source, name, ending))
             return "a picture that fx.js does not name";
+    if (!name.ends_with(kShaderEnding) && !IsRead(name) && script.find(name) == std::string::npos)
+        return "a file that no effect reads";
     if (name.ends_with(kShaderEnding) && !MayLoad(script, name)) return "a shader that fx.js does not name";
     return nullptr;
 }

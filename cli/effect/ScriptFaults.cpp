@@ -2,8 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <iterator>
+#include <optional>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -87,6 +90,30 @@ std::string WordsOfFunction(const std::string& script, int line, const EntryPoin
     return isNamed ? fmt::format(", in {}()", innermost->name) : "";
 }
 
+// What the script's text shows to be wrong in the line of an exception: it says more, and the same as `quillon check`.
+std::optional<Diagnostic> TextFindingAt(const EffectSource& source, int line) {
+    constexpr std::string_view kCauses[] = {"script/undeclared-name", "script/unknown-member"};
+    for (Diagnostic& found : CheckScriptText(source.pathOf("fx.js"), source.textOf("fx.js")))
+        if (line > 0 && found.line == line && std::ranges::find(kCauses, found.rule) != std::end(kCauses))
+            return std::move(found);
+    return {};
+}
+
+// The heap gives a line only. Where our own reading ends in the same one, or the heap has none, it gives the token.
+Diagnostic ExplainSyntaxError(const EffectSource& source, int line, std::string message) {
+    const std::string script = source.textOf("fx.js");
+    const bool isNewer = line > 0 && UsesNewerLanguage(LineOf(script, line));
+    int column = 0;
+    const auto broken = WhereScriptBreaks(script);
+    if (broken && !broken->token.empty() && (line == 0 || broken->line == line)) {
+        line = broken->line;
+        column = broken->column;
+        message += fmt::format(" at `{}`", broken->token);
+    }
+    return Found("script/syntax", source.pathOf("fx.js"), line, column, message,
+                 isNewer ? "the script language is ECMAScript 5: var and function, no let, =>, class or `text`" : "");
+}
+
 std::vector<ScriptError>& Collected() {
     static std::vector<ScriptError> errors;
     return errors;
@@ -132,14 +159,13 @@ Diagnostic ExplainScriptError(const ScriptError& error, const EffectSource& sour
         return Found("script/no-entry-point", path, 0, 0, entry.absent);
 
     std::string message = error.message;
-    if (!message.starts_with("SyntaxError"))
+    if (!message.starts_with("SyntaxError")) {
+        if (std::optional<Diagnostic> cause = TextFindingAt(source, line)) return *cause;
         return Found("script/exception", path, line, 0, fmt::format("{}: {}{}", entry.name, message, function));
+    }
     line = error.line;
     TakeLineOutOfText(message, line);
-    line = AuthorLine(line, source);
-    const bool isNewer = line > 0 && UsesNewerLanguage(LineOf(source.textOf("fx.js"), line));
-    return Found("script/syntax", path, line, 0, message,
-                 isNewer ? "the script language is ECMAScript 5: var and function, no let, =>, class or `text`" : "");
+    return ExplainSyntaxError(source, AuthorLine(line, source), message);
 }
 
 void ListenToLastFault(LastFaultListener listener) {

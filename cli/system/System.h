@@ -22,6 +22,10 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 // The file that this program was started from.
 std::filesystem::path ProgramFile();
 
+// From now on the graphics driver compiles each shader anew: one from its cache on disk gives no warnings. Before the
+// process first uses OpenGL.
+void DoWithoutShaderCache();
+
 // The memory of this process that is in RAM now; 0 where the system does not say.
 std::size_t ResidentBytes();
 

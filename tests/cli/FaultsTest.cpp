@@ -50,14 +50,14 @@ const FaultCase kCases[] = {
      "no let, =>, class or `text` [script]\n"},
     {"bracket_that_is_not_closed", kGood + "function f() {\n", kCopyFragment,
      "fx/fx.js: error: SyntaxError: parse error at the end of the file [script]\n"},
-    {"error_in_a_function_that_draw_calls", kSetup + "function part() {\n  b();\n}\nfunction draw() {\n  part();\n}\n",
-     kCopyFragment,
-     "fx/fx.js:4: error: draw: ReferenceError: identifier 'b' undefined, in part() "
+    {"error_in_a_function_that_draw_calls",
+     kSetup + "function part() {\n  null.b;\n}\nfunction draw() {\n  part();\n}\n", kCopyFragment,
+     "fx/fx.js:4: error: draw: TypeError: cannot read property 'b' of null, in part() "
      "[script]\n"},
-    {"all_errors_of_a_frame", kSetup + "function preRender(w, h) { a(); }\nfunction draw() {\n  b();\n}\n",
+    {"all_errors_of_a_frame", kSetup + "function preRender(w, h) { null.a; }\nfunction draw() {\n  b();\n}\n",
      kCopyFragment,
-     "fx/fx.js:3: error: preRender: ReferenceError: identifier 'a' undefined [script]\n"
-     "fx/fx.js:5: error: draw: ReferenceError: identifier 'b' undefined [script]\n"},
+     "fx/fx.js:3: error: preRender: TypeError: cannot read property 'a' of null [script]\n"
+     "fx/fx.js:5:3: error: nothing declares b; declare it with var, or look for a typing error [script]\n"},
     {"no_draw", kSetup, kCopyFragment, "fx/fx.js: error: no draw(); every effect needs one [script]\n"},
     {"entry_point_that_is_only_named", kGood + "// no preRender here\n", kCopyFragment,
      "fx/fx.js: error: no preRender(), and no default, because the file mentions its name; define it, or remove the "

@@ -112,15 +112,21 @@ TEST_F(Pack, WarnsOfWhatHostsWillNotSeeAsItIsMeant) {
         {versions + flags,
          "fx/config.xml: warning: no ABOUT, FXNAME, AGEP_ID; numbers that are missing are 0, texts empty [config]\n"},
         {versions + texts + "\n\n<FLAGS>0x2000020</FLAGS> <FLAGS2> 1024 </FLAGS2>",
-         "fx/config.xml:3:2: warning: FLAGS: \"0x2000020\" is not a decimal number; it is read as 0 [config]\n"
-         "fx/config.xml:3:2: warning: FLAGS: hosts go by 0, but the engine can do what 33554464 says [config]\n"
-         "fx/config.xml:3:27: warning: FLAGS2: hosts go by 1024, but the engine can do what 5120 says [config]\n"},
+         "fx/config.xml:3:2: warning: FLAGS: \"0x2000020\" is not a decimal number; it is read as 0; write decimal "
+         "digits "
+         "only [config]\n"
+         "fx/config.xml:3:2: warning: FLAGS: hosts go by 0, but the engine can do what 33554464 says "
+         "[config]\n"
+         "fx/config.xml:3:27: warning: FLAGS2: hosts go by 1024, but the engine can do what 5120 says "
+         "[config]\n"},
         {"<MINOR_VERSION>20</MINOR_VERSION>\n" + versions + texts + flags,
          "fx/config.xml:2:34: warning: MINOR_VERSION is here again; the first one counts [config]\n"
-         "fx/config.xml:1:2: warning: MINOR_VERSION: hosts see 0 to 15, and 20 as 4 [config]\n"},
+         "fx/config.xml:1:2: warning: MINOR_VERSION: hosts see 0 to 15, and 20 as 4; write a number in that range "
+         "[config]\n"},
         {versions + texts + "<FLAGS>4328521760</FLAGS><FLAGS2>5120</FLAGS2>",
-         "fx/config.xml:1:157: warning: FLAGS: \"4328521760\" does not fit into 32 bits; it is read as 2147483647 "
-         "[config]\n"
+         "fx/config.xml:1:157: warning: FLAGS: \"4328521760\" does not fit into 32 bits; it is read as 2147483647; "
+         "write "
+         "a number in that range [config]\n"
          "fx/config.xml:1:157: warning: FLAGS: hosts go by 2147483647, but the engine can do what 33554464 says "
          "[config]\n"},
     };
@@ -180,12 +186,12 @@ TEST_F(PackForWindows, DescribesTheEffectFromItsConfig) {
         {"<FXNAME>\n  A &amp; B </FXNAME><CATEGORY>Cat</CATEGORY><MATCH_NAME>Match</MATCH_NAME>",
          {"A & B", "Cat", "Match"}},
         {"<FXNAME>\xC3\xA9</FXNAME><MATCH_NAME>e</MATCH_NAME><CATEGORY> </CATEGORY>", {"\xC3\xA9", "Quillon", "e"}},
-        {"<FXNAME>\xC3\xA9</FXNAME>", {}, "fx/config.xml:1: error: FXNAME: has no letter"},
+        {"<FXNAME>\xC3\xA9</FXNAME>", {}, "fx/config.xml:1:192: error: FXNAME: has no letter"},
         {"<FXNAME>A name of thirty-one, all of it</FXNAME>",
          {"A name of thirty-one, all of it", "Quillon", "QLVAnameofthirtyoneallofit"}},
         {"<FXNAME>Anameofthirtyoneletters28letter</FXNAME>",
          {},
-         "fx/config.xml:1: error: FXNAME: too long to make a match"},
+         "fx/config.xml:1:192: error: FXNAME: too long to make a match"},
     };
     for (const Row& row : kRows) {
         addEffect("fx", {{"fx.js", ""}, {"config.xml", numbers + row.texts}});

@@ -77,7 +77,8 @@ TEST_F(Params, OfAnEffectWithoutAnyAreAnEmptyList) {
     EXPECT_EQ(run("params copy").out, "no controls\n");
     addEffect("copy", {{"fx.js", "function setup() {\n  x();\n}\nfunction draw() {}\n"}});
     const ToolRun result = run("params copy");
-    EXPECT_EQ(result.err, "copy/fx.js:2: error: setup: ReferenceError: identifier 'x' undefined [script]\n");
+    EXPECT_EQ(result.err,
+              "copy/fx.js:2:3: error: nothing declares x; declare it with var, or look for a typing error [script]\n");
     EXPECT_EQ(result.status, 1);
 }
 

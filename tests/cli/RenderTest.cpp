@@ -170,7 +170,7 @@ TEST_F(Render, ASequenceStopsAtTheFirstFrameThatFailsAndKeepsTheOnesBefore) {
     const ToolRun result = run("render fx" + raw + "-o o##.png --frames 1-9 --fps 2");
     EXPECT_EQ(result.out, "o01.png\no02.png\n");
     EXPECT_EQ(result.err,
-              "fx/fx.js:3: error: draw: ReferenceError: identifier 'x' undefined [script]\n"
+              "fx/fx.js:3:25: error: nothing declares x; declare it with var, or look for a typing error [script]\n"
               "quillon: error: stopped at frame 3\n");
     EXPECT_EQ(result.status, 1);
     EXPECT_FALSE(exists("o03.png"));

@@ -152,7 +152,7 @@ TEST_F(Sequences, ProcessesReportAsOneWould) {
     EXPECT_NE(run("render counts" + options + "-").err.find("counts: warning: frame 1 depends"), std::string::npos);
     const ToolRun broken = run("render breaks" + options + "b%d.argb");
     EXPECT_EQ(broken.status, 1);
-    EXPECT_NE(broken.err.find("breaks/fx.js:4: error: draw: ReferenceError"), std::string::npos) << broken.err;
+    EXPECT_NE(broken.err.find("breaks/fx.js:4:62: error: nothing declares nothing"), std::string::npos) << broken.err;
     EXPECT_NE(broken.err.find("quillon: error: stopped at frame 5\n"), std::string::npos) << broken.err;
     EXPECT_FALSE(exists("b5.argb"));
     const ToolRun wrong = run("render counts --set nothing=1" + options + "c%d.argb");

@@ -8,6 +8,7 @@
 #include "cli/effect/LinkedEngine.h"
 #include "cli/effect/ScriptFaults.h"
 #include "cli/effect/ScriptNotes.h"
+#include "cli/system/System.h"
 
 namespace quillon::cli {
 
@@ -44,6 +45,7 @@ void Play(Reports& reports, const WorkerMessage& request) {
 }  // namespace
 
 void RunCheckWorker(WorkerChannel& channel, const WorkerMessage& request) {
+    DoWithoutShaderCache();
     Reports reports(channel);
     SetNoteListener([&](const ScriptNote& note) { reports.note(FormatNote(note)); });
     ListenToLastFault([](const Diagnostic& fault) { Reports(WorkerChannel::Open()).findings({fault}, ""); });

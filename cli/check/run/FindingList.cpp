@@ -21,23 +21,41 @@ bool IsSame(const Diagnostic& one, const Diagnostic& other) {
     return one.text == other.text || (isOfFrame && one.rule != "render/control-without-effect");
 }
 
-// A finding by the first rule explains one by the second, in the same line or, where `isOfFile`, in the same file.
+// A finding by the first rule explains one by the second: in the same line, in the same file, or anywhere.
+enum class Reach { line, file, effect };
 constexpr struct {
     const char* cause;
     const char* consequence;
-    bool isOfFile;
+    Reach reach;
 } kConsequences[] = {
-    {"script/undeclared-name", "script/exception", false},
-    {"script/unknown-member", "script/exception", false},
-    {"script/wrong-kind", "script/ends-host", false},
-    {"script/dead-id", "script/ends-host", false},
-    {"script/not-es5", "script/syntax", true},
-    {"script/entry-point-capitals", "script/no-entry-point", true},
-    {"script/undeclared-name", "script/no-output", true},
-    {"package/missing-picture", "script/dead-id", true},
-    {"package/unreadable-picture", "script/dead-id", true},
-    {"script/not-created", "script/unset-sampler", true},
+    {"config/not-number", "config/flags", Reach::line},
+    {"package/missing-picture", "script/dead-id", Reach::file},
+    {"package/unreadable-picture", "script/dead-id", Reach::file},
+    {"render/frame-order", "render/instances-share", Reach::effect},
+    {"render/keeps-damage", "render/instances-share", Reach::effect},
+    {"script/dead-id", "script/ends-host", Reach::line},
+    {"script/dead-id", "script/no-output", Reach::file},
+    {"script/entry-point-capitals", "script/no-entry-point", Reach::file},
+    {"script/not-created", "script/unset-sampler", Reach::file},
+    {"script/not-es5", "script/syntax", Reach::file},
+    {"script/release-in-use", "render/failed", Reach::effect},
+    {"script/release-in-use", "script/dead-id", Reach::file},
+    {"script/undeclared-name", "script/exception", Reach::line},
+    {"script/undeclared-name", "script/no-output", Reach::file},
+    {"script/unknown-member", "script/exception", Reach::line},
+    {"script/unknown-member", "script/unknown-kind", Reach::file},
+    {"script/wrong-kind", "script/ends-host", Reach::line},
+    {"script/wrong-value", "script/empty-range", Reach::file},
+    {"shader/no-result", "script/unknown-uniform", Reach::effect},
+    {"shader/number-suffix", "shader/warning", Reach::line},
+    {"shader/unclosed-comment", "shader/no-main", Reach::file},
 };
+
+bool Explains(const Diagnostic& cause, const Diagnostic& each, Reach reach) {
+    // An effect that has an error still has one afterwards.
+    if (each.severity == Diagnostic::Severity::error && cause.severity != Diagnostic::Severity::error) return false;
+    return reach == Reach::effect || (cause.path == each.path && (reach == Reach::file || cause.line == each.line));
+}
 
 }  // namespace
 
@@ -62,8 +80,7 @@ Diagnostics FindingList::take() {
     std::erase_if(all, [&](const Diagnostic& each) {
         return std::ranges::any_of(kConsequences, [&](const auto& row) {
             return each.rule == row.consequence && std::ranges::any_of(causes, [&](const Diagnostic& cause) {
-                       return cause.rule == row.cause && cause.path == each.path &&
-                              (row.isOfFile || cause.line == each.line);
+                       return cause.rule == row.cause && Explains(cause, each, row.reach);
                    });
         });
     });

@@ -40,6 +40,7 @@ bool IsInComment(std::string_view before) {
 // The names after the word, with commas or blanks between them.
 void AddNames(std::vector<Silenced>& all, const std::string& path, int line, std::string_view text, std::size_t begin) {
     const std::size_t size = text.size();
+    bool hasNames = false;
     for (std::size_t at = begin; at < size;) {
         if (text[at] == ' ' || text[at] == ',' || text[at] == '\t') {
             ++at;
@@ -48,8 +49,10 @@ void AddNames(std::vector<Silenced>& all, const std::string& path, int line, std
         std::size_t end = at;
         while (end < size && IsRuleCharacter(text[end])) ++end;
         const std::string_view name = text.substr(at, end - at);
-        // Words of explanation may follow.
-        if (name.find('/') == std::string_view::npos || name.starts_with('/')) return;
+        // Words of explanation may follow the names.
+        const bool isName = name.find('/') != std::string_view::npos && !name.starts_with('/');
+        if (!isName && (hasNames || name.empty())) return;
+        hasNames = true;
         all.push_back({path, line, ColumnAt(text, at), std::string(name)});
         at = end;
     }

@@ -33,20 +33,24 @@ bool CheckTexts(Trial& trial) {
     return trial.attempt("its shaders", "", [&] { trial.report(CompileShaderFiles(source)); }) && isLoaded;
 }
 
+// The depth says something only of what the first one has not shown.
+std::string SituationOf(std::uint32_t bitDepth) {
+    return bitDepth == kDepths[0] ? "" : WordsOfDepth(bitDepth);
+}
+
 std::shared_ptr<host::World> RenderAt(Trial& trial, std::uint32_t bitDepth) {
     FrameInput input = TestFrame(bitDepth);
     GiveLayers(trial.effect(), input);
-    return trial.render(input, WordsOfDepth(bitDepth));
+    return trial.render(input, SituationOf(bitDepth));
 }
 
 void CheckFrames(Trial& trial) {
     std::shared_ptr<host::World> frames[std::size(kDepths)];
     for (std::size_t i = 0; i < std::size(kDepths); ++i) {
-        const std::string situation = WordsOfDepth(kDepths[i]);
         frames[i] = RenderAt(trial, kDepths[i]);
         if (!frames[i]) return;
         const std::string oneColor = WordsOfOneColor(*frames[i]);
-        if (!oneColor.empty()) trial.report("render/one-color", oneColor, situation);
+        if (!oneColor.empty()) trial.report("render/one-color", oneColor, SituationOf(kDepths[i]));
     }
     if (const std::string words = WordsOfBadAlpha(*frames[2]); !words.empty())
         trial.report("render/outside-range", words, WordsOfDepth(32));

@@ -11,8 +11,8 @@ namespace quillon::cli {
 namespace {
 
 constexpr void (*kScriptRules[])(const ScriptFacts&, ScriptFindings&) = {
-    FindUndeclaredNames,    FindUnknownMembers,    FindUnknownMethods,   FindWrongArgumentCounts,
-    FindEntryPointCapitals, FindShadowedFunctions, FindUnguardedConsole, FindChanceInDraw,
+    FindUndeclaredNames,   FindUnknownMembers,   FindUnknownMethods, FindWrongArgumentCounts, FindEntryPointCapitals,
+    FindShadowedFunctions, FindUnguardedConsole, FindChanceInDraw,   FindMissingEntryPoints,  FindImplicitGlobals,
 };
 
 ScriptFindings FindNewerForms(const ScriptTree& tree) {
@@ -40,10 +40,21 @@ Diagnostics CheckScriptText(const std::string& path, std::string_view text) {
     for (const ScriptFinding& finding : findings) offsets.push_back(finding.place);
     const std::vector<TextPlace> places = author.authorPlaces(offsets);
     Diagnostics diagnostics;
-    for (std::size_t i = 0; i < findings.size(); ++i)
-        diagnostics.push_back(Found(findings[i].rule, path, places[i].line, places[i].column,
-                                    std::move(findings[i].text), std::move(findings[i].remedy)));
+    for (std::size_t i = 0; i < findings.size(); ++i) {
+        const bool isPlaced = findings[i].place != ScriptFinding::kNoPlace;
+        diagnostics.push_back(Found(findings[i].rule, path, isPlaced ? places[i].line : 0,
+                                    isPlaced ? places[i].column : 0, std::move(findings[i].text),
+                                    std::move(findings[i].remedy)));
+    }
     return diagnostics;
+}
+
+std::optional<ScriptBreak> WhereScriptBreaks(std::string_view text) {
+    const AuthorText author(text);
+    const ScriptTree tree = ParseScript(author.prepared());
+    if (tree.isWhole) return {};
+    const TextPlace place = author.authorPlaces({tree.brokenAt}).front();
+    return ScriptBreak{place.line, place.column, std::string(tree.brokenToken)};
 }
 
 std::vector<ScriptFunction> FunctionsOfScript(std::string_view text) {

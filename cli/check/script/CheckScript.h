@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,13 @@ namespace quillon::cli {
 // come in the order of the text. A text that is no script gives only the forms of later editions that are in it; its
 // syntax error is the engine's to report. Never fails, and takes time in proportion to the text.
 Diagnostics CheckScriptText(const std::string& path, std::string_view text);
+
+// Where a text stops being a script, of ECMAScript 5 or later: the first token that cannot be there.
+struct ScriptBreak {
+    int line, column;   // from 1, as in findings
+    std::string token;  // empty at the end of the text, and for what is no token
+};
+std::optional<ScriptBreak> WhereScriptBreaks(std::string_view text);
 
 struct ScriptFunction {
     std::string name;         // as it is declared or assigned; empty without one

@@ -31,6 +31,8 @@ ScriptTree ScriptParser::parse() {
         tree.isWhole = true;
     } catch (const GiveUp&) {
         // What was read so far is in the tree.
+        tree.brokenAt = static_cast<std::uint32_t>(token.begin);
+        tree.brokenToken = token.source;
     }
     std::ranges::stable_sort(tree.newerForms, {}, &NewerForm::place);
     return std::move(tree);

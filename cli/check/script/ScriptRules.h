@@ -13,6 +13,8 @@ namespace quillon::cli {
 
 // A finding of a rule of the table, at a place in the prepared text.
 struct ScriptFinding {
+    static constexpr std::uint32_t kNoPlace = ~std::uint32_t{0};  // concerns the whole script
+
     std::string_view rule;
     std::uint32_t place;  // bytes
     std::string text;
@@ -41,6 +43,8 @@ void FindWrongArgumentCounts(const ScriptFacts& script, ScriptFindings& findings
 void FindEntryPointCapitals(const ScriptFacts& script, ScriptFindings& findings);
 void FindShadowedFunctions(const ScriptFacts& script, ScriptFindings& findings);
 void FindUnguardedConsole(const ScriptFacts& script, ScriptFindings& findings);
+void FindMissingEntryPoints(const ScriptFacts& script, ScriptFindings& findings);
+void FindImplicitGlobals(const ScriptFacts& script, ScriptFindings& findings);
 void FindChanceInDraw(const ScriptFacts& script, ScriptFindings& findings);
 
 }  // namespace quillon::cli

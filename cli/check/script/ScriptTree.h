@@ -72,6 +72,8 @@ struct ScriptTree {
     std::deque<std::string> decoded;    // names that escapes spell
     std::vector<NewerForm> newerForms;  // in the order of the text
     bool isWhole = false;               // false: the text is no script, or nests too deep, and the nodes end there
+    std::uint32_t brokenAt = 0;         // of a text that is not whole: the byte where it ends to be one
+    std::string_view brokenToken = {};  // what is there; empty for the end of the text
 
     const ScriptNode& operator[](NodeIndex node) const { return nodes[node]; }
     const ScriptNode& parentOf(NodeIndex node) const { return nodes[nodes[node].parent]; }

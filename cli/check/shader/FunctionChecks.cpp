@@ -45,6 +45,7 @@ struct Function {
 
 void CheckFunctions(const ShaderSource& source, ShaderFindings& findings) {
     const auto& code = source.code();
+    const SourceToken* mainWord = nullptr;
     std::map<std::string, Function> functions;
     bool hasMain = false;
     int depth = 0;
@@ -53,6 +54,7 @@ void CheckFunctions(const ShaderSource& source, ShaderFindings& findings) {
         if (code[i].text == "}") --depth;
         if (!code[i].isWord() || source.codeText(i + 1) != "(") continue;
         const bool hasType = i > 0 && code[i - 1].isWord();
+        if (code[i].text == "main" && hasType && !mainWord) mainWord = &code[i];
         if (code[i].text == "main" && hasType) {
             if (!hasMain) CheckMain(source, code[i], findings);
             hasMain = true;
@@ -76,6 +78,12 @@ void CheckFunctions(const ShaderSource& source, ShaderFindings& findings) {
     const auto isInMacro = [](const SourceToken& token) { return token.isDirective && token.text == "main"; };
     if (!hasMain && std::ranges::none_of(source.tokens(), isInMacro))
         findings.addWithoutPlace("shader/no-main", "no main(); every shader needs one");
+    // Macros may hold it.
+    const auto isResult = [](const SourceToken& token) {
+        return HoldsName("gl_FragColor gl_FragData discard", token.text);
+    };
+    if (mainWord && std::ranges::none_of(source.tokens(), isResult))
+        findings.add("shader/no-result", *mainWord, "main() never gives the pixel a color");
 }
 
 }  // namespace quillon::cli

@@ -49,7 +49,11 @@ bool HasConstantBound(const ShaderSource& source, Part condition, const std::str
 void CheckLoops(const ShaderSource& source, ShaderFindings& findings) {
     const OwnNames names(source);
     const auto& code = source.code();
+    constexpr const char* kText = "some drivers refuse a loop whose end is not constant";
     for (std::size_t i = 0; i + 1 < code.size(); ++i) {
+        // The one of a do statement has no block after it, which makes no difference here.
+        if (code[i].text == "while" && code[i + 1].text == "(")
+            findings.add("shader/loop-bound", code[i], kText, "write for (...) with a constant end");
         if (code[i].text != "for" || code[i + 1].text != "(") continue;
         const std::size_t close = source.closing(i + 1);
         if (close == code.size()) continue;
@@ -59,7 +63,7 @@ void CheckLoops(const ShaderSource& source, ShaderFindings& findings) {
         const std::size_t assignment = FindMark(source, {i + 2, first}, "=");
         const std::string& variable = source.codeText(assignment < first ? assignment - 1 : first);
         if (!HasConstantBound(source, {first + 1, second}, variable, names))
-            findings.add("shader/loop-bound", code[i], "some drivers refuse a loop whose end is not constant");
+            findings.add("shader/loop-bound", code[i], kText);
     }
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/check/shader/ShaderChecks.h"
+#include "cli/diagnostics/TextScanner.h"
 
 namespace quillon::cli {
 
@@ -71,7 +72,7 @@ void CheckUniform(const Declared& uniform, const std::set<std::string>& structur
     const auto* row = std::ranges::find_if(kUnfed, [&](const Unfed& each) { return HoldsName(each.types, type); });
     if (row == std::end(kUnfed) && !structures.contains(type)) return;
     findings.add("shader/unfed-uniform", *uniform.name,
-                 fmt::format("no value reaches {}, since it is a {}", uniform.name->text, type),
+                 fmt::format("no value reaches {}, since it is {}", uniform.name->text, WithArticle(type)),
                  row != std::end(kUnfed) ? row->remedy : "declare a uniform for each member");
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <set>
 
+#include "cli/diagnostics/TextScanner.h"
 #include "entities/Context.h"
 #include "script/NativeCalls.h"
 
@@ -45,10 +46,10 @@ void DeclarationChecks::before(const NativeCall& call) {
     const Parameter& control = ControlOf(id);
     if (call.name() == "QL_setParamValue") return checkValue(call, control);
     if (control.kind != FLOAT)
-        run.findings.add(
-            "script/no-effect", call,
-            fmt::format("{} is a {}, which has no range", WordsOfControl(control), ControlKindOf(control.kind).name),
-            "only a FLOAT has one");
+        run.findings.add("script/no-effect", call,
+                         fmt::format("{} is {}, which has no range", WordsOfControl(control),
+                                     WithArticle(ControlKindOf(control.kind).name)),
+                         "only a FLOAT has one");
     for (Declaration& declaration : declarations)
         if (declaration.id == id) declaration.hasRange = true;
 }
@@ -64,12 +65,13 @@ void DeclarationChecks::checkValue(const NativeCall& call, const Parameter& cont
              std::isnan(call.numberOf(1).value_or(isArray ? NAN : 0)))
         needed = "a number";
     else if (kind.scriptForm == ScriptForm::none)
-        return run.findings.add("script/no-effect", call,
-                                fmt::format("{} is a {}, which has no value", WordsOfControl(control), kind.name));
+        return run.findings.add(
+            "script/no-effect", call,
+            fmt::format("{} is {}, which has no value", WordsOfControl(control), WithArticle(kind.name)));
     if (needed.empty()) return;
     run.findings.add("script/wrong-value", call,
-                     fmt::format("{} is a {}, which takes {}", WordsOfControl(control), kind.name, needed), {},
-                     control.uniformName);
+                     fmt::format("{} is {}, which takes {}", WordsOfControl(control), WithArticle(kind.name), needed),
+                     {}, control.uniformName);
 }
 
 void DeclarationChecks::after(const NativeCall& call) {
@@ -119,6 +121,10 @@ void DeclarationChecks::checkOne(const Declaration& declaration, const Parameter
     if (control.kind == FLOAT) checkSlider(declaration, control);
     if (control.kind == POPUP || control.kind == TEXTURE) checkPopup(declaration, control);
     if (control.kind == COLOR) checkColor(declaration, control);
+    if (control.kind == POINT2D) checkPoint(declaration, control);
+    if (control.kind == BOOL && control.intValue() != 0 && control.intValue() != 1)
+        add("script/default-outside-range", declaration,
+            fmt::format("{} has the default {}", WordsOfControl(control), control.intValue()), "give 0 or 1");
 }
 
 void DeclarationChecks::checkSlider(const Declaration& declaration, const Parameter& control) {
@@ -149,6 +155,17 @@ void DeclarationChecks::checkPopup(const Declaration& declaration, const Paramet
     if (control.kind == POPUP && (value < 1 || value > static_cast<std::int64_t>(control.choiceCount)))
         add("script/popup-value", declaration,
             fmt::format("{} has {} entries and the default {}", words, control.choiceCount, value));
+}
+
+// A default is a share of the picture. Far outside of it pixels are meant.
+void DeclarationChecks::checkPoint(const Declaration& declaration, const Parameter& control) {
+    constexpr float kFar = 4;
+    const float x = control.floatAt(0), y = control.floatAt(1);
+    if (std::abs(x) <= kFar && std::abs(y) <= kFar) return;
+    add("script/default-outside-range", declaration,
+        fmt::format("{} has the default [{}, {}], which counts in pictures, not in pixels", WordsOfControl(control), x,
+                    y),
+        "give shares of the picture, as [0.5, 0.5] for its middle");
 }
 
 void DeclarationChecks::checkColor(const Declaration& declaration, const Parameter& control) {

@@ -35,6 +35,7 @@ private:
     void checkOne(const Declaration& declaration, const Parameter& control);
     void checkSlider(const Declaration& declaration, const Parameter& control);
     void checkPopup(const Declaration& declaration, const Parameter& control);
+    void checkPoint(const Declaration& declaration, const Parameter& control);
     void checkColor(const Declaration& declaration, const Parameter& control);
     void checkNames();
     void checkGroups();

@@ -16,12 +16,12 @@ namespace {
 constexpr double kAlike = 0.9;
 constexpr double kUnlike = 0.6;
 
-// Of 8 bits a channel, A, R, G, B.
-std::vector<double> BrightnessOf(const std::byte* pixels, std::size_t count) {
-    std::vector<double> brightness(count);
-    for (std::size_t i = 0; i < count; ++i)
+// Of 8 bits a channel, A, R, G, B, in rows that are so many bytes apart.
+std::vector<double> BrightnessOf(const std::byte* pixels, std::size_t width, std::size_t height, std::size_t rowBytes) {
+    std::vector<double> brightness(width * height);
+    for (std::size_t i = 0; i < brightness.size(); ++i)
         for (std::size_t channel = 1; channel < 4; ++channel)
-            brightness[i] += std::to_integer<int>(pixels[i * 4 + channel]);
+            brightness[i] += std::to_integer<int>(pixels[i / width * rowBytes + i % width * 4 + channel]);
     return brightness;
 }
 
@@ -48,17 +48,19 @@ double Likeness(const std::vector<double>& a, const std::vector<double>& b) {
 // Whether the output's rows are in the order of the input's. At 8 bits and one size; other frames say nothing.
 bool IsUpsideDown(RenderTarget& output, const Texture& input) {
     const PixelBuffer& copy = input.pixelCopy();
-    const std::size_t count = std::size_t{input.width} * input.height;
-    if (!copy || count == 0 || input.bitDepth != 8 || copy->size() != count * 4 || !output.isUsable() ||
-        output.bitDepth != 8 || output.width != input.width || output.height != input.height)
+    const std::size_t width = input.width, height = input.height;
+    if (!copy || width * height == 0 || input.bitDepth != 8 || !output.isUsable() || output.bitDepth != 8 ||
+        output.width != width || output.height != height)
         return false;
+    const std::size_t rowBytes = copy->size() / height;  // a host pads its rows
+    if (rowBytes < width * 4 || copy->size() % height != 0) return false;
     const auto* const mapped = static_cast<const std::byte*>(output.mapPixels());
-    const std::vector<double> shown = mapped ? BrightnessOf(mapped, count) : std::vector<double>();
+    const std::vector<double> shown = mapped ? BrightnessOf(mapped, width, height, width * 4) : std::vector<double>();
     RenderTarget::unmapPixels();
     if (shown.empty()) return false;
-    std::vector<double> given = BrightnessOf(copy->data(), count);
+    std::vector<double> given = BrightnessOf(copy->data(), width, height, rowBytes);
     if (Likeness(shown, given) < kAlike) return false;
-    ReverseRows(given, input.width);
+    ReverseRows(given, width);
     return Likeness(shown, given) < kUnlike;
 }
 

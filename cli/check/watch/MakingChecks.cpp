@@ -41,11 +41,11 @@ void MakingChecks::checkPicture(const NativeCall& call) const {
     const std::string file(call.textOf(0));
     if (source.find(file.substr(file.find_last_of("\\/:") + 1)))
         return run.findings.add("package/unreadable-picture", call,
-                                fmt::format("\"{}\" is no picture that can be read", file));
+                                fmt::format("\"{}\" is no picture that can be read", file), {}, file);
     std::vector<std::string> names;
     for (const PackageFile& packed : source.files) names.push_back(packed.name);
     run.findings.add("package/missing-picture", call, fmt::format("the effect has no file \"{}\"", file),
-                     DidYouMean(file, names));
+                     DidYouMean(file, names), file);
 }
 
 void MakingChecks::checkTarget(const NativeCall& call) const {

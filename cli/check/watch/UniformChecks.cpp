@@ -87,18 +87,18 @@ bool UniformChecks::checkKind(const NativeCall& call, const Shader& shader, cons
     const std::string words = WordsOfUniform(shader, uniform.uniformName);
     const std::string_view type = WordsOfGLType(text->glType);
     if (!ControlNamed(uniform.uniformName)) {
-        run.findings.add("script/wrong-value", call, fmt::format("{} is a {}, which a script cannot set", words, type),
+        run.findings.add("script/wrong-value", call,
+                         fmt::format("{} is {}, which a script cannot set", words, WithArticle(type)),
                          "declare float, vec2, vec3, vec4, int, bool or sampler2D");
         return false;
     }
     const std::string_view needed = WordsOfGLType(static_cast<std::uint32_t>(kind.uniformType));
     const bool hasUniform = kind.uniformType != UniformType::none;
     run.findings.add("script/uniform-type", call,
-                     hasUniform
-                         ? fmt::format("{} is a {}; the control of this name is a {}, which feeds a {}", words, type,
-                                       kind.name, needed)
-                         : fmt::format("{} is never set: the control of this name is a {}, which feeds no uniform",
-                                       words, kind.name),
+                     hasUniform ? fmt::format("{} is {}; the control of this name is {}, which feeds {}", words,
+                                              WithArticle(type), WithArticle(kind.name), WithArticle(needed))
+                                : fmt::format("{} is never set: the control of this name is {}, which feeds no uniform",
+                                              words, WithArticle(kind.name)),
                      hasUniform ? fmt::format("declare `uniform {} {};`", needed, uniform.uniformName)
                                 : "give control and uniform different names");
     return false;

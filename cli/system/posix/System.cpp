@@ -50,6 +50,10 @@ std::filesystem::path ProgramFile() {
     return std::filesystem::read_symlink("/proc/self/exe", ignored);
 }
 
+void DoWithoutShaderCache() {
+    setenv("MESA_SHADER_CACHE_DISABLE", "true", /*overwrite=*/0);
+}
+
 std::size_t ResidentBytes() {
     std::size_t all = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> all >> resident;

@@ -72,6 +72,10 @@ std::filesystem::path ProgramFile() {
     }
 }
 
+void DoWithoutShaderCache() {
+    SetEnvironmentVariableA("MESA_SHADER_CACHE_DISABLE", "true");
+}
+
 std::size_t ResidentBytes() {
     PROCESS_MEMORY_COUNTERS counters = {};
     return GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) != 0 ? counters.WorkingSetSize : 0;

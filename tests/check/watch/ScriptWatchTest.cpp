@@ -185,7 +185,7 @@ const WatchCase kDeclarations[] = {
      "QL_setParamMinMax(QL_initParam('a', QL_Type.ANGLE, 'A'), 0, 90);\n"
      "QL_setParamValue(QL_initParam('g', QL_Type.PATH, 'P'), 1);",
      "",
-     "3:1 script/no-effect: QL_setParamMinMax: control 'a' is a ANGLE, which has no range\n"
+     "3:1 script/no-effect: QL_setParamMinMax: control 'a' is an ANGLE, which has no range\n"
      "4:1 script/no-effect: QL_setParamValue: control 'g' is a PATH, which has no value\n"},
 };
 
