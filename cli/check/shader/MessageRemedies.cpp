@@ -3,9 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "cli/check/shader/ShaderChecks.h"
+#include "cli/diagnostics/NearestName.h"
 #include "cli/diagnostics/TextScanner.h"
 
 namespace quillon::cli {
@@ -77,6 +81,25 @@ const SourceToken* WholeNumberAfter(const ShaderSource& source, TextPlace place)
     return nullptr;
 }
 
+// Of a name that the driver does not know, the nearest one of the text and of the words that shaders use most.
+std::string SuggestionFor(const std::string& message, const ShaderSource& source) {
+    constexpr std::string_view kStarts[] = {"`", "no function with name '"};
+    constexpr std::string_view kEnds[] = {"' undeclared", "'"};
+    constexpr const char* kBuiltIns[] = {"texture2D", "gl_FragColor", "gl_FragCoord", "gl_TexCoord", "normalize",
+                                         "length",    "distance",     "smoothstep",   "reflect",     "refract",
+                                         "clamp",     "fract",        "floor"};
+    for (std::size_t i = 0; i < std::size(kStarts); ++i) {
+        if (!message.starts_with(kStarts[i]) || !message.ends_with(kEnds[i])) continue;
+        const std::size_t begin = kStarts[i].size();
+        const std::string name = message.substr(begin, message.size() - begin - kEnds[i].size());
+        std::vector<std::string> known(std::begin(kBuiltIns), std::end(kBuiltIns));
+        for (const SourceToken& token : source.tokens())
+            if (token.isWord() && token.text != name && token.text.size() > 2) known.push_back(token.text);
+        return DidYouMean(name, known);
+    }
+    return "";
+}
+
 }  // namespace
 
 std::string RemedyOf(const PlacedMessage& message, const ShaderSource& source) {
@@ -86,7 +109,7 @@ std::string RemedyOf(const PlacedMessage& message, const ShaderSource& source) {
         return "write float(n) for a whole number n: it does not become a float";
     }
     const Remedy* const row = FindRemedy(kRemedies, message.text);
-    return row ? row->remedy : "";
+    return row ? row->remedy : SuggestionFor(message.text, source);
 }
 
 bool IsFollowUp(const PlacedMessage& message) {
