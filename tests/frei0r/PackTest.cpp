@@ -113,7 +113,7 @@ TEST_F(Pack, InfoReadsFoldersModulesAndPlugins) {
     addEffect("faulty", {{"fx.js", "function setup() { nothing(); }"}});
     const ToolRun faulty = run("info faulty");
     EXPECT_EQ(faulty.status, 1);
-    EXPECT_THAT(faulty.err, HasSubstr("faulty/fx.js:1: error: "));
+    EXPECT_THAT(faulty.err, HasSubstr("faulty/fx.js:1:20: error: "));
     EXPECT_THAT(faulty.out, HasSubstr("kind: folder\n"));
     EXPECT_THAT(faulty.out, Not(HasSubstr("shaders")));
 
