@@ -7,8 +7,7 @@ if(NOT status EQUAL 0)
 endif()
 file(CONFIGURE OUTPUT ${OUTPUT} @ONLY CONTENT "namespace quillon::cli {
 
-extern const char* const kCommit;
-const char* const kCommit = \"@commit@\";
+extern const char* const kCommit = \"@commit@\";
 
 }  // namespace quillon::cli
 ")
