@@ -161,9 +161,7 @@ std::string RefusedGL(bool) {
     const LoadedEffect loaded(AllKinds(""));
     const host::EffectModule effect = loaded.effect();
     // A process whose start finds no surface or context does not look for one again.
-    const auto isForGood = [](GLRefusal refusal) {
-        return refusal == GLRefusal::surface || refusal == GLRefusal::context;
-    };
+    const auto isForGood = [](GLRefusal kind) { return kind == GLRefusal::surface || kind == GLRefusal::context; };
     constexpr std::pair<GLRefusal, const char*> kRefusals[] = {
         {GLRefusal::surface, "surface"},         {GLRefusal::context, "context"},
         {GLRefusal::current, "current context"}, {GLRefusal::framebuffer, "framebuffer"},
@@ -171,22 +169,21 @@ std::string RefusedGL(bool) {
         {GLRefusal::shader, "shader"},           {GLRefusal::map, "map"},
     };
     int refusedCalls = 0;
-    for (const auto& [refusal, name] : kRefusals)
+    for (const auto& [kind, name] : kRefusals)
         for (const bool fromTheStart : {true, false})
             for (const int depth : {8, 32}) {
                 const std::string what = std::string("no ") + name + (fromTheStart ? " from the start" : " any more");
                 InChild(
-                    [&, refusal = refusal] {
+                    [&, kind = kind] {
                         host::HostSession session(effect, Unrecorded());
                         const test::Bytes wanted = fromTheStart ? test::Bytes() : GoodRound(session);
-                        RefuseGL(refusal);
+                        RefuseGL(kind);
                         Round(session, depth);
                         Round(session, depth);
-                        const bool isAsked =
-                            fromTheStart || (refusal != GLRefusal::surface && refusal != GLRefusal::context);
-                        Require(RefusedCalls() > 0 || !isAsked || refusal == GLRefusal::floatTextures, what);
+                        const bool isAsked = fromTheStart || (kind != GLRefusal::surface && kind != GLRefusal::context);
+                        Require(RefusedCalls() > 0 || !isAsked || kind == GLRefusal::floatTextures, what);
                         RefuseGL(GLRefusal::none);
-                        if (fromTheStart && isForGood(refusal)) return;
+                        if (fromTheStart && isForGood(kind)) return;
                         const test::Bytes found = GoodRound(session);
                         Require(fromTheStart || found == wanted, what);
                     },

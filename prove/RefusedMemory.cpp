@@ -96,13 +96,13 @@ long EndRefusal() {
 
 using quillon::prove::IsRefused;
 
-QUILLON_SEEN void* malloc(std::size_t bytes) {
+QUILLON_SEEN void* malloc(std::size_t bytes) noexcept {
     return IsRefused(__builtin_return_address(0)) ? nullptr : __libc_malloc(bytes);
 }
-QUILLON_SEEN void* calloc(std::size_t count, std::size_t bytes) {
+QUILLON_SEEN void* calloc(std::size_t count, std::size_t bytes) noexcept {
     return IsRefused(__builtin_return_address(0)) ? nullptr : __libc_calloc(count, bytes);
 }
-QUILLON_SEEN void* realloc(void* memory, std::size_t bytes) {
+QUILLON_SEEN void* realloc(void* memory, std::size_t bytes) noexcept {
     return IsRefused(__builtin_return_address(0)) ? nullptr : __libc_realloc(memory, bytes);
 }
 

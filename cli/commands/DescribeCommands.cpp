@@ -23,12 +23,6 @@ std::vector<std::string> Split(const std::string& text, char separator) {
     return parts;
 }
 
-std::vector<std::string> TemplateNames() {
-    std::vector<std::string> names;
-    for (const EffectTemplate& each : EffectTemplates()) names.push_back(each.name);
-    return names;
-}
-
 // Names that the tool knows and the parser does not.
 struct OwnNames {
     const char* command;

@@ -30,12 +30,6 @@ std::string AboutOf(std::string_view config) {
     return std::string(config.substr(start, config.find("</ABOUT>", start) - start));
 }
 
-std::vector<std::string> TemplateNames() {
-    std::vector<std::string> names;
-    for (const EffectTemplate& each : EffectTemplates()) names.push_back(each.name);
-    return names;
-}
-
 }  // namespace
 
 std::vector<EffectTemplate> EffectTemplates() {
@@ -47,6 +41,12 @@ std::vector<EffectTemplate> EffectTemplates() {
     }
     std::ranges::sort(templates, {}, &EffectTemplate::name);
     return templates;
+}
+
+std::vector<std::string> TemplateNames() {
+    std::vector<std::string> names;
+    for (const EffectTemplate& each : EffectTemplates()) names.push_back(each.name);
+    return names;
 }
 
 std::vector<PackageFile> FilesOfTemplate(const std::string& name, const std::string& effect) {

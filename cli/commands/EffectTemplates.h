@@ -15,6 +15,7 @@ struct EffectTemplate {
     std::string about;  // what the effect does, one sentence
 };
 std::vector<EffectTemplate> EffectTemplates();  // by name
+std::vector<std::string> TemplateNames();
 
 // The files of a new effect with this name, made of a template. Throws WrongCommandLine for a template that does not
 // exist.

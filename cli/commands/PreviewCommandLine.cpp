@@ -10,7 +10,7 @@ namespace quillon::cli {
 
 namespace {
 
-constexpr const char* kAbout =
+constexpr const char* kAboutPreview =
     "Shows an effect in the browser while it is written: the picture, its controls, time, and what is wrong, with\n"
     "file and line. Saving a file of the effect updates the page. Prints the page's address and runs until Ctrl-C.";
 
@@ -35,7 +35,7 @@ void ReadRange(PreviewSetup& setup, const std::string& text) {
 void AddPreview(CLI::App& app, std::function<int()>& run) {
     auto options = std::make_shared<PreviewOptions>();
     PreviewSetup& setup = options->setup;
-    CLI::App& command = *app.add_subcommand("preview", kAbout);
+    CLI::App& command = *app.add_subcommand("preview", kAboutPreview);
     command.footer(kMore);
     AddPath(command, "EFFECT", setup.effect, "The effect's folder, or a packed module")->required()->type_name("");
     AddPath(command, "-i,--input", setup.input,

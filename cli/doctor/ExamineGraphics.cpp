@@ -50,7 +50,6 @@ bool Contains(const std::string& text, std::string_view word) {
 }  // namespace
 
 MachinePart ExamineGraphics() {
-    using State = MachinePart::State;
     MachinePart part{.name = "OpenGL"};
     OpenGLContext context;
     bool isOpen = false;
@@ -61,7 +60,7 @@ MachinePart ExamineGraphics() {
     if (isOpen) LoadGLEntryPoints();
     const std::string renderer = isOpen ? DriverText(GL_RENDERER) : "";
     if (renderer.empty()) {
-        part.state = State::broken;
+        part.state = MachinePart::State::broken;
         part.text = "there is none: no effect can be rendered or checked";
         part.remedy = kDriverRemedy;
         return part;
@@ -69,7 +68,7 @@ MachinePart ExamineGraphics() {
     part.text = fmt::format("{}, OpenGL {}; textures to {} pixels a side, {} in one shader", renderer,
                             DriverText(GL_VERSION), Limit(GL_MAX_TEXTURE_SIZE), Limit(GL_MAX_TEXTURE_IMAGE_UNITS));
     if (!HasFloatTargets()) {
-        part.state = State::broken;
+        part.state = MachinePart::State::broken;
         part.text += "; no targets of floats, which frames of 16 and 32 bits need";
         part.remedy = kDriverRemedy;
     } else if (Contains(renderer, "llvmpipe") || Contains(renderer, "softpipe")) {

@@ -96,7 +96,7 @@ TEST_F(Check, LooksAtFrames) {
         else
             EXPECT_EQ(result.err, "");
         EXPECT_EQ(result.status, result.err.find(": error: ") == std::string::npos ? 0 : 1);
-        EXPECT_EQ(result.out == "", result.status == 1) << result.out;
+        EXPECT_EQ(result.out.empty(), result.status == 1) << result.out;
         if (row.level == 3 || result.status == 1) continue;
         EXPECT_EQ(run("check fx --level 3", kSoftware).err, "") << "is of level " << row.level;
     }

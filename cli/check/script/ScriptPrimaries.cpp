@@ -159,9 +159,9 @@ void ScriptParser::propertyKey(NodeIndex property) {
         attach(property, assignment());
         return expectMark("]");
     }
-    using Kind = ScriptToken::Kind;
-    if (token.kind != Kind::word && token.kind != Kind::text && token.kind != Kind::number) throw GiveUp();
-    const bool isText = token.kind == Kind::text;
+    const bool isText = token.kind == ScriptToken::Kind::text;
+    const bool isName = token.kind == ScriptToken::Kind::word || token.kind == ScriptToken::Kind::number;
+    if (!isText && !isName) throw GiveUp();
     tree.nodes[property].place = static_cast<std::uint32_t>(token.begin);
     tree.nodes[property].text = isText ? token.source.substr(1, token.source.size() - 2) : token.source;
     advance();

@@ -60,7 +60,7 @@ private:
         while (const Operator* found = operatorHere(rank)) {
             ++at;
             const Value right = operation(found->rank + 1);
-            left = combine(*found, left, right);
+            left = Combine(*found, left, right);
         }
         return left;
     }
@@ -72,7 +72,7 @@ private:
     }
 
     // One side may settle a question whose other side is not known.
-    static Value combine(const Operator& operation, Value left, Value right) {
+    static Value Combine(const Operator& operation, Value left, Value right) {
         if (left && right) return operation.apply(*left, *right);
         for (const Value& side : {left, right}) {
             if (side && operation.mark == "&&" && *side == 0) return 0;

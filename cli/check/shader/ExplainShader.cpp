@@ -108,7 +108,7 @@ private:
         if (message.severity == kWarning) return;
         for (Diagnostic& finding : findings)
             if (finding.rule == "shader/lod-read" && message.text.find("texture2DLod") != std::string::npos)
-                raise(finding);
+                Raise(finding);
         if (!IsFollowUp(message))
             withoutPlace.push_back(Found(rule, path, 0, 0, message.text, RemedyOf(message, source)));
     }
@@ -141,7 +141,7 @@ private:
                 if (!nearest || distance(finding) < distance(*nearest)) nearest = &finding;
             }
         }
-        if (nearest) raise(*nearest);
+        if (nearest) Raise(*nearest);
         return nearest;
     }
 
@@ -154,7 +154,7 @@ private:
         return std::ranges::any_of(kRefusals, isPart) || (!word.empty() && HoldsWord(message.text, word));
     }
 
-    static void raise(Diagnostic& finding) {
+    static void Raise(Diagnostic& finding) {
         constexpr std::string_view kSome = "some drivers";
         finding.severity = error;
         if (!finding.text.starts_with(kSome)) return;

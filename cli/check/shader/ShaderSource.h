@@ -15,6 +15,7 @@ struct TextPlace {
     int line = 0;
     int column = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy takes the default's 0 for a pointer
     auto operator<=>(const TextPlace&) const = default;
 };
 

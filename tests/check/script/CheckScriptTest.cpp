@@ -206,8 +206,9 @@ TEST(CheckScriptTest, WarnsOfAConsoleThatHostsLack) {
         "var a = 'object' === typeof console ? console : null;",
         "if (a && !(typeof console === 'undefined') && a) { (function () { console.log(1); })(); } var a;",
         "function log(t) { if (typeof console === 'undefined' || !t) return; console.log(t); }",
-        "function log() { if (typeof console === 'undefined') { return; } [1].map(function () { console.x; print; }); }"
-        "function print() {}",
+        ("function log() { if (typeof console === 'undefined') { return; } [1].map(function () { console.x; print; }); "
+         "}"
+         "function print() {}"),
         "var has = typeof console !== 'undefined'; if (has) console.log(1);",
         "if (this.console) console.log(1); if ('console' in this) console.log(1);",
         "try { console.log(1); } catch (e) {}",
