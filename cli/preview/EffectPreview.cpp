@@ -5,9 +5,12 @@
 #include <cmath>
 #include <utility>
 
+#include "cli/check/run/Silencing.h"
+#include "cli/check/script/CheckScript.h"
 #include "cli/effect/ConfigChecks.h"
 #include "cli/effect/ControlTexts.h"
 #include "cli/effect/Leftovers.h"
+#include "cli/effect/ShaderFaults.h"
 #include "cli/effect/ShownTarget.h"
 #include "cli/movie/Movie.h"
 #include "cli/pictures/Chart.h"
@@ -51,14 +54,29 @@ host::HostSettings SettingsOf(const PreviewSetup& setup, PictureExtent extent) {
 
 }  // namespace
 
-EffectPreview::EffectPreview(const PreviewSetup& previewSetup, EffectSource readSource) : setup(previewSetup) {
+EffectPreview::EffectPreview(const PreviewSetup& previewSetup, const EffectSource& effectSource)
+    : source(effectSource), setup(previewSetup), watch(source) {
     openInput();
-    warnings = CheckIdentity(readSource);
-    const Diagnostics leftovers = CheckLeftovers(readSource);
-    warnings.insert(warnings.end(), leftovers.begin(), leftovers.end());
-    readSource.isModule = false;
-    effect.emplace(std::move(readSource), SettingsOf(setup, input->extentOf(setup.range.first)));
+    EffectSource folder = source;
+    folder.isModule = false;
+    effect.emplace(std::move(folder), SettingsOf(setup, input->extentOf(setup.range.first)));
     addLayers();
+    checkTexts();
+}
+
+// What `quillon check` says without playing a scene.
+void EffectPreview::checkTexts() {
+    for (const Diagnostics& found :
+         {CheckIdentity(source), CheckLeftovers(source),
+          CheckScriptText(source.pathOf("fx.js"), source.textOf("fx.js")), CompileShaderFiles(source)})
+        warnings.insert(warnings.end(), found.begin(), found.end());
+}
+
+// With what the script has done so far.
+Json EffectPreview::warningsNow() {
+    const Diagnostics found = watch.take();
+    warnings.insert(warnings.end(), found.begin(), found.end());
+    return FaultsForPage(Silence(source, warnings), &source);
 }
 
 void EffectPreview::openInput() {
@@ -117,7 +135,7 @@ Json EffectPreview::describe() {
               {"last", setup.range.last},
               {"fps", framesPerSecond}}},
             {"values", given},
-            {"warnings", FaultsForPage(warnings, nullptr)}};
+            {"warnings", warningsNow()}};
 }
 
 void EffectPreview::setLayer(const std::string& name, std::span<const std::byte> file) {
@@ -164,12 +182,15 @@ WorkerMessage EffectPreview::render(const Json& request) {
     const double readTime = MillisecondsSince(start);
     if (request.value("input", false)) return {AnswerWithPixels(*frame.picture), frame.picture->tightBytes()};
     applyValues(request.at("values"));
+    clock.take();
     const auto renderStart = Clock::now();
     auto output = effect->render(frame);
     const double renderTime = MillisecondsSince(renderStart);
     if (!shown.empty()) output = ReadTarget(shown);
     WorkerMessage answer{AnswerWithPixels(*output), output->tightBytes()};
-    answer.text["times"] = {{"read", readTime}, {"render", renderTime}};
+    const double scriptTime = std::min(clock.take(), renderTime);
+    answer.text["times"] = {{"read", readTime}, {"script", scriptTime}, {"passes", renderTime - scriptTime}};
+    answer.text["warnings"] = warningsNow();
     answer.text["states"] = states();
     Json& targets = answer.text["targets"] = Json::array();
     for (const ListedTarget& target : ListTargets())

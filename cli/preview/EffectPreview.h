@@ -8,9 +8,11 @@
 #include <span>
 #include <string>
 
+#include "cli/check/watch/ScriptWatch.h"
 #include "cli/effect/LoadedEffect.h"
 #include "cli/preview/FramePictures.h"
 #include "cli/preview/PreviewMessages.h"
+#include "cli/preview/ScriptClock.h"
 #include "cli/worker/WorkerMessage.h"
 
 namespace quillon::cli {
@@ -19,8 +21,9 @@ namespace quillon::cli {
 // LoadedEffect is. What goes wrong is thrown as ToolError.
 class EffectPreview {
 public:
-    // `readSource` has passed CheckSource. It runs by the tool's own engine, a module's files too: a module is silent.
-    EffectPreview(const PreviewSetup& previewSetup, EffectSource readSource);
+    // The source has passed CheckSource and outlives this. It runs by the tool's own engine, a module's files too: a
+    // module is silent.
+    EffectPreview(const PreviewSetup& previewSetup, const EffectSource& effectSource);
 
     // The answer to the setup.
     nlohmann::json describe();
@@ -35,10 +38,15 @@ private:
     void applyValues(const nlohmann::json& wanted);
     FrameInput inputOf(std::int32_t frame, std::uint32_t depth, double rate);
     nlohmann::json states() const;
+    void checkTexts();
+    nlohmann::json warningsNow();
 
+    const EffectSource& source;
     PreviewSetup setup;
     std::unique_ptr<FramePictures> input;
     double framesPerSecond = 25;  // that the input has
+    ScriptWatch watch;
+    ScriptClock clock;
     std::optional<LoadedEffect> effect;
     std::map<const Control*, FramePictures> layers;
     std::map<const Control*, std::string> values;  // texts, as they are set

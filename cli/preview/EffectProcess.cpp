@@ -15,6 +15,8 @@ using Clock = std::chrono::steady_clock;
 
 // How long an answer is waited for before others are looked at.
 constexpr auto kStep = std::chrono::milliseconds(20);
+// A script that runs too long is ended by the engine, which knows its line. This is for what keeps the engine from it.
+constexpr auto kGrace = std::chrono::seconds(1);
 
 WorkerMessage Failed(const std::string& text, const std::string& remedy) {
     return {FailedAnswer({{.text = text, .remedy = remedy, .kind = Diagnostic::Kind::render}}, kFault, nullptr)};
@@ -47,7 +49,7 @@ bool EffectProcess::isAlive() {
 WorkerMessage EffectProcess::exchange(const WorkerMessage& request, const IsOutdated& isOutdated) {
     if (hasEnded) return Failed("the effect's process has ended", "save a file of the effect to start it anew");
     workers.send(0, request);
-    const auto deadline = Clock::now() + limit;
+    const auto deadline = Clock::now() + limit + kGrace;
     for (;;) {
         if (auto answer = workers.wait(0, Clock::now() + kStep)) {
             if (!answer->message) return takeEnd();
@@ -64,7 +66,7 @@ WorkerMessage EffectProcess::exchange(const WorkerMessage& request, const IsOutd
         takeEnd();
         const double seconds = std::chrono::duration<double>(limit).count();
         return Failed(fmt::format("no answer within {:.3g} seconds, so that its process was ended", seconds),
-                      "look for a loop that never ends, or allow more with --time-limit");
+                      "look for a shader or a picture that takes that long, or allow more with --time-limit");
     }
 }
 

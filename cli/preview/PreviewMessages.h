@@ -14,7 +14,8 @@
 // request has one answer; one that fails has {"faults": [...], "status": N}, the exit status of a command that would
 // fail like that. An answer may also have "notes", lines that the script has printed since the answer before.
 //
-//   {"preview": SETUP}              first, and once: loads the effect and runs its setup().
+//   {"preview": SETUP, "milliseconds": N}   first, and once: loads the effect and runs its setup(). No entry point of
+//                                   the script may run longer than N.
 //       controls                    as `quillon params --json` has them, in the host's order
 //       input                       width, height, depth (of its file), first, last, fps
 //       values                      those of SETUP, by name: {"kind": K, "text": T}
@@ -26,7 +27,8 @@
 //                                   the picture that goes into the effect.
 //       width, height, depth        of the bytes: a host's buffer, rows tight, channels A, R, G, B
 //       origin                      [x, y] of the input's corner in it
-//       times                       milliseconds: read, render
+//       times                       milliseconds: read, script, passes
+//       warnings                    all so far, those of the frames too
 //       states                      for each control [name, isEnabled], as the host's panel shows it now
 //       targets                     the effect's render targets: name, width, height, depth
 //

@@ -19,6 +19,17 @@ WorkerMessage FrameRequest(Json view) {
     return {std::move(view)};
 }
 
+// What a browser shows fluently. Larger inputs are shown at a part of their size, until the page asks for all of it.
+constexpr std::uint64_t kMostPixels = std::uint64_t{3840} * 2160;
+
+std::uint32_t FirstDownsample(std::uint32_t wanted, const Json& input) {
+    if (wanted != 1) return wanted;
+    const std::uint64_t pixels = input["width"].get<std::uint64_t>() * input["height"].get<std::uint64_t>();
+    for (const std::uint32_t n : {1, 2, 3, 4})
+        if (pixels / (n * n) <= kMostPixels) return n;
+    return 8;
+}
+
 bool Fits(const PreviewSetup& setup, const Json& view) {
     return view.at("host") == static_cast<int>(setup.host) && view.at("downsample") == setup.downsample;
 }
@@ -30,7 +41,9 @@ PreviewSession::PreviewSession(PreviewSetup previewSetup, EffectProcess::Duratio
 
 PreviewSession::Started PreviewSession::start(PreviewSetup wanted, const EffectProcess::IsOutdated& isOutdated) const {
     Started started{std::make_shared<EffectProcess>(limit), {}};
-    started.answer = started.process->ask({{{"preview", JsonOf(wanted)}}}, isOutdated).text;
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(limit).count();
+    started.answer =
+        started.process->ask({{{"preview", JsonOf(wanted)}, {"milliseconds", milliseconds}}}, isOutdated).text;
     if (started.answer.contains("faults")) return started;
     std::map<std::string, Upload> sent;
     {
@@ -61,7 +74,7 @@ std::shared_ptr<EffectProcess> PreviewSession::install(const Started& started, c
                     {"values", description["values"]},
                     {"show", ""},
                     {"host", static_cast<int>(setup.host)},
-                    {"downsample", setup.downsample}};
+                    {"downsample", FirstDownsample(setup.downsample, input)}};
     }
     ++generation;
     hasChanged.notify_all();

@@ -1,11 +1,13 @@
 #include "cli/preview/PreviewWorker.h"
 
+#include <chrono>
 #include <new>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "cli/effect/LinkedEngine.h"
 #include "cli/effect/ScriptNotes.h"
 #include "cli/preview/EffectPreview.h"
 
@@ -21,9 +23,9 @@ public:
         } catch (const ToolError& error) {
             return {FailedAnswer(error.faults, error.exitStatus, source ? &*source : nullptr)};
         } catch (const std::bad_alloc&) {
-            return failed("out of memory");
+            return Failed("out of memory");
         } catch (const std::exception& error) {
-            return failed(error.what());
+            return Failed(error.what());
         }
     }
 
@@ -31,19 +33,20 @@ private:
     WorkerMessage answerOrThrow(const WorkerMessage& request) {
         const nlohmann::json& text = request.text;
         if (text.contains("preview")) {
+            LinkedEngine::LimitScripts(std::chrono::milliseconds(text["milliseconds"]));
             const PreviewSetup setup = SetupOf(text["preview"]);
             source = ReadEffectSource(setup.effect);
             ThrowIfAny(CheckSource(*source));
             preview.emplace(setup, *source);
             return {preview->describe()};
         }
-        if (!preview) return failed("the effect has not been loaded");
+        if (!preview) return Failed("the effect has not been loaded");
         if (!text.contains("layer")) return preview->render(text);
         preview->setLayer(text["layer"], request.bytes);
         return {nlohmann::json::object()};
     }
 
-    static WorkerMessage failed(const std::string& text) {
+    static WorkerMessage Failed(const std::string& text) {
         return {FailedAnswer({{.text = text, .kind = Diagnostic::Kind::tool}}, kFault, nullptr)};
     }
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
 #include <random>
 
 namespace quillon::cli {
@@ -32,7 +33,7 @@ struct Field {
 
 constexpr Field kFields[] = {
     {"frame", [](const Json& value) { return IsIn(value, 0, kMostFrames); }},
-    {"depth", [](const Json& value) { return value == 8 || value == 16 || value == 32; }},
+    {"depth", [](const Json& value) { return IsIn(value, 8, 32) && std::has_single_bit(value.get<unsigned>()); }},
     {"fps", [](const Json& value) { return value.is_number() && value >= 0.001 && value <= 100000; }},
     {"values", AreValues},
     {"show", [](const Json& value) { return value.is_string(); }},

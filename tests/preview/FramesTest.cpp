@@ -63,10 +63,15 @@ TEST_F(Frames, OutliveAnEffectThatNeverEndsOrCrashes) {
     ASSERT_TRUE(waitForState(IsLoaded).is_object());
     const std::string good = frame("0.5").pixels;
     EXPECT_EQ(good.size(), 8u);
-    EXPECT_EQ(frame("1").text["faults"].size(), 1u);
+    const Json endless = frame("1").text["faults"];
+    ASSERT_EQ(endless.size(), 1u);
+    EXPECT_EQ(endless[0]["rule"], "script/never-returns");
+    EXPECT_EQ(endless[0]["line"], 9);
     EXPECT_EQ(frame("0.5").pixels, good) << "another value";
     writeFile("fx/fx.js", "function setup() {\n  for (;;) {}\n}\nfunction draw() {}\n");
-    EXPECT_TRUE(waitForState(HasFaults).is_object());
+    const Json stuck = waitForState(HasFaults);
+    ASSERT_TRUE(stuck.is_object());
+    EXPECT_EQ(stuck["faults"][0]["source"], "  for (;;) {}");
     writeFile("fx/fx.js", "function setup() {\n  QL_release(-1);\n}\nfunction draw() {}\n");
     EXPECT_TRUE(waitForState([](const Json& state) {
                     return HasFaults(state) &&
@@ -95,7 +100,7 @@ TEST_F(Frames, ShowALayersPictureFromThePage) {
     ASSERT_TRUE(waitForState(IsLoaded).is_object());
     const auto send = [&](const std::string& bytes) {
         const auto answer =
-            newClient()->Post((root + "layer?name=layer&title=in.png").c_str(), bytes, "application/octet-stream");
+            newClient()->Post(root + "layer?name=layer&title=in.png", bytes, "application/octet-stream");
         return answer ? Json::parse(answer->body) : Json();
     };
     EXPECT_EQ(send("no picture")["faults"].size(), 1u);
@@ -107,15 +112,33 @@ TEST_F(Frames, ShowALayersPictureFromThePage) {
     EXPECT_EQ(frame("1").pixels, input) << "after a reload";
 }
 
-TEST_F(Frames, EndWithTheToolAndLetTheScriptPrint) {
-    writeFile("fx/fx.js", Script("  print('a note');\n"));
+TEST_F(Frames, EndWithTheToolAndSayWhatTheScriptPrintsAndMisses) {
+    writeFile("fx/fx.js", Script("  print('a note');\n  QL_setShaderParamVal(tint, 'amounts', 1);\n"));
     start();
     ASSERT_TRUE(waitForState(IsLoaded).is_object());
-    frame("1");
+    const Json told = frame("1").text;
+    ASSERT_EQ(told["notes"].size(), 1u);
+    EXPECT_NE(told["notes"][0].get<std::string>().find("fx.js:9: note: a note"), std::string::npos);
+    std::map<int, std::string> rules;  // by line
+    for (const Json& warning : told["warnings"]) rules[warning["line"]] = warning["rule"];
+    EXPECT_EQ(rules[9], "script/unguarded-console");
+    EXPECT_EQ(rules[10], "script/unknown-uniform");
+
+    // Another one beside it, but not at its port.
+    const std::string port = host.substr(host.find(':') + 1);
+    EXPECT_EQ(run("preview fx -i in.png --no-browser --port " + port).status, 1);
+    const auto first = std::move(preview);
+    const std::string firstHost = host;
+    start();
+    ASSERT_TRUE(waitForState(IsLoaded).is_object());
+    EXPECT_NE(host, firstHost);
+    EXPECT_EQ(frame("1").pixels.size(), 8u);
+    EXPECT_EQ(httplib::Client("http://" + firstHost).Get("/")->status, 403);
+
     preview->end();
     preview->wait();
     EXPECT_NE(preview->lastWords().find("fx.js:9: note: a note\n"), std::string::npos) << preview->lastWords();
-    EXPECT_FALSE(newClient()->Get(root.c_str()));
+    EXPECT_FALSE(newClient()->Get(root));
     EXPECT_EQ(run("preview fx -i in.png --set nothing=1 --no-browser").status, 2);
     EXPECT_EQ(run("preview missing --no-browser").status, 1);
 }

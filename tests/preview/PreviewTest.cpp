@@ -67,7 +67,7 @@ nlohmann::json PreviewTest::ViewOf(const std::string& amount) {
 }
 
 PreviewFrame PreviewTest::frame(const std::string& amount) {
-    const auto answer = newClient()->Post((root + "frame").c_str(), ViewOf(amount).dump(), "application/json");
+    const auto answer = newClient()->Post(root + "frame", ViewOf(amount).dump(), "application/json");
     if (!answer || answer->status != 200) return {};
     const std::string& body = answer->body;
     const auto size = LoadLittle<std::uint32_t>(std::as_bytes(std::span(body)).first<4>(), 0);
@@ -78,7 +78,7 @@ nlohmann::json PreviewTest::waitForState(const std::function<bool(const nlohmann
     nlohmann::json found;
     std::string stream;
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    newClient()->Get((root + "events").c_str(), [&](const char* data, std::size_t size) {
+    newClient()->Get(root + "events", [&](const char* data, std::size_t size) {
         stream.append(data, size);
         for (std::size_t at = 0; (at = stream.find("\n\n")) != std::string::npos; stream.erase(0, at + 2)) {
             if (!stream.starts_with("data: ")) continue;

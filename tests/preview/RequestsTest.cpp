@@ -51,8 +51,8 @@ TEST_F(Requests, FromStrangersAreRefused) {
     for (const RefusedCase& each : kCases) {
         const std::string path = (each.hasToken ? root : "/") + each.path;
         const auto client = newClient();
-        const auto answer = each.body ? client->Post(path.c_str(), each.headers, each.body, "application/json")
-                                      : client->Get(path.c_str(), each.headers);
+        const auto answer = each.body ? client->Post(path, each.headers, each.body, "application/json")
+                                      : client->Get(path, each.headers);
         ASSERT_TRUE(answer) << each.name;
         EXPECT_EQ(answer->status, each.status) << each.name;
         EXPECT_TRUE(each.status != 403 || answer->body.empty()) << each.name;
@@ -66,14 +66,15 @@ TEST_F(Requests, OfManyAtOnceAreAnsweredBesideOneThatNeverFinishes) {
     std::condition_variable hasChanged;
     bool isOver = false;
     std::thread slow([&] {
-        newClient()->Post((root + "frame").c_str(), 1000,
-                          [&](std::size_t offset, std::size_t, httplib::DataSink& sink) {
-                              if (offset == 0) return sink.write("{", 1);
-                              std::unique_lock lock(mutex);
-                              hasChanged.wait(lock, [&] { return isOver; });
-                              return false;
-                          },
-                          "application/json");
+        newClient()->Post(
+            root + "frame", 1000,
+            [&](std::size_t offset, std::size_t, httplib::DataSink& sink) {
+                if (offset == 0) return sink.write("{", 1);
+                std::unique_lock lock(mutex);
+                hasChanged.wait(lock, [&] { return isOver; });
+                return false;
+            },
+            "application/json");
     });
     std::vector<std::thread> others;
     std::atomic<int> answered = 0;

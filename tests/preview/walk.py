@@ -149,7 +149,7 @@ class Walk(unittest.TestCase):
         source = script.read_text()
         first = self.picture()
         script.write_text(source.replace("function draw() {", "function draw() {\n    for (;;) {}"))
-        wait("the report", lambda: self.words() != "")
+        wait("the report", lambda: "still running after 2 s" in self.words() and "fx.js:" in self.words())
         self.assertEqual(self.picture(), first)
         script.write_text(source)
         wait("the end of the report", lambda: self.words() == "")

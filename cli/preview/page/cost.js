@@ -1,8 +1,10 @@
-// What the last frames have cost, in milliseconds: the effect's rendering, reading of inputs, and the way to the page.
+// What the last frames have cost, in milliseconds: the effect's script, its passes with the picture's way back from GL,
+// reading of inputs, and the way to the page.
 
 const kFrames = 120;
 const kParts = [
-  { name: "render", color: "#e8a33d" },
+  { name: "script", color: "#c96bd8" },
+  { name: "passes", color: "#e8a33d" },
   { name: "read", color: "#5aa9e6" },
   { name: "transfer", color: "#8a929b" },
 ];
@@ -15,8 +17,8 @@ export class CostGraph {
   }
 
   add(frame) {
-    const { read, render } = frame.times;
-    this.frames.push({ read, render, transfer: Math.max(frame.milliseconds - read - render, 0) });
+    const { read, script, passes } = frame.times;
+    this.frames.push({ read, script, passes, transfer: Math.max(frame.milliseconds - read - script - passes, 0) });
     if (this.frames.length > kFrames) this.frames.shift();
     this.draw();
     const last = this.frames[this.frames.length - 1];
@@ -27,7 +29,7 @@ export class CostGraph {
     const { width, height } = this.canvas;
     const context = this.canvas.getContext("2d");
     context.clearRect(0, 0, width, height);
-    const sum = (cost) => cost.read + cost.render + cost.transfer;
+    const sum = (cost) => kParts.reduce((total, { name }) => total + cost[name], 0);
     const scale = height / Math.max(...this.frames.map(sum), 1);
     const step = width / kFrames;
     this.frames.forEach((cost, index) => {

@@ -2,6 +2,8 @@
 
 import { copyText } from "./output.js";
 
+const kNotes = 200;
+
 function placeOf(fault) {
   let place = fault.file ?? fault.path;
   if (fault.line > 0) place += ":" + fault.line;
@@ -42,6 +44,29 @@ function show(fault) {
 
 export function showFaults(root, faults) {
   root.replaceChildren(...faults.map(show));
+}
+
+// What the script prints, the last lines of it.
+export class NoteList {
+  constructor(root) {
+    this.root = root;
+    this.lines = [];
+    root.querySelector("button").addEventListener("click", () => this.clear());
+  }
+
+  add(notes = []) {
+    if (notes.length === 0) return;
+    this.lines = [...this.lines, ...notes].slice(-kNotes);
+    const list = this.root.querySelector("pre");
+    list.textContent = this.lines.join("\n");
+    this.root.hidden = false;
+    list.scrollTop = list.scrollHeight;
+  }
+
+  clear() {
+    this.lines = [];
+    this.root.hidden = true;
+  }
 }
 
 export function showWarnings(root, warnings) {

@@ -1,6 +1,6 @@
 // The page: what the author looks at is `view`; each change of it asks for a frame.
 import { CostGraph } from "./cost.js";
-import { showFaults, showWarnings } from "./faults.js";
+import { NoteList, showFaults, showWarnings } from "./faults.js";
 import { commandLine, copyText, download, saveValues } from "./output.js";
 import { Panel } from "./panel.js";
 import { paint } from "./pixels.js";
@@ -18,6 +18,7 @@ const look = { channels: "color", behind: "checker", exposure: 0 };
 let wipe = null;
 const inputPicture = new InputPicture();
 const cost = new CostGraph();
+const notes = new NoteList(byId("notes"));
 
 // Buttons of which one is chosen. Gives a function that shows which.
 function choice(id, entries, choose) {
@@ -108,6 +109,7 @@ const queue = new FrameQueue((answer) => {
     timeline.stop();
     return;
   }
+  notes.add(answer.notes);
   if (answer.faults) {
     timeline.stop();
     showFaults(byId("faults"), answer.faults);
@@ -122,6 +124,7 @@ const queue = new FrameQueue((answer) => {
   stage.setPoints(view.show ? [] : panel.points());
   showTargets();
   showExtent();
+  showWarnings(byId("warnings"), frame.warnings);
   cost.add(frame);
   draw();
   setBusy(false);
@@ -172,7 +175,8 @@ function showExtent() {
   const n = shown.downsample;
   const isInput = width === Math.ceil(input.width / n) && height === Math.ceil(input.height / n);
   const place = isInput || shown.show ? "" : `, input at ${origin[0]}, ${origin[1]}`;
-  byId("extent").textContent = `${width} × ${height}, ${frame.depth} bits${place}`;
+  const part = n === 1 || shown.show ? "" : `, 1/${n} of ${input.width} × ${input.height}`;
+  byId("extent").textContent = `${width} × ${height}, ${frame.depth} bits${part}${place}`;
 }
 
 function showTargets() {
@@ -212,6 +216,8 @@ function take(next) {
   const text = JSON.stringify([state.description, state.uploads]);
   if (text !== description) {
     description = text;
+    notes.clear();
+    notes.add(state.description.notes);
     panel.build(state.description, view.values, titlesOf(state));
     view.values = panel.values;
   }
