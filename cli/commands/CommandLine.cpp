@@ -52,9 +52,13 @@ void AddChart(CLI::App& app, Run& run) {
         ->required()
         ->type_name("FILE");
     AddSize(command, "--size", options->width, options->height, "Its extent in pixels; default 960x540");
+    command
+        .add_option("--frames", options->frames, "Footage that moves, 48 frames until it repeats; -o may be a movie")
+        ->type_name("FIRST-LAST[xSTEP]");
     command.footer(
         "  quillon chart -o chart.png\n"
-        "  quillon chart -o chart.exr --size 1920x1080");
+        "  quillon chart -o chart.exr --size 1920x1080\n"
+        "  quillon chart -o chart.####.png --frames 0-47");
     command.callback([&run, options] { run = [options] { return RunChart(*options); }; });
 }
 

@@ -121,9 +121,10 @@ struct ChartOptions {
     std::filesystem::path output;
     std::uint32_t width = 960;
     std::uint32_t height = 540;
+    std::string frames;  // FIRST-LAST[xSTEP] of footage; empty: one picture
 };
 
-// `quillon chart`: writes the tool's test picture and prints its path.
+// `quillon chart`: writes the tool's test picture, or footage of it, and prints the paths.
 int RunChart(const ChartOptions& options);
 
 // Two pictures, patterns or movies.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -45,9 +47,46 @@ std::string TextOf(const nlohmann::ordered_json& value) {
 constexpr std::array kColumns = {"index", "uniform", "kind",     "type",  "name",
                                  "id",    "flags",   "ui_flags", "value", "default"};
 
+struct FlagWord {
+    std::int64_t bit;
+    const char* word;
+};
+constexpr FlagWord kFlagWords[] = {
+    {PF_ParamFlag_CANNOT_TIME_VARY, "fixed"},
+    {PF_ParamFlag_CANNOT_INTERP, "no-interpolation"},
+    {PF_ParamFlag_COLLAPSE_TWIRLY, "collapsed"},
+    {PF_ParamFlag_SUPERVISE, "supervised"},
+    {PF_ParamFlag_USE_VALUE_FOR_OLD_PROJECTS, "value-for-old-projects"},
+};
+constexpr FlagWord kUiFlagWords[] = {
+    {PF_PUI_TOPIC, "topic"},
+    {PF_PUI_CONTROL, "control"},
+    {PF_PUI_STD_CONTROL_ONLY, "standard-control"},
+    {PF_PUI_NO_ECW_UI, "not-in-panel"},
+    {PF_PUI_DISABLED, "disabled"},
+    {PF_PUI_INVISIBLE, "invisible"},
+};
+
+// The flags by name, and what has none as a number.
+std::string Words(std::int64_t flags, std::span<const FlagWord> words) {
+    std::string text;
+    const auto add = [&](const std::string& word) { text += (text.empty() ? "" : "|") + word; };
+    for (const FlagWord& row : words) {
+        if ((flags & row.bit) != 0) add(row.word);
+        flags &= ~row.bit;
+    }
+    if (flags != 0) add(std::to_string(flags));
+    return text.empty() ? "none" : text;
+}
+
 Row RowOf(const nlohmann::ordered_json& control) {
     Row row;
-    for (const char* column : kColumns) row.push_back(control.contains(column) ? TextOf(control[column]) : "");
+    for (const std::string column : kColumns) {
+        std::string text = control.contains(column) ? TextOf(control[column]) : "";
+        if (column == "flags") text = Words(control[column].get<std::int64_t>(), kFlagWords);
+        if (column == "ui_flags") text = Words(control[column].get<std::int64_t>(), kUiFlagWords);
+        row.push_back(std::move(text));
+    }
     std::string& rest = row.emplace_back();
     for (const auto& [key, value] : control.items()) {
         if (key == "label" || key == "param_type" || std::ranges::find(kColumns, key) != kColumns.end()) continue;

@@ -110,14 +110,15 @@ float HalfTurns(float x, float y) {
 }
 
 // A star of wedges that meet in the middle, in a ring.
-void PaintStar(Canvas& canvas, float x, float y, float radius) {
+void PaintStar(Canvas& canvas, float x, float y, float radius, float motion) {
     constexpr int kWedges = 24;
+    constexpr float kPairs = 6;  // of wedges that pass in all of the motion
     constexpr float kWedgeAngle = 3.14159265f / kWedges;
     PaintDisc(canvas, x, y, radius * 1.12f, {0.93f, 0.90f, 0.82f}, 1);
     canvas.fill({x - radius - 1, y - radius - 1, x + radius + 1, y + radius + 1},
                 [&](float px, float py, const Color& there) {
                     const float d = Distance(px, py, x, y);
-                    const float turn = HalfTurns(px - x, py - y) * kWedges;
+                    const float turn = HalfTurns(px - x, py - y) * kWedges - 2 * kPairs * motion;
                     const float phase = std::fabs(turn - 2 * std::floor(turn / 2) - 1) - 0.5f;
                     const float edge = phase * d * kWedgeAngle;  // pixels to the nearest edge of a wedge
                     return Mix(there, kNight, Coverage(edge) * Coverage(d - radius));
@@ -126,7 +127,7 @@ void PaintStar(Canvas& canvas, float x, float y, float radius) {
 }
 
 // Lights on a dark ground, for effects that look for what is bright.
-void PaintNight(Canvas& canvas, const Box& box) {
+void PaintNight(Canvas& canvas, const Box& box, float sway) {
     canvas.fill(box, [&](float, float y, const Color&) {
         return Mix(kNight, {0.10f, 0.07f, 0.14f}, (y - box.top) / box.height());
     });
@@ -134,7 +135,7 @@ void PaintNight(Canvas& canvas, const Box& box) {
     constexpr float kWave[] = {0.34202014f,  0.8660254f,  0.9848078f,  0.64278761f, 0,
                                -0.64278761f, -0.9848078f, -0.8660254f, -0.34202014f};
     for (int i = 0; i < 9; ++i) {
-        const float along = (static_cast<float>(i) + 0.5f) / 9;
+        const float along = (static_cast<float>(i) + 0.5f + 0.4f * sway) / 9;
         const float x = box.left + along * box.width();
         const float y = box.top + box.height() * (0.5f - 0.26f * kWave[i]);
         PaintLight(canvas, x, y, box.height() * (0.05f + 0.012f * static_cast<float>(i % 3)),
@@ -184,19 +185,20 @@ void CutTransparency(Canvas& canvas, const Box& fade, float holeX, float holeY, 
 
 }  // namespace
 
-Picture DrawChart(std::uint32_t width, std::uint32_t height) {
+Picture DrawChart(std::uint32_t width, std::uint32_t height, float motion) {
     Canvas canvas(width, height);
     const Box frame = canvas.frame();
     const Box all = Part(frame, 0.035f, 0.06f, 0.965f, 0.94f);
     const float unit = std::fmin(frame.width() / 16, frame.height() / 9);
+    const float sway = 1 - std::fabs(2 * motion - 1);  // up to 1 and back
     PaintGround(canvas);
     PaintArrow(canvas, Part(all, 0.01f, 0.02f, 0.06f, 0.14f));
     PaintPatches(canvas, Part(all, 0.08f, 0, 0.60f, 0.27f));
     PaintRamps(canvas, Part(all, 0, 0.72f, 0.60f, 1));
     PaintLines(canvas, Part(all, 0.64f, 0.80f, 1, 1));
-    PaintNight(canvas, Part(all, 0, 0.32f, 0.36f, 0.67f));
-    PaintStar(canvas, all.left + 0.49f * all.width(), all.top + 0.495f * all.height(), 1.35f * unit);
-    PaintDiscs(canvas, all.left + 0.80f * all.width(), all.top + 0.25f * all.height(), 1.5f * unit);
+    PaintNight(canvas, Part(all, 0, 0.32f, 0.36f, 0.67f), sway);
+    PaintStar(canvas, all.left + 0.49f * all.width(), all.top + 0.495f * all.height(), 1.35f * unit, motion);
+    PaintDiscs(canvas, all.left + (0.80f + 0.04f * sway) * all.width(), all.top + 0.25f * all.height(), 1.5f * unit);
     const Box fade = Part(all, 0.64f, 0.66f, 1, 0.77f);
     canvas.fill(fade, [](float, float, const Color&) { return Color{0.20f, 0.75f, 0.70f}; });
     CutTransparency(canvas, fade, all.left + 0.965f * all.width(), all.top + 0.535f * all.height(), 0.8f * unit);

@@ -9,6 +9,9 @@ namespace quillon::cli {
 // The tool's own test picture, the same on every machine: gray and color ramps, color patches, fine lines, round
 // shapes, lights on a dark ground, and soft transparent parts. No two of its corners look alike, so that a turned or
 // mirrored picture shows. Floats 0 to 1 in the order R, G, B, A.
-Picture DrawChart(std::uint32_t width, std::uint32_t height);
+//
+// As footage the star turns, and lights and round shapes go to the right and back. `motion` is how much of that is
+// over, from 0 to 1, which are alike.
+Picture DrawChart(std::uint32_t width, std::uint32_t height, float motion = 0);
 
 }  // namespace quillon::cli

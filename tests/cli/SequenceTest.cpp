@@ -311,6 +311,17 @@ TEST_F(Sequences, ProgressIsALineForEachFrame) {
         << result.err;
 }
 
+// What the chart's own footage is: it starts as the picture, moves, and repeats.
+TEST_F(Sequences, ChartsMove) {
+    EXPECT_EQ(run("chart -o c##.argb --size 96x54 --frames 0-48x24").out, "c00.argb\nc24.argb\nc48.argb\n");
+    run("chart -o still.argb --size 96x54");
+    EXPECT_EQ(readFile("c00.argb"), readFile("still.argb"));
+    EXPECT_EQ(readFile("c48.argb"), readFile("still.argb"));
+    EXPECT_NE(readFile("c24.argb"), readFile("still.argb"));
+    EXPECT_EQ(run("chart -o - --size 8x4 --frames 1-2").out.size(), std::size_t{2} * 8 * 4 * 4);
+    EXPECT_EQ(run("chart -o still.png --frames 0-1").status, 2);
+}
+
 // A folder renders by the tool's own engine, and a module by itself.
 TEST_F(Sequences, FoldersAndTheirModulesRenderTheSame) {
     addCopyEffect();
