@@ -23,6 +23,10 @@ std::string Sizes(bool isLong);
 std::string Memory(bool isLong);
 std::string ToolMemory(bool isLong);
 std::string RefusedGL(bool isLong);
+std::string Damaged(bool isLong);
+std::string Determinism(bool isLong);
+std::string Metamorphic(bool isLong);
+std::string Kills(bool isLong);
 
 // Throws the words unless `isTrue`.
 void Require(bool isTrue, const std::string& words);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <malloc.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -35,6 +36,10 @@ constexpr Row kRows[] = {
     {"tool-memory", "wherever memory is refused, the tool ends with an error or with the picture", ToolMemory, 600,
      7200},
     {"gl", "whatever GL refuses, the module lives, and renders when it is back", RefusedGL, 300, 300},
+    {"damaged", "damaged packages and modules end in an error or are empty", Damaged, 600, 7200},
+    {"determinism", "every run gives the same bits, with any number of the driver's threads", Determinism, 600, 1800},
+    {"metamorphic", "shaders that are written in another way give the same bits", Metamorphic, 600, 3600},
+    {"kills", "killed or out of room at any write: the old output or the new one, no leftovers", Kills, 600, 7200},
 };
 
 // Written by a row's process, read by the driver, whatever has become of the process.
@@ -51,6 +56,7 @@ void Note(char (&place)[Room], const std::string& words) {
 
 [[noreturn]] void RunRow(const Row& row, bool isLong, const std::filesystem::path& temporary) {
     setpgid(0, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // with the driver
     setenv("TMPDIR", temporary.c_str(), 1);
     int status = 0;
     try {
