@@ -23,7 +23,7 @@ TEST_F(Docs, FindsPagesFunctionsCommandsAndHeadings) {
         {"Script-API", "Script API"},
         {"QL_renderShader", "QL_renderShader(shader, target, flip, viewport)"},
         {"q.l.getparamflags", "QL_setParamFlags(param, flags), QL_getParamFlags(param)"},
-        {"'QL_getTime()'", "QL_getTime()"},
+        {"\"QL_getTime()\"", "QL_getTime()"},
         {"QL_GL.REPEAT", "QL_setTextureParam(id, name, value)"},
         {"draw", "Entry points"},
         {"chart", "quillon chart -o OUTPUT"},

@@ -16,14 +16,14 @@ protected:
 
     void paintChart(int depth) {
         bits = " --depth " + std::to_string(depth);
-        const ToolRun painted = run("render '" + effect + "' -i in.png -o chart.argb" + bits);
+        const ToolRun painted = run("render \"" + effect + "\" -i in.png -o chart.argb" + bits);
         EXPECT_EQ(painted.status, 0) << painted.err;
     }
 
     // Pixels of the sheet's red in a frame with these arguments of render.
     std::size_t red(const std::string& arguments) {
         const ToolRun checked =
-            run("render '" + effect + "' -i chart.argb --size 640x360 -o sheet.tif --set mode=Check" + bits + " " +
+            run("render \"" + effect + "\" -i chart.argb --size 640x360 -o sheet.tif --set mode=Check" + bits + " " +
                 arguments);
         EXPECT_EQ(checked.status, 0) << checked.err;
         run("render copy -i sheet.tif --depth 8 -o sheet.argb");

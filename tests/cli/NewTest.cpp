@@ -19,16 +19,16 @@ std::vector<std::string> TemplateNames() {
 class NewFromTemplate : public ToolTest, public ::testing::WithParamInterface<std::string> {};
 
 TEST_P(NewFromTemplate, RendersChecksAndPacksAtOnce) {
-    ASSERT_EQ(run("new 'My effect' --template " + GetParam()).out, "My effect\n");
+    ASSERT_EQ(run("new \"My effect\" --template " + GetParam()).out, "My effect\n");
     // What the deeper levels look at is the same on every system, and takes minutes under Wine.
     const std::string level = cli::kOwnModuleKind.ending == std::string(".so") ? "5" : "3";
-    const ToolRun checked = run("check --level " + level + " --deny-warnings 'My effect'");
+    const ToolRun checked = run("check --level " + level + " --deny-warnings \"My effect\"");
     EXPECT_EQ(checked.out, "My effect: nothing wrong\n");
     EXPECT_EQ(checked.err, "");
     run("chart -o in.png --size 64x36");
-    EXPECT_EQ(run("render 'My effect' -i in.png -o out.png").out, "out.png\n");
+    EXPECT_EQ(run("render \"My effect\" -i in.png -o out.png").out, "out.png\n");
     const std::string module = Module("mine");
-    const ToolRun packed = run("pack --list 'My effect' -o " + module);
+    const ToolRun packed = run("pack --list \"My effect\" -o " + module);
     EXPECT_EQ(packed.out.substr(0, module.size() + 1), module + "\n") << packed.err;
     EXPECT_EQ(packed.out.find("jsconfig.json"), std::string::npos);
     EXPECT_NE(run("info " + module).out.find("QLVMyeffect"), std::string::npos);
