@@ -168,7 +168,7 @@ std::string RefusedGL(bool) {
         {GLRefusal::floatTextures, "floats"},    {GLRefusal::anyTexture, "texture"},
         {GLRefusal::shader, "shader"},           {GLRefusal::map, "map"},
     };
-    int refusedCalls = 0;
+    int refusals = 0;
     for (const auto& [kind, name] : kRefusals)
         for (const bool fromTheStart : {true, false})
             for (const int depth : {8, 32}) {
@@ -188,7 +188,7 @@ std::string RefusedGL(bool) {
                         Require(fromTheStart || found == wanted, what);
                     },
                     what);
-                ++refusedCalls;
+                ++refusals;
             }
     InChild(
         [&] {
@@ -198,7 +198,7 @@ std::string RefusedGL(bool) {
             Require(session.globalSetup().error != 0, "without a driver the start does not fail");
         },
         "no driver");
-    return std::to_string(refusedCalls + 1) + " refusals of " + std::to_string(std::size(kRefusals) + 1) + " kinds";
+    return std::to_string(refusals + 1) + " refusals of " + std::to_string(std::size(kRefusals) + 1) + " kinds";
 }
 
 }  // namespace quillon::prove

@@ -26,10 +26,10 @@ AuthorText::AuthorText(std::string_view wholeText) : author(wholeText.substr(0, 
     text.append(author, copied);
 }
 
-std::vector<TextPlace> AuthorText::authorPlaces(const std::vector<std::size_t>& places) const {
+std::vector<AuthorPlace> AuthorText::authorPlaces(const std::vector<std::size_t>& places) const {
     constexpr std::string_view kMark = "\xEF\xBB\xBF";
-    std::vector<TextPlace> found;
-    TextPlace at = {1, 1};
+    std::vector<AuthorPlace> found;
+    AuthorPlace at = {1, 1};
     std::size_t read = author.starts_with(kMark) ? kMark.size() : 0;
     std::size_t shift = 0;
     for (const std::size_t place : places) {

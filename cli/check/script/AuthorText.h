@@ -7,7 +7,7 @@
 
 namespace quillon::cli {
 
-struct TextPlace {
+struct AuthorPlace {
     int line;    // from 1
     int column;  // from 1, in code points; a tab is one, and so is a line feed's carriage return
 };
@@ -22,7 +22,7 @@ public:
 
     // Where places in the prepared text are in the author's. They count bytes and ascend. A mark of the encoding at
     // the start of the text has no column.
-    std::vector<TextPlace> authorPlaces(const std::vector<std::size_t>& places) const;
+    std::vector<AuthorPlace> authorPlaces(const std::vector<std::size_t>& places) const;
 
 private:
     struct Shift {

@@ -38,7 +38,7 @@ Diagnostics CheckScriptText(const std::string& path, std::string_view text) {
 
     std::vector<std::size_t> offsets;
     for (const ScriptFinding& finding : findings) offsets.push_back(finding.place);
-    const std::vector<TextPlace> places = author.authorPlaces(offsets);
+    const std::vector<AuthorPlace> places = author.authorPlaces(offsets);
     Diagnostics diagnostics;
     for (std::size_t i = 0; i < findings.size(); ++i) {
         const bool isPlaced = findings[i].place != ScriptFinding::kNoPlace;
@@ -53,7 +53,7 @@ std::optional<ScriptBreak> WhereScriptBreaks(std::string_view text) {
     const AuthorText author(text);
     const ScriptTree tree = ParseScript(author.prepared());
     if (tree.isWhole) return {};
-    const TextPlace place = author.authorPlaces({tree.brokenAt}).front();
+    const AuthorPlace place = author.authorPlaces({tree.brokenAt}).front();
     return ScriptBreak{place.line, place.column, std::string(tree.brokenToken)};
 }
 
@@ -70,11 +70,11 @@ std::vector<ScriptFunction> FunctionsOfScript(std::string_view text) {
         functions.push_back({std::string(tree.nameOfFunction(node)), 0, 0});
     }
     std::ranges::sort(ends);
-    const std::vector<TextPlace> first = author.authorPlaces(begins);
+    const std::vector<AuthorPlace> first = author.authorPlaces(begins);
     std::vector<std::size_t> endOffsets;
     endOffsets.reserve(ends.size());
     for (const auto& [place, function] : ends) endOffsets.push_back(place);
-    const std::vector<TextPlace> last = author.authorPlaces(endOffsets);
+    const std::vector<AuthorPlace> last = author.authorPlaces(endOffsets);
     for (std::size_t i = 0; i < functions.size(); ++i) {
         functions[i].firstLine = first[i].line;
         functions[ends[i].second].lastLine = last[i].line;
