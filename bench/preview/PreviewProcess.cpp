@@ -56,6 +56,7 @@ struct PreviewProcess::Connection {
     cli::ChildProcess process;
     std::string root;
     std::unique_ptr<httplib::Client> client;
+    std::string body;  // of the last frame
     nlohmann::json last;
 };
 
@@ -68,13 +69,23 @@ PreviewProcess::~PreviewProcess() = default;
 
 double PreviewProcess::render() {
     constexpr const char* kView = R"({"frame":0,"depth":8,"fps":25,"values":{},"show":"","host":0,"downsample":1})";
+    std::string& body = connection->body;
+    body.clear();
+    httplib::Request request;
+    request.method = "POST";
+    request.path = connection->root + "frame";
+    request.headers = {{"Content-Type", "application/json"}};
+    request.body = kView;
+    request.content_receiver = [&body](const char* bytes, std::size_t count, std::uint64_t, std::uint64_t) {
+        body.append(bytes, count);
+        return true;
+    };
     const auto start = std::chrono::steady_clock::now();
-    const auto answer = connection->client->Post(connection->root + "frame", kView, "application/json");
+    const auto answer = connection->client->send(request);
     const auto end = std::chrono::steady_clock::now();
     if (!answer || answer->status != 200) throw std::runtime_error("the preview does not answer");
-    const std::span body = std::as_bytes(std::span(answer->body));
-    const auto size = LoadLittle<std::uint32_t>(body.first<4>(), 0);
-    connection->last = nlohmann::json::parse(answer->body.substr(4, size));
+    const auto size = LoadLittle<std::uint32_t>(std::as_bytes(std::span(body)).first<4>(), 0);
+    connection->last = nlohmann::json::parse(body.substr(4, size));
     return std::chrono::duration<double, std::milli>(end - start).count();
 }
 

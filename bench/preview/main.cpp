@@ -26,7 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kEffects[] = {"grade", "lens", "glow"};
+// Without positions, whose defaults depend on the host's layer.
+constexpr const char* kEffects[] = {"grade", "ink", "glow"};
 struct Size {
     std::uint32_t width, height;
     double aim;

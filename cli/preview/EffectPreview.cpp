@@ -73,10 +73,11 @@ void EffectPreview::checkTexts() {
 }
 
 // With what the script has done so far.
-Json EffectPreview::warningsNow() {
+const Json& EffectPreview::warningsNow() {
     const Diagnostics found = watch.take();
     warnings.insert(warnings.end(), found.begin(), found.end());
-    return FaultsForPage(Silence(source, warnings), &source);
+    if (shownWarnings.is_null() || !found.empty()) shownWarnings = FaultsForPage(Silence(source, warnings), &source);
+    return shownWarnings;
 }
 
 void EffectPreview::openInput() {

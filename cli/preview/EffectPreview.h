@@ -39,7 +39,7 @@ private:
     FrameInput inputOf(std::int32_t frame, std::uint32_t depth, double rate);
     nlohmann::json states() const;
     void checkTexts();
-    nlohmann::json warningsNow();
+    const nlohmann::json& warningsNow();
 
     const EffectSource& source;
     PreviewSetup setup;
@@ -51,6 +51,7 @@ private:
     std::map<const Control*, FramePictures> layers;
     std::map<const Control*, std::string> values;  // texts, as they are set
     Diagnostics warnings;
+    nlohmann::json shownWarnings;  // of these
 };
 
 }  // namespace quillon::cli

@@ -60,6 +60,7 @@ class Walk(unittest.TestCase):
             [TOOL, "preview", "fx", "-i", "chart.png", "--no-browser", "--time-limit", "2"],
             cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.addCleanup(self.end)
+        self.browser.set_window_size(1300, 800)
         self.browser.get(self.preview.stdout.readline().strip())
         self.name = wait("a slider", lambda: self.find("[data-kind=FLOAT]").get_attribute("data-name"))
         self.find("#behind [data-value=none]").click()
@@ -176,6 +177,9 @@ class Walk(unittest.TestCase):
         body.send_keys("?")
         self.assertTrue(self.find("#help").is_displayed())
         body.send_keys(Keys.ESCAPE)
+        self.browser.set_window_size(900, 700)
+        self.assertFalse(self.browser.execute_script(
+            "return document.documentElement.scrollWidth > innerWidth"), "the page is wider than the window")
         unnamed = self.browser.execute_script("""
             return [...document.querySelectorAll('button, input, select')].filter((element) => element.offsetParent &&
                 !(element.getAttribute('aria-label') || element.labels?.length || element.textContent.trim()))

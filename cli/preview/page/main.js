@@ -7,6 +7,7 @@ import { paint } from "./pixels.js";
 import { FrameQueue, InputPicture, listen, restartEffect, sendLayer } from "./server.js";
 import { Stage } from "./stage.js";
 import { Timeline } from "./timeline.js";
+import { layerOf } from "./values.js";
 
 const byId = (id) => document.getElementById(id);
 
@@ -235,10 +236,10 @@ function take(next) {
 }
 
 // Of the layers' pictures: those named on the command line, and those that a page has sent.
-function titlesOf({ layers, uploads }) {
+function titlesOf(state) {
   const titles = {};
-  for (const layer of layers) titles[layer.slice(0, layer.indexOf("="))] = layer.slice(layer.indexOf("=") + 1);
-  return Object.assign(titles, uploads);
+  for (const layer of state.layers) titles[layerOf(state, layer)] = layer.slice(layer.indexOf("=") + 1);
+  return Object.assign(titles, state.uploads);
 }
 
 async function restart() {

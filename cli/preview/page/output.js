@@ -1,5 +1,7 @@
 // What leaves the page: the command line that renders the same picture, the picture, the values.
 
+import { layerOf } from "./values.js";
+
 const kHosts = ["after-effects", "premiere"];
 
 function quote(text, system) {
@@ -13,7 +15,7 @@ export function commandLine(state, view) {
   const words = ["quillon", "render", state.effect, "-i", input, "-o", `${state.name.replace(/\.\w+$/, "")}-${view.frame}.${view.depth === 32 ? "exr" : "png"}`];
   words.push("--depth", String(view.depth), "--frames", `${view.frame}-${view.frame}`, "--fps", String(view.fps));
   for (const [name, { text }] of Object.entries(view.values)) words.push("--set", `${name}=${text}`);
-  for (const layer of state.layers) words.push("--layer", layer);
+  for (const layer of state.layers) if (!(layerOf(state, layer) in state.uploads)) words.push("--layer", layer);
   for (const [name, title] of Object.entries(state.uploads)) if (title) words.push("--layer", `${name}=${title}`);
   if (view.show) words.push("--show", view.show);
   if (view.host !== 0) words.push("--host", kHosts[view.host]);

@@ -57,3 +57,10 @@ export function defaultText(control, input) {
 }
 
 export { entryText };
+
+// The uniform of the control that a NAME=FILE of the command line is for: a uniform's name or a label.
+export function layerOf(state, assignment) {
+  const name = assignment.slice(0, assignment.indexOf("="));
+  const { controls } = state.description;
+  return (controls.find(({ uniform }) => uniform === name) ?? controls.find((control) => control.name === name))?.uniform;
+}

@@ -13,10 +13,18 @@ struct ParentPipe::System {
     int output;
 };
 
+namespace {
+
+// A picture goes through in a few steps. The system may refuse it.
+constexpr int kPipeBytes = 1 << 20;
+
+}  // namespace
+
 ParentPipe::ParentPipe() : system(std::make_unique<System>()) {
     std::signal(SIGPIPE, SIG_IGN);
     system->input = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     system->output = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    fcntl(system->output, F_SETPIPE_SZ, kPipeBytes);
     dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
