@@ -23,6 +23,7 @@ std::string Sizes(bool isLong);
 std::string Memory(bool isLong);
 std::string ToolMemory(bool isLong);
 std::string RefusedGL(bool isLong);
+std::string Hostile(bool isLong);
 std::string Damaged(bool isLong);
 std::string Determinism(bool isLong);
 std::string Metamorphic(bool isLong);

@@ -36,6 +36,7 @@ constexpr Row kRows[] = {
     {"tool-memory", "wherever memory is refused, the tool ends with an error or with the picture", ToolMemory, 600,
      7200},
     {"gl", "whatever GL refuses, the module lives, and renders when it is back", RefusedGL, 300, 300},
+    {"hostile", "whatever a script does, the process lives and a good effect renders next", Hostile, 600, 7200},
     {"damaged", "damaged packages and modules end in an error or are empty", Damaged, 600, 7200},
     {"determinism", "every run gives the same bits, with any number of the driver's threads", Determinism, 600, 1800},
     {"metamorphic", "shaders that are written in another way give the same bits", Metamorphic, 600, 3600},
