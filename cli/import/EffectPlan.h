@@ -14,7 +14,9 @@ namespace quillon::cli {
 
 // What a shader file asks of an effect, free of the file's format. From this the effect's folder is written.
 
+// A control of the effect, and the uniform that it feeds.
 struct PlannedControl {
+    // Which of the engine's kinds serves; a slider is also a whole number, a toggle also an event.
     enum class Kind { slider, toggle, popup, color, point };
 
     std::string name;       // of the control, as the file names its input
@@ -32,7 +34,9 @@ struct PlannedControl {
     std::vector<std::string> entries{};
 };
 
+// A picture that shaders read.
 struct PlannedImage {
+    // Silence is a picture of one color, in place of sound.
     enum class Source { input, layer, file, silence };
 
     std::string name;
@@ -45,6 +49,7 @@ struct PlannedImage {
     bool isTiled = false;             // repeats beyond its borders
 };
 
+// A target that passes draw into and read.
 struct PlannedTarget {
     std::string name;
     std::string width{};  // JavaScript, in pixels of the output `width` by `height`; empty: the output's
@@ -60,6 +65,7 @@ struct PlannedSampler {
     std::string size{};     // the uniform of its size in pixels, where the shader asks for it
 };
 
+// A shader file of the effect.
 struct PlannedShader {
     std::string name;  // its file is NAME.frag
     std::string text{};
@@ -72,12 +78,14 @@ struct PlannedShader {
     std::vector<int> originLines{};
 };
 
+// One drawing, in the order of the frame.
 struct PlannedPass {
     std::size_t shader = 0;
     int index = 0;
     std::string target{};  // empty: the frame
 };
 
+// The whole effect.
 struct EffectPlan {
     ShaderFormat format = ShaderFormat::isf;
     std::string name;        // of the effect, as people read it
@@ -92,18 +100,21 @@ struct EffectPlan {
     std::vector<PlannedShader> shaders{};
     std::vector<PlannedPass> passes{};
 
+    // By its name; null when there is none.
     const PlannedTarget* findTarget(const std::string& target) const {
         for (const PlannedTarget& planned : targets) {
             if (planned.name == target) return &planned;
         }
         return nullptr;
     }
+    // Whether frames depend on the ones before them.
     bool isPersistent() const {
         for (const PlannedTarget& target : targets) {
             if (target.isPersistent) return true;
         }
         return false;
     }
+    // Whether a shader declares this uniform.
     bool uses(const std::string& uniform) const {
         for (const PlannedShader& shader : shaders) {
             if (shader.uniforms.contains(uniform)) return true;

@@ -12,12 +12,14 @@
 
 namespace quillon::cli {
 
+// What a text may use that it does not say itself.
 struct DialectOptions {
     std::map<std::string, GlslType> globals{};  // names that are declared elsewhere
     std::set<std::string> pictures{};           // samplers that the text may name
     std::set<std::string> own{};                // functions that the text, or one beside it, defines
 };
 
+// What the changes have found, for what is written around the text.
 struct DialectResult {
     GlslReads reads;
     std::set<std::string> usedPictures;

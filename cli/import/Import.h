@@ -20,11 +20,13 @@ struct ImportRequest {
     std::vector<std::string> channels{};                     // "PASS:N=SOURCE"
 };
 
+// A file of the effect's folder.
 struct ImportedFile {
     std::string name;
     std::string content;
 };
 
+// What has become of a shader file.
 struct ImportedEffect {
     EffectPlan plan;
     std::vector<ImportedFile> files;  // none when the file is refused

@@ -26,6 +26,7 @@ public:
     // False when the worker has ended; wait() then says so too.
     bool send(std::size_t worker, const WorkerMessage& request);
 
+    // What has come from a worker.
     struct Answer {
         std::size_t worker = 0;
         std::optional<WorkerMessage> message;  // nothing: the worker has ended, which comes once and last
@@ -38,6 +39,7 @@ public:
     // Ends a worker at once, for one that does not answer in time. Its end comes as an answer.
     void kill(std::size_t worker);
 
+    // How a worker has ended.
     struct End {
         int status = 0;     // its exit status; -1 when a signal ended it
         std::string words;  // the last of what it has printed on standard error

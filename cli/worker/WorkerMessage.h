@@ -23,6 +23,7 @@
 
 namespace quillon::cli {
 
+// A request or an answer.
 struct WorkerMessage {
     nlohmann::json text = {};
     std::vector<std::byte> bytes = {};

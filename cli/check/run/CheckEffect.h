@@ -20,6 +20,7 @@ struct CheckSettings {
     std::chrono::milliseconds timeLimit = std::chrono::seconds(10);
 };
 
+// What was found in an effect.
 struct CheckedEffect {
     EffectSource source;   // as the findings count its lines
     Diagnostics findings;  // in the order of their places, each once

@@ -9,6 +9,7 @@
 
 namespace quillon::cli {
 
+// Answers one request.
 void RunCheckWorker(WorkerChannel& channel, const WorkerMessage& request);
 
 }  // namespace quillon::cli

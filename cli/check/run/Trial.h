@@ -29,6 +29,7 @@ public:
     // Level 1 to 5: how much is asked for.
     Trial(EffectSource effectSource, int askedLevel, TrialReports& trialReports);
 
+    // The effect on trial, and how hard it is looked at.
     const EffectSource& source() const { return effectSource; }
     int level() const { return askedLevel; }
 
@@ -68,6 +69,7 @@ struct Scene {
 // In the order in which they are played. A scene with errors is the last.
 std::span<const Scene> Scenes();
 
+// The scenes. Each reports through the trial, and ends where an error has come up.
 void PlayStart(Trial& trial);
 void PlayControls(Trial& trial);
 void PlaySizesAndLayers(Trial& trial);

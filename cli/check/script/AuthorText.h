@@ -7,6 +7,7 @@
 
 namespace quillon::cli {
 
+// A place in the author's file, as editors show it.
 struct AuthorPlace {
     int line;    // from 1
     int column;  // from 1, in code points; a tab is one, and so is a line feed's carriage return

@@ -21,6 +21,7 @@ struct ScriptBreak {
 };
 std::optional<ScriptBreak> WhereScriptBreaks(std::string_view text);
 
+// A function of a script, and the lines that it covers.
 struct ScriptFunction {
     std::string name;         // as it is declared or assigned; empty without one
     int firstLine, lastLine;  // of the author's text, from 1

@@ -13,6 +13,7 @@ namespace quillon::cli {
 using ScopeIndex = std::uint32_t;
 using VariableIndex = std::uint32_t;
 
+// A name that the script declares, or a global that it assigns to.
 struct ScriptVariable {
     std::string_view name;
     NodeIndex declaredAt = 0;               // a binding; 0 for a global that assignments make
@@ -35,6 +36,7 @@ public:
     // Names that can be seen at a node: those of the innermost scope first, of each in the order of the alphabet.
     std::vector<std::string> namesAt(NodeIndex node) const;
 
+    // What is around a node: a with statement, a try with a catch, strict mode, a function.
     bool isInWith(NodeIndex node) const { return (places[node].flags & kWith) != 0; }
     bool isInAttempt(NodeIndex node) const { return (places[node].flags & kAttempt) != 0; }  // its fault is caught
     bool isStrict(NodeIndex node) const { return (places[node].flags & kStrict) != 0; }

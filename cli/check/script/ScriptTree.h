@@ -55,6 +55,7 @@ enum class NodeKind : std::uint8_t {
 
 using NodeIndex = std::uint32_t;
 
+// A part of the script, from an identifier to the program.
 struct ScriptNode {
     NodeKind kind;
     bool isWritten = false;  // an identifier, a member or an index that "=" or a loop's head sets, and does not read
