@@ -24,7 +24,7 @@ fs::path TemplateModule(const ModuleKind& kind, const char* name) {
     std::error_code ignored;
     if (!fs::exists(path, ignored)) {
         throw Fault(path.string(), fmt::format("the template of modules for {} is missing", kind.system),
-                    "build it again, and keep bin and lib beside each other");
+                    "install Quillon anew, or take this file from its package or zip: lib is beside the tool's bin");
     }
     return path;
 }

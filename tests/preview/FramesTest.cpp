@@ -116,11 +116,11 @@ TEST_F(Frames, EndWithTheToolAndSayWhatTheScriptPrintsAndMisses) {
     writeFile("fx/fx.js", Script("  print('a note');\n  QL_setShaderParamVal(tint, 'amounts', 1);\n"));
     start();
     ASSERT_TRUE(waitForState(IsLoaded).is_object());
-    const Json told = frame("1").text;
-    ASSERT_EQ(told["notes"].size(), 1u);
-    EXPECT_NE(told["notes"][0].get<std::string>().find("fx.js:9: note: a note"), std::string::npos);
+    const Json answer = frame("1").text;
+    ASSERT_EQ(answer["notes"].size(), 1u);
+    EXPECT_NE(answer["notes"][0].get<std::string>().find("fx.js:9: note: a note"), std::string::npos);
     std::map<int, std::string> rules;  // by line
-    for (const Json& warning : told["warnings"]) rules[warning["line"]] = warning["rule"];
+    for (const Json& warning : answer["warnings"]) rules[warning["line"]] = warning["rule"];
     EXPECT_EQ(rules[9], "script/unguarded-console");
     EXPECT_EQ(rules[10], "script/unknown-uniform");
 

@@ -22,7 +22,7 @@ void RenderDepths(Trial& trial, std::initializer_list<std::uint32_t> depths, con
     }
 }
 
-// Another value than the default, of a control that changes the frame; of none when there is none.
+// Each control to its last end, so that the frame differs from the default's where it can.
 void MoveControls(LoadedEffect& effect) {
     for (const Control& control : effect.controls()) {
         const auto values = EndsOf(control);
