@@ -8,6 +8,13 @@
 
 namespace quillon {
 
+namespace {
+
+// Deflate takes at least two bits for the longest run, which is 258 bytes.
+constexpr mz_uint64 kMostBytesOfPackedByte = 258 * 8 / 2;
+
+}  // namespace
+
 struct ZipArchive::Reader {
     mz_zip_archive zip{};
 
@@ -32,6 +39,11 @@ std::vector<std::byte> ZipArchive::Read(const std::string& name) {
     const auto index = static_cast<mz_uint>(found);
     // For an entry that is marked as a directory the library hands out memory that it has not filled.
     if (mz_zip_reader_is_file_a_directory(&zip, index)) return {};
+    // It also allocates whatever size an entry claims before it looks at what is there.
+    mz_zip_archive_file_stat entry;
+    if (!mz_zip_reader_file_stat(&zip, index, &entry) || entry.m_comp_size > zip.m_archive_size ||
+        entry.m_uncomp_size > entry.m_comp_size * kMostBytesOfPackedByte)
+        return {};
 
     std::size_t size = 0;
     const std::unique_ptr<void, decltype(&mz_free)> content(mz_zip_reader_extract_to_heap(&zip, index, &size, 0),
