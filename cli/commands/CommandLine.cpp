@@ -205,6 +205,7 @@ void AddCompletion(CLI::App& app, Run& run) {
 int RunCommandLine(std::vector<std::string> arguments, const std::function<int(const RenderOptions&)>& render) {
     Run run;
     CLI::App app(fmt::format(kAbout, kOwnModuleKind.ending), "quillon");
+    app.allow_windows_style_options(false);  // "/clips/in.png" is a path on Windows too
     app.set_version_flag("--version", VersionText, "Prints the version, the commit and the libraries");
     app.require_subcommand(0, 1);
     AddRender(app, run, arguments, render);
