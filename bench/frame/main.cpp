@@ -3,8 +3,13 @@
 //   frame/engine/DEPTH/WIDTHxHEIGHT   one frame of an identity effect through IPlugin: lock, input, draw, read-back
 //   frame/module/DEPTH/WIDTHxHEIGHT   the same through EntryPointFunc of the packed module
 //
+// A texture keeps a CPU copy of what was uploaded, for scripts that make a surface of it. The bare calls make none: the
+// second ratio leaves out what such a copy takes by itself, and the aims are for that one.
+//
 // All sides render the same picture, and their results are compared byte for byte. Rounds alternate, so that whatever
-// else the machine does falls on all alike; the ratio is that of the medians.
+// else the machine does falls on all alike; a ratio is that of the medians.
+
+#include <malloc.h>
 
 #include <algorithm>
 #include <chrono>
@@ -33,7 +38,7 @@ struct Case {
 };
 
 constexpr Case kCases[] = {
-    {{1920, 1080, 8}, 1.05, 1.05, 40}, {{1920, 1080, 16}, 0.95, 0.70, 30}, {{1920, 1080, 32}, 1.15, 1.05, 30},
+    {{1920, 1080, 8}, 1.05, 1.05, 40}, {{1920, 1080, 16}, 0.70, 0.70, 30}, {{1920, 1080, 32}, 1.05, 1.05, 30},
     {{480, 270, 8}, 1.20, 0, 300},     {{480, 270, 16}, 0, 0, 200},        {{480, 270, 32}, 1.20, 0, 200},
     {{640, 360, 8}, 0, 0, 200},        {{640, 360, 16}, 0, 0, 150},        {{640, 360, 32}, 0, 0, 150},
     {{3840, 2160, 8}, 0, 1.05, 10},    {{3840, 2160, 16}, 0, 0.55, 10},    {{3840, 2160, 32}, 0, 1.05, 10},
@@ -85,9 +90,9 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-void Print(const char* what, const FrameSize& size, double time, double floor, double aim) {
-    std::printf("frame/%s/%u/%ux%u: %.3f ms, floor %.3f ms, ratio %.3f", what, size.bitDepth, size.width, size.height,
-                time, floor, time / floor);
+void Print(const char* what, const FrameSize& size, double time, double copy, double floor, double aim) {
+    std::printf("frame/%s/%u/%ux%u: %.3f ms, floor %.3f ms, ratio %.3f, without the copy %.3f", what, size.bitDepth,
+                size.width, size.height, time, floor, time / floor, (time - copy) / floor);
     if (aim != 0) std::printf(" (aim %.2f)", aim);
     std::printf("\n");
 }
@@ -103,7 +108,9 @@ bool Measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
     auto bare = std::make_unique<BareFrame>(size);
     engine.unlockGL();
 
+    std::vector<std::byte> kept(size.bytes());
     std::vector<double> bareTimes;
+    std::vector<double> copyTimes;
     std::vector<double> engineTimes;
     std::vector<double> moduleTimes;
     for (int round = -3; round < entry.rounds; ++round) {  // three rounds to warm up
@@ -113,7 +120,9 @@ bool Measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
         const double engineTime =
             Milliseconds([&] { RenderThroughEngine(engine, size, input.data(), fromEngine.data()); });
         const double moduleTime = module.render(size, input.data(), fromModule.data());
+        const double copyTime = Milliseconds([&] { std::memcpy(kept.data(), input.data(), size.bytes()); });
         if (round < 0) continue;
+        copyTimes.push_back(copyTime);
         bareTimes.push_back(bareTime);
         engineTimes.push_back(engineTime);
         moduleTimes.push_back(moduleTime);
@@ -123,9 +132,10 @@ bool Measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
     engine.unlockGL();
 
     const double floor = Median(bareTimes);
-    Print("engine", size, Median(engineTimes), floor, entry.engineAim);
-    Print("module", size, Median(moduleTimes), floor, entry.moduleAim);
-    return fromEngine == expected && fromModule == expected;
+    const double copy = Median(copyTimes);
+    Print("engine", size, Median(engineTimes), copy, floor, entry.engineAim);
+    Print("module", size, Median(moduleTimes), copy, floor, entry.moduleAim);
+    return fromEngine == expected && fromModule == expected && kept == input;
 }
 
 }  // namespace
@@ -134,6 +144,10 @@ bool Measure(IPlugin& engine, ModuleFrame& module, const Case& entry) {
 
 int main() {
     using namespace quillon;
+    // Hosts keep the memory of their pictures. Without this each output of the module would be in fresh pages, whose
+    // making counts as the module's time.
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
     // The engine of this program takes only the package from the module, which has its own engine.
     const std::filesystem::path file = QUILLON_IDENTITY;
     std::string reason;

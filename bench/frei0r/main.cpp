@@ -3,7 +3,7 @@
 //   frei0r/frame/8/WIDTHxHEIGHT   one frame of an identity effect through f0r_update of the packed plug-in
 //
 // Both render the same picture, and both results are compared with it byte for byte. Rounds alternate, and each
-// gives a ratio of its own, so that whatever else the machine does falls on both sides of it; the median counts.
+// gives its own ratio, so that whatever else the machine does falls on both sides of it; the median counts.
 
 #include <dlfcn.h>
 
