@@ -14,7 +14,7 @@
 namespace quillon::host {
 
 // The host's memory handles. What an effect does wrong with one is reported in words through `fault`, which stays as it
-// is otherwise; nothing an effect does with a handle, known or not, damages the book. Any thread may call.
+// is otherwise; nothing that an effect does with a handle, known or not, damages the tracker. Any thread may call.
 class HandleTracker {
 public:
     // Fresh bytes are not zero. Never fails.

@@ -19,8 +19,8 @@ struct CallbackEvent {
     HostInstance* instance;  // null in a selector that concerns none
 };
 
-// A test's own doings in the middle of the host's, on the thread of the call and without any lock of the host held, so
-// that an effect can be entered again from here. Set them while no selector runs.
+// What a test does in the middle of the host's work. Hooks run on the thread of the call while the host holds no lock,
+// so an effect can be entered again from here. Set them while no selector runs.
 struct Hooks {
     // At the start of a callback, before faults strike.
     std::map<Callback, std::function<void(const CallbackEvent&)>> at;

@@ -10,7 +10,7 @@
 
 namespace quillon::prove {
 
-// Tints the input by the control `v`, host index 1, and spreads it across and down through two targets of its own.
+// Tints the input by the control `v`, host index 1, and spreads it across and down through two targets that it makes.
 test::Files ThreePasses();
 
 // The module with an effect inside, loaded as a host loads it.

@@ -5,7 +5,7 @@
 
 namespace quillon::prove {
 
-// A row of the table. It runs in a process of its own, with an empty folder for temporary files that must be empty
+// A row of the table. It runs in a separate process, with an empty folder for temporary files that must be empty
 // again at its end.
 struct Row {
     const char* name;

@@ -50,7 +50,7 @@ constexpr std::array kDeeds = {
     "Object.defineProperty(Object.prototype, 'width', { get: function () { releaseAll(); return 1; } });",
     "Duktape.errCreate = function () { throw 2; }; nothing();",
     "Duktape.fin({}, function () { releaseAll(); make(); throw 3; });",
-    // Each into a place of its own: two that put their objects into one place push each other out for ever.
+    // Each into a separate place: two that put their objects into one place push each other out for ever.
     "Duktape.fin({ a: 1 }, function (o) { odd['kept' + count++] = o; QL_release(QL_getSequenceRT()); });",
     "QL_release(QL_getSequenceRT()); QL_release(QL_getSequenceTexture());",
     "releaseAll(); make();",

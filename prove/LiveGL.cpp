@@ -1,4 +1,4 @@
-// Stands between the modules of this process and the GL library: the loader finds these functions first.
+// Comes between the modules of this process and the GL library: the loader finds these functions first.
 
 #include "LiveGL.h"
 

@@ -69,7 +69,7 @@ std::vector<long> Places(long last, bool all, long most) {
     return places;
 }
 
-// In a process of its own, which has no GL yet.
+// In a separate process, which has no GL yet.
 void InChild(const std::function<void()>& body, const std::string& what) {
     NowAt(what);
     const pid_t child = fork();

@@ -60,7 +60,7 @@ struct RenderOptions {
 
     std::optional<StreamForm> stream;  // of standard output; default raw
     Background background;             // of what has no alpha
-    std::string codecArgs;             // further arguments of ffmpeg, parted by blanks
+    std::string codecArgs;             // further arguments of ffmpeg, separated by blanks
 };
 
 // `quillon render`: renders one picture or a sequence, and prints the path of each as it is written.

@@ -7,7 +7,7 @@
 
 namespace quillon::cli {
 
-// What the command line's own description says of its commands, but for those that are not for people.
+// What the command line's own description says of its commands, except those that are not for people.
 std::vector<CommandShape> DescribeCommands(const CLI::App& app);
 
 }  // namespace quillon::cli

@@ -61,7 +61,7 @@ Diagnostics Checked(const fs::path& folder) {
         Diagnostics findings = checked.findings;
         findings.push_back({.path = folder.string(),
                             .text = "has errors and is not packed",
-                            .remedy = "mend them, or pack it as it is with --no-check",
+                            .remedy = "fix them, or pack it as it is with --no-check",
                             .kind = Diagnostic::Kind::tool});
         throw EffectFault(findings);
     } catch (const ToolError& error) {

@@ -163,7 +163,7 @@ void AddStreams(CLI::App& command, RenderOptions& options) {
         .add_option_function<std::string>("--background", readColor,
                                           "What shows through in .mp4 and y4m, which have no alpha; default black")
         ->type_name("COLOR");
-    command.add_option("--codec-args", options.codecArgs, "Further arguments for ffmpeg, parted by blanks")
+    command.add_option("--codec-args", options.codecArgs, "Further arguments for ffmpeg, separated by blanks")
         ->type_name("TEXT");
 }
 

@@ -28,7 +28,7 @@ constexpr const char* kBashEnd =
     "}\n"
     "complete -F _quillon quillon";
 
-// The words that compgen takes, parted by line feeds.
+// The words that compgen takes, separated by line feeds.
 std::string WordList(const std::vector<std::string>& words) {
     std::string list;
     for (const std::string& word : words) list += (list.empty() ? "" : "\\n") + word;

@@ -37,7 +37,7 @@ std::string WriteZshCompletion(std::span<const CommandShape> commands);
 std::string WriteFishCompletion(std::span<const CommandShape> commands);
 std::string WritePowerShellCompletion(std::span<const CommandShape> commands);
 
-// A text in single quotes, in which each of its own is replaced by `quote`.
+// A text in single quotes, in which each single quote is replaced by `quote`.
 std::string SingleQuoted(const std::string& text, const char* quote);
 
 }  // namespace quillon::cli

@@ -73,7 +73,7 @@ constexpr Rule kRules[] = {
     {"script/reads-own-target", 3, error, "draw into a second target and exchange the two"},
     {"script/release-in-use", 2, error, "release only what the script has made and no longer uses"},
     {"script/same-label", 2, warning, "give them labels that differ in their first 31 bytes"},
-    {"script/same-name", 2, error, "give each control a name of its own"},
+    {"script/same-name", 2, error, "give each control another name"},
     {"script/shadowed-function", 2, error, "give it another name"},
     {"script/syntax", 2, error, ""},
     {"script/undeclared-name", 2, error, "declare it with var, or look for a typing error"},

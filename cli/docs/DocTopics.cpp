@@ -19,7 +19,7 @@ constexpr const char* kScriptPage = "script-api";
 constexpr const char* kToolPage = "tool";
 constexpr std::string_view kPrefix = "QL_";
 
-// What has no heading of its own, and the heading that is about it.
+// What no heading names, and the heading that is about it.
 constexpr std::pair<const char*, const char*> kElsewhere[] = {
     {"setup", "Entry points"},         {"draw", "Entry points"},    {"preRender", "Entry points"},
     {"updateUIFlags", "Entry points"}, {"QL_Type", "QL_initParam"}, {"QL_ParamFlags", "QL_setParamFlags"},

@@ -25,7 +25,7 @@ std::string WriteTable(const DocBlock& table, const PageLook& look);
 // Columns that a text takes, at one a character.
 std::size_t WidthOfText(std::string_view text);
 
-// A text in lines of at most so many columns, but for words that are longer.
+// A text in lines of at most so many columns, except for words that are longer.
 std::vector<DocText> WrapText(const DocText& text, std::size_t columns);
 
 }  // namespace quillon::cli

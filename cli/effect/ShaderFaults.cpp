@@ -28,7 +28,7 @@ Diagnostic EmptyFile(const std::string& path) {
     return Found("shader/missing-file", path, 0, 0, "the file is empty");
 }
 
-// Of a shader that the script made of a text of its own, where the lines of files mean nothing.
+// Of a shader that the script made of a text, where the lines of files mean nothing.
 void PlaceInScript(Diagnostics& findings, const std::string& shaderName, bool hasLines) {
     for (Diagnostic& finding : findings) {
         const std::string line = hasLines && finding.line > 0 ? fmt::format(", line {}", finding.line) : "";

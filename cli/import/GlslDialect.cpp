@@ -21,7 +21,7 @@ constexpr Refusal kRefusals[] = {
     {"uint uvec2 uvec3 uvec4 floatBitsToInt floatBitsToUint intBitsToFloat uintBitsToFloat",
      "the dialect has no unsigned numbers and no bits of floats; compute the hash with fract() and sin()"},
     {"packUnorm* packSnorm* packHalf* unpackUnorm* unpackSnorm* unpackHalf* bitfield* bitCount findLSB findMSB",
-     "the dialect cannot pack bits; keep the values in channels of their own"},
+     "the dialect cannot pack bits; keep the values in separate channels"},
     {"mat2x3 mat2x4 mat3x2 mat3x4 mat4x2 mat4x3", "only square matrices exist; use the vectors one by one"},
     {"sampler3D texture3D sampler2DArray sampler1D texture1D isampler2D usampler2D sampler2DShadow",
      "only flat pictures can be read; use a sampler2D"},
@@ -87,7 +87,7 @@ private:
         }
     }
 
-    // A word of the language that this file uses as a name of its own.
+    // A word of the language that this file uses as a name.
     void renameReserved() {
         std::set<std::string> words = WordsOf(tokens);
         for (const std::string& word : WordsOf(tokens)) {

@@ -265,7 +265,7 @@ GlslWalk::Node GlslWalk::primary() {
     if (peek() == "(") return call(place);
     if (peek() == "[" && TypeNamed(name)) {
         findings.refuse(lineHere(),
-                        "an array that is made inside of an expression; give it a name and an initializer of its own");
+                        "an array that is made inside of an expression; declare it with a name and an initializer");
         throw Stop();
     }
     Node node{.first = place, .last = place, .isName = true};

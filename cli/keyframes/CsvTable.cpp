@@ -82,7 +82,7 @@ Column ColumnOf(const std::vector<Control>& controls, const std::string& name) {
     return {&FindControl(controls, name)};
 }
 
-// The numbers of one value, from columns of their own.
+// The numbers of one value, from separate columns.
 struct Components {
     std::array<std::string, 4> texts;
     std::string joined() const {
@@ -113,13 +113,13 @@ void Keyframes::addCsv(std::string_view text) {
         const auto frame = TakeNumber(rest);
         if (!frame || !rest.empty()) throw Fault(fmt::format("row {}", y + 1), "begins with no frame number");
         if (row.size() > columns.size()) throw Fault(fmt::format("row {}", y + 1), "has more cells than the first row");
-        std::map<const Control*, Components> parted;
+        std::map<const Control*, Components> byControl;
         for (std::size_t i = 1; i < row.size(); ++i) {
             if (row[i].empty()) continue;
             const Column& column = columns[i];
             try {
                 if (column.component)
-                    parted[column.control].texts[*column.component] = row[i];
+                    byControl[column.control].texts[*column.component] = row[i];
                 else
                     add(*column.control, *frame, row[i]);
             } catch (ToolError& error) {
@@ -127,7 +127,7 @@ void Keyframes::addCsv(std::string_view text) {
                 throw;
             }
         }
-        for (const auto& [control, components] : parted) {
+        for (const auto& [control, components] : byControl) {
             try {
                 add(*control, *frame, components.joined());
             } catch (ToolError& error) {

@@ -12,8 +12,8 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "a pixel's first byte is the lowest of its word");
 
-// A cache line of pixels. Compilers turn operations on it into those of the processor's vectors, also where they leave
-// a loop over pixels alone.
+// A cache line of pixels. Compilers turn operations on it into those of the processor's vectors, also where they would
+// not do so for a loop over pixels.
 using PixelLine __attribute__((vector_size(64))) = std::uint32_t;
 constexpr std::int64_t kLinePixels = sizeof(PixelLine) / sizeof(std::uint32_t);
 

@@ -4,7 +4,7 @@
 #include "hostapi/ParamFlags.h"
 #include "hostapi/Pixels.h"
 
-// What each kind of control holds: the members of PF_ParamDefUnion but for the layer.
+// What each kind of control holds: the members of PF_ParamDefUnion except the layer.
 
 // An integer.
 struct PF_SliderDef {

@@ -25,7 +25,7 @@ struct SuiteKey {
 
 // Every suite in use, under the vendor's headers as well. Names and versions are the hosts' and certain, and so are
 // given here and not taken from any header. The number at the end of a table's name is its generation, which counts
-// differently: where it is wrong under the vendor's headers, this list is the one place to mend.
+// differently: where it is wrong under the vendor's headers, this list is the one place to change.
 namespace suites {
 
 inline constexpr SuiteKey<PF_HandleSuite1> kHandle{"PF Handle Suite", 2};

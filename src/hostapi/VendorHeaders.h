@@ -1,8 +1,8 @@
 #pragma once
 
 // The vendor's headers, and nothing else. They are not at hand where this is developed, so the list below cannot be
-// tried: it holds the file names as they are generally known. Mend it here; no other file names one of them. The names
-// of the suite tables, whose generations are counted apart from the suites' versions, are in SuiteKeys.h.
+// tried: it holds the file names as they are generally known. Change it here; no other file names one of them. The
+// names of the suite tables, whose generations are counted apart from the suites' versions, are in SuiteKeys.h.
 
 #define PF_DEEP_COLOR_AWARE 1  // makes PF_PixelPtr opaque, as it is in our own records
 

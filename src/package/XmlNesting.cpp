@@ -12,13 +12,13 @@ constexpr auto kNowhere = std::string::npos;
 // Each takes the place of a '<' and gives the place after what starts there; kNowhere when that has no end, where the
 // parser gives up.
 
-std::size_t Behind(const std::string& text, const char* ending, std::size_t from) {
+std::size_t After(const std::string& text, const char* ending, std::size_t from) {
     const std::size_t found = text.find(ending, from);
     return found == kNowhere ? kNowhere : found + std::char_traits<char>::length(ending);
 }
 
 // A document type ends at the first '>' outside of square brackets.
-std::size_t BehindDocumentType(const std::string& text, std::size_t at) {
+std::size_t AfterDocumentType(const std::string& text, std::size_t at) {
     int brackets = 0;
     for (; at < text.size(); ++at) {
         if (text[at] == '[') ++brackets;
@@ -29,11 +29,11 @@ std::size_t BehindDocumentType(const std::string& text, std::size_t at) {
 }
 
 std::size_t BehindDeclaration(const std::string& text, std::size_t at) {
-    if (text.compare(at, 4, "<!--") == 0) return Behind(text, "-->", at + 4);
-    if (text.compare(at, 9, "<![CDATA[") == 0) return Behind(text, "]]>", at + 9);
+    if (text.compare(at, 4, "<!--") == 0) return After(text, "-->", at + 4);
+    if (text.compare(at, 9, "<![CDATA[") == 0) return After(text, "]]>", at + 9);
     const bool isDocumentType = text.compare(at, 9, "<!DOCTYPE") == 0 && at + 9 < text.size() &&
                                 std::string(kBlanks).find(text[at + 9]) != kNowhere;
-    return isDocumentType ? BehindDocumentType(text, at) : Behind(text, ">", at);
+    return isDocumentType ? AfterDocumentType(text, at) : After(text, ">", at);
 }
 
 // The '>' of an opening tag, or the '/' of a tag that closes itself.
@@ -59,11 +59,11 @@ bool XmlNestsDeeperThan(const std::string& text, int limit) {
         const char next = at + 1 < text.size() ? text[at + 1] : '\0';
         if (next == '/') {
             --level;
-            at = Behind(text, ">", at);
+            at = After(text, ">", at);
         } else if (next == '!') {
             at = BehindDeclaration(text, at);
         } else if (next == '?') {
-            at = Behind(text, "?>", at + 2);
+            at = After(text, "?>", at + 2);
         } else {
             at = EndOfTag(text, at);
             if (at != kNowhere && text[at] == '>' && ++level > limit) return true;

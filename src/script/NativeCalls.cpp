@@ -15,7 +15,7 @@ namespace {
 constexpr duk_int_t kArrayClass = 2;  // DUK_HOBJECT_CLASS_ARRAY of the heap
 constexpr const char* kNativeKey = DUK_HIDDEN_SYMBOL("native");
 
-NativeListener* told = nullptr;
+NativeListener* heard = nullptr;
 
 duk_idx_t IndexOf(std::size_t argument) {
     return static_cast<duk_idx_t>(argument);
@@ -71,9 +71,9 @@ private:
     }
 
     static void Tell(duk_context* ctx, void (NativeListener::*what)(const NativeCall&), const NativeCall& call) {
-        if (!told) return;
+        if (!heard) return;
         try {
-            return (told->*what)(call);
+            return (heard->*what)(call);
         } catch (...) {
             Scripting::instance().keepException();
         }
@@ -82,14 +82,14 @@ private:
 };
 
 void TellOfNativeCalls(duk_hthread* ctx, NativeListener& listener) {
-    told = &listener;
+    heard = &listener;
     std::size_t index = 0;
     for (const auto natives : NativeTables())
         for (const Native& native : natives) NativeCallTeller::Replace(ctx, native, index++);
 }
 
 void ForgetNativeListener() {
-    told = nullptr;
+    heard = nullptr;
 }
 
 std::string_view NativeCall::name() const {

@@ -198,7 +198,7 @@ struct Example {
     std::string text;
 };
 
-// The headings of docs/check.md that are rules, and the effects with a fault that stand below them.
+// The headings of docs/check.md that are rules, and the effects with a fault below them.
 std::vector<Example> ReadExamples(const std::string& page, std::vector<std::string>& headings) {
     constexpr std::pair<std::string_view, const char*> kFiles[] = {
         {"```js fault", "fx.js"}, {"```glsl fault", "copy.frag"}, {"```xml fault", "config.xml"}};

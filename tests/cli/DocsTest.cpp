@@ -63,7 +63,7 @@ TEST_F(Docs, HasAnEntryForEachFunctionThatEditorsKnow) {
     EXPECT_GE(count, 30);
 }
 
-// In a pipe every page is plain text that fits 80 columns, but for code and for words that are longer.
+// In a pipe every page is plain text that fits 80 columns, except code and words that are longer.
 TEST_F(Docs, FitsEveryPage) {
     std::istringstream topics(run("docs").out);
     int count = 0;

@@ -17,7 +17,7 @@ std::string TextOfConfig(const std::wstring& name) {
     return name == L"config.xml" ? configText : "<wrong";
 }
 
-// Stands in for a package with this config.xml.
+// Takes the place of a package with this config.xml.
 class ConfigDocumentTest : public ::testing::Test {
 protected:
     ConfigDocumentTest() { FileTextHook = TextOfConfig; }

@@ -36,7 +36,7 @@ TEST_F(Frames, HaveTheBytesOfARenderAndFollowEverySave) {
     EXPECT_EQ(frame("0.25").pixels, rendered("--set amount=0.25"));
     EXPECT_EQ(frame("0.5").pixels, rendered("--set amount=0.5"));
 
-    // Broken, with the author's line, then mended, by a rename as editors save.
+    // Broken, with the author's line, then fixed, by a rename as editors save.
     writeFile("fx/fx.js", Script("  nowhere();\n"));
     writeFile("fx/tint.frag", "void main() {\n  gl_FragColor = vec3(1.0);\n}\n");
     const Json faults = waitForState(HasFaults)["faults"];

@@ -37,7 +37,7 @@ public:
         workers.send(0, {{{"check", scene}, {"level", settings.level}, {"milliseconds", settings.timeLimit.count()}},
                          {bytes.begin(), bytes.end()}});
         while (!hasEnded) {
-            // A step may run two parts of the script, and a shader has no limit of its own.
+            // A step may run two parts of the script, and a shader has no limit.
             const auto deadline = Clock::now() + 2 * settings.timeLimit + std::chrono::seconds(2);
             const auto answer = workers.wait(0, deadline);
             if (!answer) return endHanging();

@@ -7,7 +7,7 @@
 namespace quillon::cli {
 
 // The values at which a control is tried: of a number its minimum and maximum, of a popup each entry, of a position the
-// corners of the test frame, of a color black, white and one between. None of what has no value.
+// corners of the test frame, of a color black, white and one between. Empty for a control without a value.
 std::vector<ControlValue> EndsOf(const Control& control);
 
 // "'amount' at 100": a control with one of its values.

@@ -10,14 +10,14 @@ namespace quillon::cli {
 // found where it came up first.
 class FindingList {
 public:
-    // Of what has a rule of a higher level nothing is kept.
+    // Findings by rules of a higher level are dropped.
     explicit FindingList(int askedLevel) : level(askedLevel) {}
 
     // `situation` goes into the texts, in parentheses; empty for none.
     void add(const Diagnostics& found, const std::string& situation);
     bool hasErrors() const;
 
-    // All of it, without what only follows from another finding.
+    // All findings except those that only follow from another one.
     Diagnostics take();
 
 private:

@@ -59,7 +59,7 @@ private:
     std::optional<LoadedEffect> loaded;
 };
 
-// One way to try an effect, in a process of its own, since a process has one engine.
+// One way to try an effect, in a separate process, since a process has one engine.
 struct Scene {
     const char* name;  // in words: what is checked
     int level;         // from which on it is played

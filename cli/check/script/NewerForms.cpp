@@ -33,7 +33,7 @@ constexpr struct {
     {nullish, {"scripts have no ??", "write a === undefined ? b : a"}},
     {optionalChaining, {"scripts have no ?.", "write a && a.b"}},
     {regexpFlag, {"regular expressions have only the flags g, i and m here", "leave the flag out"}},
-    {regexpGroup, {"regular expressions have no named groups and do not look behind here", "use a plain group"}},
+    {regexpGroup, {"regular expressions have no named groups and no look-behind here", "use a plain group"}},
     {restParameter, {"scripts have no rest parameters", "use arguments"}},
     {spread, {"scripts have no spread (...)", "use f.apply(null, array), or array.concat(other)"}},
     {superObject, {"scripts have no super", "call the other function by its name"}},

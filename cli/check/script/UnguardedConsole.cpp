@@ -65,7 +65,8 @@ private:
         }
     }
 
-    // Where the first statement of a block ends that leaves it unless the name exists; past every place without one.
+    // The end of a block's first statement that leaves the block unless the name exists. Without such a statement it is
+    // past the end of the text.
     std::uint32_t guardEndOf(NodeIndex block) {
         if (guardEnds[block] != 0) return guardEnds[block];
         guardEnds[block] = ~std::uint32_t{0};
@@ -87,7 +88,7 @@ private:
     Meaning meaningOf(NodeIndex test, int depth = 0) const {
         test = tree.inside(test);
         const ScriptNode& here = tree[test];
-        if (depth > kDeepest) return {true, true};  // rather no finding than a wrong one
+        if (depth > kDeepest) return {true, true};  // a missed finding is better than a false one
         if (here.kind == NodeKind::unary && here.text == "!") {
             const Meaning inner = meaningOf(here.firstChild, depth + 1);
             return {inner.whenFalse, inner.whenTrue};

@@ -35,7 +35,7 @@ bool MakesTexts(const ScriptTree& tree, NodeIndex node) {
             tree[tree.inside(here.lastChild)].kind == NodeKind::text);
 }
 
-// All names under which a script may keep a function of its own, and those that it asks for before it counts on them.
+// All names under which a script may keep one of its functions, and those that it asks for before it counts on them.
 // Nothing when it may make names that are not in its text.
 std::optional<std::set<std::string_view>> OwnNames(const ScriptFacts& script) {
     const ScriptTree& tree = script.tree;

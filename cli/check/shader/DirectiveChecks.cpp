@@ -13,7 +13,7 @@ void CheckDirectives(const ShaderSource& source, ShaderFindings& findings) {
         const std::string& word = tokens[i + 1].text;
         if (word == "version") {
             findings.add("shader/version-line", start,
-                         "no #version line can be the first: Quillon puts lines of its own in front of it");
+                         "no #version line can be the first: Quillon puts lines in front of it");
         } else if (word == "include") {
             findings.add("shader/include-line", start, "shaders have no #include");
         } else if (word == "extension" && i + 2 < tokens.size() && tokens[i + 2].isDirective) {

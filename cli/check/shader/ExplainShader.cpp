@@ -32,7 +32,7 @@ constexpr std::string_view kPortabilityRules =
 
 constexpr auto kWarning = ShaderMessage::Severity::warning;
 
-// More would not help anyone.
+// Nobody reads more.
 constexpr std::size_t kMostMessages = 200;
 
 // Parts of messages that refuse something of another version.
@@ -43,7 +43,7 @@ class Explanation {
 public:
     Explanation(const std::string& textPath, const ShaderSource& shaderSource, const DriverVerdict& driverVerdict)
         : path(textPath), source(shaderSource), verdict(driverVerdict), findings(CheckShaderText(path, source)) {
-        // The author is not there yet while the shader does not compile.
+        // A shader that does not compile may simply be unfinished.
         if (verdict.outcome != DriverVerdict::Outcome::usable)
             std::erase_if(findings, [](const Diagnostic& finding) { return finding.rule == "shader/no-result"; });
         for (const Diagnostic& finding : findings) {

@@ -37,7 +37,7 @@ constexpr Remedy kRemedies[] = {
     {"Unterminated #if", "", "end it with #endif"},
 };
 
-// Where a whole number is where the dialect wants a float.
+// Messages about a whole number in a place where the dialect wants a float.
 constexpr Remedy kOfNumbers[] = {
     {"type int ", "type float", nullptr},      {"could not implicitly convert", "", nullptr},
     {"must have matching types", "", nullptr}, {"no matching function for call to", "int", nullptr},

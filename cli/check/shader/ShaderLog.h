@@ -6,8 +6,8 @@
 
 namespace quillon::cli {
 
-// One message of the driver's compiler or linker. Columns are left out: each driver counts them in a text of its own
-// making.
+// One message of the driver's compiler or linker. Columns are left out: each driver counts them in a text that it has
+// made itself.
 struct ShaderMessage {
     enum class Severity { error, warning };
 

@@ -7,7 +7,7 @@
 
 namespace quillon::cli {
 
-// What the driver gets for a fragment text, with each of the author's tokens on a line of its own. A driver then names
+// What the driver gets for a fragment text, with each of the author's tokens on a separate line. A driver then names
 // a token by its line, whatever it does to blanks, comments, macros and columns; most name no columns at all. Lines of
 // the preprocessor stay whole, and so does the call of a macro, whose line ends drivers do not count alike. #line is
 // left out.

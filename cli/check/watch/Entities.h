@@ -43,7 +43,7 @@ public:
     void after(const NativeCall& call);
 
     // The last making of this id; null when the script has made none. The engine may have given a released id to
-    // something of its own.
+    // something else.
     const Record* find(std::uint32_t id) const;
     // The same while it lives; else null.
     const Record* findLiving(std::uint32_t id) const;

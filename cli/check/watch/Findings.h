@@ -31,7 +31,7 @@ public:
     // Of a line of the prepared source.
     Place placeOf(int preparedLine) const { return {authorLine(preparedLine)}; }
 
-    // `key` parts findings of one rule in one line.
+    // Findings by one rule in one line are kept when their `key` differs.
     void add(std::string_view rule, const Place& place, std::string text, std::string remedy = {},
              const std::string& key = {});
     // The text after the function's name.

@@ -25,7 +25,7 @@ bool IsOutOfOrder(const Signature& signature, const NativeCall& call, std::size_
 
 void IdChecks::before(const NativeCall& call) {
     if (call.name() == "QL_release") return checkRelease(call);
-    // It is what one asks whether there is such a picture.
+    // A script may call this one to find out whether a picture exists.
     const bool isQuestion = call.name() == "QL_getSurfaceDim";
     const Signature& signature = SignatureOf(call.name());
     for (std::size_t i = 0; i < signature.arguments.size(); ++i) {

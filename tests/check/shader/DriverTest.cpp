@@ -97,7 +97,7 @@ const WordsCase kWords[] = {
       "a "
       "bracket follows it in a comment [shader]"}},
     {"#version 120\nvoid main() {}",
-     {"1:1: error: no #version line can be the first: Quillon puts lines of its own in front of it; delete the line: "
+     {"1:1: error: no #version line can be the first: Quillon puts lines in front of it; delete the line: "
       "shaders are GLSL 1.10 [shader]"}},
     {"uniform sampler2D s;\nvoid main() { gl_FragColor = texture(s, vec2(0.0)); }",
      {"2:30: error: GLSL 1.10 has no texture(); use texture2D(picture, place) [shader]"}},
