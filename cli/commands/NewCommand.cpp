@@ -2,15 +2,11 @@
 
 #include <algorithm>
 #include <span>
-#include <stdexcept>
 
 #include "cli/commands/EffectTemplates.h"
+#include "cli/commands/ImportRehearsal.h"
 #include "cli/diagnostics/PrintLine.h"
-#include "cli/diagnostics/Rules.h"
 #include "cli/effect/EffectSource.h"
-#include "cli/effect/HostRun.h"
-#include "cli/effect/LinkedEngine.h"
-#include "cli/effect/PackedModule.h"
 #include "cli/import/Import.h"
 #include "packer/FileError.h"
 #include "packer/WholeFile.h"
@@ -28,23 +24,6 @@ std::vector<PackageFile> PackageFiles(const std::vector<ImportedFile>& files) {
     }
     std::ranges::sort(packed, {}, &PackageFile::name);
     return packed;
-}
-
-// What the engine finds wrong when it starts the effect: it compiles the shaders and runs setup().
-Diagnostics Rehearse(const EffectSource& source) {
-    const PackedModule packed(source);
-    const host::HostSettings settings;
-    HostRun rehearsal(LinkedEngine::WithPackageOf(packed.effect()), settings);
-    LinkedEngine::Listen(source);
-    try {
-        rehearsal.start();
-    } catch (const std::runtime_error& error) {
-        const Diagnostics faults = LinkedEngine::TakeFaults(source);
-        if (!faults.empty()) return faults;
-        return {Found("render/failed", source.path.generic_string(), 0, 0, error.what())};
-    }
-    LinkedEngine::RequireOpenGL();
-    return LinkedEngine::TakeFaults(source);
 }
 
 // The folder appears with all of its files, or not at all.
@@ -65,17 +44,17 @@ void WriteFolder(const std::filesystem::path& folder, const std::vector<PackageF
 
 // The files of an effect that is made of a shader file. Prints what is carried over in another form.
 std::vector<PackageFile> Import(const NewOptions& options, const std::filesystem::path& folder) {
-    const ImportedEffect effect = ImportShader({.name = folder.filename().string(),
-                                                .from = options.from,
-                                                .common = options.common,
-                                                .buffers = options.buffers,
-                                                .exposed = options.exposed,
-                                                .channels = options.channels});
+    ImportedEffect effect = ImportShader({.name = folder.filename().string(),
+                                          .from = options.from,
+                                          .common = options.common,
+                                          .buffers = options.buffers,
+                                          .exposed = options.exposed,
+                                          .channels = options.channels});
     if (effect.files.empty()) throw EffectFault(effect.findings);
     EffectSource source{folder, PackageFiles(effect.files)};
-    Diagnostics faults = Rehearse(source);
-    if (!faults.empty()) {
-        for (Diagnostic& fault : faults) fault = InAuthorsFile(fault, effect.plan);
+    Diagnostics faults = RehearseImport(source, effect);
+    const auto isError = [](const Diagnostic& finding) { return finding.severity == Diagnostic::Severity::error; };
+    if (!faults.empty() || std::ranges::any_of(effect.findings, isError)) {
         faults.insert(faults.end(), effect.findings.begin(), effect.findings.end());
         throw EffectFault(faults);
     }

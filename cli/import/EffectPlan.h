@@ -46,7 +46,6 @@ struct PlannedImage {
     std::string fileName{};           // of a file in the effect's folder
     std::array<int, 2> size{256, 1};  // of silence
     std::string color{};              // of silence: a GLSL expression
-    bool isTiled = false;             // repeats beyond its borders
 };
 
 // A target that passes draw into and read.
@@ -63,6 +62,9 @@ struct PlannedSampler {
     std::string uniform{};
     std::string picture{};  // an image's or a target's name; empty: nothing, transparent black
     std::string size{};     // the uniform of its size in pixels, where the shader asks for it
+    // How it is read; else filtered, and clamped to its edge.
+    bool isTiled = false;  // repeats beyond its borders
+    bool isNearest = false;
 };
 
 // A shader file of the effect.

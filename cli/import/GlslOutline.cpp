@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 namespace quillon::cli {
 
@@ -9,6 +10,17 @@ namespace {
 
 bool IsOneOf(const std::string& word, std::initializer_list<std::string_view> words) {
     return std::ranges::find(words, word) != words.end();
+}
+
+// The number that a #define or a constant gives this word, or the word.
+std::string NumberOf(const GlslTokens& tokens, const std::string& word) {
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (tokens[i].kind != GlslToken::Kind::word || tokens[i].source != word) continue;
+        std::size_t next = NextSignificant(tokens, i + 1);
+        if (next < tokens.size() && tokens[next].source == "=") next = NextSignificant(tokens, next + 1);
+        if (next < tokens.size() && tokens[next].kind == GlslToken::Kind::number) return tokens[next].source;
+    }
+    return word;
 }
 
 // Each global declaration whose first word is one of these, without its semicolon.
@@ -49,7 +61,7 @@ std::vector<Varying> TakeDeclarations(GlslTokens& tokens, std::initializer_list<
         const std::string type = words[at++];
         while (at < words.size()) {
             Varying varying{.type = type, .name = words[at++], .isOut = words[0] == "out"};
-            while (at < words.size() && words[at] != ",") varying.array += words[at++];
+            while (at < words.size() && words[at] != ",") varying.array += NumberOf(tokens, words[at++]);
             ++at;
             declared.push_back(varying);
         }
@@ -73,6 +85,34 @@ std::set<std::string> FunctionsOf(const GlslTokens& tokens) {
             (tokens[before].kind == GlslToken::Kind::word || tokens[before].source == "]") && next < tokens.size() &&
             tokens[next].source == "(")
             names.insert(source);
+        before = i;
+    }
+    return names;
+}
+
+int Varying::length() const {
+    return array.size() < 3 ? 0 : std::clamp(std::atoi(array.c_str() + 1), 0, 64);
+}
+
+std::set<std::string> GlobalsOf(const GlslTokens& tokens) {
+    std::set<std::string> names;
+    int depth = 0;
+    std::size_t before = tokens.size();
+    bool isInitializer = false;
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        if (!tokens[i].isSignificant() || tokens[i].isDirective || tokens[i].text.empty()) continue;
+        const std::string& source = tokens[i].source;
+        if (IsOneOf(source, {"{", "("})) ++depth;
+        if (IsOneOf(source, {"}", ")"})) --depth;
+        if (depth == 0 && IsOneOf(source, {",", ";", "}"})) isInitializer = false;
+        const std::size_t next = NextSignificant(tokens, i + 1);
+        const bool isName = tokens[i].kind == GlslToken::Kind::word && before < tokens.size() &&
+                            (tokens[before].kind == GlslToken::Kind::word || tokens[before].source == "," ||
+                             tokens[before].source == "]");
+        if (depth == 0 && isName && !isInitializer && next < tokens.size() &&
+            IsOneOf(tokens[next].source, {"=", ";", "[", ","}))
+            names.insert(source);
+        if (source == "=") isInitializer = true;
         before = i;
     }
     return names;

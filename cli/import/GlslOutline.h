@@ -12,12 +12,18 @@ namespace quillon::cli {
 struct Varying {
     std::string type;
     std::string name;
-    std::string array{};  // "[3]", or empty
+    std::string array{};  // "[3]", or empty; where the text gives the size a name, that name's number
     bool isOut = false;
+
+    // Of an array; 0 where its size is no number, and at most 64, more than any driver hands over.
+    int length() const;
 };
 
 // Names of the functions that the text defines or declares.
 std::set<std::string> FunctionsOf(const GlslTokens& tokens);
+
+// Names of the variables and constants that the text declares outside of functions.
+std::set<std::string> GlobalsOf(const GlslTokens& tokens);
 
 // Takes the global declarations that begin with varying, in, out or attribute out of the text, and gives what they
 // declare.

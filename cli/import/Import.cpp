@@ -48,7 +48,7 @@ void ImportIsf(const ImportRequest& request, const std::string& text, ImportedEf
     std::error_code ignored;
     if (std::filesystem::is_regular_file(vertexPath, ignored)) vertex.text = ReadShaderSource(vertexPath);
     if (!file.plan.passes.empty()) {
-        PlannedShader shader = WriteIsfShader(file, vertex, ShaderName(request.name), findings);
+        PlannedShader shader = WriteIsfShader(file, vertex, ShaderName(request.name), findings, effect.corners);
         shader.origin = request.from.generic_string();
         file.plan.shaders.push_back(std::move(shader));
     }

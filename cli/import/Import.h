@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/diagnostics/Diagnostic.h"
+#include "cli/import/CornerProbe.h"
 #include "cli/import/EffectPlan.h"
 
 namespace quillon::cli {
@@ -31,6 +32,7 @@ struct ImportedEffect {
     EffectPlan plan;
     std::vector<ImportedFile> files;  // none when the file is refused
     Diagnostics findings;             // errors exactly when it is refused
+    CornerProbe corners{};            // to be tried out where there is an OpenGL
 };
 
 // Reads a shader file and makes an effect of it, in memory. Never throws for what a file holds; throws ToolError for a

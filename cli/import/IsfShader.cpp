@@ -22,8 +22,8 @@ namespace {
 class Builder {
 public:
     Builder(const IsfFile& isf, const IsfVertexFile& vertexFile, const std::string& shaderName,
-            ImportFindings& importFindings)
-        : file(isf), vertex(vertexFile), findings(importFindings) {
+            ImportFindings& importFindings, CornerProbe& cornerProbe)
+        : file(isf), vertex(vertexFile), findings(importFindings), probe(cornerProbe) {
         shader.name = shaderName;
     }
 
@@ -32,7 +32,7 @@ public:
         SettleVersions(fragment);
         varyings = TakeVaryings(fragment);
         takeColor();
-        takeUniforms();
+        takeUniforms(fragment, findings);
         for (const auto& [name, uniform] : file.renamed) Rename(fragment, name, uniform);
         words = WordsOf(fragment);
         if (!vertex.text.empty()) readVertexStage();
@@ -48,11 +48,19 @@ public:
         ShaderText text;
         text.add(comments);
         text.add(TakeLeadingComments(fragment));
-        text.add(head(dialect));
+        const std::string headText = head(dialect);
+        text.add(headText);
         text.add(stage.tokens, /*isCommon=*/true);
         if (!stage.vertexMain.empty()) text.add(PlaceFunction(stage));
         text.add(fragment);
         if (needsMain) text.add(ownMain(inner, dialect));
+        if (!stage.vertexMain.empty()) {
+            probe.shader = WriteCornerProbe(stage, headText, dialect.starters, file.plan);
+            for (const VaryingPart& part : PartsOf(stage.varyings)) probe.varyings.push_back(part.name);
+            probe.file = vertex.findings->file();
+            if (stage.movesCorners)
+                probe.line = std::ranges::find(stage.tokens, "vertexPosition", &GlslToken::source)->line;
+        }
         shader.text = text.text();
         shader.originLines = text.origins();
         shader.common = vertex.findings->file();
@@ -72,18 +80,19 @@ private:
     }
 
     // The file's own declarations of what is declared for it go. What nobody feeds stays, and is 0.
-    void takeUniforms() {
-        const GlslTokens before = fragment;
-        for (const Varying& uniform : TakeUniforms(fragment)) {
+    void takeUniforms(GlslTokens& tokens, ImportFindings& found) {
+        const GlslTokens before = tokens;
+        for (const Varying& uniform : TakeUniforms(tokens)) {
             const auto isNamed = [&](const auto& picture) { return picture.name == uniform.name; };
             const auto renamed = file.renamed.find(uniform.name);
             const std::string& name = renamed == file.renamed.end() ? uniform.name : renamed->second;
             if (file.uniforms.contains(name) || FindBuiltIn(name, ShaderFormat::isf) || renamed != file.renamed.end() ||
-                std::ranges::any_of(file.plan.images, isNamed) || std::ranges::any_of(file.plan.targets, isNamed))
+                std::ranges::any_of(file.plan.images, isNamed) || std::ranges::any_of(file.plan.targets, isNamed) ||
+                std::ranges::any_of(unfed, isNamed))
                 continue;
             const auto place = std::ranges::find(before, uniform.name, &GlslToken::source);
-            findings.warn(place == before.end() ? 0 : place->line,
-                          fmt::format("uniform {}: it is no input, and stays 0; declare it in INPUTS", uniform.name));
+            found.warn(place == before.end() ? 0 : place->line,
+                       fmt::format("uniform {}: it is no input, and stays 0; declare it in INPUTS", uniform.name));
             unfed.push_back(uniform);
         }
     }
@@ -91,6 +100,7 @@ private:
     void readVertexStage() {
         GlslTokens tokens = ReadTokens(vertex.text, 1);
         SettleVersions(tokens);
+        takeUniforms(tokens, *vertex.findings);
         for (const auto& [name, uniform] : file.renamed) Rename(tokens, name, uniform);
         stage = ReadVertexStage(std::move(tokens), words);
         for (const Varying& varying : stage.varyings) {
@@ -101,10 +111,11 @@ private:
             vertex.findings->refuse(0, "no main(): the vertex shader has nothing to do");
             return;
         }
-        if (stage.movesCorners)
-            vertex.findings->warn(std::ranges::find(stage.tokens, "vertexPosition", &GlslToken::source)->line,
-                                  "gl_Position: the corner at the top right follows from the other three; a shader "
-                                  "that moves each on its own is not carried over");
+        for (const Varying& varying : stage.varyings) {
+            if (!varying.array.empty() && varying.length() == 0)
+                vertex.findings->refuse(0, fmt::format("varying {}{}: write the size of the array as a number",
+                                                       varying.name, varying.array));
+        }
         const std::set<std::string> stageWords = WordsOf(stage.tokens);
         words.insert(stageWords.begin(), stageWords.end());
     }
@@ -192,6 +203,7 @@ private:
     const IsfFile& file;
     const IsfVertexFile& vertex;
     ImportFindings& findings;
+    CornerProbe& probe;
     PlannedShader shader;
     GlslTokens fragment;
     std::vector<Varying> varyings;
@@ -204,8 +216,8 @@ private:
 }  // namespace
 
 PlannedShader WriteIsfShader(const IsfFile& file, const IsfVertexFile& vertex, const std::string& shaderName,
-                             ImportFindings& findings) {
-    return Builder(file, vertex, shaderName, findings).build();
+                             ImportFindings& findings, CornerProbe& probe) {
+    return Builder(file, vertex, shaderName, findings, probe).build();
 }
 
 }  // namespace quillon::cli

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "cli/import/CornerProbe.h"
 #include "cli/import/ImportFindings.h"
 #include "cli/import/IsfHeader.h"
 
@@ -14,8 +15,8 @@ struct IsfVertexFile {
 };
 
 // The fragment shader that draws all passes of the file, in the engine's dialect. What it cannot carry over goes into
-// `findings`.
+// `findings`, and what is to be tried out of a vertex stage into `probe`.
 PlannedShader WriteIsfShader(const IsfFile& file, const IsfVertexFile& vertex, const std::string& shaderName,
-                             ImportFindings& findings);
+                             ImportFindings& findings, CornerProbe& probe);
 
 }  // namespace quillon::cli

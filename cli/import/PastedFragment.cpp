@@ -133,9 +133,7 @@ private:
         }
         if (source == "picture") return "iChannel0";
         PlannedImage planned{.name = ChannelName(channel == 0 ? kChannels : channel)};
-        if (source == "layer") {
-            if (const auto tiled = pass.tiled.find(channel); tiled != pass.tiled.end()) planned.isTiled = tiled->second;
-        } else if (source == "keyboard" || source == "music") {
+        if (source == "keyboard" || source == "music") {
             const bool isMusic = source == "music";
             planned.name = source;
             planned.source = PlannedImage::Source::silence;
@@ -157,8 +155,7 @@ private:
             planned.source = PlannedImage::Source::file;
             planned.path = path;
             planned.fileName = planned.name + path.extension().string();
-            if (const auto tiled = pass.tiled.find(channel); tiled != pass.tiled.end()) planned.isTiled = tiled->second;
-        } else {
+        } else if (source != "layer") {
             findings.refuse(0, fmt::format("iChannel{}: effects have nothing of the kind \"{}\"; read a flat picture",
                                            channel, source));
             return "";
@@ -282,8 +279,15 @@ private:
         if (words.contains("iChannelResolution")) {
             for (int channel = 0; channel < kChannels; ++channel) dialect.reads.sized.insert(ChannelName(channel));
         }
-        const auto sampler = [&](const std::string& name, const std::string& picture) {
-            PlannedSampler planned{.uniform = name, .picture = picture};
+        const auto sampler = [&](const std::string& name, const std::string& picture, const ChannelReading& reading) {
+            PlannedSampler planned{
+                .uniform = name, .picture = picture, .isTiled = reading.isTiled, .isNearest = reading.isNearest};
+            for (const PlannedSampler& other : shader.samplers) {
+                if (other.picture == picture && !picture.empty() &&
+                    ChannelReading{other.isTiled, other.isNearest} != reading)
+                    findings.warn(0, fmt::format("{} and {} read one picture in two ways; both read it as {} asks",
+                                                 other.uniform, name, name));
+            }
             if (dialect.usedPictures.contains(name)) text += fmt::format("uniform sampler2D {};\n", name);
             if (dialect.reads.sized.contains(name)) {
                 planned.size = dialect.reads.sizes.at(name);
@@ -297,10 +301,12 @@ private:
             if (!dialect.usedPictures.contains(name) && !dialect.reads.sized.contains(name)) continue;
             const bool isRead = dialect.usedPictures.contains(name) || pass.channels.contains(channel);
             const std::string source = isRead ? sourceOf(pass, channel, whole, findings) : "none";
-            sampler(name, pictureOf(pass, channel, source, findings));
+            const auto reading = pass.readings.find(channel);
+            sampler(name, pictureOf(pass, channel, source, findings),
+                    reading == pass.readings.end() ? ChannelReading{} : reading->second);
         }
         for (const PlannedImage& layer : declared.layers) {
-            if (dialect.usedPictures.contains(layer.name)) sampler(layer.name, layer.name);
+            if (dialect.usedPictures.contains(layer.name)) sampler(layer.name, layer.name, {});
         }
         if (words.contains("iChannelResolution")) text += "vec3 iChannelResolution[4];\n";
         if (words.contains("iChannelTime")) text += "float iChannelTime[4];\n";

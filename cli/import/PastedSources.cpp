@@ -123,16 +123,14 @@ private:
             source = kind;
         const auto sampler = input.find("sampler");
         if (sampler == input.end() || !sampler->is_object() || kind == "keyboard" || source == "music") return;
-        const bool isTexture = kind == "texture";
-        const bool isTiled = TextOf(*sampler, "wrap") == "repeat";
-        pass.tiled[channel] = isTiled && isTexture;
+        pass.readings[channel] = {.isTiled = TextOf(*sampler, "wrap") == "repeat",
+                                  .isNearest = TextOf(*sampler, "filter") == "nearest"};
         const auto warn = [&](bool isLost, const char* what) {
             if (isLost) sources.warnings.push_back(fmt::format("{}: iChannel{} {}", pass.name, channel, what));
         };
-        warn(TextOf(*sampler, "filter") == "nearest",
-             "asks for the nearest pixel; pictures are filtered, so read with texelFetch()");
-        warn(isTiled && !isTexture, "asks for a picture that repeats; its edges go on instead, so read at fract()");
+        const bool isTexture = kind == "texture";
         warn(isTexture && TextOf(*sampler, "vflip") == "false", "asks for a picture upside down; turn the layer over");
+        warn(TextOf(*sampler, "srgb") == "true", "asks for linear light; the picture's numbers come as they are");
     }
 
     const Json& shader;
@@ -157,7 +155,10 @@ void TakeChannelLines(PastedPass& pass, const ImportRequest& request) {
             const int channel = line[9] - '0';
             std::string value = line.substr(quote + 1, line.find('"', quote + 1) - quote - 1);
             if (line.find("::") < quote) {
-                if (line.find("WrapMode") < quote) pass.tiled[channel] = value == "Repeat" || value == "repeat";
+                ChannelReading& reading = pass.readings[channel];
+                if (line.find("WrapMode") < quote) reading.isTiled = value == "Repeat" || value == "repeat";
+                if (line.find("MagFilter") < quote) reading.isNearest = value == "Nearest" || value == "nearest";
+                if (line.find("Type") < quote && value == "CubeMap") pass.channels[channel] = "cubemap";
             } else {
                 if (value.starts_with("file://")) value.erase(0, 7);
                 std::ranges::replace(value, '\\', '/');  // as files from Windows have it

@@ -8,6 +8,14 @@
 
 namespace quillon::cli {
 
+// How a channel asks its picture to be read.
+struct ChannelReading {
+    bool isTiled = false;    // repeats beyond its borders
+    bool isNearest = false;  // the nearest pixel, not filtered
+
+    bool operator==(const ChannelReading&) const = default;
+};
+
 // One pass of a pasted effect: a text with mainImage.
 struct PastedPass {
     std::string name;  // "image", or "a" to "d" for a buffer
@@ -16,7 +24,7 @@ struct PastedPass {
     // What a channel reads, where that is said: "picture", "layer", "self", "a" to "d", "keyboard", "music", "none",
     // the path of a picture after "file:", or a kind that is not known.
     std::map<int, std::string> channels{};
-    std::map<int, bool> tiled{};
+    std::map<int, ChannelReading> readings{};
 };
 
 struct PastedSources {

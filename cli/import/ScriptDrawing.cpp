@@ -50,6 +50,10 @@ private:
         }
         if (std::ranges::any_of(plan.shaders, [this](const PlannedShader& shader) { return isFed(shader); }))
             text += ScriptHelpers::kFeed;
+        if (std::ranges::any_of(plan.shaders, [this](const PlannedShader& shader) {
+                return std::ranges::any_of(shader.samplers, [this](const PlannedSampler& s) { return isSetUp(s); });
+            }))
+            text += ScriptHelpers::kRead;
         if (isPersistent) {
             line("");
             line("function newMemory(output) {{");
@@ -59,7 +63,7 @@ private:
             std::string sides;
             for (const PlannedTarget& target : plan.targets) {
                 if (!target.isPersistent) continue;
-                sides += fmt::format("{}            {}: newTarget(['front', 'back', 'start'], QL_GL.CLAMP_TO_EDGE)",
+                sides += fmt::format("{}            {}: newTarget(['front', 'back', 'start'])",
                                      sides.empty() ? "" : ",\n", target.name);
             }
             line("{}", sides);
@@ -101,6 +105,16 @@ private:
                std::ranges::any_of(plan.controls, usesValue);
     }
 
+    // Whether some pass reads the sampler's picture in another way than targets are read at first.
+    bool isSetUp(const PlannedSampler& sampler) const {
+        const auto isSpecial = [&](const PlannedSampler& other) {
+            return other.picture == sampler.picture && (other.isNearest || other.isTiled);
+        };
+        return !sampler.picture.empty() && std::ranges::any_of(plan.shaders, [&](const PlannedShader& shader) {
+            return std::ranges::any_of(shader.samplers, isSpecial);
+        });
+    }
+
     void pass(const PlannedShader& shader) {
         const bool needsIndex = shader.uniforms.contains("PASSINDEX");
         line("");
@@ -113,6 +127,7 @@ private:
         for (const PlannedSampler& sampler : shader.samplers) {
             const std::string picture = sampler.picture.empty() ? "0" : "pictures." + sampler.picture;
             line("    feed(shader, '{}', {});", sampler.uniform, picture);
+            if (isSetUp(sampler)) line("    read({}, {}, {});", picture, sampler.isNearest, sampler.isTiled);
             if (sampler.size.empty()) continue;
             if (sampler.picture.empty())
                 line("    feed(shader, '{}', [0, 0]);", sampler.size);

@@ -30,16 +30,16 @@ inline constexpr const char* kControl = R"(function control(name, kind, label, v
 
 )";
 
-inline constexpr const char* kNewTarget = R"(function newTarget(sides, wrap) {
-    return { sides: sides, wrap: wrap, front: 0 };
+inline constexpr const char* kNewTarget = R"(function newTarget(sides) {
+    return { sides: sides, front: 0 };
 }
 
 )";
 
 inline constexpr const char* kCopy =
     R"(// The shader that turns a picture over. While there is no picture, transparent black.
-function copy(name, sampler, wrap) {
-    copies[name] = newTarget(['front'], wrap);
+function copy(name, sampler) {
+    copies[name] = newTarget(['front']);
     copies[name].shader = QL_initShader(name + ' copy',
         'uniform vec4 Texture0Params;\nuniform sampler2D ' + sampler + ';\n' +
         'void main() {\n    gl_FragColor = Texture0Params.x > 0.0 ? texture2D(' + sampler +
@@ -63,8 +63,8 @@ function fit(target, width, height, bits) {
     target.sides.forEach(function (side) {
         QL_release(target[side]);
         target[side] = QL_initRenderTarget(width, height, bits);
-        QL_setTextureParam(target[side], QL_GL.TEXTURE_WRAP_S, target.wrap);
-        QL_setTextureParam(target[side], QL_GL.TEXTURE_WRAP_T, target.wrap);
+        QL_setTextureParam(target[side], QL_GL.TEXTURE_WRAP_S, QL_GL.CLAMP_TO_EDGE);
+        QL_setTextureParam(target[side], QL_GL.TEXTURE_WRAP_T, QL_GL.CLAMP_TO_EDGE);
     });
     return true;
 }
@@ -74,6 +74,18 @@ inline constexpr const char* kFeed = R"(
 // Gives a uniform its value. A shader whose result does not depend on a uniform has lost it, which is no fault here.
 function feed(shader, name, value) {
     QL_setShaderParamVal(shader, name, value);  // quillon-ignore script/unknown-uniform
+}
+)";
+
+inline constexpr const char* kRead = R"(
+// How the next pass reads a picture: its nearest pixel or filtered, repeated beyond its borders or not.
+function read(picture, isNearest, isTiled) {
+    var filter = isNearest ? QL_GL.NEAREST : QL_GL.LINEAR;
+    var wrap = isTiled ? 0x2901 : QL_GL.CLAMP_TO_EDGE;  // GL's number for repeating; QL_GL.REPEAT has another
+    QL_setTextureParam(picture, QL_GL.TEXTURE_MIN_FILTER, filter);
+    QL_setTextureParam(picture, QL_GL.TEXTURE_MAG_FILTER, filter);
+    QL_setTextureParam(picture, QL_GL.TEXTURE_WRAP_S, wrap);
+    QL_setTextureParam(picture, QL_GL.TEXTURE_WRAP_T, wrap);
 }
 )";
 

@@ -138,8 +138,6 @@ private:
         }
     }
 
-    static std::string WrapOf(const PlannedImage& image) { return image.isTiled ? "0x2901" : "QL_GL.CLAMP_TO_EDGE"; }
-
     void declareShaders() {
         for (const PlannedShader& shader : plan.shaders) line("    shaders.{0} = QL_initShader('{0}');", shader.name);
     }
@@ -170,20 +168,18 @@ private:
         for (const PlannedImage& image : plan.images) {
             if (!isRead(image.name)) continue;
             if (image.source == PlannedImage::Source::silence) {
-                line("    copies.{} = newTarget(['front'], QL_GL.CLAMP_TO_EDGE);", image.name);
+                line("    copies.{} = newTarget(['front']);", image.name);
                 line("    copies.{0}.shader = QL_initShader('{0} silence',", image.name);
                 line("        'void main() {{ gl_FragColor = {}; }}');", image.color);
                 continue;
             }
-            line("    copy('{}', '{}', {});{}", image.name,
-                 image.source == PlannedImage::Source::layer ? image.name : "picture", WrapOf(image),
-                 image.isTiled ? "  // GL's number for repeating; QL_GL.REPEAT has another" : "");
+            line("    copy('{}', '{}');", image.name,
+                 image.source == PlannedImage::Source::layer ? image.name : "picture");
             if (image.source == PlannedImage::Source::file)
                 line("    copies.{}.picture = QL_initTexture({});", image.name, ScriptLiteral(image.fileName));
         }
         for (const PlannedTarget& target : plan.targets) {
-            if (!target.isPersistent)
-                line("    targets.{} = newTarget(['front', 'back'], QL_GL.CLAMP_TO_EDGE);", target.name);
+            if (!target.isPersistent) line("    targets.{} = newTarget(['front', 'back']);", target.name);
         }
         line("}}");
     }

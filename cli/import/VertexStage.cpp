@@ -6,15 +6,6 @@ namespace quillon::cli {
 
 namespace {
 
-// One line for each part of a varying: of an array its elements.
-std::vector<std::string> PartsOf(const Varying& varying) {
-    if (varying.array.size() < 3) return {varying.name};
-    std::vector<std::string> parts;
-    const int count = std::atoi(varying.array.c_str() + 1);
-    for (int i = 0; i < count && i < 64; ++i) parts.push_back(fmt::format("{}[{}]", varying.name, i));
-    return parts;
-}
-
 // The corners' positions give two equations for the place (u, v) within the moved picture that a fragment shows.
 constexpr const char* kSolve = R"(    vec2 at = 2.0 * gl_TexCoord[0].st - 1.0;
     vec4 right = p10 - p00;
@@ -45,6 +36,12 @@ VertexStage ReadVertexStage(GlslTokens tokens, const std::set<std::string>& name
             if (function == "main") stage.vertexMain = name;
         }
     }
+    for (const std::string& global : GlobalsOf(tokens)) {
+        if (!names.contains(global)) continue;
+        const std::string name = UnusedName(taken, global + "AtCorner");
+        taken.insert(name);
+        Rename(tokens, global, name);
+    }
     stage.corner = UnusedName(taken, "corner");
     stage.place = UnusedName(taken, "placeFragment");
     for (std::size_t i = 0; i < tokens.size(); ++i) {
@@ -62,22 +59,39 @@ VertexStage ReadVertexStage(GlslTokens tokens, const std::set<std::string>& name
     return stage;
 }
 
-std::string PlaceFunction(const VertexStage& stage) {
-    std::string text = fmt::format("bool {}()\n{{\n", stage.place);
-    const char* corners[] = {"0.0, 0.0", "1.0, 0.0", "0.0, 1.0"};
-    const char* suffixes[] = {"00", "10", "01"};
-    for (int i = 0; i < 3; ++i) {
-        text += fmt::format("    {} = vec2({});\n", stage.corner, corners[i]);
+std::vector<VaryingPart> PartsOf(const std::vector<Varying>& varyings) {
+    std::vector<VaryingPart> parts;
+    for (const Varying& varying : varyings) {
+        if (varying.array.empty()) {
+            parts.push_back({varying.type, varying.name, varying.name + "_0_"});
+            continue;
+        }
+        for (int i = 0; i < varying.length(); ++i)
+            parts.push_back(
+                {varying.type, fmt::format("{}[{}]", varying.name, i), fmt::format("{}_{}_", varying.name, i)});
+    }
+    return parts;
+}
+
+std::string CornerCalls(const VertexStage& stage, int corners) {
+    std::string text;
+    const std::vector<VaryingPart> parts = PartsOf(stage.varyings);
+    const char* places[] = {"0.0, 0.0", "1.0, 0.0", "0.0, 1.0", "1.0, 1.0"};
+    const char* suffixes[] = {"00", "10", "01", "11"};
+    for (int i = 0; i < corners; ++i) {
+        text += fmt::format("    {} = vec2({});\n", stage.corner, places[i]);
         if (stage.movesCorners)
             text += fmt::format("    vertexPosition = vec4(2.0 * {} - 1.0, 0.0, 1.0);\n", stage.corner);
         text += fmt::format("    {}();\n", stage.vertexMain);
         if (stage.movesCorners) text += fmt::format("    vec4 p{} = vertexPosition;\n", suffixes[i]);
-        for (const Varying& varying : stage.varyings) {
-            int part = 0;
-            for (const std::string& name : PartsOf(varying))
-                text += fmt::format("    {} {}_{}_{} = {};\n", varying.type, varying.name, part++, suffixes[i], name);
-        }
+        for (const VaryingPart& part : parts)
+            text += fmt::format("    {} {}{} = {};\n", part.type, part.base, suffixes[i], part.name);
     }
+    return text;
+}
+
+std::string PlaceFunction(const VertexStage& stage) {
+    std::string text = fmt::format("bool {}()\n{{\n", stage.place) + CornerCalls(stage, 3);
     if (stage.movesCorners) {
         std::string solve = kSolve;
         for (std::size_t at = solve.find("CORNER"); at != std::string::npos; at = solve.find("CORNER", at))
@@ -86,14 +100,9 @@ std::string PlaceFunction(const VertexStage& stage) {
     } else {
         text += fmt::format("    {} = gl_TexCoord[0].st;\n", stage.corner);
     }
-    for (const Varying& varying : stage.varyings) {
-        int part = 0;
-        for (const std::string& name : PartsOf(varying)) {
-            const std::string base = fmt::format("{}_{}_", varying.name, part++);
-            text += fmt::format("    {0} = {1}00 + ({1}10 - {1}00) * {2}.x + ({1}01 - {1}00) * {2}.y;\n", name, base,
-                                stage.corner);
-        }
-    }
+    for (const VaryingPart& part : PartsOf(stage.varyings))
+        text += fmt::format("    {0} = {1}00 + ({1}10 - {1}00) * {2}.x + ({1}01 - {1}00) * {2}.y;\n", part.name,
+                            part.base, stage.corner);
     return text + (stage.movesCorners ? "    return isSeen;\n}\n" : "    return true;\n}\n");
 }
 

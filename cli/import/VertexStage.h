@@ -23,6 +23,18 @@ struct VertexStage {
 // set-up function go.
 VertexStage ReadVertexStage(GlslTokens tokens, const std::set<std::string>& names);
 
+// Calls the stage for the corners 00, 10 and 01 and, of four, 11, where the first digit is the way to the right, and
+// keeps position and varyings of each in p00 and NAME_PART_00.
+std::string CornerCalls(const VertexStage& stage, int corners);
+
+// A varying, or one element of an array.
+struct VaryingPart {
+    std::string type;
+    std::string name;  // "left", "steps[1]"
+    std::string base;  // of its values at the corners: "left_0_"
+};
+std::vector<VaryingPart> PartsOf(const std::vector<Varying>& varyings);
+
 // The function `stage.place`, which gives each varying its value. With moved corners it returns false where the picture
 // does not reach, and leaves the fragment's place within it in `stage.corner`.
 std::string PlaceFunction(const VertexStage& stage);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 #include "ImportTest.h"
 
@@ -171,18 +172,20 @@ TEST_F(Isf, OtherImagesAreLayersFilesOrSilence) {
 
 TEST_F(Isf, TheVertexStageRunsAtTheCornersOnly) {
     writeFile("edge.vs", R"(
+        #define COUNT 2
+        const float by = 0.25;
         varying vec2 left;
-        varying float steps[2];
+        varying float steps[COUNT];
         void shade() { steps[1] = isf_FragNormCoord.y * 4.0; }
         void main() {
             isf_vertShaderInit();
-            left = clamp(isf_FragNormCoord - vec2(0.25, 0.0), 0.0, 1.0);
+            left = clamp(isf_FragNormCoord - vec2(by, 0.0), 0.0, 1.0);
             steps[0] = 1;
             shade();
         })");
     import("edge", "edge.fs", File("", R"(
         #if __VERSION__ <= 120
-        varying vec2 left; varying float steps[2];
+        varying vec2 left; varying float steps[2]; float by = 0.5;
         #else
         in vec2 left; in float steps[2];
         #endif
@@ -195,14 +198,43 @@ TEST_F(Isf, TheVertexStageRunsAtTheCornersOnly) {
 
     writeFile("moved.vs",
               "void main() { isf_vertShaderInit(); gl_Position.xy = gl_Position.xy * 0.5 + vec2(0.5, 0.0); }");
-    EXPECT_NE(import("moved", "moved.fs",
-                     File("", "void main() { gl_FragColor = vec4(isf_FragNormCoord, gl_FragCoord.x, 1.0); }"))
-                  .find("moved.vs:1: warning: gl_Position: the corner at the top right"),
-              std::string::npos);
+    EXPECT_EQ(import("moved", "moved.fs",
+                     File("", "void main() { gl_FragColor = vec4(isf_FragNormCoord, gl_FragCoord.x, 1.0); }")),
+              "");
     ExpectPicture(render("moved"), [](int x, int y) {
         const float u = (x + 0.5f - 4) / 4, v = (y + 0.5f - 1.5f) / 3;
         return u < 0 || u > 1 || v < 0 || v > 1 ? Color{} : Color{u, v, x + 0.5f, 1};
     });
+}
+
+// What the fourth corner does follows from the others, or not, at some values of the inputs.
+TEST_F(Isf, CornersThatMoveFreelyAreRefused) {
+    const struct {
+        const char* statements;
+        int status;
+        const char* words;
+    } kRows[] = {
+        {"gl_Position.xy = mat2(cos(TIME), sin(TIME), -sin(TIME), cos(TIME)) * gl_Position.xy * size + a; tilt = a;", 0,
+         ""},
+        {"gl_Position.w += isf_FragNormCoord.y * size; tilt = texture2D(image, vec2(0.5)).xy;", 0, ""},
+        {"vec2 p = isf_FragNormCoord; if (on) gl_Position.xy = mix(mix(a, b, p.x), mix(b, -a, p.x), p.y) * size;", 1,
+         "x.vs:2: error: gl_Position: the four corners move freely"},
+        {"gl_Position.x += IMG_NORM_PIXEL(image, isf_FragNormCoord).r;", 1, "x.vs:2: error: gl_Position: the four"},
+        {"tilt = vec2(isf_FragNormCoord.x * isf_FragNormCoord.y, 0.0);", 0, "x.vs: warning: varying tilt: its values"},
+    };
+    for (const auto& [statements, status, words] : kRows) {
+        writeFile("x.vs", std::string("varying vec2 tilt; void main() { isf_vertShaderInit();\n") + statements + "}");
+        writeFile("x.fs", File(R"({"NAME": "image", "TYPE": "image"}, {"NAME": "size", "TYPE": "float"},
+            {"NAME": "on", "TYPE": "bool"}, {"NAME": "a", "TYPE": "point2D"}, {"NAME": "b", "TYPE": "point2D"})",
+                               "varying vec2 tilt; void main() { gl_FragColor = vec4(tilt, isf_FragNormCoord); }"));
+        std::filesystem::remove_all(pathOf("x"));
+        const ToolRun made = run("new x --from x.fs");
+        EXPECT_EQ(made.status, status) << statements << made.err;
+        if (*words == '\0')
+            EXPECT_EQ(made.err, "") << statements;
+        else
+            EXPECT_NE(made.err.find(words), std::string::npos) << statements << made.err;
+    }
 }
 
 TEST_F(Isf, TheFilesWordsAndCommentsStay) {
