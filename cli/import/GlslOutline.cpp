@@ -119,7 +119,11 @@ std::set<std::string> GlobalsOf(const GlslTokens& tokens) {
 }
 
 std::vector<Varying> TakeVaryings(GlslTokens& tokens) {
-    return TakeDeclarations(tokens, {"varying", "in", "out", "attribute"});
+    std::vector<Varying> varyings = TakeDeclarations(tokens, {"varying", "in", "out", "attribute"});
+    std::erase_if(varyings, [](const Varying& varying) {
+        return varying.name == "isf_FragNormCoord" || varying.name == "vv_FragNormCoord";
+    });
+    return varyings;
 }
 
 std::vector<Varying> TakeUniforms(GlslTokens& tokens) {
@@ -129,7 +133,8 @@ std::vector<Varying> TakeUniforms(GlslTokens& tokens) {
 void Rename(GlslTokens& tokens, const std::string& word, const std::string& name) {
     bool isField = false;
     for (GlslToken& token : tokens) {
-        if (token.kind == GlslToken::Kind::word && token.source == word && !isField) token.source = token.text = name;
+        if (token.kind == GlslToken::Kind::word && token.source == word && !isField && !token.text.empty())
+            token.source = token.text = name;
         if (token.isSignificant()) isField = token.source == ".";
     }
 }

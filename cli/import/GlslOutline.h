@@ -26,7 +26,7 @@ std::set<std::string> FunctionsOf(const GlslTokens& tokens);
 std::set<std::string> GlobalsOf(const GlslTokens& tokens);
 
 // Takes the global declarations that begin with varying, in, out or attribute out of the text, and gives what they
-// declare.
+// declare, without the fragment's own place, which the effect's shader defines.
 std::vector<Varying> TakeVaryings(GlslTokens& tokens);
 
 // Takes global uniform declarations out of the text: whoever fills them declares them.

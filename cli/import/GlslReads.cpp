@@ -130,8 +130,8 @@ public:
             use(read);
             return;
         }
-        const auto size = reads.sizes.find(picture);
-        if (size == reads.sizes.end()) {
+        const std::string size = sizeOf(picture, name);
+        if (size.empty()) {
             findings.refuse(
                 tokens[name].line,
                 fmt::format("{}({}, ...): it needs the size of the picture, and \"{}\" is the name of none; "
@@ -139,23 +139,38 @@ public:
                             read.name, picture, picture));
             return;
         }
-        reads.sized.insert(picture);
         use(read);
         if (read.change == Change::insertSize) {
             tokens[name].text = read.becomes;
-            tokens[first].text += ", " + size->second;
+            tokens[first].text += ", " + size;
         } else if (read.change == Change::dividePlace && !call->commas.empty()) {
             tokens[name].text = reads.reader;
             tokens[call->commas[0]].text = ", (";
-            tokens[call->close].text = fmt::format(") / {})", size->second);
+            tokens[call->close].text = fmt::format(") / {})", size);
         } else {
             TakeOut(tokens, name, call->close + 1);
-            tokens[name].text =
-                read.change == Change::wholeSize ? fmt::format("ivec2({})", size->second) : size->second;
+            tokens[name].text = read.change == Change::wholeSize ? fmt::format("ivec2({})", size) : size;
         }
     }
 
 private:
+    // The uniform of a picture's size. A macro's parameter stands for any picture that the text names: pasted together
+    // with "Size" it gives that picture's.
+    std::string sizeOf(const std::string& picture, std::size_t place) {
+        if (const auto size = reads.sizes.find(picture); size != reads.sizes.end()) {
+            reads.sized.insert(picture);
+            return size->second;
+        }
+        if (!tokens[place].isDirective) return "";
+        for (const GlslToken& token : tokens) {
+            if (const auto size = reads.sizes.find(token.source); size != reads.sizes.end()) {
+                if (size->second != size->first + "Size") return "";
+                reads.sized.insert(size->first);
+            }
+        }
+        return picture + "##Size";
+    }
+
     void use(const Read& read) {
         if (*read.becomes) reads.used.insert(read.becomes);
     }

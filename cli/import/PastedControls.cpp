@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "cli/import/BuiltIns.h"
 #include "cli/import/GlslTypes.h"
 
 namespace quillon::cli {
@@ -77,7 +78,9 @@ public:
         : declared(pastedControls), findings(importFindings) {}
 
     void declare(const std::string& type, const std::string& name, Words words, int line) {
-        if (IsOneOf(name, {"iMouse"}) || declared.uniforms.contains(name)) return;
+        // What the format gives is no control; texts for other viewers declare it.
+        if (name == "iMouse" || name.starts_with("iChannel") || FindBuiltIn(name, ShaderFormat::pasted)) return;
+        if (declared.uniforms.contains(name)) return;
         const std::string label = declared.labels.take(words.label.empty() ? name : words.label);
         if (type == "sampler2D") {
             declared.layers.push_back({.name = name, .label = label});

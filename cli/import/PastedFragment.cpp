@@ -226,6 +226,8 @@ private:
         const std::string inner = UnusedName(words, "drawPicture");
         Rename(common, "main", inner);
         Rename(body, "main", inner);
+        std::vector<Varying> varyings = TakeVaryings(common);
+        for (const Varying& varying : TakeVaryings(body)) varyings.push_back(varying);
 
         DialectOptions options;
         for (int channel = 0; channel < kChannels; ++channel) options.pictures.insert(ChannelName(channel));
@@ -238,6 +240,8 @@ private:
             if (const BuiltIn* builtIn = FindBuiltIn(word, ShaderFormat::pasted))
                 options.globals[word] = *TypeNamed(builtIn->type);
         }
+        for (const Varying& varying : varyings)
+            options.globals[varying.name] = TypeNamed(varying.type).value_or(GlslType{});
         options.globals["iMouse"] = FloatOfSize(4);
         options.own = FunctionsOf(common);
         options.own.merge(FunctionsOf(body));
@@ -249,6 +253,8 @@ private:
         ShaderText text;
         text.add(TakeLeadingComments(body));
         text.add(head(pass, words, dialect, shader, findings));
+        for (const Varying& varying : varyings)
+            text.add(fmt::format("{} {}{};\n", varying.type, varying.name, varying.array));
         text.add(common, /*isCommon=*/true);
         text.add(body);
         text.add(OwnMain(isImage, words, dialect, shader));

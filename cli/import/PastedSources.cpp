@@ -142,7 +142,8 @@ private:
 // What a channel can read, beside a picture file.
 constexpr std::string_view kSources[] = {"a", "b", "c", "d", "picture", "layer", "self", "keyboard", "music", "none"};
 
-// Lines that editors add: #iChannel0 "path", #iChannel0::WrapMode "Repeat". They are blanked out.
+// Lines that editors add: #iChannel0 "path", #iChannel0::WrapMode "Repeat" are blanked out, and
+// #iUniform float x = 1.0 in { 0.0, 5.0 } becomes a comment of the kind that declares controls.
 void TakeChannelLines(PastedPass& pass, const ImportRequest& request) {
     std::size_t begin = 0;
     while (begin < pass.text.size()) {
@@ -150,8 +151,10 @@ void TakeChannelLines(PastedPass& pass, const ImportRequest& request) {
         std::string line = pass.text.substr(begin, end - begin);
         line.erase(0, line.find_first_not_of(" \t"));
         const std::size_t quote = line.find('"');
-        if (line.starts_with("#iChannel") && line.size() > 9 && line[9] >= '0' && line[9] < '0' + kChannels &&
-            quote != std::string::npos) {
+        if (const std::size_t mark = pass.text.find("#iUniform", begin); mark < end) {
+            pass.text.replace(mark, 9, "//!      ");
+        } else if (line.starts_with("#iChannel") && line.size() > 9 && line[9] >= '0' && line[9] < '0' + kChannels &&
+                   quote != std::string::npos) {
             const int channel = line[9] - '0';
             std::string value = line.substr(quote + 1, line.find('"', quote + 1) - quote - 1);
             if (line.find("::") < quote) {

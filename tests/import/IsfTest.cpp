@@ -36,7 +36,8 @@ TEST_F(Isf, EachFunctionReadsWhereItSays) {
              return Color{8, 6, 8, 6};
          }},
     };
-    std::string body = "#define READ(image, p) IMG_PIXEL(inputImage, p.xy)\nvoid main() {\n";
+    std::string body =
+        "varying vec2 isf_FragNormCoord;\n#define READ(image, p) IMG_PIXEL(image, p.xy)\nvoid main() {\n";
     for (std::size_t i = 0; i < std::size(kRows); ++i)
         body += "if (row == " + std::to_string(i) + ") gl_FragColor=" + kRows[i].read + ";\n";
     import("reads", "reads.fs",

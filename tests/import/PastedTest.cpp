@@ -12,6 +12,7 @@ using Pasted = ImportTest;
 // The text adds to its color before it has written it, and counts on 0.
 TEST_F(Pasted, UniformsAndChannelsAreFed) {
     import("uniforms", "uniforms.glsl", R"(
+        uniform float iTime; uniform sampler2D iChannel0; out vec4 unused;
         #define TIME iTime
         const float RENDERSIZE = 1.0;
         void mainImage(out vec4 color, in vec2 at) {
@@ -62,16 +63,17 @@ TEST_F(Pasted, DeclaredUniformsAndExposedConstantsAreControls) {
         //! float glow = 0.5 [0.0, 2.0]
         #define STEPS 3
         #define SCALE 0.25
+        #iUniform float more = 1.5 in { 0.0, 5.0 }
         void mainImage(out vec4 color, in vec2 at) {
             color.rgb = vec3(speed, float(count), glow);
-            if (at.x > 1.0) color.rgb = vec3(float(STEPS), SCALE, tint.g);
+            if (at.x > 1.0) color.rgb = vec3(float(STEPS), SCALE, tint.g * more);
             if (at.x > 2.0) color.rgb = texture(other, at / iResolution.xy).rgb;
         })",
            "--expose STEPS --expose SCALE");
     EXPECT_NE(run("params sliders").out.find("How many"), std::string::npos);
     const auto picture = render("sliders", "--layer other=layer.argb");
     EXPECT_EQ(picture[0], (Color{2, 4, 0.5f, 1}));
-    EXPECT_EQ(picture[1], (Color{3, 0.25f, 1, 1}));
+    EXPECT_EQ(picture[1], (Color{3, 0.25f, 1.5f, 1}));
     EXPECT_EQ(picture[2][2], Layer(2, 0)[2]);
     const auto moved = render("sliders", "--set count=6.4 --set STEPS=7 --set SCALE=0.5 --set glow=2 --set tint=0,0,0");
     EXPECT_EQ(moved[0], (Color{2, 6, 2, 1}));
