@@ -77,8 +77,10 @@ WorkerGroup::~WorkerGroup() {
 }
 
 bool WorkerGroup::send(std::size_t worker, const WorkerMessage& request) {
-    return WriteMessage([&](std::span<const std::byte> bytes) { return workers[worker]->process.write(bytes); },
-                        request);
+    ChildProcess& process = workers[worker]->process;
+    if (WriteMessage([&](std::span<const std::byte> bytes) { return process.write(bytes); }, request)) return true;
+    process.end();  // it may live, and wait for the rest of the request for ever
+    return false;
 }
 
 std::optional<WorkerGroup::Answer> WorkerGroup::wait(std::optional<std::size_t> worker,

@@ -23,7 +23,7 @@ public:
     WorkerGroup(const WorkerGroup&) = delete;
     WorkerGroup& operator=(const WorkerGroup&) = delete;
 
-    // False when the worker has ended; wait() then says so too.
+    // False when the worker has ended, or is ended since it cannot be asked; wait() then says so too.
     bool send(std::size_t worker, const WorkerMessage& request);
 
     // What has come from a worker.
