@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 namespace quillon {
@@ -9,8 +10,9 @@ namespace quillon {
 // ends in whatever way. Paths are claimed from any thread.
 class TemporaryClaim {
 public:
-    // The path exists.
-    explicit TemporaryClaim(const std::filesystem::path& path);
+    // `make` makes the path, which a signal that ends the process removes from its first moment on. Throws what `make`
+    // throws.
+    TemporaryClaim(const std::filesystem::path& path, const std::function<void()>& make);
     ~TemporaryClaim();
     TemporaryClaim(const TemporaryClaim&) = delete;
     TemporaryClaim& operator=(const TemporaryClaim&) = delete;

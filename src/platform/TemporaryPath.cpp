@@ -97,8 +97,7 @@ TemporaryPath::TemporaryPath(const fs::path& place, Kind kind) {
     const Maker maker;
     do {
         name = place / NewName();
-        Make(name, kind);
-        claim = std::make_unique<TemporaryClaim>(name);
+        claim = std::make_unique<TemporaryClaim>(name, [&] { Make(name, kind); });
     } while (!claim->isHeld());
 }
 

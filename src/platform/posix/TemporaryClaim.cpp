@@ -88,15 +88,24 @@ int Open(const char* path) {
 }  // namespace
 
 struct TemporaryClaim::System {
+    explicit System(RemovedAtSignal* registered) : entry(registered) {}
+    ~System() {
+        if (entry) entry->state = RemovedAtSignal::unused;
+        if (file >= 0) close(file);
+    }
+    System(const System&) = delete;
+    System& operator=(const System&) = delete;
+
+    RemovedAtSignal* const entry;
     int file = -1;
-    RemovedAtSignal* entry = nullptr;
     bool isHeld = false;
 };
 
 const bool TemporaryClaim::kBlocksRename = false;
 
-TemporaryClaim::TemporaryClaim(const std::filesystem::path& path) : system(std::make_unique<System>()) {
-    system->entry = Register(path.c_str());
+TemporaryClaim::TemporaryClaim(const std::filesystem::path& path, const std::function<void()>& make)
+    : system(std::make_unique<System>(Register(path.c_str()))) {
+    make();
     system->file = Open(path.c_str());
     // Without the lock when the file system has none: then no other process can get it either.
     const bool isTaken = system->file >= 0 && flock(system->file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
@@ -105,10 +114,7 @@ TemporaryClaim::TemporaryClaim(const std::filesystem::path& path) : system(std::
     system->isHeld = !isTaken && lstat(path.c_str(), &status) == 0;
 }
 
-TemporaryClaim::~TemporaryClaim() {
-    if (system->entry) system->entry->state = RemovedAtSignal::unused;
-    if (system->file >= 0) close(system->file);
-}
+TemporaryClaim::~TemporaryClaim() = default;
 
 bool TemporaryClaim::isHeld() const {
     return system->isHeld;

@@ -51,8 +51,9 @@ struct TemporaryClaim::System {
 
 const bool TemporaryClaim::kBlocksRename = true;
 
-TemporaryClaim::TemporaryClaim(const fs::path& path)
-    : system(new System{Open(path, FILE_SHARE_READ | FILE_SHARE_WRITE), path}) {
+TemporaryClaim::TemporaryClaim(const fs::path& path, const std::function<void()>& make) {
+    make();
+    system.reset(new System{Open(path, FILE_SHARE_READ | FILE_SHARE_WRITE), path});
     const std::lock_guard lock(ClaimedPaths().mutex);
     ClaimedPaths().paths.insert(path);
 }
