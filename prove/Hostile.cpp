@@ -50,8 +50,9 @@ constexpr std::array kDeeds = {
     "Object.defineProperty(Object.prototype, 'width', { get: function () { releaseAll(); return 1; } });",
     "Duktape.errCreate = function () { throw 2; }; nothing();",
     "Duktape.fin({}, function () { releaseAll(); make(); throw 3; });",
-    // Each into a separate place: two that put their objects into one place push each other out for ever.
-    "Duktape.fin({ a: 1 }, function (o) { odd['kept' + count++] = o; QL_release(QL_getSequenceRT()); });",
+    // Each into a separate place, also where the globals are frozen: two that put their objects into one place push
+    // each other out for ever, which is a script that never ends.
+    "Duktape.fin({ a: 1 }, function (o) { odd[odd.length] = o; QL_release(QL_getSequenceRT()); });",
     "QL_release(QL_getSequenceRT()); QL_release(QL_getSequenceTexture());",
     "releaseAll(); make();",
     "for (var i = 0; i < 50; ++i) make();",
@@ -165,7 +166,7 @@ std::string Hostile(bool isLong) {
             Require(goodFrame() == wanted, std::string("another picture after ") + name);
         });
     }
-    const int scripts = isLong ? 20'000 : 300;
+    const int scripts = isLong ? 20'000 : 500;
     for (int i = 0; i < scripts; ++i) {
         NowAt("script " + std::to_string(i));
         std::mt19937 random(static_cast<unsigned>(i));
