@@ -28,6 +28,7 @@ std::string Damaged(bool isLong);
 std::string Determinism(bool isLong);
 std::string Metamorphic(bool isLong);
 std::string Kills(bool isLong);
+std::string Output(bool isLong);
 
 // Throws the words unless `isTrue`.
 void Require(bool isTrue, const std::string& words);

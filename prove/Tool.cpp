@@ -50,7 +50,8 @@ std::string Tool::read(const std::string& name) const {
 
 std::string Tool::list() const {
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) names.insert(entry.path().filename());
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path()))
+        names.insert(entry.path().lexically_relative(folder.path()));
     std::string list;
     for (const std::string& name : names) list += name + " ";
     return list;

@@ -28,7 +28,7 @@ public:
     void write(const std::string& name, const std::string& content) const;
     // Empty when there is no such file.
     std::string read(const std::string& name) const;
-    // Names in the folder, sorted, with a blank after each.
+    // What the folder and those in it hold, sorted, with a blank after each.
     std::string list() const;
 
 private:

@@ -41,6 +41,7 @@ constexpr Row kRows[] = {
     {"determinism", "every run gives the same bits, with any number of the driver's threads", Determinism, 600, 1800},
     {"metamorphic", "shaders that are written in another way give the same bits", Metamorphic, 600, 3600},
     {"kills", "killed or out of room at any write: the old output or the new one, no leftovers", Kills, 600, 7200},
+    {"output", "where nothing can be written: an error and exit status 1, and what is there stays", Output, 300, 300},
 };
 
 // Written by a row's process, read by the driver, whatever has become of the process.

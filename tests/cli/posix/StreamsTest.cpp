@@ -6,7 +6,7 @@
 
 #include "../ToolTest.h"
 
-// What becomes of outputs that are not plain files, and of temporary files when the tool is ended.
+// What becomes of outputs that are not plain files, and of a run whose processes are ended.
 
 namespace quillon::test {
 
@@ -23,17 +23,6 @@ protected:
     const std::string kRender = "render copy -i in.argb --size 1x1 --depth 8 -o ";
 };
 
-TEST_F(Streams, AreReportedWhenResultsCannotBeWritten) {
-    for (const std::string arguments :
-         {"params copy >/dev/full", "params copy --json >/dev/full", "check copy >&-", "--help >/dev/full",
-          "chart -o chart.png --size 1x1 >&-", "pack copy -o copy.so >/dev/full"}) {
-        const ToolRun result = run(arguments + " )", "(");
-        EXPECT_EQ(result.status, 1) << arguments;
-        EXPECT_NE(result.err.find("quillon: error: standard output: cannot be written: "), std::string::npos)
-            << arguments << ": " << result.err;
-    }
-}
-
 TEST_F(Streams, AreFollowedToWhatTheyLeadTo) {
     std::filesystem::create_directory(pathOf("there"));
     std::filesystem::create_symlink("there/new.argb", pathOf("link.argb"));
@@ -45,44 +34,6 @@ TEST_F(Streams, AreFollowedToWhatTheyLeadTo) {
     ASSERT_EQ(run(kRender + "pipe.argb & cat pipe.argb >copied; wait )", "(").err, "");
     EXPECT_TRUE(std::filesystem::is_fifo(pathOf("pipe.argb")));
     EXPECT_EQ(readSamples<std::uint8_t>("copied"), kPixels);
-}
-
-TEST_F(Streams, AreRefusedWhereNothingMayBeWritten) {
-    writeFile("kept.argb", "kept");
-    std::filesystem::permissions(pathOf("kept.argb"), std::filesystem::perms::owner_read);
-    std::filesystem::create_symlink("/dev/full", pathOf("full.argb"));
-    std::filesystem::create_directory(pathOf("folder.argb"));
-    const std::pair<const char*, const char*> kRows[] = {
-        {"kept.argb", "kept.argb: is write-protected; choose another place with -o"},
-        {"full.argb", "full.argb: cannot be written: No space left on device"},
-        {"folder.argb", "folder.argb: cannot be written: Is a directory"},
-        {"copy/out.argb", "copy/out.argb: is in the effect's folder"},
-    };
-    for (const auto& [output, words] : kRows) {
-        const ToolRun result = run(kRender + output);
-        EXPECT_NE(result.status, 0) << output;
-        EXPECT_NE(result.err.find(words), std::string::npos) << result.err;
-    }
-    EXPECT_EQ(readFile("kept.argb"), "kept");
-    const ToolRun limited = run("chart -o large.png )", "( ulimit -f 1;");
-    EXPECT_EQ(limited.status, 1);
-    EXPECT_NE(limited.err.find("large.png: cannot be written: File too large"), std::string::npos) << limited.err;
-    EXPECT_FALSE(exists("large.png"));
-    EXPECT_EQ(list(), (std::vector<std::string>{"copy", "folder.argb", "full.argb", "in.argb", "kept.argb"}));
-}
-
-TEST_F(Streams, LeaveNoTemporaryFilesWhenTheToolIsEnded) {
-    addEffect("endless", {{"fx.js", "while (true);"}});
-    std::filesystem::create_directory(pathOf("tmp"));
-    const auto leavesNothing = [this] { return std::filesystem::is_empty(pathOf("tmp")); };
-    for (const std::string signal : {"TERM", "HUP", "ABRT", "KILL"}) {
-        run("params endless & tool=$!; while [ -z \"$(find tmp -name '*.so')\" ]; do sleep 0.02; done; kill -" +
-                signal + " $tool; wait $tool )",
-            "( TMPDIR=tmp ");
-        EXPECT_EQ(leavesNothing(), signal != "KILL") << signal;
-    }
-    ASSERT_EQ(run("check copy", "TMPDIR=tmp").err, "");
-    EXPECT_TRUE(leavesNothing());
 }
 
 // The shell's script finds the processes of -j as children of the one that it has started.
