@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <stdexcept>
 #include <string_view>
 
 #include "platform/Utf8Path.h"
@@ -88,6 +89,7 @@ Diagnostics FaultsOfPage(const Json& faults) {
     Diagnostics diagnostics;
     for (const Json& fault : faults) {
         const auto* const kind = std::ranges::find(kKinds, fault.at("kind").get<std::string_view>());
+        if (kind == std::end(kKinds)) throw std::out_of_range("a fault of an unknown kind");
         diagnostics.push_back(
             {.path = fault.at("path"),
              .line = fault.at("line"),
