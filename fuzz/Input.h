@@ -27,21 +27,11 @@ inline void Require(bool holds, const char* claim) {
 }
 
 // A file with the input, for readers that want a path.
-class InputFile {
-public:
-    explicit InputFile(std::string_view name) : file(folder.path() / name) {}
-
-    const std::filesystem::path& write(std::span<const std::byte> bytes) {
-        std::FILE* stream = std::fopen(file.c_str(), "wb");
-        Require(
-            stream && std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size() && std::fclose(stream) == 0,
+inline std::filesystem::path WriteInput(const std::filesystem::path& path, std::string_view text) {
+    std::FILE* stream = std::fopen(path.c_str(), "wb");
+    Require(stream && std::fwrite(text.data(), 1, text.size(), stream) == text.size() && std::fclose(stream) == 0,
             "the temporary folder takes a file");
-        return file;
-    }
-
-private:
-    TemporaryFolder folder;
-    std::filesystem::path file;
-};
+    return path;
+}
 
 }  // namespace quillon::fuzz

@@ -55,12 +55,12 @@ void Follow(const Keyframes& keyframes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::vector<Control> kControls = Controls();
-    static fuzz::InputFile files[] = {fuzz::InputFile("keys.csv"), fuzz::InputFile("keys.json")};
+    static const TemporaryFolder kFolder;
     const std::string_view text = fuzz::TextOf(data, size);
 
-    for (fuzz::InputFile& file : files) {
+    for (const char* name : {"keys.csv", "keys.json"}) {
         Keyframes keyframes(kControls);
-        Try([&] { keyframes.addFile(file.write(std::as_bytes(std::span(text)))); });
+        Try([&] { keyframes.addFile(fuzz::WriteInput(kFolder.path() / name, text)); });
         Follow(keyframes);  // those in front of a fault stay
     }
     Keyframes keyframes(kControls);

@@ -28,9 +28,10 @@ Bytes AsModule(Bytes package) {
 }
 
 std::vector<PackageFile> FilesOf(std::span<const std::byte> module) {
-    static fuzz::InputFile file("effect.module");
+    static const TemporaryFolder kFolder;
+    const std::string_view bytes(reinterpret_cast<const char*>(module.data()), module.size());
     try {
-        return ReadPackage(file.write(module));
+        return ReadPackage(fuzz::WriteInput(kFolder.path() / "effect.module", bytes));
     } catch (const FileError&) {
         return {};
     }
