@@ -116,8 +116,10 @@ void MovieWriter::finish() {
 }
 
 void MovieWriter::fail() {
-    encoder->wait();
-    throw Fault(path.string(), "ffmpeg cannot write it: " + encoder->lastWords());
+    const int status = encoder->wait();
+    const std::string words = encoder->lastWords();
+    const std::string ended = status < 0 ? "it was killed or crashed" : fmt::format("it ended with {}", status);
+    throw Fault(path.string(), "ffmpeg cannot write it: " + (words.empty() ? ended : words));
 }
 
 }  // namespace quillon::cli

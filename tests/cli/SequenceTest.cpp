@@ -1,4 +1,6 @@
 #include "ToolTest.h"
+#include "cli/effect/HostRun.h"
+#include "cli/keyframes/KeyTrack.h"
 #include "cli/worker/WorkerGroup.h"
 
 // Sequences: controls that move, pieces, and runs that go on.
@@ -68,6 +70,45 @@ TEST_F(Sequences, ControlsMoveFromKeyToKey) {
         EXPECT_EQ(shown(2), row.centers) << row.options;
         EXPECT_EQ(shown(3), row.modes) << row.options;
     }
+}
+
+// An effect may ask for a control at any moment, and on any scale; keys answer for that one.
+TEST(KeyedControls, HaveTheirValueAtEachMomentThatAnEffectAsksFor) {
+    static std::vector<double> seen;
+    const auto entry = [](PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef*[], PF_LayerDef*, void*) -> PF_Err {
+        PF_ParamDef def{};
+        def.param_type = PF_Param_FLOAT_SLIDER;
+        if (cmd == PF_Cmd_PARAMS_SETUP) {
+            out->num_params = 2;
+            return in->inter.add_param(in->effect_ref, -1, &def);
+        }
+        if (cmd != PF_Cmd_RENDER) return PF_Err_NONE;
+        const std::pair<A_long, A_u_long> kMoments[] = {
+            {in->current_time, in->time_scale}, {0, 25}, {3, 25}, {12, 100}, {-5, 25}, {100, 5}};
+        for (const auto& [time, scale] : kMoments) {
+            in->inter.checkout_param(in->effect_ref, 1, time, in->time_step, scale, &def);
+            seen.push_back(def.u.fs_d.value);
+            in->inter.checkin_param(in->effect_ref, &def);
+        }
+        return PF_Err_NONE;
+    };
+    cli::KeyTrack track;
+    track.add(2, {.numbers = {10}}, cli::Interpolation::linear);
+    track.add(6, {.numbers = {20}}, cli::Interpolation::linear);
+    cli::HostRun run(host::EffectModule(entry), {.route = host::Route::classic, .timeStep = 1, .timeScale = 25});
+    run.start();
+    run.apply();
+    run.setValuesBy([&](host::HostInstance& instance, PF_ParamIndex index, double seconds) {
+        instance.setFloat(index, track.at(seconds * 25).numbers[0]);
+    });
+    run.instance().currentTime = 4;
+    host::FrameRequest request;
+    request.input = std::make_shared<host::World>(4, 4, 8);
+    EXPECT_EQ(run.render(request).result.error(), PF_Err_NONE);
+    const std::vector<double> kWanted = {15, 10, 12.5, 12.5, 10, 20};
+    ASSERT_EQ(seen.size(), kWanted.size());
+    for (std::size_t i = 0; i < kWanted.size(); ++i) EXPECT_NEAR(seen[i], kWanted[i], 1e-9) << i;
+    EXPECT_EQ(run.violations(), std::vector<std::string>{});
 }
 
 TEST_F(Sequences, WrongKeysAreRefusedWithTheirPlace) {
@@ -265,9 +306,14 @@ TEST_F(Sequences, AWorkerThatDoesNotAnswerIsEnded) {
 
 TEST_F(Sequences, MissingInputsAreNamedBeforeAnythingRenders) {
     for (const char* name : {"in1.argb", "in2.argb"}) writeSamples<float>(name, std::vector<float>(4));
-    const ToolRun result = run("render fx -i in%d.argb --size 1x1 --depth 32 -o o##.argb --frames 1-3");
-    EXPECT_EQ(result.err, "quillon: error: in3.argb: no such file, for frame 3; shorten --frames, or add it\n");
-    EXPECT_EQ(result.out, "");
+    for (const std::string options : {"", " -j 2", " --part 1/3"}) {
+        const ToolRun result = run("render fx -i in%d.argb --size 1x1 --depth 32 -o o##.argb --frames 1-3" + options);
+        const bool isWhole = !options.ends_with("1/3");  // the first piece needs one picture
+        EXPECT_EQ(result.err, isWhole ? "quillon: error: in3.argb: no such file, for frame 3; shorten --frames, or add "
+                                        "it\n"
+                                      : "");
+        EXPECT_EQ(result.out, isWhole ? "" : "o01.argb\n") << options;
+    }
 }
 
 TEST_F(Sequences, AreComparedInUnitsOfTheDeeperPicture) {

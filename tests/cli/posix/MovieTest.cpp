@@ -170,6 +170,12 @@ TEST_F(Movies, AreWholeOrAbsent) {
     EXPECT_EQ(full.status, 1);
     EXPECT_NE(full.err.find("out.mov: ffmpeg cannot write it: "), std::string::npos) << full.err;
     std::filesystem::remove(pathOf("chart.png"));
+    const ToolRun killed = run("render fx -i in.argb" + raw +
+                                   "-o out.mp4 --frames 0-99999 & while [ -z \"$(cat /proc/$!/task/*/children)\" ]; do "
+                                   "sleep 0.05; done; kill -KILL $(cat /proc/$!/task/*/children); wait $! )",
+                               "(");
+    EXPECT_EQ(killed.status, 1);
+    EXPECT_NE(killed.err.find("out.mp4: ffmpeg cannot write it: it was killed or crashed"), std::string::npos);
     const ToolRun missing = run("render fx -i in.argb" + raw + "-o out.mp4 --frames 0-3", "PATH=/nowhere");
     EXPECT_NE(missing.err.find("movies need the program ffmpeg"), std::string::npos) << missing.err;
     const ToolRun ended = run("render fx -i in.argb" + raw +

@@ -36,6 +36,26 @@ TEST_F(Streams, AreFollowedToWhatTheyLeadTo) {
     EXPECT_EQ(readSamples<std::uint8_t>("copied"), kPixels);
 }
 
+// The later one to finish a frame wins; what is there at any time is one run's whole frame.
+TEST_F(Streams, AreWholeWhenTwoRunsWriteThem) {
+    const std::string render = "render copy --size 64x64 --depth 8 -o o%d.argb --frames 0-99 ";
+    std::vector<std::string> pictures;
+    for (const std::uint8_t value : {10, 200}) {
+        const std::string name = "in" + std::to_string(value) + ".argb";
+        writeSamples(name, std::vector<std::uint8_t>(64 * 64 * 4, value));
+        pictures.push_back(readFile(name));
+    }
+    const ToolRun both =
+        run(render + "-i in10.argb & '" + tool + "' " + render + "-i in200.argb -j 2 || exit 9; wait $! )", "(");
+    EXPECT_EQ(both.status, 0);
+    EXPECT_EQ(both.err, "");
+    for (int i = 0; i < 100; ++i) {
+        const std::string found = readFile("o" + std::to_string(i) + ".argb");
+        EXPECT_TRUE(found == pictures[0] || found == pictures[1]) << i;
+    }
+    EXPECT_EQ(list().size(), 104u);
+}
+
 // The shell's script finds the processes of -j as children of the one that it has started.
 TEST_F(Streams, AreWholeWhenProcessesOfARunAreEnded) {
     const std::string render =
