@@ -5,15 +5,18 @@ tests/preview/walk.py TOOL; `./dev test-preview` installs what it needs.
 """
 import base64
 import os
+import re
 import shlex
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
 import time
 import unittest
 from pathlib import Path
+from urllib.parse import urlsplit
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
@@ -55,21 +58,31 @@ class Walk(unittest.TestCase):
         self.folder = Path(tempfile.mkdtemp())
         self.addCleanup(shutil.rmtree, self.folder)
         shutil.copytree(EFFECTS / "grade", self.folder / "fx")
+        (self.folder / "tmp").mkdir()
         self.tool("chart", "-o", "chart.png", "--size", "96x64")
-        self.preview = subprocess.Popen(
-            [TOOL, "preview", "fx", "-i", "chart.png", "--no-browser", "--time-limit", "2"],
-            cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        self.addCleanup(self.end)
         self.browser.set_window_size(1300, 800)
-        self.browser.get(self.preview.stdout.readline().strip())
+        self.preview = None
+        self.addCleanup(self.end)
+        self.start("-i", "chart.png")
+
+    def start(self, *arguments):
+        self.end()
+        self.preview = subprocess.Popen(
+            [TOOL, "preview", "fx", *arguments, "--no-browser", "--time-limit", "2"], cwd=self.folder,
+            env=os.environ | {"TMPDIR": str(self.folder / "tmp")}, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.address = self.preview.stdout.readline().strip()
+        self.browser.get(self.address)
         self.name = wait("a slider", lambda: self.find("[data-kind=FLOAT]").get_attribute("data-name"))
         self.find("#behind [data-value=none]").click()
         self.picture()
 
     def end(self):
+        if not self.preview:
+            return
         self.preview.send_signal(signal.SIGINT)
         self.preview.wait(timeout=2)
         self.preview.stdout.close()
+        self.preview = None
 
     def tool(self, *arguments):
         return subprocess.run([TOOL, *arguments], cwd=self.folder, check=True, capture_output=True, text=True).stdout
@@ -103,6 +116,16 @@ class Walk(unittest.TestCase):
                   "--depth", "8", *arguments)
         self.tool("compare", "canvas.png", "expected.png")  # fails for any difference
 
+    def follow_the_copied_line(self, picture):
+        self.find("#copy").click()
+        time.sleep(0.3)
+        line = shlex.split(self.browser.execute_script("return navigator.clipboard.readText()"))
+        self.assertEqual(line[:2], ["quillon", "render"])
+        self.tool(*line[1:], "--no-alpha")
+        (self.folder / "canvas.png").write_bytes(picture)
+        self.tool("compare", "canvas.png", line[line.index("-o") + 1])
+        return line
+
     def worker(self):
         children = Path(f"/proc/{self.preview.pid}/task/{self.preview.pid}/children").read_text().split()
         for task in Path(f"/proc/{self.preview.pid}/task").iterdir():
@@ -116,13 +139,7 @@ class Walk(unittest.TestCase):
         wait("another picture", lambda: self.picture() != before)
         moved = self.picture()
         self.expect(moved, "--set", f"{self.name}=0.35")
-        self.find("#copy").click()
-        time.sleep(0.3)
-        line = shlex.split(self.browser.execute_script("return navigator.clipboard.readText()"))
-        self.assertEqual(line[:2], ["quillon", "render"])
-        self.tool(*line[1:], "--no-alpha")
-        (self.folder / "canvas.png").write_bytes(moved)
-        self.tool("compare", "canvas.png", line[line.index("-o") + 1])
+        self.follow_the_copied_line(moved)
         # A reload of the page keeps what was set.
         self.browser.refresh()
         wait("the value", lambda: self.box().get_attribute("value") == "0.35")
@@ -130,9 +147,78 @@ class Walk(unittest.TestCase):
             "return performance.getEntriesByType('resource').map((entry) => new URL(entry.name).origin)")
         self.assertEqual(set(hosts), {self.browser.execute_script("return location.origin")})
 
+    def test_the_copied_line_makes_frames_of_movies_and_sequences_with_layers(self):
+        shutil.rmtree(self.folder / "fx")
+        shutil.copytree(EFFECTS / "matte", self.folder / "fx")
+        layer = re.search(r'^\S*\s+(\S+)\s+LAYER', self.tool("params", "fx"), re.M).group(1)
+        self.tool("chart", "-o", "in.##.png", "--size", "96x64", "--frames", "0-9")
+        self.tool("chart", "-o", "movie.mov", "--size", "96x64", "--frames", "0-9")
+        self.tool("chart", "-o", "other.png", "--size", "64x96")
+        for given in (["-i", "in.##.png", "--frames", "0-9", "--layer", f"{layer}=movie.mov"],
+                      ["-i", "movie.mov", "--layer", f"{layer}=in.##.png", "--frames", "2-9", "--depth", "8"],
+                      ["-i", "movie.mov", "--layer", f"{layer}=other.png", "--depth", "8"]):
+            with self.subTest(given):
+                self.start(*given)
+                first = self.picture()
+                number = self.find("#frame-number")
+                number.send_keys(Keys.CONTROL + "a")
+                number.send_keys("7" + Keys.ENTER)
+                wait("another frame", lambda: self.picture() != first)
+                line = self.follow_the_copied_line(self.picture())
+                self.assertIn("7-7", line)
+                self.assertIn(given[given.index("--layer") + 1], line)
+
+    def test_killed_processes_leave_nothing(self):
+        server, worker = urlsplit(self.address), self.worker()
+        os.kill(self.preview.pid, signal.SIGKILL)
+        self.preview.wait()
+        wait("the worker's end", lambda: not Path(f"/proc/{worker}").exists())
+        with socket.socket() as other:
+            self.assertNotEqual(other.connect_ex((server.hostname, server.port)), 0)
+        self.assertEqual(list((self.folder / "tmp").iterdir()), [])
+
+    def test_a_save_is_seen_at_once(self):
+        """Prints how long after a save of fx.js the canvas shows it, and fails for half a second."""
+        self.tool("chart", "-o", "chart.png", "--size", "960x540")
+        for effect in ("grade", "ink", "glow"):
+            shutil.rmtree(self.folder / "fx")
+            shutil.copytree(EFFECTS / effect, self.folder / "fx")
+            script = (self.folder / "fx/fx.js").read_text()
+            for name in ("setup", "draw"):
+                script = script.replace(f"function {name}()", f"function {name}OfEffect()")
+
+            def save(red):
+                (self.folder / "fx/fx.js").write_text(
+                    script + "var flat;\nfunction setup() { setupOfEffect(); flat = QL_initShader('flat', "
+                    f"'void main() {{ gl_FragColor = vec4({red / 255}, 0.0, 0.0, 1.0); }}'); }}\n"
+                    "function draw() { drawOfEffect(); QL_renderShader(flat, QL_getSequenceRT(), true); }\n")
+
+            save(100)
+            self.start("-i", "chart.png")
+            times = []
+            for red in range(110, 180, 10):
+                self.browser.execute_script("""
+                    const [red] = arguments, canvas = document.getElementById("picture"), context = canvas.getContext("2d");
+                    window.seenAt = 0;
+                    const look = () => {
+                        if (context.getImageData(480, 270, 1, 1).data[0] === red) window.seenAt = Date.now();
+                        else requestAnimationFrame(look);
+                    };
+                    look();""", red)
+                saved = time.time()
+                save(red)
+                seen = wait("the new picture", lambda: self.browser.execute_script("return window.seenAt"))
+                times.append(seen - saved * 1000)
+            middle = sorted(times)[len(times) // 2]
+            print(f"\n{effect}, 960x540: {middle:.0f} ms from a save to the canvas", end="", flush=True)
+            self.assertLess(middle, 500)
+
     def test_saves_update_and_faults_keep_the_picture(self):
         shader = next(iter(sorted((self.folder / "fx").glob("*.frag"))))
         source = shader.read_text()
+        untouched = self.picture()
+        self.enter("0.35")  # and it keeps this value
+        wait("another picture", lambda: self.picture() != untouched)
         first = self.picture()
         shader.write_text("void main() { gl_FragColor = vec4(0.2, 0.4, 0.6, 1.0); }\n")
         wait("the new picture", lambda: self.picture() != first)
