@@ -19,6 +19,7 @@ std::string Load(bool isLong);
 std::string Instances(bool isLong);
 std::string Restarts(bool isLong);
 std::string Threads(bool isLong);
+std::string Copies(bool isLong);
 std::string Sizes(bool isLong);
 std::string Memory(bool isLong);
 std::string ToolMemory(bool isLong);

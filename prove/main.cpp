@@ -31,6 +31,8 @@ constexpr Row kRows[] = {
     {"instances", "made, rendered, copied, saved and removed in any order: nothing is left", Instances, 300, 900},
     {"restarts", "a script started anew leaves what its first start left", Restarts, 300, 900},
     {"threads", "four threads over mixed instances give the frames of one", Threads, 600, 1800},
+    {"copies", "ten copies and ten modules in one process share nothing, and loads leave what is named", Copies, 300,
+     3600},
     {"sizes", "frames of odd sizes between guard pages equal the plain rule", Sizes, 300, 900},
     {"memory", "wherever memory is refused, the module lives and the next frame is right", Memory, 600, 7200},
     {"tool-memory", "wherever memory is refused, the tool ends with an error or with the picture", ToolMemory, 600,
