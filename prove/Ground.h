@@ -21,6 +21,7 @@ std::string Restarts(bool isLong);
 std::string Threads(bool isLong);
 std::string Copies(bool isLong);
 std::string Sizes(bool isLong);
+std::string Extremes(bool isLong);
 std::string Memory(bool isLong);
 std::string ToolMemory(bool isLong);
 std::string RefusedGL(bool isLong);

@@ -34,6 +34,7 @@ constexpr Row kRows[] = {
     {"copies", "ten copies and ten modules in one process share nothing, and loads leave what is named", Copies, 300,
      3600},
     {"sizes", "frames of odd sizes between guard pages equal the plain rule", Sizes, 300, 900},
+    {"extremes", "NaN, infinities and the ends of floats are kept or mapped as documented", Extremes, 300, 300},
     {"memory", "wherever memory is refused, the module lives and the next frame is right", Memory, 600, 7200},
     {"tool-memory", "wherever memory is refused, the tool ends with an error or with the picture", ToolMemory, 600,
      7200},
