@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <system_error>
 #include <thread>
@@ -48,12 +50,41 @@ SECURITY_ATTRIBUTES Inheritable() {
     return {sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
 }
 
-// The end that this process keeps is not the child's.
-void MakePipe(Handle& read, Handle& write, Handle& kept) {
+// What the child reads. The end that this process keeps is not inherited.
+void MakePipeToChild(Handle& childEnd, Handle& ownEnd) {
     SECURITY_ATTRIBUTES attributes = Inheritable();
-    if (!CreatePipe(&read.handle, &write.handle, &attributes, 0))
+    if (!CreatePipe(&childEnd.handle, &ownEnd.handle, &attributes, 0))
         throw std::system_error(EMFILE, std::generic_category());
-    SetHandleInformation(kept.handle, HANDLE_FLAG_INHERIT, 0);
+    SetHandleInformation(ownEnd.handle, HANDLE_FLAG_INHERIT, 0);
+}
+
+// What the child writes. It has a name, since only pipes with a name can be waited for.
+void MakePipeFromChild(Handle& childEnd, Handle& ownEnd) {
+    static std::atomic<unsigned> number{0};
+    const std::wstring name =
+        L"\\\\.\\pipe\\quillon-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(number++);
+    constexpr DWORD kBuffer = 1 << 16;
+    ownEnd.handle =
+        CreateNamedPipeW(name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
+                         PIPE_TYPE_BYTE | PIPE_WAIT | PIPE_REJECT_REMOTE_CLIENTS, 1, kBuffer, kBuffer, 0, nullptr);
+    SECURITY_ATTRIBUTES attributes = Inheritable();
+    childEnd.handle = CreateFileW(name.c_str(), GENERIC_WRITE, 0, &attributes, OPEN_EXISTING, 0, nullptr);
+    if (ownEnd.handle == INVALID_HANDLE_VALUE || childEnd.handle == INVALID_HANDLE_VALUE)
+        throw std::system_error(EMFILE, std::generic_category());
+}
+
+// Some bytes of a pipe that this process writes into. None where it ends, which it also does with the process: one that
+// a driver or the system has started for it may keep the pipe open for much longer.
+std::size_t ReadSome(HANDLE pipe, HANDLE process, std::span<std::byte> bytes) {
+    const Handle event(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    OVERLAPPED request{};
+    request.hEvent = event.handle;
+    DWORD count = 0;
+    const auto size = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+    if (!ReadFile(pipe, bytes.data(), size, nullptr, &request) && GetLastError() != ERROR_IO_PENDING) return 0;
+    const HANDLE awaited[] = {event.handle, process};
+    if (WaitForMultipleObjects(2, awaited, FALSE, INFINITE) != WAIT_OBJECT_0) CancelIo(pipe);
+    return GetOverlappedResult(pipe, &request, &count, TRUE) ? count : 0;
 }
 
 }  // namespace
@@ -62,17 +93,17 @@ struct ChildProcess::System {
     Handle process;
     Handle toChild;
     Handle fromChild;
-    Handle wordsRead;
-    std::string words;
+    Handle words;
+    std::string lastWords;
     std::thread listener;
 };
 
 ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments, Pipe direction)
     : system(std::make_unique<System>()) {
     Handle childInput, childOutput, wordsWrite;
-    if (direction != Pipe::fromChild) MakePipe(childInput, system->toChild, system->toChild);
-    if (direction != Pipe::toChild) MakePipe(system->fromChild, childOutput, system->fromChild);
-    MakePipe(system->wordsRead, wordsWrite, system->wordsRead);
+    if (direction != Pipe::fromChild) MakePipeToChild(childInput, system->toChild);
+    if (direction != Pipe::toChild) MakePipeFromChild(childOutput, system->fromChild);
+    MakePipeFromChild(wordsWrite, system->words);
     SECURITY_ATTRIBUTES attributes = Inheritable();
     const Handle nowhere(CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                      &attributes, OPEN_EXISTING, 0, nullptr));
@@ -91,10 +122,11 @@ ChildProcess::ChildProcess(const std::string& program, const std::vector<std::st
         throw std::system_error(GetLastError() == ERROR_FILE_NOT_FOUND ? ENOENT : EACCES, std::generic_category());
     CloseHandle(process.hThread);
     system->process.handle = process.hProcess;
-    system->listener = std::thread([&kept = system->words, file = system->wordsRead.handle] {
+    system->listener = std::thread([from = system.get()] {
         char bytes[512];
-        DWORD count = 0;
-        while (ReadFile(file, bytes, sizeof(bytes), &count, nullptr) && count > 0) {
+        std::string& kept = from->lastWords;
+        while (const std::size_t count =
+                   ReadSome(from->words.handle, from->process.handle, std::as_writable_bytes(std::span(bytes)))) {
             kept.append(bytes, count);
             if (kept.size() > kMostWords) kept.erase(0, kept.size() - kMostWords);
         }
@@ -111,7 +143,13 @@ bool ChildProcess::write(std::span<const std::byte> bytes) {
 }
 
 std::size_t ChildProcess::read(std::span<std::byte> bytes) {
-    return ReadAll(system->fromChild.handle, bytes);
+    std::size_t filled = 0;
+    while (filled < bytes.size()) {
+        const std::size_t count = ReadSome(system->fromChild.handle, system->process.handle, bytes.subspan(filled));
+        if (count == 0) break;
+        filled += count;
+    }
+    return filled;
 }
 
 void ChildProcess::end() {
@@ -125,13 +163,13 @@ int ChildProcess::wait() {
     WaitForSingleObject(system->process.handle, INFINITE);
     DWORD status = 0;
     GetExitCodeProcess(system->process.handle, &status);
-    system->process.close();
     system->listener.join();
+    system->process.close();
     return static_cast<int>(status);
 }
 
 const std::string& ChildProcess::lastWords() const {
-    return system->words;
+    return system->lastWords;
 }
 
 }  // namespace quillon::cli

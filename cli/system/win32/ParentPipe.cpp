@@ -21,6 +21,8 @@ ParentPipe::ParentPipe() : system(std::make_unique<System>()) {
     DuplicateHandle(GetCurrentProcess(), GetStdHandle(STD_OUTPUT_HANDLE), GetCurrentProcess(), &system->output, 0,
                     FALSE, DUPLICATE_SAME_ACCESS);
     _dup2(_fileno(stderr), _fileno(stdout));
+    // The copy is one that other processes could inherit, see PrepareProcess().
+    SetHandleInformation(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdout))), HANDLE_FLAG_INHERIT, 0);
     SetStdHandle(STD_OUTPUT_HANDLE, GetStdHandle(STD_ERROR_HANDLE));
 }
 

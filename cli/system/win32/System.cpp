@@ -42,6 +42,10 @@ void PrepareProcess() {
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     RemoveTemporariesAtSignals();
+    // A process that the system or a driver starts for this one may live longer. If it kept the tool's own streams
+    // open, whoever reads them would wait for an end that does not come.
+    for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE})
+        SetHandleInformation(GetStdHandle(stream), HANDLE_FLAG_INHERIT, 0);
     // The progress bar erases its line by an escape sequence, and pages are styled by some.
     for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
         const HANDLE terminal = GetStdHandle(stream);
