@@ -129,7 +129,8 @@ TEST_F(Check, EndsWhatNeverReturns) {
                   "  for (float i = 0.0; i < 1.0e30; i += c.a * 1.0e-9) {\n" + reads + "  }\n");
     addEffect("fx", {{"fx.js", kCopySetup + kDrawCopy}, {"copy.frag", shader}});
     const ToolRun result = run("check fx --time-limit 0.3", kSoftware);
-    EXPECT_THAT(result.err, HasSubstr("fx: error: a frame: no end after 0.3 s")) << result.err;
+    EXPECT_THAT(result.err, HasSubstr("fx/fx.js:5: error: a frame: shader \"copy\" has not ended after 0.3 s"))
+        << result.err;
     EXPECT_EQ(result.status, 1);
 }
 

@@ -48,8 +48,10 @@ public:
 
 private:
     void take(const nlohmann::json& text, Digests& digests) {
+        if (text.contains("pass")) pass = DiagnosticsOf(text["pass"]);
         if (text.contains("step")) {
             step = text["step"];
+            pass.clear();
             if (listener.step) listener.step(fmt::format("{}: {}", name, step));
         }
         if (text.contains("note") && listener.note) listener.note(text["note"]);
@@ -67,7 +69,9 @@ private:
     void endHanging() {
         workers.kill(0);
         const double seconds = std::chrono::duration<double>(settings.timeLimit).count();
-        report("render/never-ends", fmt::format("{}: no end after {} s", step, seconds));
+        if (pass.empty()) return report("render/never-ends", fmt::format("{}: no end after {} s", step, seconds));
+        pass.front().text = fmt::format("{}: {} has not ended after {} s", step, pass.front().text, seconds);
+        findings.add(pass, "");
     }
 
     // What was found before explains an end as by an id of nothing.
@@ -88,6 +92,7 @@ private:
     WorkerGroup workers;
     const char* name = "";
     std::string step = "the start";
+    Diagnostics pass;  // that is being drawn
     bool hasEnded = false;
 };
 

@@ -19,6 +19,7 @@ public:
     explicit Reports(WorkerChannel& channelToParent) : channel(channelToParent) {}
 
     void step(const std::string& words) override { send({{"step", words}}); }
+    void pass(const Diagnostics& unlessItEnds) override { send({{"pass", JsonOf(unlessItEnds)}}); }
     void findings(const Diagnostics& found, const std::string& situation) override {
         send({{"findings", JsonOf(found)}, {"situation", situation}});
     }

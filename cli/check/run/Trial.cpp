@@ -39,7 +39,10 @@ std::span<const Scene> Scenes() {
 }
 
 Trial::Trial(EffectSource source, int level, TrialReports& trialReports)
-    : effectSource(std::move(source)), askedLevel(level), reports(trialReports), watch(effectSource) {}
+    : effectSource(std::move(source)),
+      askedLevel(level),
+      reports(trialReports),
+      watch(effectSource, [this](const Diagnostics& unlessItEnds) { reports.pass(unlessItEnds); }) {}
 
 void Trial::report(const Diagnostics& found, const std::string& situation) {
     if (!found.empty()) reports.findings(found, situation);

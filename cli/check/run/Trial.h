@@ -18,6 +18,8 @@ public:
     virtual ~TrialReports() = default;
     // What is tried next. It is taken for hanging when nothing is reported for a while.
     virtual void step(const std::string& words) = 0;
+    // See ScriptWatch::PassListener.
+    virtual void pass(const Diagnostics& unlessItEnds) = 0;
     virtual void findings(const Diagnostics& found, const std::string& situation) = 0;
     // Of this frame's pixels. Frames of one number that differ between two scenes depend on what was rendered before.
     virtual void frame(std::int32_t number, std::uint64_t digest) = 0;

@@ -1,5 +1,8 @@
 #include "cli/check/watch/ScriptWatch.h"
 
+#include <GL/glew.h>
+#include <fmt/format.h>
+
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -10,6 +13,10 @@
 #include "cli/check/watch/MakingChecks.h"
 #include "cli/check/watch/PassChecks.h"
 #include "cli/check/watch/UniformChecks.h"
+#include "cli/diagnostics/Rules.h"
+#include "entities/Context.h"
+#include "gpu/Shader.h"
+#include "platform/WideText.h"
 #include "script/NativeCalls.h"
 #include "script/ScriptObserver.h"
 #include "script/Scripting.h"
@@ -30,7 +37,8 @@ Entry EntryOf(std::string_view evaluated) {
 
 class ScriptWatch::Watcher final : public ScriptObserver, public NativeListener {
 public:
-    explicit Watcher(const EffectSource& source) : run{Findings(source), {}} {
+    Watcher(const EffectSource& source, PassListener passListener)
+        : run{Findings(source), {}}, script(source.pathOf("fx.js")), onPass(std::move(passListener)) {
         checks.push_back(std::make_unique<IdChecks>(run));
         checks.push_back(std::make_unique<UniformChecks>(run));
         checks.push_back(std::make_unique<PassChecks>(run));
@@ -66,19 +74,31 @@ public:
     void before(const NativeCall& call) override {
         for (const auto& check : checks) check->before(call);
         run.entities.before(call);
+        if (onPass && call.name() == "QL_renderShader") {
+            const Shader& shader = Context::Instance().FindShader(call.idOf(0).value_or(0));
+            onPass({Found("render/never-ends", script, run.findings.placeOf(call).line, 0,
+                          fmt::format("shader \"{}\"", NarrowToBytes(shader.name)))});
+        }
     }
 
     void after(const NativeCall& call) override {
+        if (onPass && call.name() == "QL_renderShader") {
+            glFinish();
+            onPass({});
+        }
         run.entities.after(call);
         for (const auto& check : checks) check->after(call);
     }
 
 private:
     WatchedRun run;
+    const std::string script;  // the path of fx.js
+    const PassListener onPass;
     std::vector<std::unique_ptr<CallCheck>> checks;
 };
 
-ScriptWatch::ScriptWatch(const EffectSource& source) : watcher(std::make_unique<Watcher>(source)) {}
+ScriptWatch::ScriptWatch(const EffectSource& source, PassListener onPass)
+    : watcher(std::make_unique<Watcher>(source, std::move(onPass))) {}
 
 ScriptWatch::~ScriptWatch() = default;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "cli/diagnostics/Diagnostic.h"
@@ -12,8 +13,12 @@ namespace quillon::cli {
 // it, with each call of the API a little slower. One at a time; on the thread that runs the script.
 class ScriptWatch {
 public:
-    // Before the LoadedEffect, whose source it is. The source outlives it.
-    explicit ScriptWatch(const EffectSource& source);
+    // What would be found if a pass that begins now never ended; nothing once the driver is done with it. On the thread
+    // that runs the script. It must not throw.
+    using PassListener = std::function<void(const Diagnostics&)>;
+
+    // Before the LoadedEffect, whose source it is. The source outlives it. With `onPass` each pass is waited for.
+    explicit ScriptWatch(const EffectSource& source, PassListener onPass = {});
     // After the effect's last frame.
     ~ScriptWatch();
     ScriptWatch(const ScriptWatch&) = delete;
