@@ -28,6 +28,15 @@ void AppendPiece(std::vector<std::byte>& module, std::span<const std::byte> piec
     module.insert(module.end(), trailer.begin(), trailer.end());
 }
 
+// The module with the same package and description whatever it has been made into.
+std::vector<std::byte> WithoutEffect(std::vector<std::byte> module) {
+    constexpr std::byte kNone[1] = {};
+    if (IsPortableExecutable(module)) return MakeWindowsModule(module, kNone, kNone);
+    RemovePiece(module, kModuleTrailerMark);
+    RemovePiece(module, kListingMark);
+    return module;
+}
+
 }  // namespace
 
 void WriteModule(const fs::path& output, const fs::path& templateModule, std::span<const std::byte> scrambledPackage,
@@ -36,8 +45,7 @@ void WriteModule(const fs::path& output, const fs::path& templateModule, std::sp
         throw FileError("", "the package is too large, it must stay below 4 GiB", "use fewer or smaller files");
     std::vector<std::byte> module = ReadWholeFile(templateModule);
     if (!IsPortableExecutable(module)) {
-        RemovePiece(module, kModuleTrailerMark);
-        RemovePiece(module, kListingMark);
+        module = WithoutEffect(std::move(module));
         if (!description.empty()) AppendPiece(module, description, kListingMark);
         AppendPiece(module, scrambledPackage, kModuleTrailerMark);
     } else {
@@ -48,6 +56,10 @@ void WriteModule(const fs::path& output, const fs::path& templateModule, std::sp
         }
     }
     WriteWholeFile(output, module);
+}
+
+bool IsMadeFrom(const fs::path& module, const fs::path& templateModule) {
+    return WithoutEffect(ReadWholeFile(module)) == WithoutEffect(ReadWholeFile(templateModule));
 }
 
 }  // namespace quillon

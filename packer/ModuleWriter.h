@@ -14,4 +14,7 @@ namespace quillon {
 void WriteModule(const std::filesystem::path& output, const std::filesystem::path& templateModule,
                  std::span<const std::byte> scrambledPackage, std::span<const std::byte> description = {});
 
+// Whether WriteModule has made this file from the template. Throws FileError when one of them cannot be read.
+bool IsMadeFrom(const std::filesystem::path& module, const std::filesystem::path& templateModule);
+
 }  // namespace quillon

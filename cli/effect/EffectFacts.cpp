@@ -115,10 +115,8 @@ Json DescribeFiles(const EffectSource& source) {
                                              : "folder"}};
     if (const ModuleKind* const kind = ModuleKindOf(source.path); kind && source.isModule) {
         facts["system"] = kind->system;
-        if (kind == &kOwnModuleKind)
-            facts["template"] = IsOfTemplate(source.path, listing ? kPluginTemplate : kEffectTemplate)
-                                    ? "this tool's"
-                                    : "another version's";
+        if (const auto isOwn = IsOfTemplate(source.path, listing ? kPluginTemplate : kEffectTemplate))
+            facts["template"] = *isOwn ? "this tool's" : "another version's";
     }
     facts.update({{"name", identity.name},
                   {"category", identity.category},

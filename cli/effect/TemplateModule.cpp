@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <string>
 #include <system_error>
 
@@ -39,13 +38,13 @@ std::vector<std::byte> Package(const EffectSource& source) {
 
 }  // namespace
 
-bool IsOfTemplate(const fs::path& module, const char* templateName) {
+std::optional<bool> IsOfTemplate(const fs::path& module, const char* templateName) {
+    const ModuleKind* const kind = ModuleKindOf(module);
+    if (!kind) return {};
     try {
-        const std::vector<std::byte> packed = ReadWholeFile(module);
-        const std::vector<std::byte> original = ReadWholeFile(TemplateModule(kOwnModuleKind, templateName));
-        return packed.size() > original.size() && std::equal(original.begin(), original.end(), packed.begin());
-    } catch (const std::exception&) {  // no template, or no such file
-        return false;
+        return IsMadeFrom(module, TemplateModule(*kind, templateName));
+    } catch (const std::exception&) {  // no template, or one of the files is damaged
+        return {};
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -20,7 +21,8 @@ inline constexpr const char* kPluginTemplate = "quillon_frei0r";
 void WriteEffectModule(const std::filesystem::path& output, const EffectSource& source, const std::string& remedy,
                        std::span<const std::byte> description = {}, const char* templateName = kEffectTemplate);
 
-// Whether a module for this system, which can be read, was made from the template that is in lib now.
-bool IsOfTemplate(const std::filesystem::path& module, const char* templateName);
+// Whether a module was made from the template for its system that is in lib now; nothing when there is no such
+// template.
+std::optional<bool> IsOfTemplate(const std::filesystem::path& module, const char* templateName);
 
 }  // namespace quillon::cli

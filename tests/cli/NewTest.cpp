@@ -32,6 +32,7 @@ TEST_P(NewFromTemplate, RendersChecksAndPacksAtOnce) {
     EXPECT_EQ(packed.out.substr(0, module.size() + 1), module + "\n") << packed.err;
     EXPECT_EQ(packed.out.find("jsconfig.json"), std::string::npos);
     EXPECT_NE(run("info " + module).out.find("QLVMyeffect"), std::string::npos);
+    EXPECT_NE(run("info " + module).out.find("template: this tool's\n"), std::string::npos);
     EXPECT_TRUE(exists("My effect/quillon.d.ts"));
 }
 
