@@ -30,10 +30,14 @@ std::string Damaged(bool isLong);
 std::string Determinism(bool isLong);
 std::string Metamorphic(bool isLong);
 std::string Kills(bool isLong);
+std::string Sequences(bool isLong);
 std::string Output(bool isLong);
 
 // Throws the words unless `isTrue`.
 void Require(bool isTrue, const std::string& words);
+
+// Of what is random in the row: another one each time, or that of `--seed`. The verdict of a row that fails names it.
+unsigned Seed();
 
 // What the driver says beside the verdict when the row crashes or hangs.
 void NowAt(const std::string& words);

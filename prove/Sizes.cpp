@@ -1,6 +1,8 @@
-// Planted once: an upload that reads four bytes past the last row.
+// Planted once: an upload that reads four bytes past the last row; a longest side of half the driver's (huge).
 
 #include <algorithm>
+#include <cstring>
+#include <ctime>
 
 #include "Effects.h"
 #include "Ground.h"
@@ -38,6 +40,52 @@ test::Bytes Copied(const test::Bytes& input, int depth) {
     return test::BytesOf(words);
 }
 
+// What the driver takes as a texture, and what a frame may have: larger ones come out as they were, as docs/limits.md
+// says, and soon.
+std::string Huge() {
+    constexpr A_long kMostSide = 16384;  // of Mesa's software renderer
+    constexpr std::int64_t kTooManyBytes = std::int64_t{512} << 20;
+    constexpr std::pair<A_long, A_long> kHuge[] = {{16384, 1},   {1, 16384},   {16385, 1},  {1, 16385},
+                                                   {8192, 4095}, {8192, 4096}, {8192, 8192}};
+    const LoadedEffect loaded({{"fx.js", test::CopyScript(true)},
+                               {"config.xml", test::kConfig},
+                               {"copy.frag",
+                                "uniform sampler2D sInput0;\nvoid main() { gl_FragColor = vec4(1.0) - "
+                                "texture2D(sInput0, gl_TexCoord[0].st); }\n"}});
+    host::HostSession session(loaded.effect(), Unrecorded());
+    session.start();
+    host::HostInstance& instance = session.apply();
+    double slowestRefusal = 0;
+    for (const int depth : {8, 32})
+        for (const auto& [width, height] : kHuge) {
+            const std::string what =
+                std::to_string(width) + "x" + std::to_string(height) + " at " + std::to_string(depth) + " bits";
+            NowAt(what);
+            const host::FrameRequest request{session.newWorld(width, height, depth)};
+            test::Bytes wanted = Noise(width, height, depth, 1);
+            request.input->write(wanted);
+            const bool isRefused =
+                std::max(width, height) > kMostSide || std::int64_t{width} * height * depth / 2 >= kTooManyBytes;
+            if (!isRefused && depth == 8)
+                for (std::byte& channel : wanted) channel = ~channel;
+            if (!isRefused && depth == 32)
+                for (std::size_t i = 0; i < wanted.size(); i += sizeof(float)) {
+                    float channel;
+                    std::memcpy(&channel, &wanted[i], sizeof channel);
+                    channel = 1.0f - channel;
+                    std::memcpy(&wanted[i], &channel, sizeof channel);
+                }
+            const std::clock_t start = std::clock();
+            const test::Bytes made = RenderedBytes(instance, request, host::Route::smart);
+            const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+            Require(made == wanted, "not as the plain rule: " + what);
+            if (std::max(width, height) > kMostSide) slowestRefusal = std::max(slowestRefusal, seconds);
+        }
+    Require(slowestRefusal < 2, "a refusal takes " + std::to_string(slowestRefusal) + " s");
+    return ", " + std::to_string(2 * std::size(kHuge)) + " huge ones, refused in " + std::to_string(slowestRefusal) +
+           " s CPU";
+}
+
 }  // namespace
 
 std::string Sizes(bool isLong) {
@@ -70,7 +118,7 @@ std::string Sizes(bool isLong) {
                     }
         }
     }
-    return std::to_string(frames) + " frames";
+    return std::to_string(frames) + " frames" + (isLong ? Huge() : "");
 }
 
 }  // namespace quillon::prove

@@ -70,7 +70,7 @@ std::size_t Drive(host::HostKind kind, int selectors, unsigned seed) {
     for (std::thread& thread : threads) thread.join();
     for (const std::exception_ptr& each : thrown)
         if (each) std::rethrow_exception(each);
-    Require(unlike == 0, std::to_string(unlike) + " frames are not those of one thread, seed " + std::to_string(seed));
+    Require(unlike == 0, std::to_string(unlike) + " frames are not those of one thread");
     return static_cast<std::size_t>(sent);
 }
 
@@ -100,8 +100,7 @@ std::string Threads(bool isLong) {
 #else
     const int selectors = isLong ? 100'000 : 10'000;
 #endif
-    const unsigned seed = std::random_device()();
-    NowAt("seed " + std::to_string(seed));
+    const unsigned seed = Seed();
     std::size_t sent = 0;
     for (const host::HostKind kind : {host::HostKind::afterEffects, host::HostKind::premiere})
         sent += Drive(kind, selectors / 2, seed);

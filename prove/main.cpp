@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <random>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
@@ -44,15 +45,18 @@ constexpr Row kRows[] = {
     {"determinism", "every run gives the same bits, with any number of the driver's threads", Determinism, 600, 1800},
     {"metamorphic", "shaders that are written in another way give the same bits", Metamorphic, 600, 3600},
     {"kills", "killed or out of room at any write: the old output or the new one, no leftovers", Kills, 600, 7200},
+    {"sequences", "killed and resumed again and again, a sequence is that of one run", Sequences, 300, 1800},
     {"output", "where nothing can be written: an error and exit status 1, and what is there stays", Output, 300, 300},
 };
 
 // Written by a row's process, read by the driver, whatever has become of the process.
 struct Report {
     char at[512];
+    unsigned seed;
     char words[2048];
 };
 Report* report = nullptr;
+unsigned chosenSeed = 0;
 
 template <std::size_t Room>
 void Note(char (&place)[Room], const std::string& words) {
@@ -100,7 +104,8 @@ Verdict Judge(const Row& row, bool isLong, const std::filesystem::path& temporar
 
     const auto seconds = [](const timeval& time) { return static_cast<double>(time.tv_sec) + 1e-6 * time.tv_usec; };
     Verdict verdict{false, report->words, seconds(usage.ru_utime) + seconds(usage.ru_stime)};
-    const std::string at = *report->at ? fmt::format(", at: {}", report->at) : "";
+    std::string at = *report->at ? fmt::format(", at: {}", report->at) : "";
+    if (report->seed != 0) at += fmt::format(", with --seed={}", report->seed);
     if (isHanging)
         verdict.words = fmt::format("hangs after {} s{}", limit, at);
     else if (WIFSIGNALED(status))
@@ -118,6 +123,10 @@ int Main(const std::vector<std::string>& arguments) {
     std::vector<const Row*> chosen;
     bool isLong = false;
     for (const std::string& argument : arguments) {
+        if (argument.starts_with("--seed=") && argument.find_first_not_of("0123456789", 7) == std::string::npos) {
+            chosenSeed = static_cast<unsigned>(std::strtoul(argument.c_str() + 7, nullptr, 10));
+            continue;
+        }
         const auto* const row =
             std::ranges::find(kRows, argument, [](const Row& each) { return std::string(each.name); });
         if (argument == "--long") {
@@ -156,6 +165,10 @@ int Main(const std::vector<std::string>& arguments) {
 
 void Require(bool isTrue, const std::string& words) {
     if (!isTrue) throw std::runtime_error(words);
+}
+
+unsigned Seed() {
+    return report->seed = chosenSeed != 0 ? chosenSeed : std::random_device()() | 1u;
 }
 
 void NowAt(const std::string& words) {
