@@ -5,6 +5,8 @@
 #include <random>
 #include <set>
 
+#include "support/Seed.h"
+
 namespace quillon::test {
 namespace {
 
@@ -16,9 +18,7 @@ using ProbeFactory = EntityFactory<Probe, 0x9000000>;
 TEST(EntityFactory, GivesTheLowestFreeNumberFirst) {
     ProbeFactory factory;
     std::set<std::uint32_t> living;
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    std::mt19937 random(test::Seed());
     for (int step = 0; step < 2000; ++step) {
         if (random() % 5 < 3) {
             std::uint32_t lowest = 0x9000001;

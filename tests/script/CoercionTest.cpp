@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 
-#include <cstdio>
 #include <random>
 
 #include "entities/Context.h"
 #include "support/EngineTest.h"
 #include "support/Pixels.h"
+#include "support/Seed.h"
 
 namespace quillon::test {
 namespace {
@@ -126,10 +126,7 @@ const char* const kRandomScript =
 
 TEST_F(EngineTest, SurvivesRandomCalls) {
     start(std::string(kScript) + kRandomScript);
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE(seed);
-    std::fprintf(stderr, "seed %u\n", seed);  // a crash leaves no other trace
-    std::mt19937 random(seed);
+    std::mt19937 random(Seed());
     for (int round = 0; round < 3; ++round) {
         for (const Call& call : kCalls)
             if (call.name != std::string_view("QL_release"))  // which ends the process for most strange numbers
