@@ -56,6 +56,7 @@ void AddCheck(CLI::App& app, std::function<int()>& run) {
         .add_option("--time-limit", options->secondsLimit,
                     "What setup(), preRender(), draw() and updateUIFlags() may take each; default 10")
         ->check(CLI::Range(0.1, 3600.0))
+        ->check(kIsFinite)
         ->type_name("SECONDS");
     command.callback([&run, options] { run = [options] { return RunCheck(*options); }; });
 }

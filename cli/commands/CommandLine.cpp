@@ -133,9 +133,11 @@ void AddCompare(CLI::App& app, Run& run) {
     AddPath(command, "B", options->second, "The other one")->required()->type_name("");
     command.add_option("--fail", options->limit, "A pixel fails when a channel differs by more; default 0")
         ->check(CLI::NonNegativeNumber)
+        ->check(kIsFinite)
         ->type_name("N");
     command.add_option("--fail-percent", options->limitPercent, "How many percent of the pixels may fail; default 0")
         ->check(CLI::Range(0.0, 100.0))
+        ->check(kIsFinite)
         ->type_name("P");
     AddPath(command, "-o,--output", options->output,
             "Draws the difference: black where equal, the largest at full scale")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
@@ -56,6 +57,15 @@ void AddChoice(CLI::App& command, const char* option, std::initializer_list<std:
         ->check(CLI::IsMember(names))
         ->type_name(form);
 }
+
+// Also refuses what CLI11's ranges let through: NaN is not below or above any limit.
+inline const CLI::Validator kIsFinite(
+    [](const std::string& text) {
+        double number = 0;
+        const bool isFinite = !CLI::detail::lexical_cast(text, number) || std::isfinite(number);
+        return isFinite ? std::string() : text + " is not a number that it can take";
+    },
+    "");
 
 // A path in UTF-8.
 inline CLI::Option* AddPath(CLI::App& command, const char* option, std::filesystem::path& path,

@@ -57,6 +57,7 @@ void AddPreview(CLI::App& app, std::function<int()>& run) {
         ->type_name("FIRST-LAST");
     command.add_option("--fps", setup.framesPerSecond, "Frames per second; default: those of a movie, else 25")
         ->check(CLI::Range(0.001, 100000.0))
+        ->check(kIsFinite)
         ->type_name("NUMBER");
     AddChoice<host::HostKind>(
         command, "--host", {{"after-effects", host::HostKind::afterEffects}, {"premiere", host::HostKind::premiere}},
@@ -74,6 +75,7 @@ void AddPreview(CLI::App& app, std::function<int()>& run) {
         .add_option("--time-limit", options->timeLimitSeconds,
                     "How long the effect may take for a frame, or for its setup, before it is ended; default 10")
         ->check(CLI::Range(0.1, 86400.0))
+        ->check(kIsFinite)
         ->type_name("SECONDS");
     command.callback([&run, options] { run = [options] { return RunPreview(*options); }; });
 }

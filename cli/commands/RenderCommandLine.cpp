@@ -194,14 +194,16 @@ void AddRender(CLI::App& app, std::function<int()>& run, const std::vector<std::
     command.add_option("--layer", options->layers, "A picture for a layer control; may be given several times")
         ->allow_extra_args(false)
         ->type_name("NAME=FILE");
-    CLI::Option* time =
-        command.add_option("--time", options->timeSeconds, "The moment to render; default 0")->type_name("SECONDS");
+    CLI::Option* time = command.add_option("--time", options->timeSeconds, "The moment to render; default 0")
+                            ->check(kIsFinite)
+                            ->type_name("SECONDS");
     command.add_option("--frames", options->frames, "A sequence, both ends included")
         ->excludes(time)
         ->type_name("FIRST-LAST[xSTEP]");
     command.add_option("--fps", options->framesPerSecond, "Frames per second; default: those of a movie, else 25")
         ->excludes(time)
         ->check(CLI::Range(0.001, 100000.0))
+        ->check(kIsFinite)
         ->type_name("NUMBER");
     AddSize(command, "--size", options->rawWidth, options->rawHeight,
             "Extent of .argb pictures that are read, which need --depth too");
