@@ -3,8 +3,8 @@
 // Planted once: no look at the length before the end record is searched.
 
 #include <algorithm>
-#include <optional>
 
+#include "GivenPackage.h"
 #include "Input.h"
 #include "package/BlobReader.h"
 #include "package/FileAccess.h"
@@ -18,8 +18,6 @@ using namespace quillon;
 using Bytes = std::vector<std::byte>;
 
 namespace {
-
-Bytes resource;  // of the module that the engine believes to be loaded
 
 Bytes AsModule(Bytes package) {
     const ModuleTrailer trailer = MakeModuleTrailer(static_cast<std::uint32_t>(package.size()));
@@ -39,26 +37,20 @@ std::vector<PackageFile> FilesOf(std::span<const std::byte> module) {
 
 }  // namespace
 
-// Takes the place of ReadModuleResource, by its name in object files.
-std::optional<Bytes> GivenResource(void* module) asm("__wrap__ZN7quillon18ReadModuleResourceEPv");
-std::optional<Bytes> GivenResource(void*) {
-    return resource;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;  // a module without a package ends its process, as the contract says
     const auto input = std::as_bytes(std::span(data, size));
     FilesOf(input);
 
-    resource = Scramble(input);
-    fuzz::Require(std::ranges::equal(Unscramble(resource), input), "scrambling is undone");
+    fuzz::givenPackage = Scramble(input);
+    fuzz::Require(std::ranges::equal(Unscramble(fuzz::givenPackage), input), "scrambling is undone");
     BlobReader::Load(nullptr);
     for (const wchar_t* name : {L"fx.js", L"config.xml", L"a/b\\FX.JS", L"", L"/"}) {
         ReadFileBytes(name);
         ReadFileText(name);
     }
 
-    for (const PackageFile& file : FilesOf(AsModule(resource))) {
+    for (const PackageFile& file : FilesOf(AsModule(fuzz::givenPackage))) {
         try {
             CheckPackageNames({file.name});
         } catch (const FileError&) {

@@ -1,0 +1,4 @@
+info
+e
+--rewritten
+a.frag
