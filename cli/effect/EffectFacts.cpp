@@ -116,7 +116,7 @@ Json DescribeFiles(const EffectSource& source) {
     if (const ModuleKind* const kind = ModuleKindOf(source.path); kind && source.isModule) {
         facts["system"] = kind->system;
         if (const auto isOwn = IsOfTemplate(source.path, listing ? kPluginTemplate : kEffectTemplate))
-            facts["template"] = *isOwn ? "this tool's" : "another version's";
+            facts["template"] = *isOwn ? "this tool's" : "another version's, or damaged";
     }
     facts.update({{"name", identity.name},
                   {"category", identity.category},

@@ -252,6 +252,31 @@ TEST_F(Pack, DamagedAndForeignModulesAreReported) {
         EXPECT_EQ(result.err.rfind(words, 0), 0u) << result.err;
         EXPECT_EQ(result.status, 1) << name;
     }
+    // As after a broken download: cut off, or with another byte, which is so far from the end.
+    const std::string good = readFile(Module("good")), bad = Module("bad");
+    const struct {
+        const char* what;
+        std::size_t length, otherByte;
+        const char* words;
+    } kDamages[] = {
+        {"empty", 0, 0, ": error: carries no package"},
+        {"half", good.size() / 2, 0, ": error: carries no package"},
+        {"cut off", good.size() - 1, 0, ": error: carries no package"},
+        {"trailer", good.size(), 1, ": error: carries no package"},
+        {"list of files", good.size(), 15, ": error: its package is damaged; pack the effect again"},
+        {"file", good.size(), 250, ": error: 'config.xml' in its package is damaged; pack the effect again"},
+    };
+    for (const auto& [what, length, otherByte, words] : kDamages) {
+        std::string bytes = good.substr(0, length);
+        if (otherByte != 0) bytes[length - otherByte] ^= 0x55;
+        writeFile(bad, bytes);
+        for (const char* command : {"info ", "render -i none.png -o out.png "}) {
+            const ToolRun result = run(command + bad);
+            EXPECT_EQ(result.status, 1) << what;
+            EXPECT_EQ(result.out, "") << what;
+            EXPECT_EQ(result.err.rfind(bad + words, 0), 0u) << what << ": " << result.err;
+        }
+    }
 }
 
 }  // namespace
