@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cli/movie/FrameOutput.h"
+#include "cli/pictures/Chart.h"
 #include "cli/pictures/PictureFormat.h"
 #include "cli/sequence/Progress.h"
 #include "host/HostSettings.h"
@@ -21,7 +22,7 @@ namespace quillon::cli {
 // What to render, as which host, and where to.
 struct RenderOptions {
     std::filesystem::path effect;
-    std::filesystem::path input;
+    std::filesystem::path input;   // empty: the test picture
     std::filesystem::path output;  // empty: only a contact sheet
     std::uint32_t depth = 0;       // bits per channel; 0: what the input has
     double timeSeconds = 0;
@@ -119,8 +120,8 @@ int RunPack(const PackOptions& options);
 // The picture to write, with its size in pixels.
 struct ChartOptions {
     std::filesystem::path output;
-    std::uint32_t width = 960;
-    std::uint32_t height = 540;
+    std::uint32_t width = kChartWidth;
+    std::uint32_t height = kChartHeight;
     std::string frames;  // FIRST-LAST[xSTEP] of footage; empty: one picture
 };
 

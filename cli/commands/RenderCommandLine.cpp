@@ -176,8 +176,8 @@ void AddRender(CLI::App& app, std::function<int()>& run, const std::vector<std::
     CLI::App& command = *app.add_subcommand("render", kRenderAbout);
     command.footer(kRenderMore);
     AddPath(command, "EFFECT", options->effect, "The effect's folder, or a packed module")->required()->type_name("");
-    AddPath(command, "-i,--input", options->input, "The picture that the effect is applied to")
-        ->required()
+    AddPath(command, "-i,--input", options->input,
+            "The picture that the effect is applied to; default: the test picture of quillon chart")
         ->type_name("FILE");
     AddPath(command, "-o,--output", options->output,
             "Where the result goes: .png, .exr, .tif or .argb, a movie .mp4, .mov, .webm or .gif, or - for\n"
@@ -206,7 +206,7 @@ void AddRender(CLI::App& app, std::function<int()>& run, const std::vector<std::
         ->check(kIsFinite)
         ->type_name("NUMBER");
     AddSize(command, "--size", options->rawWidth, options->rawHeight,
-            "Extent of .argb pictures that are read, which need --depth too");
+            "Extent of .argb pictures that are read, which need --depth too, or of the test picture");
     AddStorage(command, options->storage);
     AddSequence(command, *options);
     AddStreams(command, *options);

@@ -10,6 +10,7 @@
 #include "cli/diagnostics/ToolError.h"
 #include "cli/effect/EffectSource.h"
 #include "cli/movie/MovieReader.h"
+#include "cli/pictures/Chart.h"
 #include "cli/pictures/ContactSheet.h"
 #include "platform/TemporaryPath.h"
 #include "platform/Utf8Path.h"
@@ -44,7 +45,7 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
     checkLooks();
     checkOutput();
     frames = framesToRender();
-    bool hasRaw = IsRawPicture(options.input);
+    bool hasRaw = options.input.empty() || IsRawPicture(options.input);
     for (const std::string& text : options.values) values.push_back(SplitAssignment("--set", text));
     for (const std::string& text : options.layers) {
         auto [name, file] = SplitAssignment("--layer", text);
@@ -54,7 +55,8 @@ RenderPlan::RenderPlan(const RenderOptions& renderOptions)
         layers.push_back({name, sourceOf(path, ProbeIfMovie(path), frames)});
     }
     if (layout.width != 0 && !hasRaw) {
-        throw WrongCommandLine("", "--size is for .argb pictures, as others know their size", "leave it out");
+        throw WrongCommandLine("", "--size is for .argb pictures and for the test picture, as others know their size",
+                               "leave it out");
     }
     // The whole sequence's first frame decides on depth and size for all parts of it.
     std::vector<std::int32_t> inputFrames = frames;
@@ -124,6 +126,13 @@ void RenderPlan::checkOutput() const {
 std::unique_ptr<PictureSource> RenderPlan::sourceOf(const std::filesystem::path& path,
                                                     const std::optional<MovieInfo>& movie,
                                                     std::vector<std::int32_t> wantedFrames) const {
+    if (path.empty()) {
+        const Picture chart =
+            Convert(layout.width != 0 ? DrawChart(layout.width, layout.height) : DrawChart(kChartWidth, kChartHeight),
+                    SampleFormat::byte, ChannelOrder::argb);
+        return std::make_unique<PictureSource>(path, layout, options.downsample,
+                                               [chart](std::int32_t) { return chart; });
+    }
     if (!movie) return std::make_unique<PictureSource>(path, layout, options.downsample);
     const auto reader = std::make_shared<MovieReader>(path, framesPerSecond, movie->bitDepth, std::move(wantedFrames));
     return std::make_unique<PictureSource>(path, layout, options.downsample,

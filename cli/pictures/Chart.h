@@ -6,6 +6,10 @@
 
 namespace quillon::cli {
 
+// Its extent where nobody asks for another one.
+inline constexpr std::uint32_t kChartWidth = 960;
+inline constexpr std::uint32_t kChartHeight = 540;
+
 // The tool's own test picture, the same on every machine: gray and color ramps, color patches, fine lines, round
 // shapes, lights on a dark ground, and soft transparent parts. No two of its corners look alike, so that a turned or
 // mirrored picture shows. Floats 0 to 1 in the order R, G, B, A.

@@ -32,7 +32,7 @@ PictureSource::PictureSource(std::filesystem::path pathOrPattern, const RawLayou
       layout(rawLayout),
       reduction(n),
       reader(std::move(movieReader)),
-      hasFrames(reader || FindFramePattern(path)) {}
+      hasFrames(!path.empty() && (reader || FindFramePattern(path))) {}
 
 void PictureSource::open(std::int32_t frame) {
     opened = load(frame);

@@ -37,7 +37,8 @@ public:
     // Reads one frame of a movie, see read().
     using ReadFrame = std::function<Picture(std::int32_t frame)>;
 
-    // The pictures are given at 1/n of their size. With a reader the path is for its own use.
+    // The pictures are given at 1/n of their size. With a reader the path is for its own use; without a path what it
+    // reads is one picture for all frames.
     PictureSource(std::filesystem::path pathOrPattern, const RawLayout& rawLayout, std::uint32_t n,
                   ReadFrame movieReader = {});
 

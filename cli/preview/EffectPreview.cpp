@@ -83,9 +83,8 @@ const Json& EffectPreview::warningsNow() {
 void EffectPreview::openInput() {
     if (setup.input.empty()) {
         // As `quillon chart -o chart.png` writes it.
-        constexpr std::uint32_t kWidth = 960, kHeight = 540;
         input = std::make_unique<FramePictures>(
-            Convert(DrawChart(kWidth, kHeight), SampleFormat::byte, ChannelOrder::argb));
+            Convert(DrawChart(kChartWidth, kChartHeight), SampleFormat::byte, ChannelOrder::argb));
         if (setup.framesPerSecond != 0) framesPerSecond = setup.framesPerSecond;
         return;
     }

@@ -366,6 +366,10 @@ TEST_F(Sequences, ChartsMove) {
     EXPECT_NE(readFile("c24.argb"), readFile("still.argb"));
     EXPECT_EQ(run("chart -o - --size 8x4 --frames 1-2").out.size(), std::size_t{2} * 8 * 4 * 4);
     EXPECT_EQ(run("chart -o still.png --frames 0-1").status, 2);
+    // It is the input where none is given.
+    addCopyEffect();
+    EXPECT_EQ(run("render copy -o d%d.argb --size 96x54 --frames 0-1 -j 2").out, "d0.argb\nd1.argb\n");
+    EXPECT_EQ(readFile("d1.argb"), readFile("still.argb"));
 }
 
 // A folder renders by the tool's own engine, and a module by itself.
