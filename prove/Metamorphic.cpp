@@ -52,10 +52,17 @@ constexpr Rewrite kRewrites[] = {
 
 std::string Metamorphic(bool isLong) {
     const LoadedEffect loaded(ThreePasses());
-    const int variants = isLong ? 200 : 20;
+    const std::filesystem::path samples = test::SourceFolder() / "effects";
+    std::vector<std::string> effects = {"glow", "grain", "halftone", "lens", "mosaic"};
+    if (isLong) {
+        effects.clear();
+        for (const auto& entry : std::filesystem::directory_iterator(samples))
+            if (entry.is_directory()) effects.push_back(entry.path().filename().string());
+    }
+    const int variants = isLong ? 60 : 20;
     int pictures = 0;
-    for (const char* effect : {"glow", "grain", "halftone", "lens", "mosaic"}) {
-        const auto original = ReadEffectFiles(ListEffectFolder(test::SourceFolder() / "effects" / effect));
+    for (const std::string& effect : effects) {
+        const auto original = ReadEffectFiles(ListEffectFolder(samples / effect));
         test::Bytes wanted;
         for (int variant = 0; variant <= variants; ++variant) {
             std::mt19937 random(static_cast<unsigned>(variant));
@@ -73,7 +80,7 @@ std::string Metamorphic(bool isLong) {
                 }
                 files.emplace_back(file.name, text);
             }
-            const std::string what = std::string(effect) + ", rewrites" + chosen;
+            const std::string what = effect + ", rewrites" + chosen;
             NowAt(what);
             const test::TestEffect carrier(files);
             host::HostSession session(host::EffectModule(loaded.effect().entry(), carrier.module()), Unrecorded());
@@ -85,7 +92,7 @@ std::string Metamorphic(bool isLong) {
             ++pictures;
         }
     }
-    return std::to_string(pictures) + " pictures of 5 effects";
+    return std::to_string(pictures) + " pictures of " + std::to_string(effects.size()) + " effects";
 }
 
 }  // namespace quillon::prove

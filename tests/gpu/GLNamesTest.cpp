@@ -17,6 +17,7 @@ static_assert(!std::is_copy_constructible_v<Name> && !std::is_copy_assignable_v<
 
 TEST(GLNames, EndOnceWhenReplacedAndNotWhenMoved) {
     using List = std::vector<std::uint32_t>;
+    deleted.clear();
     {
         Name first(5), second(std::move(first)), third(6);
         EXPECT_EQ(first.get(), 0u);
