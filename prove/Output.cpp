@@ -36,6 +36,7 @@ struct Refusal {
     std::string arguments;
     const char* before;  // what the tool starts under
     const char* words;
+    int status = 1;
 };
 
 // A superuser writes everywhere; without this right it is a user like any other.
@@ -52,8 +53,8 @@ const Refusal kRefusals[] = {
     {"params fx", "TMPDIR=readonly setpriv --bounding-set=-all", "no folder for temporary files: Permission denied"},
     {kRender + "protected.argb", "", "protected.argb: is write-protected; choose another place with -o"},
     {kRender + "full.argb", "", "full.argb: cannot be written: No space left on device"},
-    {kRender + "readonly", "", "readonly: "},
-    {kRender + "fx/out.argb", "", "fx/out.argb: is in the effect's folder"},
+    {kRender + "folder.argb", "", "folder.argb: cannot be written: Is a directory"},
+    {kRender + "fx/out.argb", "", "fx/out.argb: is in the effect's folder", 2},
     {kRender + "fx.argb/out.argb", "", "fx.argb/out.argb: "},
     {"chart -o large.png )", "( ulimit -f 1;", "large.png: cannot be written: File too large"},
     {"pack fx -o large.so )", "( ulimit -f 1;", "File too large"},
@@ -65,7 +66,7 @@ public:
     Outputs() {
         tool.addEffectAndInput();
         tool.write("other.argb", std::string(576, '\7'));
-        std::filesystem::create_directory(tool.pathOf("readonly"));
+        for (const char* name : {"readonly", "folder.argb"}) std::filesystem::create_directory(tool.pathOf(name));
         for (const char* name : {"readonly/kept.argb", "protected.argb"}) tool.write(name, "kept");
         std::filesystem::permissions(tool.pathOf("protected.argb"), std::filesystem::perms::owner_read);
         std::filesystem::permissions(tool.pathOf("readonly"), std::filesystem::perms(0555));
@@ -90,7 +91,7 @@ public:
         std::string start = refusal.before;
         if (const std::size_t at = start.find(kUser); at != std::string::npos && geteuid() != 0) start.resize(at);
         const Tool::Run result = run(refusal.arguments, start);
-        Require(result.status == 1 || result.status == 2,
+        Require(result.status == refusal.status,
                 now + " ends with " + std::to_string(result.status) + ": " + result.err);
         Require(result.err.find(refusal.words) != std::string::npos, now + ": " + result.err);
         for (const char* name : {"readonly/kept.argb", "protected.argb"})
