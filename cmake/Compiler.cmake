@@ -53,4 +53,8 @@ target_compile_options(quillon_warnings INTERFACE -Wall -Wextra -Wshadow -Wnon-v
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 sees overlaps in plain string concatenations that are none.
     target_compile_options(quillon_warnings INTERFACE -Wno-restrict)
+    # What sanitizers add hides from it that the standard library's own variables are set.
+    if(QUILLON_SANITIZE)
+        target_compile_options(quillon_warnings INTERFACE -Wno-maybe-uninitialized)
+    endif()
 endif()
