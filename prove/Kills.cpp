@@ -1,4 +1,5 @@
-// Planted once: an output that is written in place; a preview whose module stays after its end.
+// Planted once: an output that is written in place; a preview whose module stays after its end; a worker that is waited
+// for although it cannot be asked.
 
 #include <map>
 #include <set>
@@ -94,6 +95,7 @@ public:
             runWell();
         } else {
             Require(result.status < 2 || result.status >= 128, what + ": " + result.err);
+            Require(result.err.find("no end after") == std::string::npos, what + ": waits for what never comes");
         }
         const std::string left = leftBesideOutput();
         Require(left == before, what + " leaves " + left);
