@@ -34,11 +34,11 @@ std::size_t GlslWalk::qualifiers() {
 bool GlslWalk::isType(std::size_t ahead) const {
     const std::string& word = peek(ahead);
     if (TypeNamed(word) || structures.contains(word)) return true;
-    const auto macro = macros.find(word);
-    if (macro == macros.end()) return false;
-    const std::size_t first = NextSignificant(macro->second.body, 0);
-    return first < macro->second.body.size() && TypeNamed(macro->second.body[first].source) &&
-           NextSignificant(macro->second.body, first + 1) == macro->second.body.size();
+    const Macro* const macro = findMacro(word, false);
+    if (!macro) return false;
+    const std::size_t first = NextSignificant(macro->body, 0);
+    return first < macro->body.size() && TypeNamed(macro->body[first].source) &&
+           NextSignificant(macro->body, first + 1) == macro->body.size();
 }
 
 bool GlslWalk::isDeclaration() const {
@@ -60,7 +60,7 @@ bool GlslWalk::takeType(GlslType& type, std::string& arrayTail) {
     else if (structures.contains(word))
         type = {Base::structure, 1, false, word};
     else
-        type = *TypeNamed(macros.at(word).body[NextSignificant(macros.at(word).body, 0)].source);
+        type = *TypeNamed(macros->byName.at(word).body[NextSignificant(macros->byName.at(word).body, 0)].source);
     ++at;
     if (peek() != "[") return true;
     const std::size_t start = at;

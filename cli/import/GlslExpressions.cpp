@@ -269,8 +269,9 @@ GlslWalk::Node GlslWalk::primary() {
         throw Stop();
     }
     Node node{.first = place, .last = place, .isName = true};
-    if (const auto macro = macros.find(name); macro != macros.end()) {
-        const Node replacement = macroNode(macro->second);
+    if (Macro* const macro = findMacro(name, false)) {
+        std::vector<Node> none;
+        const Node replacement = macroNode(*macro, none);
         node.type = replacement.type;
         node.isConstant = replacement.isConstant;
     } else if (const Symbol* symbol = find(name)) {
@@ -300,7 +301,10 @@ GlslWalk::Node GlslWalk::call(std::size_t namePlace) {
     const std::string name = token(namePlace).source;
     std::vector<Node> values = arguments();
     Node node{.first = namePlace, .last = at - 1};
-    if (functionMacros.contains(name)) return node;
+    if (Macro* const macro = findMacro(name, true)) {
+        node.type = macroNode(*macro, values).type;
+        return node;
+    }
     const bool isConstant = std::ranges::all_of(values, &Node::isConstant);
     if (const auto type = TypeNamed(name)) {
         node.type = *type;
@@ -369,26 +373,6 @@ const GlslWalk::Signature* GlslWalk::signatureFor(const std::string& name, const
         }
     }
     return isTied ? nullptr : best;
-}
-
-GlslWalk::Node GlslWalk::macroNode(Macro& macro) {
-    if (macro.isKnown) return macro.node;
-    macro.isKnown = true;  // a macro that names itself stays unknown
-    ImportFindings unheard("");
-    GlslTokens body = macro.body;
-    GlslWalk inner(body, {}, unheard);
-    inner.depth = depth;
-    inner.scopes = scopes;
-    inner.functions = functions;
-    inner.structures = structures;
-    inner.macros = macros;
-    inner.functionMacros = functionMacros;
-    try {
-        Node node = inner.expression();
-        if (inner.at == inner.places.size()) macro.node = {.type = node.type, .isConstant = node.isConstant};
-    } catch (const Stop&) {  // no expression: it has no type
-    }
-    return macro.node;
 }
 
 }  // namespace quillon::cli

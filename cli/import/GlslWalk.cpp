@@ -15,7 +15,7 @@ constexpr int kDeepestNesting = 200;
 
 GlslWalk::GlslWalk(GlslTokens& shaderTokens, const std::map<std::string, GlslType>& globals,
                    ImportFindings& importFindings)
-    : tokens(shaderTokens), findings(importFindings), scopes(1) {
+    : tokens(shaderTokens), findings(importFindings), scopes(1), macros(std::make_shared<Macros>(shaderTokens)) {
     for (const auto& [name, type] : globals) scopes[0][name] = {type};
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         if (tokens[i].isSignificant() && !tokens[i].isDirective && !tokens[i].text.empty()) places.push_back(i);
@@ -40,25 +40,6 @@ void GlslWalk::run() {
             recover();
         }
         if (at == start) ++at;
-    }
-}
-
-// #define lines: those with arguments have no type, the others the type of what they stand for.
-void GlslWalk::readMacros() {
-    for (std::size_t i = 0; i < tokens.size(); ++i) {
-        if (!tokens[i].isDirective || tokens[i].source != "define") continue;
-        const std::size_t name = NextSignificant(tokens, i + 1);
-        if (name >= tokens.size() || !tokens[name].isDirective) continue;
-        if (name + 1 < tokens.size() && tokens[name + 1].source == "(") {
-            functionMacros.insert(tokens[name].source);
-            continue;
-        }
-        Macro macro;
-        for (std::size_t k = name + 1; k < tokens.size() && tokens[k].isDirective; ++k) {
-            macro.body.push_back(tokens[k]);
-            macro.body.back().isDirective = false;
-        }
-        macros[tokens[name].source] = macro;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -15,8 +16,8 @@ namespace quillon::cli {
 
 // Walks through a shader statement by statement, works out the types of its expressions and rewrites what the old
 // dialect has no form for: whole numbers among floats, remainders and bits, array initializers, switch, constants that
-// are worked out, swizzles of single numbers. Macros are not expanded: what they stand for has a type when they are a
-// single expression. What the walk does not understand stays as it is.
+// are worked out, swizzles of single numbers. Macros are not expanded: what stands for a single expression has a type,
+// and is rewritten for the types of its first call. What the walk does not understand stays as it is.
 class GlslWalk {
 public:
     // `globals`: the types of names that are declared elsewhere.
@@ -48,9 +49,18 @@ private:
         std::vector<GlslType> parameters{};
     };
     struct Macro {
+        bool isFunction = false;
+        std::vector<std::string> parameters{};
         GlslTokens body{};
-        bool isKnown = false;  // whether `node` has been worked out
-        Node node{};
+        std::size_t first = 0;     // of the body, in the text
+        bool isOpen = false;       // being worked out: one that names itself has no type
+        bool isRewritten = false;  // for the first of these types
+        std::vector<std::pair<std::vector<GlslType>, Node>> known{};  // by the types of the arguments
+    };
+    // Of a text and of the walks through the bodies of its macros.
+    struct Macros {
+        GlslTokens& text;
+        std::map<std::string, Macro> byName{};
     };
     struct Stop {};  // the text at hand is not understood
     // A level of nesting, for a scope. Throws Stop where there are more than any person writes.
@@ -117,7 +127,9 @@ private:
     void makeFloat(Node& node);
     void convert(Node& node, const GlslType& wanted);
     const Signature* signatureFor(const std::string& name, const std::vector<Node>& values) const;
-    Node macroNode(Macro& macro);
+    Macro* findMacro(const std::string& name, bool isFunction) const;
+    Node macroNode(Macro& macro, std::vector<Node>& values);
+    Node workOut(Macro& macro, std::vector<GlslType>& types);
     const Symbol* find(const std::string& name) const;
 
     GlslTokens& tokens;
@@ -130,8 +142,7 @@ private:
     std::vector<std::map<std::string, Symbol>> scopes;
     std::map<std::string, std::vector<Signature>> functions;
     std::map<std::string, std::vector<std::pair<std::string, GlslType>>> structures;
-    std::map<std::string, Macro> macros;
-    std::set<std::string> functionMacros;
+    std::shared_ptr<Macros> macros;
     std::vector<bool> breakable;  // what a break would leave: a loop, or else a switch
     std::set<std::string> wanted;
     std::vector<std::string> fillers;

@@ -58,6 +58,10 @@ const Row kConstructs[] = {
     {"c = vec4(textureSize(inputImage, 0), textureProj(inputImage, vec3(1.5 / 8.0 * 2.0, 2.5 / 6.0 * 2.0, 2.0)).xy);",
      {8, 6, 0.125f, 0.25f}},
     {"float input = 2.0, half = 3.0; c = vec4(input, half, TWO * 2, PI > 3);", {2, 3, 4, 1}},
+    {"vec2 v = SAT(vec2(3.0, 0.5)); c = vec4(v, SAT(TWO), TENTH(5.0) + TENTH(TWICE) + TENTH(v.x));", {1, 0.5f, 1, 1}},
+    {"int i = 0; vec2 v = RAMP(i, 2, 1.0) + RAMP(vec2(0.0), vec2(1, 4), vec2(1.0, 2.0)); c = vec4(v, RAMP(0, 1, 0.5), "
+     "SAT(3));",
+     {1.5f, 1, 0.5f, 1}},
     {"Light light = Light(2, vec2(1.0, 3.0)); c = vec4(light.power, light.place, light.power * 2);", {2, 1, 3, 4}},
     {"highp float p = 1.0; const float k = p + sin(0.0); c = vec4(k, texture(inputImage, vec2(1.5 / 8.0, 2.5 / 6.0), "
      "0.0).xyz);",
@@ -69,6 +73,11 @@ constexpr const char* kBefore = R"(#version 300 es
 precision highp float;
 #define PI 3.14159
 #define TWO 2.0
+#define SAT(x) clamp(x, 0, 1)
+#define RAMP(a, b, v) smoothstep(a, b, v)
+#define TENTH(v) ((v) / TEN)
+#define TEN (5 * 2)
+#define TWICE TWO * 2
 const float kTable[2] = float[](0.5, 0.75);
 const vec2 kWide[2] = vec2[2](vec2(8.0), vec2(8.0, 9));
 const float kRoot = sqrt(4.0);
