@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <sstream>
 
-#include "cli/import/SourceText.h"
-
 namespace quillon::cli {
 
 namespace {
@@ -43,7 +41,7 @@ public:
         text += CornerCalls(stage, 4) + "    gl_FragColor = vec4(0.0, 0.0, 0.0, 1.0);\n";
         if (stage.movesCorners) text += "    if (probeBends(p00, p10, p01, p11)) gl_FragColor.r = 1.0;\n";
         int number = 0;
-        for (const VaryingPart& part : PartsOf(stage.varyings)) text += trial(part, ++number);
+        for (const VaryingPart& part : PartsOf(stage.varyings)) text += Trial(part, ++number);
         return text + "}\n";
     }
 
@@ -109,7 +107,7 @@ private:
         return choice;
     }
 
-    static std::string trial(const VaryingPart& part, int number) {
+    static std::string Trial(const VaryingPart& part, int number) {
         const bool isMatrix = part.type.starts_with("mat");
         const int columns = isMatrix ? part.type.back() - '0' : 1;
         const std::string type = isMatrix ? "vec" + part.type.substr(3) : part.type;

@@ -75,7 +75,7 @@ GlslWalk::Node GlslWalk::workOut(Macro& macro, std::vector<GlslType>& types) {
     Node found;
     try {
         const Node node = inner.expression();
-        if (inner.at == inner.places.size()) {
+        if (inner.at == inner.places.size() && !inner.places.empty()) {
             // float(5 * 2) is another number than 1.0 / 5 * 2: whole numbers that are no single thing have no type.
             const bool isSingle = inner.places.size() == 1 || body[inner.places[0]].source == "(";
             if (isSingle || !node.type.isInt()) found = {.type = node.type, .isConstant = node.isConstant};
