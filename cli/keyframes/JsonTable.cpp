@@ -36,7 +36,7 @@ void Keyframes::addJson(std::string_view text) {
     Json table;
     try {
         table = Json::parse(text);
-    } catch (const Json::parse_error& error) {
+    } catch (const Json::exception& error) {
         const std::string words = error.what();
         throw Fault("", "is no JSON: " + words.substr(words.find(']') + 2));
     }
