@@ -166,7 +166,7 @@ TEST_F(Movies, AreWholeOrAbsent) {
     // A full disk, which ffmpeg meets in the middle of a movie: a larger file than the effect's module is too large.
     const ToolRun full =
         run("chart -o chart.png --size 640x360; '" + tool + "' render fx -i chart.png -o out.mov --frames 0-199 )",
-            "( ulimit -f 8192;");
+            "( ulimit -f 40000;");
     EXPECT_EQ(full.status, 1);
     EXPECT_NE(full.err.find("out.mov: ffmpeg cannot write it: "), std::string::npos) << full.err;
     std::filesystem::remove(pathOf("chart.png"));
