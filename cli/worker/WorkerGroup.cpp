@@ -61,6 +61,8 @@ WorkerGroup::WorkerGroup(std::size_t count, const std::filesystem::path& program
     try {
         for (std::size_t i = 0; i < count; ++i) workers.push_back(std::make_unique<Worker>(file, i, *mail));
     } catch (const std::system_error& error) {
+        if (error.code() == std::errc::no_such_file_or_directory)
+            throw Fault(file, "was removed or replaced while it runs", "run the command again");
         throw Fault("", "no further process can be started: " + error.code().message(),
                     "close other programs, or use fewer processes");
     }
