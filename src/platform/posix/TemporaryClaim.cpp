@@ -72,12 +72,16 @@ void RemoveInHandler(const char* path) {
 char wordsAtSignals[2][256];
 std::atomic<int> wordsInUse = 0;
 
-// The default action follows: the signal's handler was for one time.
+std::atomic_flag hasSaidWords;
+
+// The default action follows. Until then the handler stays: another thread can get the same signal again, and would end
+// the process before all is removed.
 void OnSignal(int number) {
     RemoveTemporaries();
     const char* const words = wordsAtSignals[wordsInUse];
-    if (number == SIGINT || number == SIGTERM)
+    if ((number == SIGINT || number == SIGTERM) && !hasSaidWords.test_and_set())
         static_cast<void>(!write(STDERR_FILENO, words, std::strlen(words)));  // there is nobody left to report to
+    std::signal(number, SIG_DFL);
     raise(number);
 }
 
@@ -155,7 +159,7 @@ void RemoveTemporariesAtSignals() {
         if (sigaction(number, nullptr, &current) != 0 || current.sa_handler != SIG_DFL) continue;
         struct sigaction action {};
         action.sa_handler = OnSignal;
-        action.sa_flags = SA_RESETHAND | SA_ONSTACK;
+        action.sa_flags = SA_ONSTACK;
         sigaction(number, &action, nullptr);
     }
 }
