@@ -241,9 +241,11 @@ TEST_F(Pack, DamagedAndForeignModulesAreReported) {
 #if defined(_WIN32)
     WriteWholeFile(pathOf("template"), ReadWholeFile(WindowsModule("plain")));
     const char* const refusal = ": is no effect: ";
+    const char* const cut = ": error: not a valid 64-bit Windows module: it is cut off";
 #else
     writeFile("template", "no module");
     const char* const refusal = ": cannot be loaded as an effect: ";
+    const char* const cut = ": error: carries no package";
 #endif
     WriteModule(pathOf(foreign), pathOf("template"), Scramble(WriteArchive(ReadPackage(pathOf(Module("good"))))));
     for (const auto& [name, words] : {std::pair(none, none + ": error: carries no package"),
@@ -260,11 +262,13 @@ TEST_F(Pack, DamagedAndForeignModulesAreReported) {
         const char* words;
     } kDamages[] = {
         {"empty", 0, 0, ": error: carries no package"},
-        {"half", good.size() / 2, 0, ": error: carries no package"},
-        {"cut off", good.size() - 1, 0, ": error: carries no package"},
+        {"half", good.size() / 2, 0, cut},
+        {"cut off", good.size() - 1, 0, cut},
+#if !defined(_WIN32)  // where the package is in the middle of the file
         {"trailer", good.size(), 1, ": error: carries no package"},
         {"list of files", good.size(), 15, ": error: its package is damaged; pack the effect again"},
         {"file", good.size(), 250, ": error: 'config.xml' in its package is damaged; pack the effect again"},
+#endif
     };
     for (const auto& [what, length, otherByte, words] : kDamages) {
         std::string bytes = good.substr(0, length);
