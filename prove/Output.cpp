@@ -91,8 +91,7 @@ public:
         std::string start = place.before;
         if (const std::size_t at = start.find(kUser); at != std::string::npos && geteuid() != 0) start.resize(at);
         const Tool::Run result = run(place.arguments, start);
-        Require(result.status == place.status,
-                now + " ends with " + std::to_string(result.status) + ": " + result.err);
+        Require(result.status == place.status, now + " ends with " + std::to_string(result.status) + ": " + result.err);
         Require(result.err.find(place.words) != std::string::npos, now + ": " + result.err);
         for (const char* name : {"readonly/kept.argb", "protected.argb"})
             Require(tool.read(name) == "kept", now + ": another " + name);
