@@ -42,7 +42,7 @@ constexpr std::array kExtremes = {
     1.0000001f,
     -1e-7f,
 };
-constexpr std::size_t kWidth = kExtremes.size();
+constexpr std::size_t kRowPixels = kExtremes.size();
 
 // What becomes of a number. Drivers may take subnormal ones for 0, and lose the sign of 0.
 using Rule = float (*)(float);
@@ -112,7 +112,7 @@ std::string Extremes(bool) {
     AddEffect(tool, "copy", "");
     tool.write("in.argb", Input([](float value) { return value; }));
     tool.write("cut.argb", Input(Cut));
-    const std::string raw = "-i in.argb --depth 32 --size " + std::to_string(kWidth) + "x2 ";
+    const std::string raw = "-i in.argb --depth 32 --size " + std::to_string(kRowPixels) + "x2 ";
     int samples = 0;
     for (const Way& way : kWays) {
         NowAt(way.name);
@@ -123,18 +123,18 @@ std::string Extremes(bool) {
             tool.runWell("render copy " + raw + "-o out.argb");
         }
         const std::vector<float> made = Floats(tool.read("out.argb"));
-        Require(made.size() == 8 * kWidth, std::string("no picture: ") + way.name);
+        Require(made.size() == 8 * kRowPixels, std::string("no picture: ") + way.name);
         const auto require = [&](std::size_t at, float from) {
             ++samples;
             Require(IsAs(made[at], way.rule(from), way.tolerance),
                     std::string(way.name) + ": " + std::to_string(from) + " (" +
                         std::to_string(std::bit_cast<std::uint32_t>(from)) + ") becomes " + std::to_string(made[at]));
         };
-        for (std::size_t x = 0; x < kWidth; ++x)
+        for (std::size_t x = 0; x < kRowPixels; ++x)
             for (std::size_t channel = 0; channel < 4; ++channel) {
                 require(4 * x + channel, channel == 0 ? 1 : kExtremes[x]);
                 if (channel == 0 || way.keepsColorBesideAlpha)
-                    require(4 * (kWidth + x) + channel, channel == 0 ? kExtremes[x] : 0.5f);
+                    require(4 * (kRowPixels + x) + channel, channel == 0 ? kExtremes[x] : 0.5f);
             }
     }
     // Whole numbers of the host.
@@ -142,7 +142,7 @@ std::string Extremes(bool) {
     for (const int depth : {8, 16}) {
         tool.runWell("render copy --no-alpha -i way.exr -o out.argb --depth " + std::to_string(depth));
         const std::string made = tool.read("out.argb");
-        for (std::size_t x = 0; x < kWidth; ++x) {
+        for (std::size_t x = 0; x < kRowPixels; ++x) {
             const auto* const pixel =
                 reinterpret_cast<const std::uint8_t*>(made.data()) + x * static_cast<std::size_t>(depth) / 2;
             const float value =
@@ -168,7 +168,7 @@ std::string Extremes(bool) {
             tool.runWell("render reduce " + cut + "-o wanted.argb");
             const std::vector<float> made = Floats(tool.read("out.argb")), wanted = Floats(tool.read("wanted.argb")),
                                      input = Floats(tool.read("in.argb"));
-            Require(made.size() == 8 * kWidth && wanted.size() == made.size(), "no picture: " + what);
+            Require(made.size() == 8 * kRowPixels && wanted.size() == made.size(), "no picture: " + what);
             for (std::size_t at = 0; at < made.size() && mode != 8; ++at, ++samples) {
                 const bool isAlpha = at % 4 == 0, isAlone = (mode == 1 || mode > 8) && (dither == 1 || dither == 14);
                 const bool isOrdinary = input[at] >= 0 && input[at] <= 1;

@@ -149,7 +149,7 @@ std::string Output(bool) {
     const Outputs outputs;
     for (const std::string& arguments : kPrinters)
         for (const char* redirection : {">/dev/full", ">&-"}) outputs.refuseStandardOutput(arguments, redirection);
-    for (const Refusal& refusal : kRefusals) outputs.refuse(refusal);
+    for (const Refusal& place : kRefusals) outputs.refuse(place);
     outputs.replaceInput();
     for (const char* processes : {"", "-j 2"}) outputs.loseFolder(processes);
     return std::to_string(std::size(kPrinters)) + " commands without standard output, " +

@@ -15,7 +15,10 @@ constexpr int kDeepestNesting = 200;
 
 GlslWalk::GlslWalk(GlslTokens& shaderTokens, const std::map<std::string, GlslType>& globals,
                    ImportFindings& importFindings)
-    : tokens(shaderTokens), findings(importFindings), scopes(1), macros(std::make_shared<Macros>(shaderTokens)) {
+    : tokens(shaderTokens),
+      findings(importFindings),
+      scopes(1),
+      macros(std::shared_ptr<Macros>(new Macros{shaderTokens})) {
     for (const auto& [name, type] : globals) scopes[0][name] = {type};
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         if (tokens[i].isSignificant() && !tokens[i].isDirective && !tokens[i].text.empty()) places.push_back(i);
