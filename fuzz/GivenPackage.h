@@ -10,7 +10,7 @@
 
 #include "packer/Archive.h"
 
-// For targets that link with --wrap: the engine reads this package, whatever module it is told. One source a program.
+// For targets that link with --wrap: the engine reads this package, whatever module it is given. One source a program.
 
 namespace quillon::fuzz {
 

@@ -86,7 +86,7 @@ test::Files RandomScript(std::mt19937& random) {
     for (const char* place : {"", "setup", "draw", "preRender", "updateUIFlags"}) {
         std::string deeds = *place == '\0' ? "" : "make(); ";
         for (unsigned i = 0; i < 1 + random() % 3; ++i) deeds += std::string(kDeeds[random() % kDeeds.size()]) + "\n";
-        // A deed that throws ends those after it, unless it is alone.
+        // A deed that throws ends those after it, unless it is the only one.
         if (random() % 2) deeds = "try { " + deeds + " } catch (error) {}";
         text +=
             *place == '\0' ? (random() % 2 ? deeds : "") : "function " + std::string(place) + "() { " + deeds + " }\n";
