@@ -38,9 +38,12 @@ public:
     std::span<std::byte> row(A_long y);
     std::span<const std::byte> row(A_long y) const;
 
-    // All rows without padding, the top one first.
+    // All rows without padding, the top one first, and how many bytes that is.
+    std::size_t tightSize() const { return usedRowBytes * static_cast<std::size_t>(heightPixels); }
     std::vector<std::byte> tightBytes() const;
-    // The reverse; the length must be that of tightBytes().
+    // The same into memory of the caller, of tightSize().
+    void copyTo(std::span<std::byte> tight) const;
+    // The reverse; the length must be tightSize().
     void write(std::span<const std::byte> tight);
 
     // Part of it as a separate world: pixels outside of this one are 0.
@@ -65,7 +68,7 @@ public:
 private:
     std::byte* rowStart(A_long y) const { return topRowStart + y * strideBytes; }
     std::span<std::byte> paddingAfter(A_long y) const;
-    void enlist();
+    void begin();
 
     A_long widthPixels;
     A_long heightPixels;
