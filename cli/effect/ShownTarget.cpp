@@ -8,6 +8,7 @@
 #include <cstring>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "cli/diagnostics/ToolError.h"
 #include "engine/AEQuillon2.h"
@@ -65,17 +66,24 @@ std::uint32_t FindTarget(const std::string& name) {
 }  // namespace
 
 std::vector<ListedTarget> ListTargets() {
+    return WithVariables(LiveTargets());
+}
+
+std::vector<ListedTarget> LiveTargets() {
     constexpr std::uint32_t kMostTargets = 4096;
     constexpr std::uint32_t kTag = RenderTarget::Factory::kTag;
-    const auto variables = VariablesOfNumbers();
     std::vector<ListedTarget> targets;
     for (std::uint32_t id = kTag + 1; id <= kTag + kMostTargets; ++id) {
         const RenderTarget& target = Context::Instance().FindRenderTarget(id);
-        if (target.width == 0 || target.height == 0) continue;
-        const auto variable = variables.find(id);
-        targets.push_back(
-            {id, variable == variables.end() ? "" : variable->second, target.width, target.height, target.bitDepth});
+        if (target.width != 0 && target.height != 0)
+            targets.push_back({id, "", target.width, target.height, target.bitDepth});
     }
+    return targets;
+}
+
+std::vector<ListedTarget> WithVariables(std::vector<ListedTarget> targets) {
+    auto variables = VariablesOfNumbers();
+    for (ListedTarget& target : targets) target.variable = std::move(variables[target.id]);
     return targets;
 }
 

@@ -18,6 +18,9 @@ struct ListedTarget {
 
 // All that are live, in the order in which they were made unless one was released. An instance's output is one of them.
 std::vector<ListedTarget> ListTargets();
+// The two halves of it: the targets without variables, and then the search of the script for them, which takes longer.
+std::vector<ListedTarget> LiveTargets();
+std::vector<ListedTarget> WithVariables(std::vector<ListedTarget> targets);
 
 // What was last drawn into a target, which goes by its variable or its number in the list, from 1: the row that is last
 // in an output that comes out upright is last. Targets of 15 bits give 16. Throws WrongCommandLine, with the list, for

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 #include "cli/check/run/Silencing.h"
@@ -11,7 +12,6 @@
 #include "cli/effect/ControlTexts.h"
 #include "cli/effect/Leftovers.h"
 #include "cli/effect/ShaderFaults.h"
-#include "cli/effect/ShownTarget.h"
 #include "cli/movie/Movie.h"
 #include "cli/pictures/Chart.h"
 #include "platform/Utf8Path.h"
@@ -35,7 +35,7 @@ std::pair<std::string, std::string> SplitAssignment(const char* option, const st
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
-Json AnswerWithPixels(const host::World& world) {
+Json TextOf(const host::World& world) {
     return {{"width", world.width()},
             {"height", world.height()},
             {"depth", world.bitDepth()},
@@ -174,31 +174,46 @@ FrameInput EffectPreview::inputOf(std::int32_t frame, std::uint32_t depth, doubl
     return frameInput;
 }
 
-WorkerMessage EffectPreview::render(const Json& request) {
+PreviewFrame EffectPreview::render(const Json& request) {
     const std::uint32_t depth = request.at("depth");
     const std::string shown = request.at("show");
     const auto start = Clock::now();
     const FrameInput frame = inputOf(request.at("frame"), depth, request.at("fps"));
     const double readTime = MillisecondsSince(start);
-    if (request.value("input", false)) return {AnswerWithPixels(*frame.picture), frame.picture->tightBytes()};
+    if (request.value("input", false)) return {TextOf(*frame.picture), frame.picture};
     applyValues(request.at("values"));
     clock.take();
     const auto renderStart = Clock::now();
     auto output = effect->render(frame);
     const double renderTime = MillisecondsSince(renderStart);
     if (!shown.empty()) output = ReadTarget(shown);
-    WorkerMessage answer{AnswerWithPixels(*output), output->tightBytes()};
+    PreviewFrame answer{TextOf(*output), output};
     const double scriptTime = std::min(clock.take(), renderTime);
     answer.text["times"] = {{"read", readTime}, {"script", scriptTime}, {"passes", renderTime - scriptTime}};
     answer.text["warnings"] = warningsNow();
     answer.text["states"] = states();
-    Json& targets = answer.text["targets"] = Json::array();
-    for (const ListedTarget& target : ListTargets())
-        targets.push_back({{"name", target.variable},
-                           {"width", target.width},
-                           {"height", target.height},
-                           {"depth", target.bitDepth}});
+    Json& list = answer.text["targets"] = Json::array();
+    for (const ListedTarget& target : targetsNow())
+        list.push_back({{"name", target.variable},
+                        {"width", target.width},
+                        {"height", target.height},
+                        {"depth", target.bitDepth}});
     return answer;
+}
+
+// With the names of a moment ago while no target comes or goes: to search the script for them costs half as much as
+// all else around a small frame.
+const std::vector<ListedTarget>& EffectPreview::targetsNow() {
+    constexpr auto kLongestAge = std::chrono::milliseconds(250);
+    std::vector<ListedTarget> live = LiveTargets();
+    const bool areKnown = std::ranges::equal(live, targets, [](const ListedTarget& one, const ListedTarget& other) {
+        return std::tie(one.id, one.width, one.height, one.bitDepth) ==
+               std::tie(other.id, other.width, other.height, other.bitDepth);
+    });
+    if (areKnown && Clock::now() - targetsNamed < kLongestAge) return targets;
+    targets = WithVariables(std::move(live));
+    targetsNamed = Clock::now();
+    return targets;
 }
 
 Json EffectPreview::states() const {

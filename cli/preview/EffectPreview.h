@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -7,15 +8,23 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "cli/check/watch/ScriptWatch.h"
 #include "cli/effect/LoadedEffect.h"
+#include "cli/effect/ShownTarget.h"
 #include "cli/preview/FramePictures.h"
 #include "cli/preview/PreviewMessages.h"
 #include "cli/preview/ScriptClock.h"
-#include "cli/worker/WorkerMessage.h"
+#include "host/World.h"
 
 namespace quillon::cli {
+
+// A frame of an effect: what the answer to its request says, and its pixels.
+struct PreviewFrame {
+    nlohmann::json text;
+    std::shared_ptr<const host::World> pixels;
+};
 
 // An effect that is looked at while it is written: the worker's side of PreviewMessages.h. One a process, as
 // LoadedEffect is. What goes wrong is thrown as ToolError.
@@ -29,8 +38,8 @@ public:
     nlohmann::json describe();
     // The picture file of a layer; nothing for "None".
     void setLayer(const std::string& name, std::span<const std::byte> file);
-    // The answer to a request for a frame. After a fault the next one may go well.
-    WorkerMessage render(const nlohmann::json& request);
+    // What a request for a frame asks for. After a fault the next one may go well.
+    PreviewFrame render(const nlohmann::json& request);
 
 private:
     void openInput();
@@ -40,6 +49,7 @@ private:
     nlohmann::json states() const;
     void checkTexts();
     const nlohmann::json& warningsNow();
+    const std::vector<ListedTarget>& targetsNow();
 
     const EffectSource& source;
     PreviewSetup setup;
@@ -52,6 +62,8 @@ private:
     std::map<const Control*, std::string> values;  // texts, as they are set
     Diagnostics warnings;
     nlohmann::json shownWarnings;  // of these
+    std::vector<ListedTarget> targets;
+    std::chrono::steady_clock::time_point targetsNamed;
 };
 
 }  // namespace quillon::cli

@@ -2,15 +2,32 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
+#include <vector>
 
 #include "cli/preview/PreviewMessages.h"
+#include "cli/system/SharedMemory.h"
 #include "cli/worker/WorkerGroup.h"
 
 namespace quillon::cli {
+
+// What a worker has answered. The pixels of a frame belong to the answer, or are in memory that no other answer has
+// while this one lives.
+struct EffectAnswer {
+    std::span<const std::byte> pixels() const {
+        return memory ? std::span<const std::byte>(memory->bytes().first(shared)) : message.bytes;
+    }
+    bool hasFailed() const { return message.text.contains("faults"); }
+
+    WorkerMessage message = {};
+    std::shared_ptr<const SharedMemory> memory = {};
+    std::size_t shared = 0;
+};
 
 // The server's side of a worker that runs an effect, see PreviewMessages.h. Nothing that the effect does reaches this
 // process: a worker that crashes or does not answer in time is ended, and its answer is a fault. Any thread.
@@ -26,7 +43,7 @@ public:
 
     // The answer to a request; requests of several threads come one after the other. An answer with "faults" when the
     // worker has ended.
-    WorkerMessage ask(const WorkerMessage& request, const IsOutdated& isOutdated = {});
+    EffectAnswer ask(const WorkerMessage& request, const IsOutdated& isOutdated = {});
     // Asks now for what is asked for next. An equal request gets that answer, once.
     void prepare(const WorkerMessage& request, const IsOutdated& isOutdated);
 
@@ -36,15 +53,20 @@ public:
     bool isAlive();
 
 private:
-    WorkerMessage exchange(const WorkerMessage& request, const IsOutdated& isOutdated);
-    WorkerMessage takeEnd();
+    EffectAnswer exchange(WorkerMessage request, const IsOutdated& isOutdated);
+    EffectAnswer wait(const IsOutdated& isOutdated);
+    EffectAnswer takeEnd();
+    std::shared_ptr<const SharedMemory> freeMemory();
 
     const Duration limit;
     std::mutex mutex;  // of what follows
     WorkerGroup workers;
     nlohmann::json preparedRequest;
-    std::optional<WorkerMessage> prepared;
+    std::optional<EffectAnswer> prepared;
     bool hasEnded = false;
+    // For the pixels of frames, each as large as the last one. Those of answers that live are in use.
+    std::vector<std::shared_ptr<const SharedMemory>> memories;
+    std::size_t frameBytes = 0;
     std::atomic<bool> isAbandoned = false;
 };
 

@@ -21,11 +21,14 @@
 //       values                      those of SETUP, by name: {"kind": K, "text": T}
 //       warnings                    faults that do not stop it
 //   {"layer": NAME} and bytes       the picture file of a layer, from now on; without bytes "None".
-//   {"frame": F, "depth": D, "fps": R, "values": {NAME: {"kind": K, "text": T}}, "show": TARGET, "input": false}
+//   {"frame": F, "depth": D, "fps": R, "values": {NAME: {"kind": K, "text": T}}, "show": TARGET, "input": false,
+//    "memory": {"name": N, "size": S}}
 //                                   a frame. A value is used when there is such a control of that kind; all other
 //                                   controls have their defaults. TARGET: "" or a render target. "input": true asks for
-//                                   the picture that goes into the effect.
+//                                   the picture that goes into the effect. "memory" may be missing: the name of a
+//                                   SharedMemory for the pixels.
 //       width, height, depth        of the bytes: a host's buffer, rows tight, channels A, R, G, B
+//       shared                      how many bytes are in the memory; missing when they come with the answer
 //       origin                      [x, y] of the input's corner in it
 //       times                       milliseconds: read, script, passes
 //       warnings                    all so far, those of the frames too

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -64,15 +65,16 @@ std::string FrameHead(const nlohmann::json& text) {
     return std::string(reinterpret_cast<const char*>(size.data()), size.size()) + words;
 }
 
-void SendFrame(Response& response, std::shared_ptr<const WorkerMessage> frame) {
-    auto head = std::make_shared<const std::string>(FrameHead(frame->text));
-    const std::size_t size = head->size() + frame->bytes.size();
+void SendFrame(Response& response, std::shared_ptr<const EffectAnswer> frame) {
+    auto head = std::make_shared<const std::string>(FrameHead(frame->message.text));
+    const std::size_t size = head->size() + frame->pixels().size();
     response.set_content_provider(
         size, "application/octet-stream",
         [head, frame = std::move(frame)](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
-            const std::string_view pixels(reinterpret_cast<const char*>(frame->bytes.data()), frame->bytes.size());
+            const std::span<const std::byte> pixels = frame->pixels();
+            const std::string_view all(reinterpret_cast<const char*>(pixels.data()), pixels.size());
             const std::string_view rest =
-                offset < head->size() ? std::string_view(*head).substr(offset) : pixels.substr(offset - head->size());
+                offset < head->size() ? std::string_view(*head).substr(offset) : all.substr(offset - head->size());
             return sink.write(rest.data(), std::min(rest.size(), length));
         });
 }
@@ -188,8 +190,13 @@ struct PreviewServer::Implementation {
             response.status = 404;
             return;
         }
-        const Picture picture{frame->text.at("width"), frame->text.at("height"), HostFormat(frame->text.at("depth")),
-                              ChannelOrder::argb, frame->bytes};
+        const nlohmann::json& text = frame->message.text;
+        const std::span<const std::byte> pixels = frame->pixels();
+        const Picture picture{text.at("width"),
+                              text.at("height"),
+                              HostFormat(text.at("depth")),
+                              ChannelOrder::argb,
+                              {pixels.begin(), pixels.end()}};
         const std::vector<std::byte> file = format.write(picture, {});
         response.set_content(reinterpret_cast<const char*>(file.data()), file.size(), format.type);
     }

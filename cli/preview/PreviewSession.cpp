@@ -43,7 +43,7 @@ PreviewSession::Started PreviewSession::start(PreviewSetup wanted, const EffectP
     Started started{std::make_shared<EffectProcess>(limit), {}};
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(limit).count();
     started.answer =
-        started.process->ask({{{"preview", JsonOf(wanted)}, {"milliseconds", milliseconds}}}, isOutdated).text;
+        started.process->ask({{{"preview", JsonOf(wanted)}, {"milliseconds", milliseconds}}}, isOutdated).message.text;
     if (started.answer.contains("faults")) return started;
     std::map<std::string, Upload> sent;
     {
@@ -154,7 +154,7 @@ std::shared_ptr<EffectProcess> PreviewSession::processFor(const Json& wantedView
     }
 }
 
-std::shared_ptr<const WorkerMessage> PreviewSession::frame(const Json& wantedView) {
+std::shared_ptr<const EffectAnswer> PreviewSession::frame(const Json& wantedView) {
     const std::lock_guard turnLock(turn);
     const WorkerMessage request = FrameRequest(wantedView);
     {
@@ -167,23 +167,23 @@ std::shared_ptr<const WorkerMessage> PreviewSession::frame(const Json& wantedVie
             const std::lock_guard lock(mutex);
             const Diagnostics isLoading = {
                 {.text = "the effect has not been loaded yet", .kind = Diagnostic::Kind::tool}};
-            return std::make_shared<WorkerMessage>(generation == 0
-                                                       ? WorkerMessage{FailedAnswer(isLoading, kFault, nullptr)}
-                                                       : WorkerMessage{{{"faults", faults}, {"status", lastStatus}}});
+            return std::make_shared<EffectAnswer>(
+                WorkerMessage{generation == 0 ? FailedAnswer(isLoading, kFault, nullptr)
+                                              : Json{{"faults", faults}, {"status", lastStatus}}});
         }
-        auto answer = std::make_shared<WorkerMessage>(asked->ask(request));
+        auto answer = std::make_shared<EffectAnswer>(asked->ask(request));
         const std::lock_guard lock(mutex);
-        if (answer->text.contains("faults")) {
+        if (answer->hasFailed()) {
             if (process != asked) continue;  // of an effect that is no more
         } else if (!wantedView.value("input", false)) {
             last = answer;
         }
-        answer->text["generation"] = generation;
+        answer->message.text["generation"] = generation;
         return answer;
     }
 }
 
-std::shared_ptr<const WorkerMessage> PreviewSession::lastFrame() const {
+std::shared_ptr<const EffectAnswer> PreviewSession::lastFrame() const {
     const std::lock_guard lock(mutex);
     return last;
 }
@@ -199,13 +199,13 @@ Json PreviewSession::setLayer(const std::string& name, const std::string& title,
         const std::lock_guard lock(mutex);
         asked = process;
     }
-    const WorkerMessage answer = asked ? asked->ask({{{"layer", name}}, file}) : WorkerMessage{Json::object()};
-    if (answer.text.contains("faults")) return answer.text;
+    const EffectAnswer answer = asked ? asked->ask({{{"layer", name}}, file}) : EffectAnswer{{Json::object()}};
+    if (answer.hasFailed()) return answer.message.text;
     const std::lock_guard lock(mutex);
     uploads[name] = {title, std::move(file)};
     ++generation;
     hasChanged.notify_all();
-    return answer.text;
+    return answer.message.text;
 }
 
 }  // namespace quillon::cli

@@ -44,9 +44,9 @@ public:
     State waitForChange(std::uint64_t generation, std::chrono::milliseconds longest) const;
 
     // The frame that a page looks at: a request of PreviewMessages.h, with "host" and "downsample".
-    std::shared_ptr<const WorkerMessage> frame(const nlohmann::json& view);
+    std::shared_ptr<const EffectAnswer> frame(const nlohmann::json& view);
     // The last one that went well; null before.
-    std::shared_ptr<const WorkerMessage> lastFrame() const;
+    std::shared_ptr<const EffectAnswer> lastFrame() const;
 
     // The next frame is that of a new worker, for effects that keep something from frame to frame.
     void restart();
@@ -84,7 +84,7 @@ private:
     int lastStatus = 0;
     nlohmann::json view;
     std::map<std::string, Upload> uploads;
-    std::shared_ptr<const WorkerMessage> last;
+    std::shared_ptr<const EffectAnswer> last;
     std::uint64_t generation = 0;
 };
 

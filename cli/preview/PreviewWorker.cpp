@@ -1,19 +1,24 @@
 #include "cli/preview/PreviewWorker.h"
 
 #include <chrono>
+#include <map>
 #include <new>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "cli/effect/LinkedEngine.h"
 #include "cli/effect/ScriptNotes.h"
 #include "cli/preview/EffectPreview.h"
+#include "cli/system/SharedMemory.h"
 
 namespace quillon::cli {
 
 namespace {
+
+constexpr std::size_t kMostMemories = 4;
 
 class PreviewWorker {
 public:
@@ -41,9 +46,31 @@ private:
             return {preview->describe()};
         }
         if (!preview) return Failed("the effect has not been loaded");
-        if (!text.contains("layer")) return preview->render(text);
+        if (!text.contains("layer")) return messageOf(preview->render(text), text);
         preview->setLayer(text["layer"], request.bytes);
         return {nlohmann::json::object()};
+    }
+
+    // With the pixels where the request wants them, if they fit there.
+    WorkerMessage messageOf(PreviewFrame frame, const nlohmann::json& request) {
+        const std::size_t size = frame.pixels->tightSize();
+        if (const auto memory = request.find("memory"); memory != request.end() && size <= memory->at("size")) try {
+                frame.pixels->copyTo(sharedMemory(memory->at("name"), memory->at("size")).bytes().first(size));
+                frame.text["shared"] = size;
+                return {std::move(frame.text)};
+            } catch (const std::system_error&) {
+                // The pipe works everywhere.
+            }
+        return {std::move(frame.text), frame.pixels->tightBytes()};
+    }
+
+    // To map it for each frame would take as long as to copy a third of the frame.
+    const SharedMemory& sharedMemory(const std::string& name, std::size_t size) {
+        const auto known = memories.find(name);
+        if (known != memories.end()) return known->second;
+        std::erase_if(memories, [&](const auto& memory) { return memory.second.bytes().size() != size; });
+        if (memories.size() >= kMostMemories) memories.clear();
+        return memories.try_emplace(name, name, size).first->second;
     }
 
     static WorkerMessage Failed(const std::string& text) {
@@ -52,6 +79,7 @@ private:
 
     std::optional<EffectSource> source;  // for the lines of faults
     std::optional<EffectPreview> preview;
+    std::map<std::string, SharedMemory> memories;  // by name; the server takes them in turns
 };
 
 }  // namespace

@@ -51,7 +51,8 @@ SharedMemory::SharedMemory(std::size_t size) : system(std::make_unique<System>()
     System::Require(errno == 0 && fcntl(system->file, F_ADD_SEALS, F_SEAL_SHRINK) == 0);
     system->map();
     static std::atomic<unsigned> made = 0;
-    system->name = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(system->file) + kSerialMark + std::to_string(++made);
+    system->name = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(system->file) + kSerialMark +
+                   std::to_string(++made);
 }
 
 SharedMemory::SharedMemory(std::string name, std::size_t size) : system(std::make_unique<System>()) {
