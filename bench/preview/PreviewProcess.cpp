@@ -7,6 +7,7 @@
 #include <iterator>
 #include <span>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -21,7 +22,8 @@ namespace fs = std::filesystem;
 
 std::vector<long> ChildrenOf(const std::string& process) {
     std::vector<long> found;
-    for (const auto& task : fs::directory_iterator("/proc/" + process + "/task")) {
+    std::error_code hasEnded;
+    for (const auto& task : fs::directory_iterator("/proc/" + process + "/task", hasEnded)) {
         std::ifstream children(task.path() / "children");
         for (long child; children >> child;) found.push_back(child);
     }
@@ -108,7 +110,8 @@ PreviewProcess::Use PreviewProcess::use() const {
         processes.push_back(server);
         for (const long process : processes) {
             sum.kilobytes += KilobytesOf(process);
-            const fs::directory_iterator files("/proc/" + std::to_string(process) + "/fd");
+            std::error_code hasEnded;  // a worker that another one has replaced
+            const fs::directory_iterator files("/proc/" + std::to_string(process) + "/fd", hasEnded);
             sum.files += std::distance(begin(files), end(files));
         }
     }
