@@ -11,6 +11,8 @@
 #include "Input.h"
 #include "engine/AEQuillon2.h"
 #include "engine/EngineLock.h"
+#include "script/NativeCalls.h"
+#include "script/ScriptObserver.h"
 #include "script/Scripting.h"
 #include "script/TimeLimit.h"
 
@@ -76,16 +78,47 @@ std::string ScriptOf(std::string_view input) {
     return script;
 }
 
+// Reads all that can be read of each call, as `quillon check` does with some of it.
+class Listener final : public ScriptObserver, public NativeListener {
+public:
+    void heapOpened(duk_hthread* heap) override { TellOfNativeCalls(heap, *this); }
+    void before(const NativeCall& call) override {
+        fuzz::Require(call.name().starts_with("QL_"), "a native has its name");
+        for (std::size_t i = 0; i <= call.count(); ++i) {
+            const std::optional<double> number = call.numberOf(i);
+            fuzz::Require(i < call.count() || call.typeOf(i) == NativeCall::Type::missing, "nothing is missing");
+            fuzz::Require(call.typeOf(i) != NativeCall::Type::number || number, "a number is one");
+            fuzz::Require(call.textOf(i).empty() || call.typeOf(i) == NativeCall::Type::text, "a text is one");
+            fuzz::Require(call.lengthOf(i) == 0 || call.typeOf(i) == NativeCall::Type::array, "an array is one");
+            call.idOf(i);
+            call.isTrue(i);
+        }
+        int lines[8];
+        const std::size_t count = call.lines(lines);
+        fuzz::Require(count <= std::size(lines), "there are as many lines as there is room for");
+    }
+    void after(const NativeCall& call) override {
+        fuzz::Require(!call.isRefused() || call.resultNumber() == 0, "no id");
+    }
+};
+
+void ReadError(const ScriptError& error) {
+    fuzz::Require(!error.message.empty(), "an error has words");
+}
+
 void DrawFrames(IPlugin& engine) {
     SequenceHandle* const instance = engine.createSequence();
     engine.selectSequence(instance);
     engine.updateUIFlags();
-    for (const std::uint32_t depth : {8u, 32u}) {
+    for (const std::uint32_t depth : {8u, 16u, 32u}) {
         const EngineLock lock(engine);
-        const std::vector<std::byte> input(std::size_t{5} * 3 * depth / 2, std::byte{0x40});
+        const std::size_t rowBytes = std::size_t{6} * depth / 2;  // a pixel of it is padding
+        const std::vector<std::byte> input(rowBytes * 3, std::byte{0x40});
         std::uint32_t width = 5, height = 3;
         engine.preRender(width, height, &width, &height);
-        engine.setLayerPixels(kInputLayer, input.data(), 5, 3, depth, std::size_t{5} * depth / 2);
+        engine.setLayerPixels(kInputLayer, input.data(), 5, 3, depth, rowBytes);
+        for (std::uint32_t i = 0; i < engine.parameterCount(); ++i)
+            if (engine.parameterInfo(i)->kind == LAYER) engine.setLayerPixels(i, input.data(), 5, 3, depth, rowBytes);
         engine.draw(0.5, std::min(width, 64u), std::min(height, 64u), depth, 1);
         if (const void* pixels = engine.mapResult()) engine.unmapResult(pixels);
     }
@@ -102,9 +135,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                      {"copy.frag",
                       "uniform sampler2D t; uniform float f; uniform vec4 v; uniform int i; varying vec2 p;\n"
                       "void main() { gl_FragColor = texture2D(t, vec2(f)) * v + float(i); }"},
-                     {"wrong.frag", "void main() { x = 1; }"}});
+                     {"vectors.frag",
+                      "uniform bool b; uniform vec2 v2; uniform vec3 v3; uniform vec4 context_extent;\n"
+                      "void main() { gl_FragColor = vec4(v2, v3.x, b ? v3.y : context_extent.x); }"},
+                     {"array.frag", "uniform float f[3]; void main() { gl_FragColor = vec4(f[0], f[1], f[2], 1); }"},
+                     {"cube.frag", "uniform samplerCube c; void main() { gl_FragColor = textureCube(c, vec3(1)); }"},
+                     {"unlinked.frag", "vec4 f(); void main() { gl_FragColor = f(); }"},
+                     {"wrong.frag", "void main() { x = 1; }"},
+                     {"dot.tga", std::string_view("\0\0\2\0\0\0\0\0\0\0\0\0\1\0\1\0\x18\0\1\2\3", 21)}});
+    static Listener listener;
+    static const bool isHeard = [] {
+        Scripting::AddObserver(listener);
+        Scripting::SetErrorObserver(ReadError);
+        return true;
+    }();
     IPlugin& engine = AEQuillon2::instance();
-    fuzz::Require(engine.init(nullptr, nullptr), "there is GL");
+    fuzz::Require(isHeard && engine.init(nullptr, nullptr), "there is GL");
+    std::string identity;
+    fuzz::Require(engine.identityString(identity, 1) == "Fuzz" && engine.effectFlags2() == 5120, "the effect is ours");
     DrawFrames(engine);
     std::string errors;
     engine.shaderErrors(errors);

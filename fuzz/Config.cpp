@@ -55,6 +55,8 @@ bool Parses(const std::string& text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view whole = fuzz::TextOf(data, size);
+    for (const Diagnostic& finding : CheckScriptEncoding("fx.js", whole))
+        fuzz::Require(finding.line <= CountLines(whole), "a byte that is no text is in the file");
     const std::string text(whole.substr(0, whole.find('\0')));  // as files are read
     const bool parses = Parses(text);
     const bool isRefused = std::ranges::any_of(CheckConfig("config.xml", text), [](const Diagnostic& finding) {

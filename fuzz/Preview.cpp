@@ -68,6 +68,22 @@ void CheckHeaders(std::string_view text) {
     quillon::fuzz::Require(host.find_first_of("/@ \r") == std::string_view::npos && host.size() <= 15,
                            "an own host is a name and a port");
     quillon::fuzz::Require(!IsOwnOrigin(origin, host) || origin.size() == host.size() + 7, "an own origin is one");
+    quillon::fuzz::Require(AreEqual(host, origin) == (host == origin), "equal texts are equal");
+}
+
+// Faults with the author's line, of an effect whose script is the input itself.
+void CheckFaults(const Json& json, std::string_view text) {
+    const auto bytes = std::as_bytes(std::span(text));
+    const EffectSource source{"effect", {{"fx.js", {bytes.begin(), bytes.end()}}}};
+    Diagnostics faults = FaultsOfPage(json);
+    quillon::fuzz::Require(JsonOf(DiagnosticsOf(JsonOf(faults))) == JsonOf(faults), "faults are read as written");
+    for (Diagnostic& fault : faults)
+        if (fault.path == "fx.js") fault.path = source.pathOf("fx.js");
+    const Json answer = FailedAnswer(faults, 1, &source);
+    for (const Json& fault : answer.at("faults"))
+        if (fault.contains("source"))
+            quillon::fuzz::Require(text.find(fault.at("source").get<std::string>()) != std::string_view::npos,
+                                   "the author's line is in the script");
 }
 
 }  // namespace
@@ -80,7 +96,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Json json = Json::parse(text, nullptr, false);
     try {
         if (json.is_object()) JsonOf(SetupOf(json));
-        if (json.is_array()) FaultsForPage(FaultsOfPage(json), nullptr);
+        if (json.is_array()) CheckFaults(json, text);
     } catch (const std::exception&) {
     }
     return 0;

@@ -13,6 +13,8 @@
 #include "host/HostEvent.h"
 #include "host/HostSession.h"
 #include "host/SmartFrame.h"
+#include "parameter/Parameter.h"
+#include "shell/ParameterMaps.h"
 
 extern "C" PF_Err EntryPointFunc(PF_Cmd, PF_InData*, PF_OutData*, PF_ParamDef*[], PF_LayerDef*, void*);
 
@@ -22,13 +24,17 @@ using host::HostSession;
 
 namespace {
 
-// A control of each kind, sizes that follow a control, and names and states that do.
+// A control of each kind, sizes that follow a control, and names and states that do. Two kinds have no control in the
+// host, where the reading of values ends: they come last. Events go to what is from the first color to the first point.
 constexpr const char* kScript = R"(
 var p = [], copy;
 function setup() {
-    for (var kind = 0; kind < 14; ++kind) p.push(QL_initParam('p' + kind, kind, 'Control ' + kind));
+    [1, 3, 2, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0, 13].forEach(function (kind) {
+        p[kind] = QL_initParam('p' + kind, kind, 'Control ' + kind);
+    });
     QL_setParamChoices(p[9], 'one|two|three');
-    QL_setParamFlags(p[5], QL_ParamFlags.REMOVE_SCALE);
+    QL_setParamValue(p[9], 1);
+    QL_setParamFlags(p[5], QL_ParamFlags.RemoveScale);
     copy = QL_initShader('copy');
 }
 function preRender(w, h) { var grow = QL_getParamValue(p[9]); if (grow > 1) QL_setOutputExtent(w * grow, h + grow); }
@@ -115,7 +121,8 @@ void Frame(Play& play) {
 }
 
 void Event(Play& play) {
-    host::HostEvent event(play.numbers.below(13) - 1, play.anyControl());
+    const int type = play.numbers.below(13) - 1;
+    host::HostEvent event(type, play.anyControl());
     event.extra.effect_win.area = play.numbers.below(4);
     event.extra.effect_win.current_frame = {0, 0, play.numbers.below(100), play.numbers.below(100)};
     event.extra.u.do_click.screen_point = {play.numbers.below(100), play.numbers.below(100)};
@@ -178,6 +185,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Play play{HostSession(host::EffectModule(EntryPointFunc), settings), numbers};
     play.session.globalSetup();
     play.session.paramsSetup();
+    auto& maps = ParameterMaps::instance();
+    maps.customUiIndices.clear();
+    if (settings.versionMinor % 2 == 1) maps.customUiIndices = {maps.firstIndexOfKind[COLOR]};  // has a wheel
     for (int deeds = 0; deeds < 64 && !numbers.atEnd(); ++deeds) {
         try {
             kDeeds[numbers.below(static_cast<int>(std::size(kDeeds)))](play);

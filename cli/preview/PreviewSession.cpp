@@ -167,9 +167,9 @@ std::shared_ptr<const EffectAnswer> PreviewSession::frame(const Json& wantedView
             const std::lock_guard lock(mutex);
             const Diagnostics isLoading = {
                 {.text = "the effect has not been loaded yet", .kind = Diagnostic::Kind::tool}};
-            return std::make_shared<EffectAnswer>(
-                WorkerMessage{generation == 0 ? FailedAnswer(isLoading, kFault, nullptr)
-                                              : Json{{"faults", faults}, {"status", lastStatus}}});
+            const Json text = generation == 0 ? FailedAnswer(isLoading, kFault, nullptr)
+                                              : Json{{"faults", faults}, {"status", lastStatus}};
+            return std::make_shared<EffectAnswer>(EffectAnswer{{text}});
         }
         auto answer = std::make_shared<EffectAnswer>(asked->ask(request));
         const std::lock_guard lock(mutex);
