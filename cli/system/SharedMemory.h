@@ -13,8 +13,8 @@ class SharedMemory {
 public:
     // New memory, all 0. Throws std::system_error when there is too little.
     explicit SharedMemory(std::size_t size);
-    // The memory that another process of this user keeps by this name. Throws std::system_error when there is none,
-    // when it is smaller than `size`, and when it could shrink while it is in use.
+    // The memory that another process of this user keeps by this name. Throws std::system_error when that is missing or
+    // smaller than `size`, and when it could shrink while it is in use.
     SharedMemory(std::string name, std::size_t size);
     ~SharedMemory();
     SharedMemory(const SharedMemory&) = delete;
