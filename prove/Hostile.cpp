@@ -1,13 +1,13 @@
 // Planted once: a look-up that believes every id. What the row cannot see: a native stack that nobody looks at.
 
-#include <pthread.h>
-
 #include <array>
+#include <exception>
 #include <functional>
 #include <random>
 
 #include "Effects.h"
 #include "Ground.h"
+#include "StackThread.h"
 #include "support/EngineTest.h"
 
 namespace quillon::prove {
@@ -96,27 +96,15 @@ test::Files RandomScript(std::mt19937& random) {
 
 // On a thread with a stack of this size, as hosts start them. What it throws is thrown on.
 void OnStack(std::size_t bytes, const std::function<void()>& body) {
-    struct Work {
-        const std::function<void()>& body;
-        std::exception_ptr thrown;
-    } work{body, nullptr};
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, bytes);
-    pthread_t thread;
-    const auto run = [](void* data) -> void* {
-        auto& own = *static_cast<Work*>(data);
+    std::exception_ptr thrown;
+    RunOnThread(bytes, [&] {
         try {
-            own.body();
+            body();
         } catch (...) {
-            own.thrown = std::current_exception();
+            thrown = std::current_exception();
         }
-        return nullptr;
-    };
-    Require(pthread_create(&thread, &attributes, run, &work) == 0, "no thread");
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-    if (work.thrown) std::rethrow_exception(work.thrown);
+    });
+    if (thrown) std::rethrow_exception(thrown);
 }
 
 }  // namespace

@@ -1,15 +1,17 @@
 // Planted once: an entry gate that lets everybody in. Under the thread sanitizer the row first plants a race of its
 // own, and demands that it is found.
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <random>
 #include <thread>
 
 #include "Effects.h"
 #include "Ground.h"
+
+#if defined(__SANITIZE_THREAD__)
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 namespace quillon::prove {
 

@@ -1,0 +1,62 @@
+// The rows that need no means of another system, for Windows: one row, in this process. The tests run each with a time
+// limit; a crash is their verdict.
+
+#include <fmt/format.h>
+
+#include <cstdlib>
+#include <exception>
+#include <random>
+#include <stdexcept>
+#include <string_view>
+
+#include "Ground.h"
+
+namespace quillon::prove {
+
+namespace {
+
+struct PortableRow {
+    std::string_view name;
+    std::string (*run)(bool isLong);
+};
+
+constexpr PortableRow kRows[] = {{"hostile", Hostile}, {"threads", Threads}};
+
+unsigned chosenSeed = 0;
+std::string at;
+
+int Main(std::string_view name, const char* seed) {
+    chosenSeed = seed ? static_cast<unsigned>(std::strtoul(seed, nullptr, 10)) : std::random_device()() | 1u;
+    for (const PortableRow& row : kRows) {
+        if (row.name != name) continue;
+        try {
+            fmt::print("{} holds: {}\n", row.name, row.run(false));
+            return 0;
+        } catch (const std::exception& failure) {
+            fmt::print("{} FAILS: {}, at: {}, with seed {}\n", row.name, failure.what(), at, chosenSeed);
+            return 1;
+        }
+    }
+    fmt::print(stderr, "prove: error: no row {}\n", name);
+    return 2;
+}
+
+}  // namespace
+
+void Require(bool isTrue, const std::string& words) {
+    if (!isTrue) throw std::runtime_error(words);
+}
+
+unsigned Seed() {
+    return chosenSeed;
+}
+
+void NowAt(const std::string& words) {
+    at = words;
+}
+
+}  // namespace quillon::prove
+
+int main(int argc, char** argv) {
+    return quillon::prove::Main(argc > 1 ? argv[1] : "", argc > 2 ? argv[2] : nullptr);
+}
