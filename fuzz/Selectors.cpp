@@ -62,6 +62,8 @@ private:
     std::span<const std::uint8_t> rest;
 };
 
+constexpr int kControls = 16;  // with the input, and the host's button for options
+
 // A session and the instances that its host knows of, in whatever state a deed has left them.
 struct Play {
     HostSession session;
@@ -74,7 +76,13 @@ struct Play {
         if (instances.empty()) instances.push_back(&session.newInstance());
         return *instances[static_cast<std::size_t>(numbers.below(static_cast<int>(instances.size())))];
     }
-    PF_ParamIndex anyControl() { return numbers.below(16); }
+    PF_ParamIndex anyControl() { return numbers.below(kControls); }
+    // What the effect knows of its controls lasts as long as the process: also where adding one fails, the host has a
+    // place for each.
+    void setUpControls() {
+        session.paramsSetup();
+        while (session.parameters().size() < kControls) session.addParameter({});
+    }
     std::shared_ptr<host::World> picture() {
         const int width = numbers.below(40), height = numbers.below(24), depth = 8 << numbers.below(3);
         return width == 0 ? nullptr : session.newWorld(width, height, depth);
@@ -135,11 +143,18 @@ void Spoil(Play& play) {
     play.session.faults().failNth(callback, 1 + play.numbers.below(4));
 }
 
+// One that no other deed sends, or that no host knows. Where a block begins or ends the session has to hear of it: else
+// it would go on with a handle that the effect has rightly disposed of.
+PF_Cmd OtherSelector(Play& play) {
+    const PF_Cmd cmd = play.numbers.below(30) - 2;
+    return cmd >= PF_Cmd_GLOBAL_SETUP && cmd <= PF_Cmd_SEQUENCE_SETDOWN ? PF_Cmd_ABOUT : cmd;
+}
+
 constexpr void (*kDeeds[])(Play&) = {
     [](Play& play) { play.session.about(); },
     [](Play& play) { play.session.globalSetup(); },
     [](Play& play) { play.session.globalSetdown(); },
-    [](Play& play) { play.session.paramsSetup(); },
+    [](Play& play) { play.setUpControls(); },
     [](Play& play) { play.instances.push_back(&play.session.apply()); },
     [](Play& play) { play.session.sequenceSetup(play.any()); },
     [](Play& play) { play.session.sequenceResetup(play.any()); },
@@ -157,8 +172,8 @@ constexpr void (*kDeeds[])(Play&) = {
     },
     [](Play& play) { play.session.userChangedParam(play.any(), play.anyControl()); },
     [](Play& play) { play.session.updateParamsUI(play.any()); },
-    [](Play& play) { play.session.send({.cmd = play.numbers.below(30) - 2}); },
-    [](Play& play) { play.session.send({.cmd = play.numbers.below(30) - 2, .instance = &play.any()}); },
+    [](Play& play) { play.session.send({.cmd = OtherSelector(play)}); },
+    [](Play& play) { play.session.send({.cmd = OtherSelector(play), .instance = &play.any()}); },
     SetValue,
     Frame,
     Frame,
@@ -184,7 +199,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     settings.keepsRecords = false;
     Play play{HostSession(host::EffectModule(EntryPointFunc), settings), numbers};
     play.session.globalSetup();
-    play.session.paramsSetup();
+    play.setUpControls();
     auto& maps = ParameterMaps::instance();
     maps.customUiIndices.clear();
     if (settings.versionMinor % 2 == 1) maps.customUiIndices = {maps.firstIndexOfKind[COLOR]};  // has a wheel
