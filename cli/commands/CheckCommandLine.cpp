@@ -1,8 +1,6 @@
-#include "cli/commands/CheckCommandLine.h"
-
 #include <memory>
 
-#include "cli/commands/Commands.h"
+#include "cli/commands/AddCommands.h"
 #include "cli/commands/OptionForms.h"
 
 namespace quillon::cli {

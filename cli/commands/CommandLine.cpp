@@ -8,13 +8,10 @@
 #include <sstream>
 #include <utility>
 
-#include "cli/commands/CheckCommandLine.h"
+#include "cli/commands/AddCommands.h"
 #include "cli/commands/Commands.h"
 #include "cli/commands/DescribeCommands.h"
-#include "cli/commands/NewCommandLine.h"
 #include "cli/commands/OptionForms.h"
-#include "cli/commands/PreviewCommandLine.h"
-#include "cli/commands/RenderCommandLine.h"
 #include "cli/commands/Version.h"
 #include "cli/commands/WrongWords.h"
 #include "cli/completion/CommandShape.h"

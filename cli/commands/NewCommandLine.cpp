@@ -1,11 +1,9 @@
-#include "cli/commands/NewCommandLine.h"
-
 #include <fmt/format.h>
 
 #include <memory>
 #include <string>
 
-#include "cli/commands/Commands.h"
+#include "cli/commands/AddCommands.h"
 #include "cli/commands/EffectTemplates.h"
 #include "cli/commands/OptionForms.h"
 

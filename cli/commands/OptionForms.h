@@ -67,11 +67,14 @@ inline const CLI::Validator kIsFinite(
     },
     "");
 
-// A path in UTF-8.
+// A path in UTF-8. An empty one, such as a shell makes of a variable that is not set, would count as left out.
 inline CLI::Option* AddPath(CLI::App& command, const char* option, std::filesystem::path& path,
                             const std::string& description) {
-    return command.add_option_function<std::string>(
-        option, [&path](const std::string& text) { path = PathFromUtf8(text); }, description);
+    const auto read = [&path, name = std::string(option)](const std::string& text) {
+        if (text.empty()) throw CLI::ValidationError(name, "its path is empty");
+        path = PathFromUtf8(text);
+    };
+    return command.add_option_function<std::string>(option, read, description);
 }
 
 // Two sides in pixels.

@@ -1,8 +1,7 @@
-#include "cli/commands/PreviewCommandLine.h"
-
 #include <memory>
 #include <string>
 
+#include "cli/commands/AddCommands.h"
 #include "cli/commands/OptionForms.h"
 #include "cli/preview/Preview.h"
 

@@ -1,7 +1,6 @@
-#include "cli/commands/RenderCommandLine.h"
-
 #include <memory>
 
+#include "cli/commands/AddCommands.h"
 #include "cli/commands/OptionForms.h"
 #include "cli/effect/ControlValues.h"
 

@@ -20,6 +20,7 @@ TEST_F(CommandLine, NamesTheNearestOfWhatExists) {
         {"pack copy --ouput x.so", "--ouput: no such option; did you mean --output? see quillon pack --help"},
         {"render copy --outptu=x.png", "--outptu: no such option; did you mean --output? see quillon render --help"},
         {"chart -q", "-q: no such option; see quillon chart --help"},
+        {"render copy -i \"\" -o out.png", "-i,--input: its path is empty; see quillon render --help"},
         {"info", "EFFECT is required; see quillon info --help"},
         {"info copy copy", "The following argument was not expected: copy; see quillon info --help"},
     };
