@@ -122,7 +122,7 @@ Json EffectPreview::describe() {
     for (const std::string& assignment : setup.values) {
         const auto [name, text] = SplitAssignment("--set", assignment);
         const Parameter& declared = FindControl(effect->controls(), name).declared;
-        ParseControlValue(declared, text);  // throws for a text that is none
+        ParseControlValue(declared, text);  // throws for an invalid text
         given[declared.uniformName] = {{"kind", ControlKindOf(declared.kind).name}, {"text", text}};
     }
     const PictureExtent extent = input->extentOf(setup.range.first);

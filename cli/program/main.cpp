@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
         }
     } catch (const std::bad_alloc&) {
         quillon::RemoveTemporaries();
-        std::fputs("quillon: error: out of memory\n", stderr);  // there is none for more words
+        std::fputs("quillon: error: out of memory\n", stderr);  // no memory is left for more words
         return 1;
     }
 }

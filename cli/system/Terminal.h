@@ -4,7 +4,7 @@
 
 namespace quillon::cli {
 
-// The width of the terminal that standard output is, in characters; 0 where it is none.
+// The width of the terminal that standard output is, in characters; 0 where it is not one.
 std::size_t TerminalColumns();
 
 }  // namespace quillon::cli

@@ -70,7 +70,7 @@ TEST(ControlValues, AreTheEnginesInTheHostsUnitsAndComeBack) {
     const ValueRow kRows[] = {
         {"number", Role::number, -10, 30, {0.25}, {0}},
         {"number beyond its range", Role::number, 1, 3, {7}, {3}},
-        {"number that is none", Role::number, 1, 3, {std::numeric_limits<double>::quiet_NaN()}, {1}},
+        {"number that is NaN", Role::number, 1, 3, {std::numeric_limits<double>::quiet_NaN()}, {1}},
         {"range without an extent", Role::number, 5, 5, {0}, {5}},
         {"angle", Role::angle, -360, 360, {0.625}, {90}},
         {"check box", Role::checkBox, 0, 1, {1}, {1}},

@@ -15,7 +15,7 @@ using Requests = PreviewTest;
 
 struct RefusedCase {
     const char* name;
-    std::string path;  // behind the token's place
+    std::string path;  // after the token
     httplib::Headers headers;
     int status;
     bool hasToken = true;

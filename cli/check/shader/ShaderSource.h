@@ -9,8 +9,8 @@
 
 namespace quillon::cli {
 
-// A place in an author's text. Lines and columns count from 1, columns in code points; a tab is one of them. A mark of
-// the byte order at the start of a file is none, since editors do not show it.
+// A place in an author's text. Lines and columns count from 1, columns in code points; a tab is one of them. A byte
+// order mark at the start of a file does not count, since editors do not show it.
 struct TextPlace {
     int line = 0;
     int column = 0;

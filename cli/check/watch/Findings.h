@@ -40,7 +40,7 @@ public:
     // At the line that defines draw().
     void addAtDraw(std::string_view rule, std::string text, std::string remedy = {});
 
-    // " in line 12" of a line of the prepared source; empty when it is none of the author's.
+    // " in line 12" of a line of the prepared source; empty when the author has not written that line.
     std::string wordsOfLine(int preparedLine) const;
 
     // Those since the last call.
