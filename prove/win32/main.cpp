@@ -2,6 +2,7 @@
 // limit; a crash is their verdict.
 
 #include <fmt/format.h>
+#include <windows.h>
 
 #include <cstdlib>
 #include <exception>
@@ -58,5 +59,7 @@ void NowAt(const std::string& words) {
 }  // namespace quillon::prove
 
 int main(int argc, char** argv) {
+    // A crash ends the process at once; else it starts a debugger, which waits for somebody.
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
     return quillon::prove::Main(argc > 1 ? argv[1] : "", argc > 2 ? argv[2] : nullptr);
 }
