@@ -36,11 +36,11 @@ SPErr DrawSurface(DRAWBOT_DrawRef draw, DRAWBOT_SurfaceRef* out) {
 }
 
 template <class Reference>
-SPErr Make(const CallbackScope& scope, DRAWBOT_SupplierRef supplier, const char* kind, Drawing drawing,
+SPErr Make(const CallbackScope& scope, DRAWBOT_SupplierRef supplier, const char* kind, const Drawing& drawing,
            Reference* out) {
     if (!scope) return scope.error();
     if (!IsPlace(supplier, supplierPlace) || !out) return scope.refuse("an unknown supplier is asked");
-    *out = MakeReference<Reference>(*scope, {.kind = kind, .drawing = std::move(drawing)});
+    *out = MakeReference<Reference>(*scope, {.kind = kind, .drawing = drawing});
     return PF_Err_NONE;
 }
 

@@ -16,7 +16,7 @@ A_long FullSize(A_long size, const PF_RationalScale& downsample) {
 }  // namespace
 
 HostSession::HostSession(EffectModule effect, HostSettings hostSettings)
-    : module(std::move(effect)), chosenSettings(hostSettings) {}
+    : module(effect), chosenSettings(hostSettings) {}
 
 HostSession::~HostSession() = default;
 

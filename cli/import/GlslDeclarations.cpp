@@ -171,7 +171,7 @@ void GlslWalk::function(const GlslType& resultType, const std::string& name) {
     scopes.pop_back();
 }
 
-void GlslWalk::declarators(GlslType base, std::size_t constPlace, bool isGlobal, const std::string& arrayTail) {
+void GlslWalk::declarators(const GlslType& base, std::size_t constPlace, bool isGlobal, const std::string& arrayTail) {
     do {
         if (!isWord()) throw Stop();
         const std::size_t namePlace = at;

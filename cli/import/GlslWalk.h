@@ -94,7 +94,7 @@ private:
     void global();
     void structure();
     void function(const GlslType& result, const std::string& name);
-    void declarators(GlslType type, std::size_t constPlace, bool isGlobal, const std::string& arrayTail);
+    void declarators(const GlslType& type, std::size_t constPlace, bool isGlobal, const std::string& arrayTail);
     void initializeArray(GlslType& type, std::size_t namePlace, std::size_t bracketPlace, bool isGlobal);
     std::size_t qualifiers();
     bool takeType(GlslType& type, std::string& arrayTail);

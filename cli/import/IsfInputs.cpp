@@ -107,7 +107,7 @@ private:
             const double least = std::clamp(NumberOf(input, "MIN", std::min(0, value)), -2e9, 2e9);
             const double most =
                 std::min(std::clamp(NumberOf(input, "MAX", std::max(9, value)), -2e9, 2e9), least + kMostEntries - 1);
-            for (double entry = least; entry <= most; ++entry) AddEntry(control, static_cast<int>(entry), "");
+            for (int i = 0; least + i <= most; ++i) AddEntry(control, static_cast<int>(least + i), "");
             warn(fmt::format("input \"{}\": it has no VALUES; its entries are the numbers from {} to {}", control.name,
                              least, most));
         }

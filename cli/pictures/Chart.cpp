@@ -62,7 +62,8 @@ void PaintPatches(Canvas& canvas, const Box& box) {
     constexpr int kColumns = 6;
     for (int i = 0; i < static_cast<int>(std::size(kPatches)); ++i) {
         const float column = static_cast<float>(i % kColumns);
-        const float row = static_cast<float>(i / kColumns);
+        const int rowNumber = i / kColumns;
+        const auto row = static_cast<float>(rowNumber);
         const Box patch = Part(box, column / kColumns, row / 2, (column + 1) / kColumns, (row + 1) / 2);
         canvas.fill(patch.inset(box.height() * 0.02f), [&](float, float, const Color&) { return kPatches[i]; });
     }

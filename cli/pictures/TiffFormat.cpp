@@ -129,7 +129,8 @@ template <class Sample>
 void SpreadRow(const TiffLayout& layout, const Sample* row, Sample* pixels, int channel, Sample opaque) {
     const std::size_t step = layout.isPlanar ? 1 : layout.channels;
     const auto spread = [&](std::size_t to, const Sample* from) {
-        for (std::uint32_t x = 0; x < layout.width; ++x) pixels[4 * x + to] = from ? from[x * step] : opaque;
+        for (std::uint32_t x = 0; x < layout.width; ++x)
+            pixels[std::size_t{4} * x + to] = from ? from[x * step] : opaque;
     };
     for (int c = 0; c < 3; ++c) {
         const int source = layout.colors() == 3 ? c : 0;
@@ -196,7 +197,7 @@ std::vector<std::byte> WriteTiff(const Picture& picture, const StorageOptions& o
     TIFFSetField(tiff.get(), TIFFTAG_PREDICTOR, isFloat ? PREDICTOR_FLOATINGPOINT : PREDICTOR_HORIZONTAL);
     TIFFSetField(tiff.get(), TIFFTAG_ZIPQUALITY, 1);
     TIFFSetField(tiff.get(), TIFFTAG_ROWSPERSTRIP, TIFFDefaultStripSize(tiff.get(), 0));
-    std::vector<std::byte> row(picture.width * 4 * SampleBytes(format));
+    std::vector<std::byte> row(SampleBytes(format) * 4 * picture.width);
     for (std::uint32_t y = 0; y < picture.height; ++y) {
         ConvertRow(picture, y, format, ChannelOrder::rgba, row.data());
         const std::size_t pixelBytes = channels * SampleBytes(format);

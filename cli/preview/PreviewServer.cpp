@@ -97,7 +97,7 @@ struct PreviewServer::Implementation {
             return httplib::Server::HandlerResponse::Handled;
         });
         server.set_exception_handler(
-            [](const Request&, Response& response, std::exception_ptr) { response.status = 500; });
+            [](const Request&, Response& response, const std::exception_ptr&) { response.status = 500; });
         addRoutes();
         const int port = wantedPort == 0                                ? server.bind_to_any_port("127.0.0.1")
                          : server.bind_to_port("127.0.0.1", wantedPort) ? wantedPort

@@ -39,7 +39,8 @@ bool Fits(const PreviewSetup& setup, const Json& view) {
 PreviewSession::PreviewSession(PreviewSetup previewSetup, EffectProcess::Duration longestAnswer)
     : limit(longestAnswer), setup(std::move(previewSetup)) {}
 
-PreviewSession::Started PreviewSession::start(PreviewSetup wanted, const EffectProcess::IsOutdated& isOutdated) const {
+PreviewSession::Started PreviewSession::start(const PreviewSetup& wanted,
+                                              const EffectProcess::IsOutdated& isOutdated) const {
     Started started{std::make_shared<EffectProcess>(limit), {}};
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(limit).count();
     started.answer =

@@ -66,7 +66,7 @@ private:
         std::shared_ptr<EffectProcess> process;
         nlohmann::json answer;
     };
-    Started start(PreviewSetup wanted, const EffectProcess::IsOutdated& isOutdated) const;
+    Started start(const PreviewSetup& wanted, const EffectProcess::IsOutdated& isOutdated) const;
     // With the mutex held. Gives what ran before, whose end may take a while.
     std::shared_ptr<EffectProcess> install(const Started& started, const PreviewSetup& wanted);
     State stateNow() const;

@@ -21,12 +21,14 @@ public:
     SharedMemory& operator=(const SharedMemory&) = delete;
 
     // For another process, while this object lives. No other memory of this process ever has it.
-    const std::string& name() const;
-    std::span<std::byte> bytes() const;
+    const std::string& name() const { return ownName; }
+    std::span<std::byte> bytes() const { return mapped; }
 
 private:
     struct System;
     std::unique_ptr<System> system;
+    std::string ownName;
+    std::span<std::byte> mapped;
 };
 
 }  // namespace quillon::cli

@@ -124,7 +124,7 @@ int Texture::loadImage(const std::string& fileName) {
     height = image.height;
     if (!image) return 0;
     // New storage is in host order, as every texture's; the upload then sets the file's order.
-    initTexture(image.width, image.height, image.bitDepth, /*isArgbOrdered=*/true);
+    initTexture(image.width, image.height, image.bitDepth, /*argbOrdered=*/true);
     const PixelLayout layout{image.width, image.height, image.bitDepth, (image.width * image.bitDepth) >> 1};
     uploadPixels(image.pixels.get(), layout, /*argbOrdered=*/false, /*expand15=*/false);
     return 1;

@@ -40,7 +40,7 @@ public:
 
 private:
     using One = typename Chooser::One;
-    static constexpr std::size_t kLanes = sizeof(One) / sizeof(float);
+    static constexpr std::size_t kLanes = sizeof(One) / sizeof(float);  // NOLINT(bugprone-sizeof-expression): 1 or more
     static constexpr std::size_t kPadding = DitherKernel::kMaxWidth + 4;  // zeros at both ends, and room for a vector
     static constexpr int kOwnReach = 2;                                   // how far kernels reach in their own row
 

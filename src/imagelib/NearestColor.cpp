@@ -1,7 +1,9 @@
 #include "imagelib/NearestColor.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cstdint>
 
 namespace quillon::ImageLib {
 
@@ -31,9 +33,10 @@ NearestColor::NearestColor(std::span<const Pixel32> palette, std::uint64_t pixel
       reach((expected.high - expected.low) / 2 * 1.01f),
       memory(std::min(pixels * 8 + 32768, kMostMemory)) {
     // Of equal entries only the first can win.
+    using Bits = std::array<std::uint32_t, 4>;
     std::vector<std::uint8_t> entries;
     for (std::size_t i = 0; i < palette.size(); ++i) {
-        const auto same = [&](const Pixel32& p) { return std::memcmp(&p, &palette[i], sizeof p) == 0; };
+        const auto same = [&](const Pixel32& p) { return std::bit_cast<Bits>(p) == std::bit_cast<Bits>(palette[i]); };
         if (std::none_of(palette.begin(), palette.begin() + static_cast<std::ptrdiff_t>(i), same))
             entries.push_back(static_cast<std::uint8_t>(i));
     }

@@ -1,5 +1,7 @@
 #include "platform/WideText.h"
 
+#include <type_traits>
+
 namespace quillon {
 
 std::wstring WidenBytes(std::string_view bytes) {
@@ -13,7 +15,7 @@ std::string NarrowToBytes(std::wstring_view text) {
     std::string bytes;
     bytes.reserve(text.size());
     for (const wchar_t character : text) {
-        const auto code = static_cast<unsigned long>(character);
+        const auto code = static_cast<std::make_unsigned_t<wchar_t>>(character);
         bytes.push_back(code <= 0xFF ? static_cast<char>(static_cast<unsigned char>(code)) : '?');
     }
     return bytes;

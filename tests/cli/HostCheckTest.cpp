@@ -41,12 +41,13 @@ private:
 };
 
 TEST_F(HostCheck, IsGreenWhereAllIsRightAndRedWhereItIsNot) {
+    const char* const allControls =
+        "--set position=Moved --set slider=75.5 --set angle=400 --set box=0 --set menu=Three --set color=#0000ff "
+        "--set point=0,0";
     for (const int depth : {16, 32, 8}) {
         paintChart(depth);
-        for (const char* way :
-             {"--route smart", "--route classic", "--host premiere", "--downsample 2", "--time 1.2", "--set grows=true",
-              "--set position=Moved --set slider=75.5 --set angle=400 --set box=0 --set menu=Three "
-              "--set color=#0000ff --set point=0,0"})
+        for (const char* way : {"--route smart", "--route classic", "--host premiere", "--downsample 2", "--time 1.2",
+                                "--set grows=true", allControls})
             EXPECT_EQ(red(std::string(way) + " --layer layer=chart.argb"), 0u) << depth << " bits, " << way;
     }
     for (const char* wrong : {"--set slider=51", "--set angle=390", "--set box=0", "--set menu=One",

@@ -123,12 +123,10 @@ void UniformChecks::checkForm(const NativeCall& call, const Shader& shader, cons
     const bool takesArray = kind.floats > 1;
     const Type type = call.typeOf(2);
     std::string given;
-    if (takesArray && type == Type::array && call.lengthOf(2) != kind.floats)
+    if (type == Type::array && call.lengthOf(2) != (takesArray ? kind.floats : 1))
         given = fmt::format("an array of {}", call.lengthOf(2));
     else if (takesArray && type != Type::array)
         given = fmt::format("{} that is no array", type == Type::number ? "a number" : "a value");
-    else if (!takesArray && type == Type::array && call.lengthOf(2) != 1)
-        given = fmt::format("an array of {}", call.lengthOf(2));
     else if (!takesArray && type != Type::array && type != Type::other && std::isnan(*call.numberOf(2)))
         given = type == Type::number ? "NaN" : type == Type::text ? "a text that is no number" : "undefined";
     if (given.empty()) return;

@@ -19,44 +19,33 @@ struct SharedMemory::System {
     }
 
     // The system refuses to map more than the memory has.
-    void map() {
+    std::span<std::byte> map(std::size_t size) {
         Require(mapping != nullptr);
         start = MapViewOfFile(mapping, FILE_MAP_WRITE, 0, 0, size);
         Require(start != nullptr);
+        return {static_cast<std::byte*>(start), size};
     }
 
-    std::string name;
-    std::size_t size = 0;
     HANDLE mapping = nullptr;
     void* start = nullptr;
 };
 
 SharedMemory::SharedMemory(std::size_t size) : system(std::make_unique<System>()) {
     static std::atomic<unsigned> made = 0;
-    system->size = size;
-    system->name = "Local\\quillon-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++made);
+    ownName = "Local\\quillon-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++made);
     const auto wide = static_cast<unsigned long long>(size);
     system->mapping = CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, static_cast<DWORD>(wide >> 32),
-                                         static_cast<DWORD>(wide), system->name.c_str());
+                                         static_cast<DWORD>(wide), ownName.c_str());
     System::Require(GetLastError() != ERROR_ALREADY_EXISTS);  // somebody else's
-    system->map();
+    mapped = system->map(size);
 }
 
-SharedMemory::SharedMemory(std::string name, std::size_t size) : system(std::make_unique<System>()) {
-    system->size = size;
-    system->name = std::move(name);
-    system->mapping = OpenFileMappingA(FILE_MAP_WRITE, FALSE, system->name.c_str());
-    system->map();
+SharedMemory::SharedMemory(std::string name, std::size_t size)
+    : system(std::make_unique<System>()), ownName(std::move(name)) {
+    system->mapping = OpenFileMappingA(FILE_MAP_WRITE, FALSE, ownName.c_str());
+    mapped = system->map(size);
 }
 
 SharedMemory::~SharedMemory() = default;
-
-const std::string& SharedMemory::name() const {
-    return system->name;
-}
-
-std::span<std::byte> SharedMemory::bytes() const {
-    return {static_cast<std::byte*>(system->start), system->size};
-}
 
 }  // namespace quillon::cli

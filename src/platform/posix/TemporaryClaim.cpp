@@ -31,11 +31,12 @@ struct RemovedAtSignal {
 RemovedAtSignal removedAtSignal[64];
 
 RemovedAtSignal* Register(const char* path) {
-    if (std::strlen(path) >= PATH_MAX) return nullptr;
+    const std::size_t size = std::strlen(path) + 1;
+    if (size > PATH_MAX) return nullptr;
     for (RemovedAtSignal& entry : removedAtSignal) {
         RemovedAtSignal::State expected = RemovedAtSignal::unused;
         if (!entry.state.compare_exchange_strong(expected, RemovedAtSignal::inPreparation)) continue;
-        std::strcpy(entry.path, path);
+        std::memcpy(entry.path, path, size);
         entry.state = RemovedAtSignal::ready;
         return &entry;
     }
