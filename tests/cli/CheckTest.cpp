@@ -176,21 +176,37 @@ TEST_F(Check, ReportsSeveralEffectsAndHasThreeForms) {
 
 TEST_F(Check, LeavesOutWhatTheAuthorSilences) {
     const std::string draw = "function draw() {\n  var seed = Math.random();";
-    const std::pair<std::string, const char*> kRows[] = {
+    const struct {
+        std::string start;
+        const char* words;
+        int status = 0;
+    } kRows[] = {
         {draw + "\n", "fx/fx.js:4:14: warning: "},
         {draw + "  // quillon-ignore script/chance-in-draw\n", ""},
         {"function draw() {\n  // quillon-ignore script/x, script/chance-in-draw: meant\n  var seed = Math.random();\n",
          "fx/fx.js:4:21: warning: no rule is named script/x"},
         {draw + "\n\n  // quillon-ignore script/chance-in-draw\n", "fx/fx.js:4:14: warning: "},
+        {"function draw() {\n  var seed = nothing;  // quillon-ignore script/undeclared-name\n",
+         "fx/fx.js:4:14: error: ", 1},
     };
-    for (const auto& [start, words] : kRows) {
+    for (const auto& [start, words, status] : kRows) {
         addEffect("fx", {{"fx.js", kCopySetup + start + kDrawCopy.substr(kDrawCopy.find('\n') + 1)},
                          {"copy.frag", Shader("c.brga")}});
         const ToolRun result = run("check fx", kSoftware);
         EXPECT_EQ(result.err.substr(0, *words ? std::string_view(words).size() : std::string::npos), words)
             << result.err;
-        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.status, status);
     }
+}
+
+// Two faults in every frame of every depth, and a picture that is missing because of them.
+TEST_F(Check, ReportsAFaultOnceAndWithoutWhatFollowsFromIt) {
+    addEffect("fx", {{"fx.js", "function setup() { var s = QL_initShader('copy'); }\nvar s;\n" + kDrawCopy},
+                     {"copy.frag", Shader("c.brga")}});
+    std::vector<std::pair<std::string, int>> found;
+    const auto json = nlohmann::json::parse(run("check --format json fx", kSoftware).out);
+    for (const auto& finding : json["effects"][0]["findings"]) found.emplace_back(finding["rule"], finding["line"]);
+    EXPECT_EQ(found, (std::vector<std::pair<std::string, int>>{{"script/dead-id", 4}, {"script/dead-id", 5}}));
 }
 
 struct Example {
