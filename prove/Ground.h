@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 
 namespace quillon::prove {
@@ -34,7 +35,9 @@ std::string Sequences(bool isLong);
 std::string Output(bool isLong);
 
 // Throws the words unless `isTrue`.
-void Require(bool isTrue, const std::string& words);
+inline void Require(bool isTrue, const std::string& words) {
+    if (!isTrue) throw std::runtime_error(words);
+}
 
 // Of what is random in the row: another one each time, or that of `--seed`. The verdict of a row that fails names it.
 unsigned Seed();

@@ -163,10 +163,6 @@ int Main(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-void Require(bool isTrue, const std::string& words) {
-    if (!isTrue) throw std::runtime_error(words);
-}
-
 unsigned Seed() {
     return report->seed = chosenSeed != 0 ? chosenSeed : std::random_device()() | 1u;
 }

@@ -8,8 +8,8 @@ struct ScriptError;
 
 namespace quillon::cli {
 
-// The line in fx.js of a line that the heap has counted, prelude included; 0 when it is not
-// in the author's file.
+// The line in fx.js of a line that the heap has counted, prelude included; 0 when it is not in the
+// author's file.
 int AuthorLine(int preparedLine, const EffectSource& source);
 
 // A script error as its author can use it: the entry point in which it came up, and the line in fx.js where that is

@@ -23,8 +23,8 @@ public:
     Instance(const Listing& plugin, FrameSize frameSize, double timeOfASecond);
     ~Instance();
 
-    // Of the parameter at this index of the listing, in the host's record for its type. An index that is not
-    // in the listing and a null record are ignored.
+    // Of the parameter at this index of the listing, in the host's record for its type. An index that is not in the
+    // listing and a null record are ignored.
     void set(int index, const void* record);
     void get(int index, void* record) const;
 

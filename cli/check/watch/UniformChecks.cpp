@@ -20,8 +20,8 @@ using Type = NativeCall::Type;
 
 constexpr double kNoValue = -12345678;  // leaves a uniform as it is
 
-// The shader of the first argument; null when there is no such shader or it does not compile, which
-// other checks report.
+// The shader of the first argument; null when there is no such shader or it does not compile, which other
+// checks report.
 const Shader* ShaderOf(const NativeCall& call) {
     const std::uint32_t id = call.idOf(0).value_or(0);
     if (KindOfId(id) != EntityKind::shader || !IsLive(id)) return nullptr;
