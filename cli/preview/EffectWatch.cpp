@@ -36,8 +36,8 @@ EffectWatch::Files EffectWatch::look() const {
     return files;
 }
 
-void EffectWatch::wait() {
-    while (!hasChanged()) folder.wait(kPeriod);
+void EffectWatch::wait(const std::stop_token& stop) {
+    while (!stop.stop_requested() && !hasChanged()) folder.wait(kPeriod);
     const auto start = std::chrono::steady_clock::now();
     seen = look();
     do {

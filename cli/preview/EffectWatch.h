@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,8 +22,8 @@ public:
     EffectWatch(std::filesystem::path effectPath, std::vector<std::filesystem::path> otherFiles);
 
     // Waits for a change, and then for the end of a burst of them: editors save in several steps, and by renaming.
-    // Files that have vanished and come back are changes too.
-    void wait();
+    // Files that have vanished and come back are changes too. A stop is noticed within a quarter of a second.
+    void wait(const std::stop_token& stop);
     // Whether files have changed since wait() returned.
     bool hasChanged() const { return look() != seen; }
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <stop_token>
 #include <system_error>
 #include <thread>
 
@@ -51,19 +52,19 @@ int RunPreview(const PreviewOptions& options) {
     PreviewSession session(options.setup, limit);
     PreviewServer server(session, options.port);
     EffectWatch watch(options.setup.effect, OtherFiles(options.setup));
-    const auto isOutdated = [&watch] { return watch.hasChanged(); };
     // Only the effect knows whether these make sense.
     const bool isToBeChecked = !options.setup.values.empty() || !options.setup.layers.empty();
     if (isToBeChecked) {
-        session.reload(isOutdated);
+        session.reload([&watch] { return watch.hasChanged(); });
         session.throwIfWrongCommandLine();
     }
-    std::thread([&, isLoaded = isToBeChecked]() mutable {
-        for (;; watch.wait()) {
+    const std::jthread reloads([&, isLoaded = isToBeChecked](const std::stop_token& stop) mutable {
+        const auto isOutdated = [&] { return stop.stop_requested() || watch.hasChanged(); };
+        for (; !stop.stop_requested(); watch.wait(stop)) {
             if (!isLoaded) session.reload(isOutdated);
             isLoaded = false;
         }
-    }).detach();
+    });
     PrintResult(server.address());
     if (options.opensBrowser) OpenInBrowser(server.address());
     server.run();

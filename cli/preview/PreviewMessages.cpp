@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <stdexcept>
 #include <string_view>
 
+#include "cli/diagnostics/ToolError.h"
 #include "platform/Utf8Path.h"
 
 namespace quillon::cli {
@@ -105,6 +107,14 @@ Diagnostics FaultsOfPage(const Json& faults) {
 
 Json FailedAnswer(const Diagnostics& faults, int status, const EffectSource* source) {
     return {{"faults", FaultsForPage(faults, source)}, {"status", status}};
+}
+
+Json FailedAnswer(const std::exception& failure, const EffectSource* source) {
+    if (const auto* error = dynamic_cast<const ToolError*>(&failure))
+        return FailedAnswer(error->faults, error->exitStatus, source);
+    const bool isMemory = dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
+    const std::string text = isMemory ? "out of memory" : failure.what();
+    return FailedAnswer({{.text = text, .kind = Diagnostic::Kind::tool}}, kFault, source);
 }
 
 }  // namespace quillon::cli

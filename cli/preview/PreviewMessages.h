@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -63,5 +64,7 @@ nlohmann::json FaultsForPage(const Diagnostics& faults, const EffectSource* sour
 Diagnostics FaultsOfPage(const nlohmann::json& faults);
 // The text of an answer to a request that failed.
 nlohmann::json FailedAnswer(const Diagnostics& faults, int status, const EffectSource* source);
+// The same, of what a request has thrown.
+nlohmann::json FailedAnswer(const std::exception& failure, const EffectSource* source);
 
 }  // namespace quillon::cli

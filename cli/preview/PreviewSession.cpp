@@ -40,7 +40,7 @@ PreviewSession::PreviewSession(PreviewSetup previewSetup, EffectProcess::Duratio
     : limit(longestAnswer), setup(std::move(previewSetup)) {}
 
 PreviewSession::Started PreviewSession::start(const PreviewSetup& wanted,
-                                              const EffectProcess::IsOutdated& isOutdated) const {
+                                              const EffectProcess::IsOutdated& isOutdated) const try {
     Started started{std::make_shared<EffectProcess>(limit), {}};
     const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(limit).count();
     started.answer =
@@ -53,6 +53,8 @@ PreviewSession::Started PreviewSession::start(const PreviewSetup& wanted,
     }
     for (const auto& [name, upload] : sent) started.process->ask({{{"layer", name}}, upload.file}, isOutdated);
     return started;
+} catch (const std::exception& failure) {
+    return {nullptr, FailedAnswer(failure, nullptr)};
 }
 
 std::shared_ptr<EffectProcess> PreviewSession::install(const Started& started, const PreviewSetup& wanted) {

@@ -66,6 +66,7 @@ private:
         std::shared_ptr<EffectProcess> process;
         nlohmann::json answer;
     };
+    // Without a process, and with faults, when the system starts none.
     Started start(const PreviewSetup& wanted, const EffectProcess::IsOutdated& isOutdated) const;
     // With the mutex held. Gives what ran before, whose end may take a while.
     std::shared_ptr<EffectProcess> install(const Started& started, const PreviewSetup& wanted);

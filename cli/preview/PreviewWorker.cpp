@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <map>
-#include <new>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -25,12 +24,8 @@ public:
     WorkerMessage answer(const WorkerMessage& request) {
         try {
             return answerOrThrow(request);
-        } catch (const ToolError& error) {
-            return {FailedAnswer(error.faults, error.exitStatus, source ? &*source : nullptr)};
-        } catch (const std::bad_alloc&) {
-            return Failed("out of memory");
-        } catch (const std::exception& error) {
-            return Failed(error.what());
+        } catch (const std::exception& failure) {
+            return {FailedAnswer(failure, source ? &*source : nullptr)};
         }
     }
 
@@ -45,7 +40,7 @@ private:
             preview.emplace(setup, *source);
             return {preview->describe()};
         }
-        if (!preview) return Failed("the effect has not been loaded");
+        if (!preview) throw Fault("", "the effect has not been loaded");
         if (!text.contains("layer")) return messageOf(preview->render(text), text);
         preview->setLayer(text["layer"], request.bytes);
         return {nlohmann::json::object()};
@@ -71,10 +66,6 @@ private:
         std::erase_if(memories, [&](const auto& memory) { return memory.second.bytes().size() != size; });
         if (memories.size() >= kMostMemories) memories.clear();
         return memories.try_emplace(name, name, size).first->second;
-    }
-
-    static WorkerMessage Failed(const std::string& text) {
-        return {FailedAnswer({{.text = text, .kind = Diagnostic::Kind::tool}}, kFault, nullptr)};
     }
 
     std::optional<EffectSource> source;  // for the lines of faults
