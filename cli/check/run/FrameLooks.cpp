@@ -30,9 +30,11 @@ std::string WordsOfPixels(const Picture& picture, const IsBad& isBad) {
         for (std::uint32_t x = 0; x < picture.width; ++x) {
             const int channel = isBad(row + 4 * x);
             if (channel < 0) continue;
-            if (count++ == 0)
-                first = fmt::format("{} is {:.4g} at {}, {}", kChannels[channel],
-                                    row[4 * x + static_cast<std::uint32_t>(channel)], x, y);
+            if (count++ > 0) continue;
+            const float value = row[4 * x + static_cast<std::uint32_t>(channel)];
+            // The sign of a NaN says nothing, and depends on the driver.
+            first = fmt::format("{} is {} at {}, {}", kChannels[channel],
+                                std::isnan(value) ? "NaN" : fmt::format("{:.4g}", value), x, y);
         }
     }
     if (count < 2) return first;

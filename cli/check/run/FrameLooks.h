@@ -9,7 +9,7 @@ namespace quillon::cli {
 
 // What the pixels of one frame say, for the words of a finding; empty texts for nothing.
 
-// Of channels that are NaN or infinite: "red is nan at 3, 4, and 12 further pixels are like it".
+// Of channels that are NaN or infinite: "red is NaN at 3, 4, and 12 further pixels are like it".
 std::string WordsOfBadNumbers(const host::World& frame);
 // Of alpha outside 0 to 1, by more than rounding explains.
 std::string WordsOfBadAlpha(const host::World& frame);
