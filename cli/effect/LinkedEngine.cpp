@@ -2,11 +2,14 @@
 
 #include <GL/glew.h>
 
+#include <new>
+
 #include "cli/effect/ScriptFaults.h"
 #include "cli/effect/ScriptNotes.h"
 #include "cli/effect/ShaderFaults.h"
 #include "engine/AEQuillon2.h"
 #include "engine/EngineLock.h"
+#include "platform/MemoryShortage.h"
 #include "script/TimeLimit.h"
 
 extern "C" PF_Err EntryPointFunc(PF_Cmd, PF_InData*, PF_OutData*, PF_ParamDef*[], PF_LayerDef*, void*);
@@ -38,6 +41,7 @@ void Listen(const EffectSource& source) {
 }
 
 Diagnostics TakeFaults(const EffectSource& source) {
+    if (TakeMemoryShortage()) throw std::bad_alloc();
     Diagnostics faults = TakeScriptFaults(source);
     const Diagnostics shaderFaults = ExplainShaderFaults(source);
     faults.insert(faults.end(), shaderFaults.begin(), shaderFaults.end());

@@ -19,7 +19,8 @@ host::EffectModule WithPackageOf(const host::EffectModule& module);
 // Keeps what goes wrong in the script, from now on, see CollectScriptErrors, and gives scripts a console, see
 // ScriptNotes.h.
 void Listen(const EffectSource& source);
-// The script errors since the last call, and what is wrong with the shaders now.
+// The script errors since the last call, and what is wrong with the shaders now. Throws std::bad_alloc when memory was
+// refused where the engine goes on without a file or a picture.
 Diagnostics TakeFaults(const EffectSource& source);
 
 // How long each entry point of the script may run from now on; zero for ever, as at first. One that runs longer is

@@ -17,6 +17,7 @@
 #include "cli/diagnostics/Rules.h"
 #include "cli/diagnostics/TextScanner.h"
 #include "platform/FailFast.h"
+#include "platform/MemoryShortage.h"
 #include "platform/TemporaryPath.h"
 #include "script/Scripting.h"
 #include "script/SourcePreparation.h"
@@ -179,7 +180,7 @@ void CollectScriptErrors(const EffectSource& source) {
         try {
             Collected().push_back(error);
         } catch (const std::bad_alloc&) {
-            // This error is lost; an observer must not throw.
+            NoteMemoryShortage();  // the error is lost, and an observer must not throw
         }
     });
 }

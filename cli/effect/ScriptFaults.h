@@ -26,7 +26,7 @@ void CollectScriptErrors(const EffectSource& source);
 using LastFaultListener = void (*)(const Diagnostic&);
 void ListenToLastFault(LastFaultListener listener);
 
-// What has come up since the last call.
+// What has come up since the last call. An error that no memory was left to keep is a MemoryShortage.
 Diagnostics TakeScriptFaults(const EffectSource& source);
 
 }  // namespace quillon::cli

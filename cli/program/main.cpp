@@ -1,4 +1,6 @@
+#include <atomic>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <new>
 
@@ -10,6 +12,28 @@
 namespace {
 
 using namespace quillon::cli;
+
+std::atomic<bool> wasMemoryRefused = false;
+
+// No memory is left for more words.
+[[noreturn]] void EndOutOfMemory() {
+    quillon::RemoveTemporaries();
+    std::fputs("quillon: error: out of memory\n", stderr);
+    std::_Exit(kFault);
+}
+
+// Parts of the standard library that must not throw ask for memory all the same: those that list a folder do.
+void PrepareForRefusedMemory() {
+    std::set_new_handler([] {
+        wasMemoryRefused = true;
+        throw std::bad_alloc();
+    });
+    static const std::terminate_handler usual = std::get_terminate();
+    std::set_terminate([] {
+        if (wasMemoryRefused) EndOutOfMemory();
+        usual();
+    });
+}
 
 int Run(int argc, char** argv) {
     try {
@@ -26,6 +50,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    PrepareForRefusedMemory();
     try {
         PrepareProcess();
         try {
@@ -35,8 +60,6 @@ int main(int argc, char** argv) {
             return error.exitStatus;
         }
     } catch (const std::bad_alloc&) {
-        quillon::RemoveTemporaries();
-        std::fputs("quillon: error: out of memory\n", stderr);  // no memory is left for more words
-        return 1;
+        EndOutOfMemory();
     }
 }

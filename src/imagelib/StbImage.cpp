@@ -2,10 +2,22 @@
 
 #include <cstdlib>
 
+#include "platform/MemoryShortage.h"
+
+namespace {
+
+// The decoder answers with no picture, as it does to a damaged file.
+void* Noted(void* block) {
+    if (!block) quillon::NoteMemoryShortage();
+    return block;
+}
+
+}  // namespace
+
 // No assertion may end the host's process, and no memory is read that a damaged file has left unfilled.
 #define STBI_ASSERT(condition) static_cast<void>(0)
-#define STBI_MALLOC(bytes) std::calloc(1, (bytes))
-#define STBI_REALLOC(block, bytes) std::realloc((block), (bytes))
+#define STBI_MALLOC(bytes) Noted(std::calloc(1, (bytes)))
+#define STBI_REALLOC(block, bytes) Noted(std::realloc((block), (bytes)))
 #define STBI_FREE(block) std::free(block)
 
 #define STBI_NO_STDIO

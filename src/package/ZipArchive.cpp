@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "package/ArchiveLimits.h"
+#include "platform/MemoryShortage.h"
 
 namespace quillon {
 
@@ -12,6 +13,11 @@ namespace {
 
 // Deflate takes at least two bits for the longest run, which is 258 bytes.
 constexpr mz_uint64 kMostBytesOfPackedByte = 258 * 8 / 2;
+
+// What the library has failed at looks like a damaged archive or entry.
+void NoteShortage(mz_zip_archive& zip) {
+    if (mz_zip_get_last_error(&zip) == MZ_ZIP_ALLOC_FAILED) NoteMemoryShortage();
+}
 
 }  // namespace
 
@@ -28,8 +34,10 @@ std::unique_ptr<ZipArchive> ZipArchive::Open(std::span<const std::byte> data) {
     const auto length = LengthOfSoundArchive(data);
     if (!length) return nullptr;
     std::unique_ptr<ZipArchive> archive(new ZipArchive);
-    if (!mz_zip_reader_init_mem(&archive->reader->zip, data.data(), *length, 0)) return nullptr;
-    return archive;
+    mz_zip_archive& zip = archive->reader->zip;
+    if (mz_zip_reader_init_mem(&zip, data.data(), *length, 0)) return archive;
+    NoteShortage(zip);
+    return nullptr;
 }
 
 std::vector<std::byte> ZipArchive::Read(const std::string& name) {
@@ -48,6 +56,7 @@ std::vector<std::byte> ZipArchive::Read(const std::string& name) {
     std::size_t size = 0;
     const std::unique_ptr<void, decltype(&mz_free)> content(mz_zip_reader_extract_to_heap(&zip, index, &size, 0),
                                                             &mz_free);
+    if (!content) NoteShortage(zip);
     std::vector<std::byte> bytes(content ? size : 0);
     if (!bytes.empty()) std::memcpy(bytes.data(), content.get(), bytes.size());
     return bytes;

@@ -51,13 +51,19 @@ void RemoveLeftovers(const fs::path& place) {
     }
 }
 
+void MakeFile(const fs::path& path) try {
+    errno = 0;
+    if (!std::ofstream(path, std::ios::binary))
+        throw fs::filesystem_error("temporary file", path, {errno != 0 ? errno : EIO, std::generic_category()});
+} catch (const std::bad_alloc&) {
+    // The stream makes the file before its own buffer.
+    std::error_code ignored;
+    fs::remove(path, ignored);
+    throw;
+}
+
 void Make(const fs::path& path, TemporaryPath::Kind kind) {
-    if (kind == TemporaryPath::Kind::file) {
-        errno = 0;
-        if (!std::ofstream(path, std::ios::binary))
-            throw fs::filesystem_error("temporary file", path, {errno != 0 ? errno : EIO, std::generic_category()});
-        return;
-    }
+    if (kind == TemporaryPath::Kind::file) return MakeFile(path);
     fs::create_directory(path);
     if (kind == TemporaryPath::Kind::folder) return;
     // Another process may have taken it for a leftover already. Its claim then fails, and another name is tried.
