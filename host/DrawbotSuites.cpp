@@ -63,7 +63,7 @@ SPErr NewImage(DRAWBOT_SupplierRef supplier, int width, int height, int rowBytes
         const auto* const bytes = static_cast<const std::byte*>(data);
         drawing.image.bytes.assign(bytes, bytes + static_cast<std::ptrdiff_t>(rowBytes) * height);
     }
-    return Make(scope, supplier, kObjectImage, std::move(drawing), out);
+    return Make(scope, supplier, kObjectImage, drawing, out);
 }
 
 SPErr NewPath(DRAWBOT_SupplierRef supplier, DRAWBOT_PathRef* out) {

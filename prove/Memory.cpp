@@ -18,8 +18,8 @@ namespace quillon::prove {
 
 namespace {
 
-// Every kind of entity, and every way of its pixels. Whoever quantizes a surface without pixels ends the process, as
-// the contract says: where GL may give none, no script should.
+// Every kind of entity, and every way of its pixels. A script that quantizes a surface without pixels ends the process,
+// as the contract says: where GL may give none, no script should do that.
 test::Files AllKinds(const std::string& quantize) {
     test::Files files = ThreePasses();
     files.back().second +=

@@ -29,7 +29,7 @@ std::set<std::string> GlobalsOf(const GlslTokens& tokens);
 // declare, without the fragment's own place, which the effect's shader defines.
 std::vector<Varying> TakeVaryings(GlslTokens& tokens);
 
-// Takes global uniform declarations out of the text: whoever fills them declares them.
+// Takes global uniform declarations out of the text, and gives what they declare.
 std::vector<Varying> TakeUniforms(GlslTokens& tokens);
 
 // Puts another name in place of this word, everywhere but in comments and after a point. Marks what it changes as read

@@ -28,10 +28,10 @@ void PrepareForRefusedMemory() {
         wasMemoryRefused = true;
         throw std::bad_alloc();
     });
-    static const std::terminate_handler usual = std::get_terminate();
+    static const std::terminate_handler kUsual = std::get_terminate();
     std::set_terminate([] {
         if (wasMemoryRefused) EndOutOfMemory();
-        usual();
+        kUsual();
     });
 }
 

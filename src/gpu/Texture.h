@@ -57,8 +57,8 @@ public:
 
     // The CPU copy of the last upload that had data, height * rowBytes bytes of that upload in its own layout, padding
     // included (zero after the last row; rows that were below each other in memory come tight); null before that. It
-    // never depends on GL, and needs no context. It is shared: whoever holds it keeps the bytes, whatever becomes of
-    // the texture, and a change of them is seen by all; so is the next upload of as many bytes, unless it widens them.
+    // never depends on GL, and needs no context. It is shared: it outlives the texture for those who hold it, and all
+    // of them see a change of its bytes. So they see the next upload of as many bytes, unless that widens them.
     const PixelBuffer& pixelCopy() const { return copy; }
 
     // Whether the driver took the storage that the fields describe.

@@ -1,7 +1,5 @@
 #include "platform/WideText.h"
 
-#include <type_traits>
-
 namespace quillon {
 
 std::wstring WidenBytes(std::string_view bytes) {
@@ -14,10 +12,8 @@ std::wstring WidenBytes(std::string_view bytes) {
 std::string NarrowToBytes(std::wstring_view text) {
     std::string bytes;
     bytes.reserve(text.size());
-    for (const wchar_t character : text) {
-        const auto code = static_cast<std::make_unsigned_t<wchar_t>>(character);
-        bytes.push_back(code <= 0xFF ? static_cast<char>(static_cast<unsigned char>(code)) : '?');
-    }
+    for (const wchar_t character : text)
+        bytes.push_back((character & ~0xFF) == 0 ? static_cast<char>(static_cast<unsigned char>(character)) : '?');
     return bytes;
 }
 
