@@ -123,7 +123,8 @@ constexpr TypeRow kTypes[] = {{PF_Param_FLOAT_SLIDER, DescribeFloat}, {PF_Param_
 }  // namespace
 
 Json DescribeControl(const Control& control, const PF_ParamDef& def) {
-    Json json;
+    // Where memory is refused, the library does not survive the change of a null into an object.
+    Json json = Json::object();
     json["index"] = control.index;
     json["uniform"] = control.declared.uniformName;
     json["label"] = control.declared.label;

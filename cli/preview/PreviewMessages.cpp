@@ -17,6 +17,13 @@ using Json = nlohmann::json;
 
 constexpr std::string_view kKinds[] = {"package", "config", "script", "shader", "render", "tool"};
 
+// The library also makes a whole number of one with a fraction, and has no answer for one that is too large.
+template <class Number>
+Number WholeNumber(const Json& json) {
+    if (!json.is_number_integer()) throw std::out_of_range("a number that is not whole");
+    return json.get<Number>();
+}
+
 // The author's line of a file of the effect; empty where there is none.
 std::string LineOf(const std::string& text, int line) {
     std::size_t start = 0;
@@ -62,12 +69,12 @@ PreviewSetup SetupOf(const Json& json) {
             .layers = json.at("layers"),
             .values = json.at("values"),
             .isLenient = json.at("isLenient"),
-            .range = {range.at(0), range.at(1), range.at(2)},
+            .range = {WholeNumber<int>(range.at(0)), WholeNumber<int>(range.at(1)), WholeNumber<int>(range.at(2))},
             .hasRange = json.at("hasRange"),
             .framesPerSecond = json.at("fps"),
-            .depth = json.at("depth"),
-            .host = static_cast<host::HostKind>(json.at("host").get<int>()),
-            .downsample = json.at("downsample")};
+            .depth = WholeNumber<std::uint32_t>(json.at("depth")),
+            .host = static_cast<host::HostKind>(WholeNumber<int>(json.at("host"))),
+            .downsample = WholeNumber<std::uint32_t>(json.at("downsample"))};
 }
 
 Json FaultsForPage(const Diagnostics& faults, const EffectSource* source) {
@@ -94,8 +101,8 @@ Diagnostics FaultsOfPage(const Json& faults) {
         if (kind == std::end(kKinds)) throw std::out_of_range("a fault of an unknown kind");
         diagnostics.push_back(
             {.path = fault.at("path"),
-             .line = fault.at("line"),
-             .column = fault.at("column"),
+             .line = WholeNumber<int>(fault.at("line")),
+             .column = WholeNumber<int>(fault.at("column")),
              .severity = fault.at("severity") == "error" ? Diagnostic::Severity::error : Diagnostic::Severity::warning,
              .text = fault.at("text"),
              .remedy = fault.at("remedy"),

@@ -23,6 +23,7 @@ LayerPixels::LayerPixels(const PF_InData& in, const PF_EffectWorld& world, std::
         std::min<std::int64_t>(ScaleBy(static_cast<std::uint32_t>(in.width), in.downsample_x), world.width - left));
     height = static_cast<std::uint32_t>(
         std::min<std::int64_t>(ScaleBy(static_cast<std::uint32_t>(in.height), in.downsample_y), world.height - top));
+    if (width == 0 || height == 0) return;
 
     const std::size_t packedRow = width * PixelBytes(depth);
     packed.resize(packedRow * height);

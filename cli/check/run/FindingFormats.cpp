@@ -50,7 +50,7 @@ Json SarifRules() {
 
 Json SarifResult(const Diagnostic& finding) {
     Json place = {{"artifactLocation", {{"uri", UriOf(finding.path)}}}};
-    if (finding.line > 0) place["region"]["startLine"] = finding.line;
+    if (finding.line > 0) place["region"] = {{"startLine", finding.line}};
     if (finding.line > 0 && finding.column > 0) place["region"]["startColumn"] = finding.column;
     const Rule* const rule = FindRule(finding.rule);
     Json result = {{"ruleId", finding.rule}};
