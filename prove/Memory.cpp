@@ -84,6 +84,51 @@ void AddDot(const Tool& tool) {
                                "QL_setShaderParamVal(dotted, 'sDot', dot); QL_renderShader(dotted, out, true); };\n");
 }
 
+// A command of the tool whose result is always the same: what it prints, and a file "out" of any kind.
+class RefusedCommand {
+public:
+    RefusedCommand(const Tool& ownTool, std::string commandLine)
+        : tool(ownTool), arguments(std::move(commandLine)), before(tool.list()) {
+        wanted = tool.runWell(arguments);
+        wanted += takeFile();
+        Require(wanted.size() > 10, arguments + " hardly gives anything");
+    }
+
+    // With the allocation of this number refused, and with "+" for `further` all after it. Throws where it ends neither
+    // with an error nor with the result.
+    bool endsWell(long nth, const char* further) const {
+        const std::string what = arguments + ", allocation " + std::to_string(nth) + further;
+        NowAt(what);
+        const Tool::Run result =
+            tool.run(arguments, "LD_PRELOAD='" QUILLON_REFUSED_MEMORY "' " + std::string(kRefusalVariable) + "=" +
+                                    std::to_string(nth) + further);
+        Require(result.status == 0 || result.status == 1,
+                what + " ends the tool with " + std::to_string(result.status) + ": " + result.err);
+        const std::string file = takeFile();
+        if (result.status == 0)
+            Require(result.out + file == wanted, what + " gives another result");
+        else
+            Require(file.empty() && !(result.err + result.out).empty(), what + " ends with an error and a result");
+        Require(tool.list() == before, what + " leaves " + tool.list());
+        return result.status == 0;
+    }
+
+private:
+    std::string takeFile() const {
+        std::string content;
+        for (const char* name : {"out.argb", "out.so"}) {
+            content += tool.read(name);
+            std::filesystem::remove(tool.pathOf(name));
+        }
+        return content;
+    }
+
+    const Tool& tool;
+    const std::string arguments;
+    const std::string before;
+    std::string wanted;
+};
+
 // In a separate process, which has no GL yet.
 void InChild(const std::function<void()>& body, const std::string& what) {
     NowAt(what);
@@ -148,34 +193,19 @@ std::string ToolMemory(bool isLong) {
     const Tool tool;
     tool.addEffectAndInput();
     AddDot(tool);
-    const std::string library = "LD_PRELOAD='" QUILLON_REFUSED_MEMORY "' " + std::string(kRefusalVariable) + "=";
-    const std::string arguments = "render fx -i in.argb --size 16x9 --depth 8 -o out.argb";
-    tool.runWell(arguments);
-    const std::string wanted = tool.read("out.argb");
-    std::filesystem::remove(tool.pathOf("out.argb"));
-    const std::string before = tool.list();
     int refused = 0, survived = 0;
-    const auto refuse = [&](long nth, const char* further) {
-        const std::string what = "allocation " + std::to_string(nth) + further;
-        NowAt(what);
-        const Tool::Run result = tool.run(arguments, library + std::to_string(nth) + further);
-        Require(result.status == 0 || result.status == 1,
-                what + " ends the tool with " + std::to_string(result.status) + ": " + result.err);
-        Require(result.status == 0 || !result.err.empty(), what + ": an error without a word");
-        const std::string made = tool.read("out.argb");
-        Require(made.empty() ? result.status == 1 : made == wanted, what + " gives another picture");
-        (result.status == 0 ? survived : refused) += 1;
-        std::filesystem::remove(tool.pathOf("out.argb"));
-        Require(tool.list() == before, what + " leaves " + tool.list());
-        return result.status == 0;
-    };
-    long last = 1000;  // where not one allocation is left to refuse
-    while (!refuse(last, "+")) last += 500;
-    for (const char* further : {"", "+"})
-        for (const long nth : Places(last, isLong, 150)) refuse(nth, further);
+    std::vector<std::string> commands = {"render fx -i in.argb --size 16x9 --depth 8 -o out.argb", "info fx --json"};
+    if (isLong) commands.insert(commands.end(), {"pack fx -o out.so", "check fx --format json"});
+    for (const std::string& command : commands) {
+        const RefusedCommand refusal(tool, command);
+        long last = 1000;  // where not one allocation is left to refuse
+        while (!refusal.endsWell(last, "+")) last += 500;
+        for (const char* further : {"", "+"})
+            for (const long nth : Places(last, false, isLong ? 3000 : 75))
+                (refusal.endsWell(nth, further) ? survived : refused) += 1;
+    }
     Require(refused > 100, "hardly anything is refused");
-    return std::to_string(refused) + " runs end with an error, " + std::to_string(survived) + " with the picture, of " +
-           std::to_string(last) + " places";
+    return std::to_string(refused) + " runs end with an error, " + std::to_string(survived) + " with the result";
 }
 
 // Planted once: a mapped buffer that is read without a look at its address.

@@ -37,7 +37,7 @@ constexpr Row kRows[] = {
     {"sizes", "frames of odd sizes between guard pages equal the plain rule", Sizes, 300, 900},
     {"extremes", "NaN, infinities and the ends of floats are kept or mapped as documented", Extremes, 300, 300},
     {"memory", "wherever memory is refused, the module lives and the next frame is right", Memory, 600, 7200},
-    {"tool-memory", "wherever memory is refused, the tool ends with an error or with the picture", ToolMemory, 600,
+    {"tool-memory", "wherever memory is refused, the tool ends with an error or with its result", ToolMemory, 600,
      7200},
     {"gl", "whatever GL refuses, the module lives, and renders when it is back", RefusedGL, 300, 300},
     {"hostile", "whatever a script does, the process lives and a good effect renders next", Hostile, 600, 7200},
