@@ -198,12 +198,12 @@ std::string ToolMemory(bool isLong) {
     std::vector<std::string> commands = {"render fx -i in.argb --size 16x9 --depth 8 -o out.argb", "info fx --json"};
     if (isLong) commands.emplace_back("pack fx -o out.so");
     for (const std::string& command : commands) {
-        const RefusedCommand refusal(tool, command);
+        const RefusedCommand trial(tool, command);
         long last = 1000;  // where not one allocation is left to refuse
-        while (!refusal.endsWell(last, "+")) last += 500;
+        while (!trial.endsWell(last, "+")) last += 500;
         for (const char* further : {"", "+"})
             for (const long nth : Places(last, false, isLong ? 3000 : 75))
-                (refusal.endsWell(nth, further) ? survived : refused) += 1;
+                (trial.endsWell(nth, further) ? survived : refused) += 1;
     }
     Require(refused > 100, "hardly anything is refused");
     return std::to_string(refused) + " runs end with an error, " + std::to_string(survived) + " with the result";
