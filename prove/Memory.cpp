@@ -61,10 +61,10 @@ const void* CodeOf(const host::EffectModule& module) {
     return reinterpret_cast<const void*>(module.entry());
 }
 
-// Numbers from 1 to `last`: all, or evenly chosen ones, about `most`.
-std::vector<long> Places(long last, bool all, long most) {
+// Numbers from 1 to `last`: all if there are no more than `most`, else evenly chosen ones, about as many.
+std::vector<long> Places(long last, long most) {
     std::vector<long> places;
-    const long step = all ? 1 : std::max(1L, last / most);
+    const long step = std::max(1L, last / most);
     for (long n = 1; n <= last; n += step) places.push_back(n);
     return places;
 }
@@ -158,7 +158,7 @@ std::string Memory(bool isLong) {
     int refusals = 0;
     // The start of a process: the module's own, and that of the driver.
     for (const Refused which : {Refused::onlyThatOne, Refused::allFromThere})
-        for (const long nth : Places(400, isLong, 12)) {
+        for (const long nth : Places(400, isLong ? 400 : 12)) {
             InChild(
                 [&] {
                     host::HostSession session(effect, Unrecorded());
@@ -178,7 +178,7 @@ std::string Memory(bool isLong) {
     const long allocations = EndRefusal();
     Require(allocations > 100, "hardly any allocation is counted");
     for (const Refused which : {Refused::onlyThatOne, Refused::allFromThere})
-        for (const long nth : Places(allocations, isLong || which == Refused::onlyThatOne, 200)) {
+        for (const long nth : Places(allocations, isLong || which == Refused::onlyThatOne ? allocations : 200)) {
             NowAt("allocation " + std::to_string(nth) + " of a round");
             RefuseMemory(CodeOf(effect), nth, which);
             Round(session);
@@ -202,7 +202,7 @@ std::string ToolMemory(bool isLong) {
         long last = 1000;  // where not one allocation is left to refuse
         while (!trial.endsWell(last, "+")) last += 500;
         for (const char* further : {"", "+"})
-            for (const long nth : Places(last, false, isLong ? 3000 : 75))
+            for (const long nth : Places(last, isLong ? 3000 : 75))
                 (trial.endsWell(nth, further) ? survived : refused) += 1;
     }
     Require(refused > 100, "hardly anything is refused");
