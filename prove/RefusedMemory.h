@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstddef>
+#include <algorithm>
+#include <vector>
 
 namespace quillon::prove {
 
@@ -13,6 +14,14 @@ enum class Refused { onlyThatOne, allFromThere };
 void RefuseMemory(const void* code, long nth, Refused which);
 // How many allocations were counted.
 long EndRefusal();
+
+// Which of `last` allocations to refuse: all, or about `most` of them, evenly chosen.
+inline std::vector<long> Places(long last, long most) {
+    std::vector<long> places;
+    const long step = std::max(1L, last / most);
+    for (long n = 1; n <= last; n += step) places.push_back(n);
+    return places;
+}
 
 // Where the library of this source is loaded before a program, it reads this variable: "N" or "N+" for all from there.
 inline constexpr const char* kRefusalVariable = "QUILLON_PROVE_REFUSES";
