@@ -1,4 +1,4 @@
-# Builds 64-bit Windows programs on Debian, with the threads of the C++ library (the posix flavour of the compiler).
+# Builds 64-bit Windows programs on Debian, with the threads of the C++ library (the posix flavor of the compiler).
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
