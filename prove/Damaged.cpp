@@ -137,7 +137,9 @@ std::string Damaged(bool isLong) {
         Bytes bytes = sound[i % 2];
         Damage(bytes, random);
         const std::filesystem::path file = folder.path() / "damaged";
-        std::ofstream(file, std::ios::binary) << Text(bytes);  // need not reach the disk
+        // It need not reach the disk.
+        Require((std::ofstream(file, std::ios::binary) << Text(bytes) << std::flush).good(),
+                "a damaged module cannot be written");
         try {
             ReadPackage(file);
         } catch (const FileError&) {
