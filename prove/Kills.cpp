@@ -97,10 +97,7 @@ public:
             prepare();
             runWell();
         } else {
-            // Before the tool has started, the system's loader answers in its own way.
-            const bool isOfLoader =
-                result.status == 127 && result.err.find("error while loading shared libraries") != std::string::npos;
-            Require(result.status < 2 || result.status >= 128 || isOfLoader, what + ": " + result.err);
+            Require(result.status < 2 || result.status >= 128, what + ": " + result.err);
             Require(result.err.find("no end after") == std::string::npos, what + ": waits for what never comes");
         }
         const std::string left = leftBesideOutput();
